@@ -1,0 +1,415 @@
+#include "cable_info/value_format.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <ostream>
+
+namespace cable_info {
+
+namespace {
+
+constexpr std::array<std::string_view, 4> kAutonegStatusTexts = {
+    "Success",
+    "Port is not QDR",
+    "Auto negotiation is in progress",
+    "Link is down",
+};
+
+constexpr std::array<std::string_view, 9> kCableInfoVSStatusTexts = {
+    "Success",
+    "Invalid port number",
+    "Port type is not QSFP (SFP/CX4 or internal)",
+    "Cable not connected",
+    "No eeprom in connected cable",
+    "Invalid page number (>15)",
+    "Address / size  is invalid. ((addr+size)>255) or size>48 or size==0",
+    "Slave address is invalid. (slv_addr != 0x50)",
+    "Bad QSFP cable (cable ignore ModSel# signal)",
+};
+
+constexpr std::string_view kUnknownStatus = "UNKNOWN";
+
+// What the C locale calls blank; also what is trimmed from vendor texts.
+constexpr std::string_view kBlanks = "\t\n\v\f\r ";
+
+constexpr int kLowestTemperature = -40;
+constexpr int kHighestTemperature = 125;
+
+constexpr std::int64_t kMicrovoltsPerUnit = 100;
+
+// The digits of 00..99 and the hexadecimal ones of 00..ff, two characters each.
+template <std::size_t kBase>
+constexpr std::array<char, 2 * kBase * kBase> DigitPairs() {
+  std::array<char, 2 * kBase * kBase> pairs{};
+  for (std::size_t i = 0; i < kBase * kBase; ++i) {
+    pairs[2 * i] = "0123456789abcdef"[i / kBase];
+    pairs[2 * i + 1] = "0123456789abcdef"[i % kBase];
+  }
+  return pairs;
+}
+constexpr auto kDecimalPairs = DigitPairs<10>();
+constexpr auto kHexPairs = DigitPairs<16>();
+
+// Writes `value` so that it ends before `end`; returns where it begins.
+char* WriteDecimalBackwards(char* end, std::uint64_t value) {
+  while (value >= 100) {
+    end -= 2;
+    std::copy_n(&kDecimalPairs[2 * (value % 100)], 2, end);
+    value /= 100;
+  }
+  if (value >= 10) {
+    end -= 2;
+    std::copy_n(&kDecimalPairs[2 * value], 2, end);
+    return end;
+  }
+  *--end = static_cast<char>('0' + value);
+  return end;
+}
+
+// |value| * 1000, rounded half to even as `printf` rounds; false for magnitudes of 2^52 and more,
+// infinities and NaN. A double is m * 2^-shift with m < 2^53, so 1000 * m is exact in 64 bits.
+bool ExactThousandths(double value, std::uint64_t& thousandths) {
+  static_assert(std::numeric_limits<double>::is_iec559);
+  constexpr int kStoredBits = 52;
+  constexpr int kExponentBias = 1023;
+  std::uint64_t bits = 0;
+  std::memcpy(&bits, &value, sizeof(bits));
+  const auto exponent = static_cast<int>((bits >> kStoredBits) & 0x7FF);
+  const std::uint64_t fraction = bits & ((std::uint64_t{1} << kStoredBits) - 1);
+  const int shift = kExponentBias + kStoredBits - exponent;
+  if (shift <= 0) return false;
+
+  thousandths = 0;
+  if (shift >= 64) return true;  // below 2^63 / 2^64, less than half a thousandth
+  const std::uint64_t product = (fraction | (std::uint64_t{1} << kStoredBits)) * 1000;
+  const std::uint64_t remainder = product & ((std::uint64_t{1} << shift) - 1);
+  const std::uint64_t half = std::uint64_t{1} << (shift - 1);
+  thousandths = product >> shift;
+  if (remainder > half || (remainder == half && thousandths % 2 == 1)) ++thousandths;
+  return true;
+}
+
+// Scans as the conversions of C's scanf do: each step fails at the end of the text or at a
+// character that does not fit.
+class Scanner {
+ public:
+  explicit Scanner(std::string_view text) : rest_(text) {}
+
+  bool Literal(std::string_view text) {
+    if (rest_.substr(0, text.size()) != text) return false;
+    rest_.remove_prefix(text.size());
+    return true;
+  }
+
+  bool Number() {
+    rest_.remove_prefix(std::min(rest_.find_first_not_of(kBlanks), rest_.size()));
+    if (!rest_.empty() && (rest_[0] == '+' || rest_[0] == '-')) rest_.remove_prefix(1);
+    const std::size_t digits = std::min(rest_.find_first_not_of("0123456789"), rest_.size());
+    rest_.remove_prefix(digits);
+    return digits > 0;
+  }
+
+  bool Character(char& character) {
+    if (rest_.empty()) return false;
+    character = rest_[0];
+    rest_.remove_prefix(1);
+    return true;
+  }
+
+ private:
+  std::string_view rest_;
+};
+
+}  // namespace
+
+// ---------------------------------------------------------------------------------------------
+// TextBuffer and CsvRow
+// ---------------------------------------------------------------------------------------------
+
+void TextBuffer::Grow(std::size_t count) {
+  const std::size_t capacity = std::max(2 * capacity_, size_ + count);
+  std::unique_ptr<char[]> grown(new char[capacity]);
+  std::copy_n(data_, size_, grown.get());
+  heap_ = std::move(grown);
+  data_ = heap_.get();
+  capacity_ = capacity;
+}
+
+TextBuffer& TextBuffer::AppendDecimal(std::int64_t value) {
+  char digits[std::numeric_limits<std::int64_t>::digits10 + 2];
+  char* const end = digits + sizeof(digits);
+  const auto magnitude = static_cast<std::uint64_t>(value);
+  char* begin = WriteDecimalBackwards(end, value < 0 ? 0 - magnitude : magnitude);
+  if (value < 0) *--begin = '-';
+  return Append(std::string_view(begin, static_cast<std::size_t>(end - begin)));
+}
+
+TextBuffer& TextBuffer::AppendHex(std::uint32_t value, int width) {
+  char digits[2 * sizeof(value)];
+  char* const end = digits + sizeof(digits);
+  char* begin = end;
+  for (std::size_t rest = value; rest != 0; rest >>= 8) {
+    begin -= 2;
+    std::copy_n(&kHexPairs[2 * (rest & 0xFF)], 2, begin);
+  }
+  while (begin != end && *begin == '0') ++begin;
+  if (begin == end) *--begin = '0';
+
+  const auto count = static_cast<int>(end - begin);
+  for (int filled = count; filled < width; ++filled) Append('0');
+  return Append(std::string_view(begin, static_cast<std::size_t>(count)));
+}
+
+TextBuffer& TextBuffer::AppendFixed3(double value) {
+  std::uint64_t thousandths = 0;
+  if (!ExactThousandths(value, thousandths)) {
+    // sign, digits, point, decimals
+    constexpr std::size_t kLongest = 1 + std::numeric_limits<double>::max_exponent10 + 1 + 1 + 3;
+    char* const begin = Room(kLongest);
+    const auto result = std::to_chars(begin, begin + kLongest, value, std::chars_format::fixed, 3);
+    size_ += static_cast<std::size_t>(result.ptr - begin);
+    return *this;
+  }
+  char digits[32];
+  char* const end = digits + sizeof(digits);
+  char* begin = end - 4;
+  begin[0] = '.';
+  begin[1] = static_cast<char>('0' + thousandths % 1000 / 100);
+  std::copy_n(&kDecimalPairs[2 * (thousandths % 100)], 2, begin + 2);
+  begin = WriteDecimalBackwards(begin, thousandths / 1000);
+  if (std::signbit(value)) *--begin = '-';
+  return Append(std::string_view(begin, static_cast<std::size_t>(end - begin)));
+}
+
+TextBuffer& TextBuffer::AppendGeneral(double value) {
+  constexpr int kPrecision = 6;  // a stream's default
+  constexpr std::size_t kLongest = 32;
+  char* const begin = Room(kLongest);
+  const auto result =
+      std::to_chars(begin, begin + kLongest, value, std::chars_format::general, kPrecision);
+  size_ += static_cast<std::size_t>(result.ptr - begin);
+  return *this;
+}
+
+void CsvRow::Missing(int count) {
+  for (int i = 0; i < count; ++i) Raw(na_val);
+}
+
+void CsvRow::FlagsUpwards(std::uint32_t bits, int first, int count) {
+  for (int bit = first; bit < first + count; ++bit) Flag(((bits >> bit) & 1) != 0);
+}
+
+void CsvRow::FlagsDownwards(std::uint32_t bits, int first, int count) {
+  for (int bit = first; bit > first - count; --bit) Flag(((bits >> bit) & 1) != 0);
+}
+
+void CsvRow::WriteTo(std::ostream& os) {
+  if (out_.size() > 0) out_.Truncate(out_.size() - 1);  // the last cell's comma
+  out_.Append('\n');
+  os.write(out_.view().data(), static_cast<std::streamsize>(out_.size()));
+  os.flush();
+}
+
+void ReportLines::EndLine() {
+  out_.Append('\n');
+  if (os_ == nullptr) return;
+  os_->write(out_.view().data(), static_cast<std::streamsize>(out_.size()));
+  os_->flush();
+  out_.Truncate(0);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Number to text
+// ---------------------------------------------------------------------------------------------
+
+template <>
+std::string _to_string<unsigned char>(unsigned char value) {
+  return std::to_string(value);
+}
+
+template <>
+std::string _to_string<unsigned short>(unsigned short value) {
+  return std::to_string(value);
+}
+
+template <>
+std::string _to_string<double>(double value) {
+  return ToText([&](TextBuffer& out) { out.AppendGeneral(value); });
+}
+
+template <>
+std::string _to_ptr_string<unsigned char>(unsigned char value, int width) {
+  return ToText([&](TextBuffer& out) { out.Append("0x").AppendHex(value, width); });
+}
+
+template <>
+std::string _to_ptr_string<unsigned short>(unsigned short value, int width) {
+  return ToText([&](TextBuffer& out) { out.Append("0x").AppendHex(value, width); });
+}
+
+std::string _to_cvs_quoted(bool quote, const std::string& text) {
+  return quote ? '"' + text + '"' : text;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Stream inserters
+// ---------------------------------------------------------------------------------------------
+
+namespace {
+
+// Null text sets the badbit, as the standard inserter of a null character pointer does.
+std::ostream& InsertQuoted(std::ostream& os, char open, const std::string_view* text, char close) {
+  os << open;
+  if (text != nullptr) {
+    os << *text;
+  } else {
+    os.setstate(std::ios_base::badbit);
+  }
+  return os << close;
+}
+
+}  // namespace
+
+std::ostream& operator<<(std::ostream& os, const QUOTED_T<std::string>& quoted) {
+  if (quoted.value == nullptr) return InsertQuoted(os, quoted.open, nullptr, quoted.close);
+  const std::string_view text = *quoted.value;
+  return InsertQuoted(os, quoted.open, &text, quoted.close);
+}
+
+std::ostream& operator<<(std::ostream& os, const QUOTED_T<char[3]>& quoted) {
+  if (quoted.value == nullptr) return InsertQuoted(os, quoted.open, nullptr, quoted.close);
+  const std::string_view text = ArrayText(*quoted.value);
+  return InsertQuoted(os, quoted.open, &text, quoted.close);
+}
+
+std::ostream& operator<<(std::ostream& os, const FLOAT_T<float>& number) {
+  const std::ios_base::fmtflags flags = os.flags();
+  if (number.precision != 0) {
+    os.precision(number.precision);
+    os.setf(std::ios_base::fixed, std::ios_base::floatfield);
+  }
+  if (number.scientific) os.setf(std::ios_base::scientific, std::ios_base::floatfield);
+  os << static_cast<double>(number.value);
+  os.flags(flags);
+  return os;
+}
+
+std::ostream& operator<<(std::ostream& os, const HEX_T<unsigned char>& number) {
+  const std::ios_base::fmtflags flags = os.flags();
+  os.setf(std::ios_base::hex, std::ios_base::basefield);
+  os.fill(number.fill);
+  if (number.width != 0) os.width(number.width);
+  os << static_cast<unsigned>(number.value);
+  os.flags(flags);
+  return os;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Shared decoders
+// ---------------------------------------------------------------------------------------------
+
+fw_version_obj_t FWVersionFromWord(std::uint32_t version) {
+  return {static_cast<std::uint8_t>(version >> 24), static_cast<std::uint8_t>(version >> 16),
+          static_cast<std::uint16_t>(version)};
+}
+
+void AppendCableType(TextBuffer& out, std::uint8_t technology, std::string_view fallback) {
+  out.Append(TableEntry(transmitter_technology_arr, technology, fallback));
+}
+
+void AppendSupportedSpeed(TextBuffer& out, std::uint8_t mask, std::string_view fallback) {
+  const std::size_t begin = out.size();
+  for (std::size_t bit = 0; bit < ib_compliance_code_arr.size(); ++bit) {
+    if (((mask >> bit) & 1) != 0) out.Append(ib_compliance_code_arr[bit]);
+  }
+  if (out.size() == begin) {
+    out.Append(fallback);
+    return;
+  }
+  out.Truncate(out.size() - 1);  // the separator behind the last speed
+}
+
+void AppendTemperature(TextBuffer& out, std::uint8_t technology, std::int8_t temperature,
+                       std::string_view fallback) {
+  if (!_is_valid_temperature(temperature, technology)) {
+    out.Append(fallback);
+    return;
+  }
+  out.AppendDecimal(temperature).Append('C');
+}
+
+void AppendVoltage(TextBuffer& out, std::uint16_t raw) {
+  out.AppendDecimal(raw * kMicrovoltsPerUnit).Append("uV");
+}
+
+void AppendCableInfoVSStatus(TextBuffer& out, std::uint8_t status) {
+  out.Append(TableEntry(kCableInfoVSStatusTexts, status, kUnknownStatus));
+}
+
+std::string CableTypeToStr(std::uint8_t technology, const std::string& fallback) {
+  return ToText(AppendCableType, technology, fallback);
+}
+
+std::string SupportedSpeedToStr(std::uint8_t mask, const std::string& fallback) {
+  return ToText(AppendSupportedSpeed, mask, fallback);
+}
+
+std::string TemperatureToStr(std::uint8_t technology, std::int8_t temperature,
+                             const std::string& fallback) {
+  return ToText(AppendTemperature, technology, temperature, fallback);
+}
+
+std::string VoltageToStr(std::uint16_t raw) { return ToText(AppendVoltage, raw); }
+
+bool IsOpticCable(std::uint8_t technology) { return technology <= kLastOpticalTechnology; }
+
+bool _is_valid_temperature(std::int8_t temperature, std::uint8_t technology) {
+  if (technology == kUnequalizedCopper || technology == kPassiveEqualizedCopper) return false;
+  return temperature >= kLowestTemperature && temperature <= kHighestTemperature;
+}
+
+bool _check_temperature_by_threshold(bool high, std::uint8_t technology, std::int8_t temperature,
+                                     std::int8_t threshold) {
+  if (!_is_valid_temperature(temperature, technology)) return false;
+  if (!_is_valid_temperature(threshold, technology)) return false;
+  return high ? temperature > threshold : temperature < threshold;
+}
+
+std::uint8_t TemperatureErrors(std::uint8_t technology, std::uint16_t temperature,
+                               std::uint16_t high_threshold, std::uint16_t low_threshold) {
+  const std::int8_t reading = WholeDegrees(temperature);
+  const bool too_high =
+      _check_temperature_by_threshold(true, technology, reading, WholeDegrees(high_threshold));
+  const bool too_low =
+      _check_temperature_by_threshold(false, technology, reading, WholeDegrees(low_threshold));
+  return static_cast<std::uint8_t>((too_high ? 1 : 0) | (too_low ? 2 : 0));
+}
+
+std::string ConvertAutonegValueToStr(std::uint8_t status) {
+  return std::string(TableEntry(kAutonegStatusTexts, status, kUnknownStatus));
+}
+
+std::string ConvertCableInfoVSStatusToStr(std::uint8_t status) {
+  return ToText(AppendCableInfoVSStatus, status);
+}
+
+std::string _get_vendor_from_sn(const std::string& sn) {
+  Scanner scanner(UpToNul(sn));
+  std::string vendor(2, '\0');
+  const bool matches = scanner.Literal("KS") && scanner.Number() && scanner.Character(vendor[0]) &&
+                       scanner.Character(vendor[1]) && scanner.Number();
+  return matches ? vendor : std::string();
+}
+
+std::string_view Trimmed(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+std::string_view UpToNul(std::string_view text) { return text.substr(0, text.find('\0')); }
+
+}  // namespace cable_info

@@ -1,0 +1,434 @@
+#pragma once
+
+/// \file
+/// Turns values into text: numbers, hexadecimal, CSV quoting, and the decoders and tables that
+/// every kind of cable record shares.
+///
+/// All texts are those of a default-formatted stream in the C locale, whatever the program's
+/// locale is. Decoders never fail: a value outside a table yields a fallback text.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <iosfwd>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace cable_info {
+
+// ---------------------------------------------------------------------------------------------
+// Missing values
+// ---------------------------------------------------------------------------------------------
+
+/// The missing value where a text carries no quotes of its own.
+inline constexpr std::string_view kBareNa = "NA";
+/// The missing value of a CSV cell, with its double quotes.
+inline constexpr std::string_view na_val = "\"NA\"";
+/// The missing value of the text report.
+inline constexpr std::string_view kReportNa = "N/A";
+
+/// The missing value of the CSV row (`csv` true) or of the text report.
+constexpr std::string_view MissingValue(bool csv) { return csv ? na_val : kReportNa; }
+
+/// The missing value for a text that is quoted as a whole afterwards when `csv` is true.
+constexpr std::string_view UnquotedMissingValue(bool csv) { return csv ? kBareNa : kReportNa; }
+
+// ---------------------------------------------------------------------------------------------
+// Number to text
+// ---------------------------------------------------------------------------------------------
+
+/// `value` in decimal; a `double` in the shortest of fixed and exponent form with at most six
+/// significant digits. Defined for `unsigned char` (a number, never a character),
+/// `unsigned short` and `double`.
+template <typename T>
+std::string _to_string(T value);
+template <>
+std::string _to_string<unsigned char>(unsigned char value);
+template <>
+std::string _to_string<unsigned short>(unsigned short value);
+template <>
+std::string _to_string<double>(double value);
+
+/// "0x" and `value` in lower-case hexadecimal, filled with "0" to at least `width` digits (by
+/// default, as many as the type holds). Defined for `unsigned char` and `unsigned short`.
+template <typename T>
+std::string _to_ptr_string(T value, int width = 2 * static_cast<int>(sizeof(T)));
+template <>
+std::string _to_ptr_string<unsigned char>(unsigned char value, int width);
+template <>
+std::string _to_ptr_string<unsigned short>(unsigned short value, int width);
+
+/// `text` between double quotes when `quote` is true, else `text`. Nothing inside is escaped.
+std::string _to_cvs_quoted(bool quote, const std::string& text);
+
+// ---------------------------------------------------------------------------------------------
+// Stream inserters
+// ---------------------------------------------------------------------------------------------
+
+/// Writes a value between two delimiters; nothing inside is escaped. Does not own the value.
+template <typename T>
+struct QUOTED_T {
+  QUOTED_T(const T* value_in, char open_in, char close_in)
+      : value(value_in), open(open_in), close(close_in) {}
+
+  const T* value;
+  char open;
+  char close;
+};
+
+/// Writes a floating value with `precision` digits after the point in fixed notation, or in
+/// scientific notation when `scientific` is set. Precision 0 leaves precision and notation to the
+/// stream.
+template <typename T>
+struct FLOAT_T {
+  FLOAT_T(T value_in, int precision_in, bool scientific_in)
+      : value(value_in), precision(precision_in), scientific(scientific_in) {}
+
+  T value;
+  std::int32_t precision;
+  bool scientific;
+};
+
+/// Writes an integer in hexadecimal, without "0x", filled on the left to `width`. Width 0 means
+/// that the stream's own width is left alone.
+template <typename T>
+struct HEX_T {
+  HEX_T(T value_in, int width_in, char fill_in) : value(value_in), width(width_in), fill(fill_in) {}
+
+  T value;
+  std::int32_t width;
+  char fill;
+};
+
+/// A null value writes no text and sets the stream's badbit.
+std::ostream& operator<<(std::ostream& os, const QUOTED_T<std::string>& quoted);
+/// Reads the array up to its NUL or its end. A null value writes no text and sets the badbit.
+std::ostream& operator<<(std::ostream& os, const QUOTED_T<char[3]>& quoted);
+/// Restores the stream's format flags; a precision that was set stays.
+std::ostream& operator<<(std::ostream& os, const FLOAT_T<float>& number);
+/// Restores the stream's format flags; the fill character stays.
+std::ostream& operator<<(std::ostream& os, const HEX_T<unsigned char>& number);
+
+// ---------------------------------------------------------------------------------------------
+// Shared tables
+// ---------------------------------------------------------------------------------------------
+
+/// Transmitter technologies by 4-bit code (SFF-8636 byte 147, bits 7..4): 0..9 are optical
+/// transmitters, 10..15 copper cables.
+inline constexpr std::array<std::string_view, 16> transmitter_technology_arr = {
+    "850 nm VCSEL",
+    "1310 nm VCSEL",
+    "1550 nm VCSEL",
+    "1310 nm FP",
+    "1310 nm DFB",
+    "1550 nm DFB",
+    "1310 nm EML",
+    "1550 nm EML",
+    "others",
+    "1490 nm DFB",
+    "Copper cable- unequalized",
+    "Copper cable- passive equalized",
+    "Copper cable- near and far end limiting active equalizers",
+    "Copper cable- far end limiting active equalizers",
+    "Copper cable- near end limiting active equalizers",
+    "Copper cable- linear active equalizers",
+};
+
+/// InfiniBand speeds by bit of the supported-speed mask (SFF-8636 byte 164), each with the
+/// separator that follows it in a list.
+inline constexpr std::array<std::string_view, 7> ib_compliance_code_arr = {
+    "SDR/", "DDR/", "QDR/", "FDR/", "EDR/", "HDR/", "NDR/",
+};
+
+/// The highest optical code of `transmitter_technology_arr`.
+inline constexpr std::uint8_t kLastOpticalTechnology = 9;
+/// The code of unequalized copper.
+inline constexpr std::uint8_t kUnequalizedCopper = 10;
+/// The code of passive-equalized copper.
+inline constexpr std::uint8_t kPassiveEqualizedCopper = 11;
+
+/// The connector code of a cable without separable connector (SFF-8024, table of connector
+/// types), which marks an active cable assembly.
+inline constexpr std::uint8_t kNoSeparableConnector = 0x23;
+
+/// Stands for a power that has no value in the wanted unit, in dBm or milliwatts.
+inline constexpr double kUnrepresentablePower = -999.999;
+
+// ---------------------------------------------------------------------------------------------
+// Values that every record answers
+// ---------------------------------------------------------------------------------------------
+
+/// A module's firmware version; all zero means that none is known.
+struct fw_version_obj_t {
+  std::uint8_t major = 0;
+  std::uint8_t minor = 0;
+  std::uint16_t sub_minor = 0;
+};
+
+/// How received power is measured, for the text report.
+constexpr std::string_view RxPowerTypeName(bool is_average) {
+  return is_average ? "Average Power" : "OMA";
+}
+
+/// Splits a 32-bit firmware version: major in bits 31..24, minor 23..16, sub-minor 15..0.
+fw_version_obj_t FWVersionFromWord(std::uint32_t version);
+
+/// What identifies a cable; an empty member means unknown.
+struct cable_id_t {
+  std::string pn;          ///< part number
+  std::string identifier;  ///< identifier text
+  std::string vendor;      ///< vendor code taken from the serial number
+  std::string revision;    ///< revision
+};
+
+// ---------------------------------------------------------------------------------------------
+// Shared decoders
+// ---------------------------------------------------------------------------------------------
+
+/// The entry of `transmitter_technology_arr`, or `fallback` for codes above 15.
+std::string CableTypeToStr(std::uint8_t technology, const std::string& fallback);
+
+/// The speeds of the mask, lowest first and joined by "/"; `fallback` when bits 0..6 are clear.
+std::string SupportedSpeedToStr(std::uint8_t mask, const std::string& fallback);
+
+/// `temperature` in degrees Celsius with "C", or `fallback` when `_is_valid_temperature` denies it.
+std::string TemperatureToStr(std::uint8_t technology, std::int8_t temperature,
+                             const std::string& fallback);
+
+/// A supply voltage, given in units of 100 uV, in microvolts with "uV".
+std::string VoltageToStr(std::uint16_t raw);
+
+/// True for the optical codes 0..9 of `transmitter_technology_arr`.
+bool IsOpticCable(std::uint8_t technology);
+
+/// True when the cable has a sensor (its technology is neither 10 nor 11) and the reading lies in
+/// -40..125 degrees Celsius.
+bool _is_valid_temperature(std::int8_t temperature, std::uint8_t technology);
+
+/// True when `temperature` lies strictly above (`high`) or below `threshold`; false when either of
+/// them is not valid.
+bool _check_temperature_by_threshold(bool high, std::uint8_t technology, std::int8_t temperature,
+                                     std::int8_t threshold);
+
+/// Bit 0: above the high threshold, bit 1: below the low one. The words are those of a module's
+/// memory, whole degrees Celsius in the high byte.
+std::uint8_t TemperatureErrors(std::uint8_t technology, std::uint16_t temperature,
+                               std::uint16_t high_threshold, std::uint16_t low_threshold);
+
+/// The status of an InfiniBand auto-negotiation.
+std::string ConvertAutonegValueToStr(std::uint8_t status);
+
+/// The status of the vendor-specific query that reads a cable's pages.
+std::string ConvertCableInfoVSStatusToStr(std::uint8_t status);
+
+/// The two-character vendor code of a serial number of the form KS<number><code><number>; empty
+/// for any other. Scans as C's "KS%d%c%c%d" does (blanks and signs before a number), with numbers
+/// of any length.
+std::string _get_vendor_from_sn(const std::string& sn);
+
+/// Whole degrees Celsius of a temperature word: its high byte, signed.
+constexpr std::int8_t WholeDegrees(std::uint16_t word) {
+  return static_cast<std::int8_t>(static_cast<std::uint8_t>(word >> 8));
+}
+
+/// The entry of a table of texts at `code`, or `fallback` behind its end.
+template <std::size_t N>
+constexpr std::string_view TableEntry(const std::array<std::string_view, N>& table,
+                                      std::size_t code, std::string_view fallback) {
+  return code < N ? table[code] : fallback;
+}
+
+/// `text` without tabs, line feeds, vertical tabs, form feeds, carriage returns and spaces at its
+/// ends.
+std::string_view Trimmed(std::string_view text);
+
+/// `text` up to its first NUL.
+std::string_view UpToNul(std::string_view text);
+
+/// A fixed char array up to its first NUL, or whole when it holds none.
+template <std::size_t N>
+std::string_view ArrayText(const char (&array)[N]) {
+  return UpToNul(std::string_view(array, N));
+}
+
+// ---------------------------------------------------------------------------------------------
+// Writing many texts without allocating
+// ---------------------------------------------------------------------------------------------
+
+/// Collects text. Rows and reports of usual size stay in the object itself; only longer ones move
+/// to the heap. Not copyable; one thread at a time.
+class TextBuffer {
+ public:
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): see inline_
+  TextBuffer() : data_(inline_), capacity_(sizeof(inline_)) {}
+  TextBuffer(const TextBuffer&) = delete;
+  TextBuffer& operator=(const TextBuffer&) = delete;
+  TextBuffer(TextBuffer&&) = delete;
+  TextBuffer& operator=(TextBuffer&&) = delete;
+  ~TextBuffer() = default;
+
+  TextBuffer& Append(char c) {
+    *Room(1) = c;
+    ++size_;
+    return *this;
+  }
+
+  TextBuffer& Append(std::string_view text) {
+    text.copy(Room(text.size()), text.size());
+    size_ += text.size();
+    return *this;
+  }
+
+  /// `text` between double quotes; nothing inside is escaped.
+  TextBuffer& AppendQuoted(std::string_view text) { return Append('"').Append(text).Append('"'); }
+
+  TextBuffer& AppendDecimal(std::int64_t value);
+
+  /// Lower-case hexadecimal, filled with "0" to at least `width` digits.
+  TextBuffer& AppendHex(std::uint32_t value, int width);
+
+  /// As `printf` writes "%.3f" in the C locale.
+  TextBuffer& AppendFixed3(double value);
+
+  /// As `printf` writes "%g" in the C locale.
+  TextBuffer& AppendGeneral(double value);
+
+  /// Drops everything behind the first `size` characters.
+  void Truncate(std::size_t size) { size_ = size < size_ ? size : size_; }
+
+  std::size_t size() const { return size_; }
+  /// Valid until the next append.
+  std::string_view view() const { return {data_, size_}; }
+
+ private:
+  /// Where the next `count` characters go.
+  char* Room(std::size_t count) {
+    if (capacity_ - size_ < count) Grow(count);
+    return data_ + size_;
+  }
+  void Grow(std::size_t count);
+
+  char* data_;
+  std::size_t size_ = 0;
+  std::size_t capacity_;
+  std::unique_ptr<char[]> heap_;
+  char inline_[4096];  // left uninitialized: clearing it would cost more than writing a row
+};
+
+/// The text that `append(out, args...)` writes, as a string.
+template <typename Append, typename... Args>
+std::string ToText(Append&& append, const Args&... args) {
+  TextBuffer out;
+  append(out, args...);
+  return std::string(out.view());
+}
+
+/// The form of a text: the CSV row's or the text report's.
+inline constexpr bool kCsv = true;
+inline constexpr bool kReport = false;
+
+/// \name The shared decoders, appended to a buffer
+/// Each writes the text of the decoder that it is named after.
+/// @{
+void AppendCableType(TextBuffer& out, std::uint8_t technology, std::string_view fallback);
+void AppendSupportedSpeed(TextBuffer& out, std::uint8_t mask, std::string_view fallback);
+void AppendTemperature(TextBuffer& out, std::uint8_t technology, std::int8_t temperature,
+                       std::string_view fallback);
+void AppendVoltage(TextBuffer& out, std::uint16_t raw);
+void AppendCableInfoVSStatus(TextBuffer& out, std::uint8_t status);
+/// @}
+
+/// One row of the cable table. Every call writes the next cell, or cells, with the commas behind
+/// them; a row writer therefore reads like the header.
+class CsvRow {
+ public:
+  /// The text as it stands.
+  void Raw(std::string_view text) { out_.Append(text).Append(','); }
+  void Quoted(std::string_view text) { out_.AppendQuoted(text).Append(','); }
+  void Decimal(std::uint32_t value) { out_.AppendDecimal(value).Append(','); }
+  /// "0x" and at least `width` digits.
+  void Hex(std::uint32_t value, int width) {
+    out_.Append("0x").AppendHex(value, width).Append(',');
+  }
+  /// Three digits after the point.
+  void Fixed3(double value) { out_.AppendFixed3(value).Append(','); }
+  /// `count` missing values.
+  void Missing(int count = 1);
+  void Flag(bool set) { out_.Append(set ? '1' : '0').Append(','); }
+  /// `count` flags of `bits`, from bit `first` upwards.
+  void FlagsUpwards(std::uint32_t bits, int first, int count);
+  /// `count` flags of `bits`, from bit `first` downwards.
+  void FlagsDownwards(std::uint32_t bits, int first, int count);
+
+  /// What `append(buffer, args...)` writes: one cell, or several with the commas between them.
+  template <typename Append, typename... Args>
+  void Cell(Append&& append, const Args&... args) {
+    append(out_, args...);
+    out_.Append(',');
+  }
+
+  /// The same between double quotes.
+  template <typename Append, typename... Args>
+  void QuotedCell(Append&& append, const Args&... args) {
+    out_.Append('"');
+    append(out_, args...);
+    out_.Append("\",");
+  }
+
+  /// Ends the row, writes it to `os` whatever formatting the stream is set to, and flushes.
+  void WriteTo(std::ostream& os);
+
+ private:
+  TextBuffer out_;
+};
+
+/// The lines of a text report, each a label and a value.
+class ReportLines {
+ public:
+  /// Keeps the lines for `view()`.
+  ReportLines() = default;
+  /// Writes every line to `os` when it is complete, and flushes.
+  explicit ReportLines(std::ostream& os) : os_(&os) {}
+
+  void Text(std::string_view label, std::string_view text) {
+    out_.Append(label).Append(text);
+    EndLine();
+  }
+  void Decimal(std::string_view label, std::uint32_t value, std::string_view unit = {}) {
+    out_.Append(label).AppendDecimal(value).Append(unit);
+    EndLine();
+  }
+  /// "0x" and at least `width` digits.
+  void Hex(std::string_view label, std::uint32_t value, int width) {
+    out_.Append(label).Append("0x").AppendHex(value, width);
+    EndLine();
+  }
+
+  /// What `append(buffer, args...)` writes.
+  template <typename Append, typename... Args>
+  void Line(std::string_view label, Append&& append, const Args&... args) {
+    out_.Append(label);
+    append(out_, args...);
+    EndLine();
+  }
+
+  /// The same under a label that names a lane, such as "RX1 Power: ".
+  template <typename Append, typename... Args>
+  void LaneLine(std::string_view direction, int lane, std::string_view quantity, Append&& append,
+                const Args&... args) {
+    out_.Append(direction).AppendDecimal(lane);
+    Line(quantity, append, args...);
+  }
+
+  /// The lines that were kept. Valid until the next line.
+  std::string_view view() const { return out_.view(); }
+
+ private:
+  void EndLine();
+
+  TextBuffer out_;
+  std::ostream* os_ = nullptr;
+};
+
+}  // namespace cable_info
