@@ -1,0 +1,30 @@
+# Sourced by the scripts beside it: `need PACKAGE...` installs the Debian packages that are missing.
+
+need() {
+  if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
+    echo "note: not a Debian system; what these packages hold must be there: $*" >&2
+    return 0
+  fi
+
+  local package missing=()
+  for package in "$@"; do
+    if [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
+      missing+=("$package")
+    fi
+  done
+  [ ${#missing[@]} -eq 0 ] && return 0
+
+  local as_root=()
+  if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo >/dev/null; then
+      echo "error: these packages are missing, and there is neither root nor sudo to install them:" >&2
+      echo "  apt-get install ${missing[*]}" >&2
+      return 1
+    fi
+    as_root=(sudo)
+  fi
+  echo "installing: ${missing[*]}" >&2
+  "${as_root[@]}" apt-get update -qq >&2
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
+}

@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds, and runs all tests.
+# CABLE_INFO_PRESET chooses another way to build: see CMakePresets.json.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+. scripts/need.sh
+
+preset=${CABLE_INFO_PRESET:-release}
+need g++ cmake ninja-build libgtest-dev
+case $preset in *clang*) need clang ;; esac
+cmake --preset "$preset" -DCABLE_INFO_BUILD_TESTS=ON
+cmake --build --preset "$preset"
+ctest --preset "$preset" -j "$(nproc)"
