@@ -11,7 +11,6 @@ namespace cable_info {
 
 namespace {
 
-constexpr std::string_view kSource = "CABLE";
 constexpr std::string_view kHomeVendorOui = "0x5a1";
 constexpr std::uint8_t kHomeMultiMode = 14;
 constexpr std::uint8_t kHomeParallelSingleMode = 16;
@@ -195,7 +194,7 @@ void AppendTxAdaptiveEqEnable(TextBuffer& out, const CableRecord& r) {
 // ---------------------------------------------------------------------------------------------
 
 void AppendIdentityCells(CsvRow& row, const CableRecord& r) {
-  row.Quoted(kSource);
+  row.Quoted(CableRecord::kSource);
   row.Quoted(r.VendorName);
   row.Raw(r.Oui);
   row.Quoted(r.PartNumber);
@@ -398,7 +397,7 @@ void AppendThresholdLines(ReportLines& lines, const CableRecord& r) {
 }
 
 void AppendBlock(ReportLines& lines, const CableRecord& r, bool with_phy_lines) {
-  if (with_phy_lines) lines.Text("Source: ", kSource);
+  if (with_phy_lines) lines.Text("Source: ", CableRecord::kSource);
   AppendIdentityLines(lines, r);
   AppendSettingLines(lines, r);
   AppendMonitorLines(lines, r);

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <iosfwd>
 #include <string>
+#include <string_view>
 #include <type_traits>
 
 #include "cable_info/value_format.h"
@@ -51,6 +52,9 @@ static_assert(std::is_trivially_copyable_v<cable_record_data_t>);
 /// report when it is false.
 class CableRecord {
  public:
+  /// How rows and reports name the source of this record's data.
+  static constexpr std::string_view kSource = "CABLE";
+
   CableRecord() = default;
   CableRecord(const CableRecord&) = default;
   CableRecord& operator=(const CableRecord&) = default;

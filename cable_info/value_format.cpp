@@ -53,19 +53,30 @@ constexpr std::array<char, 2 * kBase * kBase> DigitPairs() {
 constexpr auto kDecimalPairs = DigitPairs<10>();
 constexpr auto kHexPairs = DigitPairs<16>();
 
-// Writes `value` so that it ends before `end`; returns where it begins.
-char* WriteDecimalBackwards(char* end, std::uint64_t value) {
+constexpr std::size_t kMaxDecimalDigits = std::numeric_limits<std::uint64_t>::digits10 + 1;
+
+std::size_t CountDigits(std::uint64_t value) {
+  std::size_t count = 1;
+  for (; value >= 10000; value /= 10000) count += 4;
+  if (value >= 1000) return count + 3;
+  if (value >= 100) return count + 2;
+  return value >= 10 ? count + 1 : count;
+}
+
+// Writes `value` at `begin`; returns where it ends.
+char* WriteDecimal(char* begin, std::uint64_t value) {
+  char* const end = begin + CountDigits(value);
+  char* digit = end;
   while (value >= 100) {
-    end -= 2;
-    std::copy_n(&kDecimalPairs[2 * (value % 100)], 2, end);
+    digit -= 2;
+    std::memcpy(digit, &kDecimalPairs[2 * (value % 100)], 2);
     value /= 100;
   }
   if (value >= 10) {
-    end -= 2;
-    std::copy_n(&kDecimalPairs[2 * value], 2, end);
-    return end;
+    std::memcpy(begin, &kDecimalPairs[2 * value], 2);
+  } else {
+    *begin = static_cast<char>('0' + value);
   }
-  *--end = static_cast<char>('0' + value);
   return end;
 }
 
@@ -139,28 +150,28 @@ void TextBuffer::Grow(std::size_t count) {
 }
 
 TextBuffer& TextBuffer::AppendDecimal(std::int64_t value) {
-  char digits[std::numeric_limits<std::int64_t>::digits10 + 2];
-  char* const end = digits + sizeof(digits);
-  const auto magnitude = static_cast<std::uint64_t>(value);
-  char* begin = WriteDecimalBackwards(end, value < 0 ? 0 - magnitude : magnitude);
-  if (value < 0) *--begin = '-';
-  return Append(std::string_view(begin, static_cast<std::size_t>(end - begin)));
+  char* const begin = Room(1 + kMaxDecimalDigits);
+  char* end = begin;
+  auto magnitude = static_cast<std::uint64_t>(value);
+  if (value < 0) {
+    *end++ = '-';
+    magnitude = 0 - magnitude;
+  }
+  return Advance(begin, WriteDecimal(end, magnitude));
 }
 
 TextBuffer& TextBuffer::AppendHex(std::uint32_t value, int width) {
-  char digits[2 * sizeof(value)];
-  char* const end = digits + sizeof(digits);
-  char* begin = end;
-  for (std::size_t rest = value; rest != 0; rest >>= 8) {
-    begin -= 2;
-    std::copy_n(&kHexPairs[2 * (rest & 0xFF)], 2, begin);
+  int digits = 1;
+  while (digits < 8 && value >> (4 * digits) != 0) ++digits;
+  for (int filled = digits; filled < width; ++filled) Append('0');
+  char* const begin = Room(8);
+  char* digit = begin + digits;
+  for (; digit - begin >= 2; value >>= 8) {
+    digit -= 2;
+    std::memcpy(digit, &kHexPairs[2 * std::size_t{value & 0xFF}], 2);
   }
-  while (begin != end && *begin == '0') ++begin;
-  if (begin == end) *--begin = '0';
-
-  const auto count = static_cast<int>(end - begin);
-  for (int filled = count; filled < width; ++filled) Append('0');
-  return Append(std::string_view(begin, static_cast<std::size_t>(count)));
+  if (digit != begin) *begin = kHexPairs[2 * std::size_t{value & 0xF} + 1];
+  return Advance(begin, begin + digits);
 }
 
 TextBuffer& TextBuffer::AppendFixed3(double value) {
@@ -170,18 +181,16 @@ TextBuffer& TextBuffer::AppendFixed3(double value) {
     constexpr std::size_t kLongest = 1 + std::numeric_limits<double>::max_exponent10 + 1 + 1 + 3;
     char* const begin = Room(kLongest);
     const auto result = std::to_chars(begin, begin + kLongest, value, std::chars_format::fixed, 3);
-    size_ += static_cast<std::size_t>(result.ptr - begin);
-    return *this;
+    return Advance(begin, result.ptr);
   }
-  char digits[32];
-  char* const end = digits + sizeof(digits);
-  char* begin = end - 4;
-  begin[0] = '.';
-  begin[1] = static_cast<char>('0' + thousandths % 1000 / 100);
-  std::copy_n(&kDecimalPairs[2 * (thousandths % 100)], 2, begin + 2);
-  begin = WriteDecimalBackwards(begin, thousandths / 1000);
-  if (std::signbit(value)) *--begin = '-';
-  return Append(std::string_view(begin, static_cast<std::size_t>(end - begin)));
+  char* const begin = Room(1 + kMaxDecimalDigits + 1 + 3);
+  char* end = begin;
+  if (std::signbit(value)) *end++ = '-';
+  end = WriteDecimal(end, thousandths / 1000);
+  end[0] = '.';
+  end[1] = static_cast<char>('0' + thousandths % 1000 / 100);
+  std::memcpy(end + 2, &kDecimalPairs[2 * (thousandths % 100)], 2);
+  return Advance(begin, end + 4);
 }
 
 TextBuffer& TextBuffer::AppendGeneral(double value) {
@@ -190,8 +199,7 @@ TextBuffer& TextBuffer::AppendGeneral(double value) {
   char* const begin = Room(kLongest);
   const auto result =
       std::to_chars(begin, begin + kLongest, value, std::chars_format::general, kPrecision);
-  size_ += static_cast<std::size_t>(result.ptr - begin);
-  return *this;
+  return Advance(begin, result.ptr);
 }
 
 void CsvRow::Missing(int count) {
@@ -213,9 +221,7 @@ void CsvRow::WriteTo(std::ostream& os) {
   os.flush();
 }
 
-void ReportLines::EndLine() {
-  out_.Append('\n');
-  if (os_ == nullptr) return;
+void ReportLines::WriteLine() {
   os_->write(out_.view().data(), static_cast<std::streamsize>(out_.size()));
   os_->flush();
   out_.Truncate(0);

@@ -308,6 +308,11 @@ class TextBuffer {
     return data_ + size_;
   }
   void Grow(std::size_t count);
+  /// Counts in what was written from `begin`, the last `Room`, up to `end`.
+  TextBuffer& Advance(const char* begin, const char* end) {
+    size_ += static_cast<std::size_t>(end - begin);
+    return *this;
+  }
 
   char* data_;
   std::size_t size_ = 0;
@@ -425,7 +430,11 @@ class ReportLines {
   std::string_view view() const { return out_.view(); }
 
  private:
-  void EndLine();
+  void EndLine() {
+    out_.Append('\n');
+    if (os_ != nullptr) WriteLine();
+  }
+  void WriteLine();
 
   TextBuffer out_;
   std::ostream* os_ = nullptr;
