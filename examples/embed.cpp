@@ -62,7 +62,8 @@ int main() {
   std::cout << cable_info::CombinedCableInfo::GetCSVHeader();
   int number = 0;
   for (const auto& port : ports) {
-    std::cout << "0xa0b1c20000d4e500,0xa0b1c20000d4e50" << ++number << ',' << number << ',';
+    ++number;
+    std::cout << "0xa0b1c20000d4e500,0xa0b1c20000d4e50" << number << ',' << number << ',';
     port.ToCSVStream(std::cout);
   }
   for (const auto& port : ports) {
