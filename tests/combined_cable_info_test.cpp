@@ -1,0 +1,306 @@
+#include "cable_info/combined_cable_info.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <memory>
+#include <string>
+#include <type_traits>
+#include <utility>
+
+#include "test_support.h"
+
+namespace cable_info::test {
+namespace {
+
+constexpr std::uint32_t kAllBits = 0xFFFFFFFF;
+
+std::unique_ptr<CableRecord> Cable() {
+  auto r = std::make_unique<CableRecord>();
+  r->Identifier = 0x11;
+  r->PartNumber = " CABLE-PN ";
+  r->SerialNumber = "KS1AB2";
+  r->Revision = "C1";
+  r->Temperature = 80 << 8;
+  r->TempHighAlarmThresh = 75 << 8;
+  r->TempLowAlarmThresh = 0xFB00;
+  r->LatchedTemperatureAlarms = 0x90;
+  r->LengthText = "3 m";
+  return r;
+}
+
+std::unique_ptr<PhyCableRecord> Phy() {
+  auto r = std::make_unique<PhyCableRecord>();
+  r->source = "PHY";
+  r->module = new PhyCableRecord::ModuleRecord;
+  std::strcpy(r->module->vendor_pn, " PHY-PN ");
+  std::strcpy(r->module->vendor_rev, "P1");
+  r->module->cable_identifier = 8;
+  r->module->cable_technology = 12;
+  r->module->fw_version = 0x01020304;
+  r->module->cdr_vendor = 7;
+  r->module->temperature = 0xF600;
+  r->module->temp_high_threshold = 70 << 8;
+  r->module->temp_low_threshold = 0;
+  r->latched_flags = new PhyCableRecord::LatchedFlagsPage;
+  r->latched_flags->latched_temperature_flags = 0xF2;
+  return r;
+}
+
+std::string RowOf(const CombinedCableInfo& port) {
+  return Written([&](std::ostream& os) { port.ToCSVStream(os); });
+}
+
+std::string ReportOf(const CombinedCableInfo& port) {
+  return Written([&](std::ostream& os) { port.ToFileStream(os); });
+}
+
+TEST(CombinedCableInfo, IsNeitherCopiedNorMoved) {
+  static_assert(!std::is_copy_constructible_v<CombinedCableInfo>);
+  static_assert(!std::is_move_constructible_v<CombinedCableInfo>);
+  static_assert(!std::is_copy_assignable_v<CombinedCableInfo>);
+  static_assert(!std::is_move_assignable_v<CombinedCableInfo>);
+  static_assert(!std::is_copy_constructible_v<PhyCableRecord>);
+  static_assert(!std::is_move_constructible_v<PhyCableRecord>);
+  static_assert(!std::is_polymorphic_v<CombinedCableInfo>);
+  static_assert(sizeof(CombinedCableInfo) == 2 * sizeof(void*));
+}
+
+TEST(CombinedCableInfoWithoutRecords, AnswersWithFixedValues) {
+  FlushCounter buffer;
+  std::ostream os(&buffer);
+  CombinedCableInfo port;
+  port.ToCSVStream(os);
+  EXPECT_EQ(buffer.str(), "\n");
+  EXPECT_EQ(buffer.flushes(), 1);
+  port.ToFileStream(os);
+  EXPECT_EQ(buffer.str(), "\n");
+  EXPECT_EQ(buffer.flushes(), 1);
+
+  const cable_id_t id = port.GetIdObj();
+  EXPECT_EQ(id.pn + id.identifier + id.vendor + id.revision, "");
+  EXPECT_EQ(port.GetUniqueKey(), "");
+  EXPECT_EQ(port.GetPNVendor(), "");
+  cable_record_data_t data = {};
+  data.status = 42;
+  EXPECT_FALSE(port.ExportData(&data));
+  EXPECT_EQ(data.status, 42);
+  const fw_version_obj_t version = port.GetFWObj();
+  EXPECT_EQ(version.major + version.minor + version.sub_minor, 0);
+  EXPECT_EQ(port.GetCDRVendor(), kAllBits);
+  EXPECT_FALSE(port.IsOpticCable());
+  EXPECT_EQ(port.GetTemperatureAlarms(), kAllBits);
+  EXPECT_EQ(port.GetTemperatureErrorsByTreshold(), kAllBits);
+  EXPECT_EQ(port.GetTemperatureStr(), "N/A");
+  EXPECT_EQ(port.GetHighTemperatureThresholdStr(), "N/A");
+  EXPECT_EQ(port.GetLowTemperatureThresholdStr(), "N/A");
+  port.SetPrtlLength(3.0F);
+  port.SetPrtlLength("3 m");
+  EXPECT_EQ(ReportOf(port), "");
+}
+
+void ExpectAnswersOfTheCableRecord(CombinedCableInfo& port) {
+  EXPECT_EQ(RowOf(port), Written([](std::ostream& os) { Cable()->ToCSVStream(os); }));
+  EXPECT_EQ(ReportOf(port), Cable()->c_str(true));
+  const cable_id_t id = port.GetIdObj();
+  EXPECT_EQ(id.pn, " CABLE-PN ");
+  EXPECT_EQ(id.identifier, "QSFP28");
+  EXPECT_EQ(id.vendor, "AB");
+  EXPECT_EQ(id.revision, "C1");
+  EXPECT_EQ(port.GetUniqueKey(), "");
+  EXPECT_EQ(port.GetPNVendor(), "CABLE-PN");
+  cable_record_data_t data;
+  EXPECT_TRUE(port.ExportData(&data));
+  EXPECT_STREQ(data.pn, " CABLE-PN ");
+  const fw_version_obj_t version = port.GetFWObj();
+  EXPECT_EQ(version.major + version.minor + version.sub_minor, 0);
+  EXPECT_TRUE(port.IsOpticCable());
+  EXPECT_EQ(port.GetTemperatureAlarms(), 0x09U);
+  EXPECT_EQ(port.GetTemperatureErrorsByTreshold(), 1U);
+  EXPECT_EQ(port.GetTemperatureStr(), "80C");
+  EXPECT_EQ(port.GetHighTemperatureThresholdStr(), "75C");
+  EXPECT_EQ(port.GetLowTemperatureThresholdStr(), "-5C");
+}
+
+TEST(CombinedCableInfoWithCableRecord, AsksIt) {
+  CombinedCableInfo port;
+  port.AttachCableRecord(Cable());
+  ExpectAnswersOfTheCableRecord(port);
+  EXPECT_EQ(port.GetCDRVendor(), kAllBits);
+}
+
+TEST(CombinedCableInfoWithBothRecords, AsksTheCableRecordButForTheCdrVendor) {
+  CombinedCableInfo port;
+  port.AttachPhyCableRecord(Phy());
+  port.AttachCableRecord(Cable());
+  ExpectAnswersOfTheCableRecord(port);
+  EXPECT_EQ(port.GetCDRVendor(), 7U);
+}
+
+TEST(CombinedCableInfoWithPhyCableRecord, AsksIt) {
+  CombinedCableInfo port;
+  port.AttachPhyCableRecord(Phy());
+  EXPECT_EQ(RowOf(port), Written([](std::ostream& os) { Phy()->ToCSVStream(os); }));
+  EXPECT_EQ(ReportOf(port), Written([](std::ostream& os) { Phy()->ToFileStream(os); }));
+  EXPECT_EQ(port.GetIdObj().pn, "PHY-PN");
+  EXPECT_EQ(port.GetIdObj().identifier, "OSFP");
+  EXPECT_EQ(port.GetUniqueKey(), "PHY-PN_0x08_P1");
+  EXPECT_EQ(port.GetPNVendor(), "PHY-PN");
+  cable_record_data_t data = {};
+  data.status = 42;
+  EXPECT_FALSE(port.ExportData(&data));
+  EXPECT_EQ(data.status, 42);
+  const fw_version_obj_t version = port.GetFWObj();
+  EXPECT_EQ(version.major, 1);
+  EXPECT_EQ(version.minor, 2);
+  EXPECT_EQ(version.sub_minor, 0x0304);
+  EXPECT_EQ(port.GetCDRVendor(), 7U);
+  EXPECT_FALSE(port.IsOpticCable());
+  EXPECT_EQ(port.GetTemperatureAlarms(), 0xF2U);
+  EXPECT_EQ(port.GetTemperatureErrorsByTreshold(), 2U);
+  EXPECT_EQ(port.GetTemperatureStr(), "-10C");
+  EXPECT_EQ(port.GetHighTemperatureThresholdStr(), "70C");
+  EXPECT_EQ(port.GetLowTemperatureThresholdStr(), "0C");
+}
+
+TEST(CombinedCableInfoWithEmptyPhyCableRecord, AnswersForAnAbsentModule) {
+  CombinedCableInfo port;
+  port.AttachPhyCableRecord(std::make_unique<PhyCableRecord>());
+  EXPECT_EQ(port.GetUniqueKey(), "");
+  EXPECT_EQ(port.GetPNVendor(), "");
+  EXPECT_EQ(port.GetFWObj().major, 0);
+  EXPECT_EQ(port.GetCDRVendor(), 0U);
+  EXPECT_FALSE(port.IsOpticCable());
+  EXPECT_EQ(port.GetTemperatureAlarms(), 0U);
+  EXPECT_EQ(port.GetTemperatureErrorsByTreshold(), 0U);
+  EXPECT_EQ(port.GetTemperatureStr(), "N/A");
+  EXPECT_EQ(port.GetHighTemperatureThresholdStr(), "N/A");
+  EXPECT_EQ(port.GetLowTemperatureThresholdStr(), "N/A");
+  EXPECT_EQ(Lines(ReportOf(port)).size(), 78U);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Part number
+// ---------------------------------------------------------------------------------------------
+
+TEST(CombinedCableInfoPartNumber, IsTrimmedAfterTheTestForNa) {
+  for (const auto& [text, expected] : {std::pair<std::string, std::string>{"NA", ""},
+                                       {" NA ", "NA"},
+                                       {"", ""},
+                                       {"   ", ""},
+                                       {"  ABC-12 \t", "ABC-12"},
+                                       {"\v\fA B\r\n", "A B"}}) {
+    CombinedCableInfo port;
+    auto record = std::make_unique<CableRecord>();
+    record->PartNumber = text;
+    port.AttachCableRecord(std::move(record));
+    EXPECT_EQ(port.GetPNVendor(), expected) << text;
+  }
+}
+
+TEST(CombinedCableInfoPartNumber, MayBeNaInAPhyCableRecord) {
+  CombinedCableInfo port;
+  auto record = Phy();
+  std::strcpy(record->module->vendor_pn, "NA");
+  port.AttachPhyCableRecord(std::move(record));
+  EXPECT_EQ(port.GetPNVendor(), "NA");
+}
+
+TEST(CombinedCableInfoFirmware, IsUnknownForPassiveCables) {
+  for (const unsigned technology : {0xA0U, 0xAFU}) {
+    CombinedCableInfo port;
+    auto record = Phy();
+    record->module->cable_technology = static_cast<std::uint8_t>(technology);
+    port.AttachPhyCableRecord(std::move(record));
+    EXPECT_EQ(port.GetFWObj().major, 0);
+  }
+}
+
+// ---------------------------------------------------------------------------------------------
+// Ownership
+// ---------------------------------------------------------------------------------------------
+
+struct Watched : CableRecord {
+  explicit Watched(int* counter) : destroyed(counter) {}
+  Watched(const Watched&) = delete;
+  Watched& operator=(const Watched&) = delete;
+  ~Watched() override { ++*destroyed; }
+  int* destroyed;
+};
+
+TEST(CombinedCableInfoOwnership, FreesWhatItHolds) {
+  int destroyed = 0;
+  {
+    CombinedCableInfo port;
+    port.AttachCableRecord(std::make_unique<Watched>(&destroyed));
+    port.AttachPhyCableRecord(Phy());
+    EXPECT_EQ(destroyed, 0);
+  }
+  EXPECT_EQ(destroyed, 1);
+}
+
+TEST(CombinedCableInfoOwnership, FreesWhatIsReplaced) {
+  int destroyed = 0;
+  CombinedCableInfo port;
+  port.AttachCableRecord(std::make_unique<Watched>(&destroyed));
+  port.AttachCableRecord(Cable());
+  EXPECT_EQ(destroyed, 1);
+  EXPECT_EQ(port.GetPNVendor(), "CABLE-PN");
+  port.AttachCableRecord(nullptr);
+  EXPECT_EQ(port.GetPNVendor(), "");
+  port.AttachPhyCableRecord(Phy());
+  port.AttachPhyCableRecord(Phy());
+  EXPECT_EQ(port.GetPNVendor(), "PHY-PN");
+  port.AttachPhyCableRecord(nullptr);
+  EXPECT_EQ(port.GetCDRVendor(), kAllBits);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Length by round-trip latency
+// ---------------------------------------------------------------------------------------------
+
+std::string PrtlCell(const CombinedCableInfo& port) { return Row(RowOf(port))["LengthDescByPRTL"]; }
+
+TEST(CombinedCableInfoPrtlLength, IsShownInMetres) {
+  for (const auto& [length, expected] : {std::pair<float, std::string>{50.0F, "50 m"},
+                                         {2.5F, "2.5 m"},
+                                         {12.345678F, "12.3457 m"},
+                                         {1234567.0F, "1.23457e+06 m"},
+                                         {-1.0F, "-1 m"},
+                                         {0.1F, "0.1 m"}}) {
+    CombinedCableInfo cable;
+    cable.AttachCableRecord(Cable());
+    cable.SetPrtlLength(length);
+    EXPECT_EQ(PrtlCell(cable), '"' + expected + '"');
+    EXPECT_EQ(Row(RowOf(cable))["LengthDesc"], '"' + expected + '"');
+    EXPECT_EQ(Lines(ReportOf(cable))[8], "Length by PRTL: " + expected);
+
+    CombinedCableInfo phy;
+    phy.AttachPhyCableRecord(Phy());
+    phy.SetPrtlLength(length);
+    EXPECT_EQ(PrtlCell(phy), '"' + expected + '"');
+    EXPECT_EQ(Lines(ReportOf(phy))[8], "Length by PRTL: " + expected);
+  }
+}
+
+TEST(CombinedCableInfoPrtlLength, MayBeAnyText) {
+  CombinedCableInfo port;
+  port.AttachPhyCableRecord(Phy());
+  port.SetPrtlLength(" about 3 ");
+  EXPECT_EQ(PrtlCell(port), "\" about 3 \"");
+  port.SetPrtlLength(std::string());
+  EXPECT_EQ(PrtlCell(port), "NA");
+}
+
+TEST(CombinedCableInfoPrtlLength, IsKeptByTheRecordThatAnswers) {
+  CombinedCableInfo port;
+  port.AttachCableRecord(Cable());
+  port.AttachPhyCableRecord(Phy());
+  port.SetPrtlLength(5.0F);
+  EXPECT_EQ(PrtlCell(port), "\"5 m\"");
+  port.AttachCableRecord(nullptr);
+  EXPECT_EQ(PrtlCell(port), "NA");
+}
+
+}  // namespace
+}  // namespace cable_info::test

@@ -1,0 +1,98 @@
+#include "cable_info/prtl_record.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <type_traits>
+
+namespace cable_info::test {
+namespace {
+
+PrtlRecord End(std::uint8_t resolution, std::uint32_t round_trip, std::uint16_t data_path,
+               std::uint16_t phy) {
+  PrtlRecord record;
+  record.latency_res = resolution;
+  record.round_trip_latency = round_trip;
+  record.local_mod_dp_latency = data_path;
+  record.local_phy_latency = phy;
+  return record;
+}
+
+constexpr const char* kExceeds = "The PRTL round trip latency exceeds its maximal possible value.";
+
+TEST(PrtlRecord, StartsZeroed) {
+  static_assert(std::is_trivially_copyable_v<PrtlRecord>);
+  const PrtlRecord record;
+  EXPECT_EQ(record.head_word, 0U);
+  EXPECT_EQ(record.ToString(),
+            "(round_trip_latency=0, latency_res=0, local_mod_dp_latency=0, local_phy_latency=0)");
+}
+
+TEST(PrtlRecord, ShowsItsFieldsAsNumbers) {
+  EXPECT_EQ(
+      End(1, 600, 20, 30).ToString(),
+      "(round_trip_latency=600, latency_res=1, local_mod_dp_latency=20, local_phy_latency=30)");
+  EXPECT_EQ(End(65, 4294967295U, 65535, 65534).ToString(),
+            "(round_trip_latency=4294967295, latency_res=65, local_mod_dp_latency=65535, "
+            "local_phy_latency=65534)");
+}
+
+TEST(PrtlLength, IsTheRoundTripLessBothEnds) {
+  std::string error = "kept";
+  EXPECT_EQ(End(1, 600, 20, 30).CalculateLength(End(0, 0, 20, 30), error), 50.0F);
+  EXPECT_EQ(error, "kept");
+  EXPECT_EQ(End(1, 600, 20, 30).CalculateLength(End(0, 0, 20, 30)), 50.0F);
+}
+
+TEST(PrtlLength, TakesTheRoundTripOfThisEndOnly) {
+  const PrtlRecord local = End(2, 100, 10, 20);
+  EXPECT_EQ(local.CalculateLength(End(99, 12345, 3, 7)), (200 - 13 - 27) / 10.0F);
+}
+
+TEST(PrtlLength, MayBeNegativeWhenNobodyChecks) {
+  EXPECT_EQ(End(1, 10, 20, 30).CalculateLength(End(0, 0, 20, 30)), -9.0F);
+}
+
+TEST(PrtlLength, FailsAtTheCountersCeiling) {
+  std::string error = "before";
+  EXPECT_EQ(End(1, 0xFFFFFF, 0, 0).CalculateLength({}, error), -1.0F);
+  EXPECT_EQ(error, kExceeds);
+  error = "before";
+  EXPECT_GT(End(1, 0xFFFFFE, 0, 0).CalculateLength({}, error), 0.0F);
+  EXPECT_EQ(error, "before");
+}
+
+TEST(PrtlLength, FailsBelowItsResolution) {
+  const std::string expected =
+      "The cable's length is below latency resolution. PRTL registers details: "
+      "local=(round_trip_latency=0, latency_res=1, local_mod_dp_latency=20, local_phy_latency=30)"
+      " and "
+      "remote=(round_trip_latency=0, latency_res=1, local_mod_dp_latency=20, local_phy_latency=30)";
+  std::string error = "before";
+  EXPECT_EQ(End(1, 0, 20, 30).CalculateLength(End(1, 0, 20, 30), error), -1.0F);
+  EXPECT_EQ(error, expected);
+
+  error.clear();
+  EXPECT_EQ(End(0, 600, 0, 0).CalculateLength({}, error), -1.0F);
+  EXPECT_NE(error, "");
+  error.clear();
+  EXPECT_EQ(End(1, 100, 20, 30).CalculateLength(End(0, 0, 20, 30), error), -1.0F) << "exactly zero";
+  EXPECT_NE(error, "");
+  error.clear();
+  EXPECT_EQ(End(1, 101, 20, 30).CalculateLength(End(0, 0, 20, 30), error), 0.1F);
+  EXPECT_EQ(error, "");
+}
+
+TEST(PrtlLength, WrapsItsProductAt32Bits) {
+  // 255 * 16843010 = 2^32 + 254
+  EXPECT_EQ(End(255, 16843010, 0, 0).CalculateLength({}), 25.4F);
+}
+
+TEST(PrtlLength, IsComputedInSinglePrecision) {
+  // 3 * 16777213 = 50331639; floats of this size are multiples of 4, so it becomes 50331640. Less
+  // 131070 that is 50200570, a tie that goes to the even 50200568; less 2, another such tie.
+  EXPECT_EQ(End(3, 16777213, 65535, 1).CalculateLength(End(0, 0, 65535, 1)), 50200568.0F / 10.0F);
+}
+
+}  // namespace
+}  // namespace cable_info::test

@@ -1,0 +1,146 @@
+#pragma once
+
+// Records that hold anything, the same for the same seed.
+
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <random>
+#include <string>
+
+#include "cable_info/cable_record.h"
+#include "cable_info/phy_cable_record.h"
+
+namespace cable_info::test {
+
+class RandomValues {
+ public:
+  explicit RandomValues(unsigned seed) : random_(seed) {}
+
+  // Small codes and extremes more often than chance gives them.
+  template <typename Unsigned>
+  Unsigned Code() {
+    switch (random_() % 8) {
+      case 0:
+        return 0;
+      case 1:
+        return static_cast<Unsigned>(~Unsigned{0});
+      case 2:
+      case 3:
+        return static_cast<Unsigned>(random_() % 20);
+      default:
+        return static_cast<Unsigned>(random_());
+    }
+  }
+
+  // Any float, NaN and infinities among them.
+  float Float() {
+    if (random_() % 2 == 0) return static_cast<float>(random_() % 80000) / 8000.0F;
+    return std::bit_cast<float>(static_cast<std::uint32_t>(random_()));
+  }
+
+  // Texts without commas and line breaks, so that cells and lines can be counted.
+  std::string Text() {
+    constexpr std::string_view kAlphabet = "abcXYZ 0189-_.\"\t";
+    if (random_() % 8 == 0) return "NA";
+    std::string text(random_() % 40, '\0');
+    for (char& c : text) c = kAlphabet[random_() % kAlphabet.size()];
+    return text;
+  }
+
+ private:
+  std::mt19937 random_;
+};
+
+inline CableRecord RandomCableRecord(unsigned seed) {
+  RandomValues random(seed);
+  CableRecord r;
+  for (std::uint8_t* byte : {&r.QueryStatus,
+                             &r.Identifier,
+                             &r.Connector,
+                             &r.SupportedSpeedMask,
+                             &r.TransmitterTechnologyCode,
+                             &r.LengthSmf,
+                             &r.LengthOm3,
+                             &r.LengthOm2,
+                             &r.LengthOm1,
+                             &r.LengthCopperOrActive,
+                             &r.OpaqueByte1,
+                             &r.NominalBitrate,
+                             &r.PowerClass,
+                             &r.CdrControl,
+                             &r.CdrPresence,
+                             &r.VendorModuleKind,
+                             &r.Attenuation[0],
+                             &r.Attenuation[1],
+                             &r.Attenuation[2],
+                             &r.Attenuation[3],
+                             &r.OpaqueByte2,
+                             &r.ExtSpecCompliance,
+                             &r.OpaqueByte3,
+                             &r.LatchedCdrLos,
+                             &r.LatchedAdaptiveEqFault,
+                             &r.LatchedCdrLol,
+                             &r.LatchedTemperatureAlarms,
+                             &r.LatchedVoltageAlarms,
+                             &r.TransmitterTechnologyRaw,
+                             &r.TxAdaptiveEqFreeze,
+                             &r.RxOutputDisableTxAdaptiveEq}) {
+    *byte = random.Code<std::uint8_t>();
+  }
+  for (std::uint16_t* word :
+       {&r.Temperature, &r.InputEq, &r.OutputAmp, &r.OutputEmp, &r.OpaqueWord1, &r.SupplyVoltage,
+        &r.RxPowerAlarms, &r.TxBiasAlarms, &r.TxPowerAlarms, &r.Lot, &r.TempHighAlarmThresh,
+        &r.TempHighWarnThresh, &r.TempLowAlarmThresh, &r.TempLowWarnThresh, &r.VoltHighAlarmThresh,
+        &r.VoltHighWarnThresh, &r.VoltLowAlarmThresh, &r.VoltLowWarnThresh}) {
+    *word = random.Code<std::uint16_t>();
+  }
+  for (int lane = 0; lane < 4; ++lane) {
+    r.RxPower[lane] = random.Float();
+    r.TxBias[lane] = random.Float();
+    r.TxPower[lane] = random.Float();
+  }
+  r.RxPowerIsAverage = random.Code<std::uint8_t>() % 2 == 0;
+  r.OpaqueDword1 = random.Code<std::uint32_t>();
+  for (std::string* text :
+       {&r.VendorName, &r.Oui, &r.PartNumber, &r.SerialNumber, &r.Revision, &r.LengthText,
+        &r.ExtraText, &r.FwVersionText, &r.DateCodeText, &r.PrtlLengthText}) {
+    *text = random.Text();
+  }
+  return r;
+}
+
+// The module record and the page hold any bytes; either may be missing.
+inline std::unique_ptr<PhyCableRecord> RandomPhyCableRecord(unsigned seed) {
+  RandomValues random(seed);
+  auto r = std::make_unique<PhyCableRecord>();
+  r->source = random.Text();
+  if (seed % 4 != 0) r->prtl_length = random.Text();
+  if (seed % 7 != 0) {
+    r->module = new PhyCableRecord::ModuleRecord;
+    std::uint8_t bytes[sizeof(PhyCableRecord::ModuleRecord)];
+    for (std::uint8_t& byte : bytes) byte = random.Code<std::uint8_t>();
+    std::memcpy(static_cast<void*>(r->module), bytes, sizeof(bytes));
+    for (char& c : r->module->vendor_name) {
+      if (c == ',' || c == '\n') c = ' ';
+    }
+    for (auto* text : {r->module->vendor_pn, r->module->vendor_sn}) {
+      for (std::size_t i = 0; i < sizeof(r->module->vendor_pn); ++i) {
+        if (text[i] == '\n') text[i] = ' ';
+      }
+    }
+    for (char& c : r->module->vendor_rev) {
+      if (c == '\n') c = ' ';
+    }
+  }
+  if (seed % 5 != 0) {
+    r->latched_flags = new PhyCableRecord::LatchedFlagsPage;
+    std::uint8_t bytes[sizeof(PhyCableRecord::LatchedFlagsPage)];
+    for (std::uint8_t& byte : bytes) byte = random.Code<std::uint8_t>();
+    std::memcpy(static_cast<void*>(r->latched_flags), bytes, sizeof(bytes));
+  }
+  return r;
+}
+
+}  // namespace cable_info::test

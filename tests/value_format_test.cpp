@@ -1,0 +1,333 @@
+#include "cable_info/value_format.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cfloat>
+#include <clocale>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <iomanip>
+#include <limits>
+#include <locale>
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "test_support.h"
+
+namespace cable_info::test {
+namespace {
+
+// What the C library makes of a number.
+std::string PrintfFixed3(double value) {
+  char text[400];
+  std::snprintf(text, sizeof(text), "%.3f", value);
+  return text;
+}
+
+std::string PrintfGeneral(double value) {
+  char text[400];
+  std::snprintf(text, sizeof(text), "%g", value);
+  return text;
+}
+
+std::string Fixed3(double value) {
+  return ToText([&](TextBuffer& out) { out.AppendFixed3(value); });
+}
+
+// Values at which formatting goes wrong first.
+std::vector<double> DelicateDoubles() {
+  std::vector<double> values = {0.0,
+                                0.0005,
+                                0.0015,
+                                0.0025,
+                                0.9994999,
+                                0.9995,
+                                0.99999999,
+                                1.0,
+                                999.9995,
+                                1e15,
+                                4503599627370495.5,  // the last half below 2^52
+                                4503599627370496.0,
+                                9007199254740993.0,
+                                1e22,
+                                1e100,
+                                DBL_MAX,
+                                DBL_MIN,
+                                std::numeric_limits<double>::denorm_min(),
+                                std::numeric_limits<double>::infinity(),
+                                std::numeric_limits<double>::quiet_NaN()};
+  for (int k = 0; k <= 80000; ++k) values.push_back(k / 8000.0);  // ties among them
+  for (int e = -80; e <= 80; ++e) values.push_back(std::ldexp(1.0, e));
+  const std::size_t count = values.size();
+  for (std::size_t i = 0; i < count; ++i) values.push_back(std::copysign(values[i], -1.0));
+  return values;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Number to text
+// ---------------------------------------------------------------------------------------------
+
+TEST(ToString, WritesBytesAsNumbers) {
+  for (unsigned value = 0; value < 256; ++value) {
+    char expected[8];
+    std::snprintf(expected, sizeof(expected), "%u", value);
+    EXPECT_EQ(_to_string(static_cast<unsigned char>(value)), expected);
+  }
+  EXPECT_EQ(_to_string<unsigned char>(65), "65");
+}
+
+TEST(ToString, WritesWordsInDecimal) {
+  for (unsigned value = 0; value < 65536; ++value) {
+    char expected[8];
+    std::snprintf(expected, sizeof(expected), "%u", value);
+    ASSERT_EQ(_to_string(static_cast<unsigned short>(value)), expected);
+  }
+}
+
+TEST(ToString, WritesDoublesAsADefaultStreamDoes) {
+  EXPECT_EQ(_to_string(25.5), "25.5");
+  EXPECT_EQ(_to_string(0.0001), "0.0001");
+  EXPECT_EQ(_to_string(1234567.0), "1.23457e+06");
+  EXPECT_EQ(_to_string(0.0), "0");
+  EXPECT_EQ(_to_string(-2.5), "-2.5");
+  for (const double value : DelicateDoubles()) ASSERT_EQ(_to_string(value), PrintfGeneral(value));
+}
+
+TEST(ToPtrString, WritesHexadecimalOfTheTypesWidth) {
+  EXPECT_EQ(_to_ptr_string<unsigned char>(0), "0x00");
+  EXPECT_EQ(_to_ptr_string<unsigned char>(5), "0x05");
+  EXPECT_EQ(_to_ptr_string<unsigned char>(171), "0xab");
+  EXPECT_EQ(_to_ptr_string<unsigned short>(0), "0x0000");
+  EXPECT_EQ(_to_ptr_string<unsigned short>(31), "0x001f");
+  EXPECT_EQ(_to_ptr_string<unsigned short>(48879), "0xbeef");
+}
+
+TEST(ToPtrString, PadsToAnyWidthAndNeverCuts) {
+  for (int width = 0; width <= 12; ++width) {
+    for (unsigned value : {0U, 1U, 0xFU, 0x10U, 0xFFU, 0x100U, 0xFFFU, 0x1000U, 0xFFFFU}) {
+      std::ostringstream expected;
+      expected << "0x" << std::hex << std::setfill('0') << std::setw(width) << value;
+      EXPECT_EQ(_to_ptr_string(static_cast<unsigned short>(value), width), expected.str());
+      if (value > 0xFF) continue;
+      EXPECT_EQ(_to_ptr_string(static_cast<unsigned char>(value), width), expected.str());
+    }
+  }
+}
+
+TEST(ToCvsQuoted, QuotesWithoutEscaping) {
+  EXPECT_EQ(_to_cvs_quoted(true, ""), R"("")");
+  EXPECT_EQ(_to_cvs_quoted(true, "a,\"b\"\n"), "\"a,\"b\"\n\"");
+  EXPECT_EQ(_to_cvs_quoted(false, "a,\"b\"\n"), "a,\"b\"\n");
+  EXPECT_EQ(_to_cvs_quoted(false, ""), "");
+}
+
+// ---------------------------------------------------------------------------------------------
+// Stream inserters
+// ---------------------------------------------------------------------------------------------
+
+TEST(QuotedInserter, WritesTheTextBetweenItsDelimiters) {
+  const std::string text("a\"b\0c", 5);
+  std::ostringstream os;
+  os << QUOTED_T<std::string>(&text, '<', '>') << QUOTED_T<char[3]>(&"NA", '"', '"');
+  EXPECT_EQ(os.str(), std::string("<a\"b\0c>\"NA\"", 11));
+}
+
+TEST(QuotedInserter, ReadsAnArrayToItsNulOrItsEnd) {
+  const char full[3] = {'a', 'b', 'c'};
+  const char half[3] = {'a', '\0', 'c'};
+  std::ostringstream os;
+  os << QUOTED_T<char[3]>(&full, '"', '"') << QUOTED_T<char[3]>(&half, '"', '"');
+  EXPECT_EQ(os.str(), R"("abc""a")");
+}
+
+TEST(QuotedInserter, BreaksTheStreamOnNull) {
+  std::ostringstream os;
+  os << QUOTED_T<char[3]>(nullptr, '<', '>');
+  EXPECT_TRUE(os.bad());
+  os << "more";
+  EXPECT_EQ(os.str(), "<");
+
+  std::ostringstream other;
+  other << QUOTED_T<std::string>(nullptr, '<', '>');
+  EXPECT_TRUE(other.bad());
+  EXPECT_EQ(other.str(), "<");
+}
+
+TEST(FloatInserter, WritesFixedNotationWithItsPrecision) {
+  std::ostringstream os;
+  os << FLOAT_T<float>(25.5F, 3, false) << ' ' << FLOAT_T<float>(-0.0625F, 3, false);
+  EXPECT_EQ(os.str(), "25.500 -0.062");
+}
+
+TEST(FloatInserter, LeavesThePrecisionButRestoresTheNotation) {
+  std::ostringstream os;
+  os << FLOAT_T<float>(1.0F, 2, false);
+  EXPECT_EQ(os.precision(), 2);
+  EXPECT_EQ(os.flags(), std::ostringstream().flags());
+  os << ' ' << 3.14159;
+  EXPECT_EQ(os.str(), "1.00 3.1");
+}
+
+TEST(FloatInserter, LeavesAllToTheStreamWithoutPrecision) {
+  std::ostringstream os;
+  os << std::scientific << std::setprecision(1) << FLOAT_T<float>(1234.5F, 0, false);
+  EXPECT_EQ(os.str(), "1.2e+03");
+  EXPECT_EQ(os.precision(), 1);
+}
+
+TEST(FloatInserter, WritesScientificNotationWhateverThePrecision) {
+  std::ostringstream os;
+  os << std::fixed << FLOAT_T<float>(1234.5F, 0, true) << ' ' << FLOAT_T<float>(1234.5F, 2, true);
+  EXPECT_EQ(os.str(), "1.234500e+03 1.23e+03");
+  EXPECT_EQ(os.flags() & std::ios::floatfield, std::ios::fixed);
+}
+
+TEST(HexInserter, WritesAPaddedByteWithoutPrefix) {
+  std::ostringstream os;
+  os << HEX_T<unsigned char>(13, 2, '0') << HEX_T<unsigned char>(0xAB, 2, '0')
+     << HEX_T<unsigned char>(1, 4, '*') << HEX_T<unsigned char>(65, 0, '0');
+  EXPECT_EQ(os.str(), "0dab***141");
+}
+
+TEST(HexInserter, LeavesItsFillButRestoresTheBase) {
+  std::ostringstream os;
+  os << HEX_T<unsigned char>(10, 2, '0') << std::setw(4) << 10;
+  EXPECT_EQ(os.fill(), '0');
+  EXPECT_EQ(os.str(), "0a0010");
+  EXPECT_EQ(os.flags(), std::ostringstream().flags());
+}
+
+TEST(HexInserter, TakesTheStreamsWidthWhenItHasNone) {
+  std::ostringstream os;
+  os << std::setw(5) << HEX_T<unsigned char>(255, 0, '.');
+  EXPECT_EQ(os.str(), "...ff");
+}
+
+TEST(HexInserter, ReplacesTheBaseOfTheStream) {
+  std::ostringstream os;
+  os << std::oct << HEX_T<unsigned char>(255, 2, '0') << ' ' << 8;
+  EXPECT_EQ(os.str(), "ff 10");
+}
+
+// ---------------------------------------------------------------------------------------------
+// TextBuffer
+// ---------------------------------------------------------------------------------------------
+
+TEST(TextBuffer, WritesThousandthsAsPrintfDoes) {
+  for (const double value : DelicateDoubles()) ASSERT_EQ(Fixed3(value), PrintfFixed3(value));
+}
+
+TEST(TextBuffer, WritesThousandthsOfAnyDoubleAsPrintfDoes) {
+  std::mt19937_64 random(20240315);
+  for (int i = 0; i < 1'000'000; ++i) {
+    const auto value = std::bit_cast<double>(random());
+    ASSERT_EQ(Fixed3(value), PrintfFixed3(value));
+  }
+}
+
+TEST(TextBuffer, WritesThousandthsOfFloatsAsPrintfDoes) {
+  // Every 4,099th float, so all exponents and both signs.
+  for (std::uint64_t bits = 0; bits <= 0xFFFFFFFF; bits += 4099) {
+    const auto value = static_cast<double>(std::bit_cast<float>(static_cast<std::uint32_t>(bits)));
+    ASSERT_EQ(Fixed3(value), PrintfFixed3(value)) << bits;
+  }
+}
+
+TEST(TextBuffer, WritesIntegersOfAnySize) {
+  const std::int64_t values[] = {0,    9,     10,        99,        100,      999,
+                                 1000, 65535, 123456789, INT64_MAX, INT64_MIN};
+  for (const std::int64_t magnitude : values) {
+    for (const std::int64_t value : {magnitude, magnitude == INT64_MIN ? magnitude : -magnitude}) {
+      EXPECT_EQ(ToText([&](TextBuffer& out) { out.AppendDecimal(value); }), std::to_string(value));
+    }
+  }
+}
+
+TEST(TextBuffer, WritesHexadecimalOfAnySize) {
+  for (int shift = 0; shift < 32; ++shift) {
+    for (const std::uint32_t value : {1U << shift, (1U << shift) - 1, 0xFFFFFFFFU >> shift}) {
+      for (int width = 0; width <= 10; ++width) {
+        char expected[32];
+        std::snprintf(expected, sizeof(expected), "%0*x", width, value);
+        ASSERT_EQ(ToText([&](TextBuffer& out) { out.AppendHex(value, width); }), expected);
+      }
+    }
+  }
+}
+
+TEST(TextBuffer, GrowsAndKeepsItsText) {
+  TextBuffer out;
+  std::string expected;
+  for (int i = 0; i < 5000; ++i) {
+    out.AppendDecimal(i).Append(',').Append("text").AppendQuoted("q").AppendFixed3(i / 8.0);
+    expected += std::to_string(i) + ",text\"q\"" + PrintfFixed3(i / 8.0);
+  }
+  EXPECT_EQ(out.view(), expected);
+  const std::string big(1'000'000, 'x');
+  out.Append(big);
+  EXPECT_EQ(out.size(), expected.size() + big.size());
+  out.Truncate(expected.size());
+  EXPECT_EQ(out.view(), expected);
+  out.Truncate(expected.size() + 1);
+  EXPECT_EQ(out.size(), expected.size());
+}
+
+// ---------------------------------------------------------------------------------------------
+// CsvRow
+// ---------------------------------------------------------------------------------------------
+
+TEST(CsvRow, WritesEveryFormOfCell) {
+  CsvRow row;
+  row.Raw("raw");
+  row.Quoted("quoted");
+  row.Decimal(4294967295U);
+  row.Hex(0x1F, 4);
+  row.Fixed3(0.5);
+  row.Missing(2);
+  row.Flag(true);
+  row.Flag(false);
+  row.FlagsUpwards(0x6, 0, 4);
+  row.FlagsDownwards(0x8000, 15, 3);
+  row.Cell([](TextBuffer& out) { out.Append("a,b"); });
+  row.QuotedCell([](TextBuffer& out, int value) { out.AppendDecimal(value); }, -7);
+  EXPECT_EQ(Written([&](std::ostream& os) { row.WriteTo(os); }),
+            "raw,\"quoted\",4294967295,0x001f,0.500,\"NA\",\"NA\",1,0,0,1,1,0,1,0,0,a,b,\"-7\"\n");
+}
+
+TEST(CsvRow, EndsInOneNewlineAndOneFlush) {
+  FlushCounter buffer;
+  std::ostream os(&buffer);
+  CsvRow row;
+  row.Raw("x");
+  row.WriteTo(os);
+  EXPECT_EQ(buffer.str(), "x\n");
+  EXPECT_EQ(buffer.flushes(), 1);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Locales
+// ---------------------------------------------------------------------------------------------
+
+class CommaPoint : public std::numpunct<char> {
+ protected:
+  char do_decimal_point() const override { return ','; }
+  char do_thousands_sep() const override { return '.'; }
+  std::string do_grouping() const override { return "\3"; }
+};
+
+TEST(Locale, NeverShowsInTexts) {
+  const std::locale before =
+      std::locale::global(std::locale(std::locale::classic(), new CommaPoint));
+  EXPECT_EQ(_to_string(12345.5), "12345.5");
+  EXPECT_EQ(_to_string<unsigned short>(65535), "65535");
+  EXPECT_EQ(Fixed3(12345.5), "12345.500");
+  EXPECT_EQ(VoltageToStr(65535), "6553500uV");
+  std::locale::global(before);
+}
+
+}  // namespace
+}  // namespace cable_info::test
