@@ -1,0 +1,99 @@
+#include "host/line_reader.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <system_error>
+
+namespace host {
+
+namespace {
+
+constexpr std::size_t kBlock = 1U << 20;
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+bool IsStandardInput(const std::string& path) { return path == "-"; }
+
+int Open(const std::string& path) {
+  if (IsStandardInput(path)) return STDIN_FILENO;
+  const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) throw std::system_error(errno, std::generic_category());
+  return fd;
+}
+
+}  // namespace
+
+LineReader::LineReader(const std::string& path)
+    : name_(IsStandardInput(path) ? "<stdin>" : path),
+      fd_(Open(path)),
+      buffer_(kBlock + kPadding) {}
+
+LineReader::~LineReader() {
+  if (fd_ != STDIN_FILENO) close(fd_);
+}
+
+std::optional<LineReader::Line> LineReader::Taken(std::size_t length, std::size_t newline) {
+  std::string_view text(buffer_.data() + begin_, length);
+  begin_ += length + newline;
+  bytes_ += length + newline;
+  ++number_;
+  if (number_ == 1 && text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+  return Line{text, false};
+}
+
+std::optional<LineReader::Line> LineReader::Next() {
+  std::size_t searched = 0;
+  bool too_long = false;
+  for (;;) {
+    const char* const first = buffer_.data() + begin_;
+    const std::size_t length = end_ - begin_;
+    const void* const newline = std::memchr(first + searched, '\n', length - searched);
+    if (newline != nullptr) {
+      auto line = Taken(static_cast<std::size_t>(static_cast<const char*>(newline) - first), 1);
+      line->too_long = too_long || line->text.size() > kLongestLine;
+      return line;
+    }
+    searched = length;
+    if (length > kLongestLine) {  // drop what there is and look for the line's end
+      too_long = true;
+      bytes_ += length;
+      begin_ = end_ = searched = 0;
+    }
+    if (Fill()) continue;
+    if (end_ == begin_ && !too_long) return std::nullopt;
+    auto line = Taken(end_ - begin_, 0);
+    line->too_long = too_long;
+    return line;
+  }
+}
+
+bool LineReader::Fill() {
+  if (begin_ > 0) {
+    std::copy(buffer_.data() + begin_, buffer_.data() + end_, buffer_.data());
+    end_ -= begin_;
+    begin_ = 0;
+  }
+  if (end_ + kPadding >= buffer_.size()) buffer_.resize(2 * buffer_.size());
+  for (;;) {
+    const ssize_t count = read(fd_, buffer_.data() + end_, buffer_.size() - kPadding - end_);
+    if (count >= 0) {
+      end_ += static_cast<std::size_t>(count);
+      return count > 0;
+    }
+    if (errno != EINTR) throw std::system_error(errno, std::generic_category());
+  }
+}
+
+std::optional<std::uint64_t> FileSize(const std::string& path) {
+  struct stat status {};
+  const int result =
+      IsStandardInput(path) ? fstat(STDIN_FILENO, &status) : stat(path.c_str(), &status);
+  if (result != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  return static_cast<std::uint64_t>(status.st_size);
+}
+
+}  // namespace host

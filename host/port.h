@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "cable_info/combined_cable_info.h"
+
+namespace host {
+
+/// A port as the host read it: its three cells of the table, and its cable.
+struct Port {
+  std::uint64_t node_guid = 0;
+  std::uint64_t port_guid = 0;
+  std::uint32_t number = 0;
+  cable_info::CombinedCableInfo cable;
+  /// The records that `cable` owns, to look at; null where it has none.
+  const cable_info::CableRecord* cable_record = nullptr;
+  const cable_info::PhyCableRecord* phy_cable_record = nullptr;
+};
+
+/// A GUID as the table writes it: "0x" and 16 digits.
+std::string GuidText(std::uint64_t guid);
+
+}  // namespace host

@@ -1,0 +1,533 @@
+#include "host/port_reader.h"
+
+#include <simdjson.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "cable_info/prtl_record.h"
+#include "host/line_reader.h"
+#include "host/spelling.h"
+
+namespace host {
+
+namespace {
+
+using cable_info::CableRecord;
+using cable_info::PhyCableRecord;
+using cable_info::PrtlRecord;
+using ModuleRecord = PhyCableRecord::ModuleRecord;
+using LatchedFlagsPage = PhyCableRecord::LatchedFlagsPage;
+using Json = simdjson::dom::element;
+
+static_assert(LineReader::kPadding >= simdjson::SIMDJSON_PADDING);
+
+// ---------------------------------------------------------------------------------------------
+// Errors
+// ---------------------------------------------------------------------------------------------
+
+// A value that does not fit. The path grows while the error passes outwards.
+struct Misfit {
+  std::string path;
+  std::string problem;
+
+  void Under(std::string_view name) {
+    if (!path.empty() && path.front() != '[') path.insert(0, 1, '.');
+    path.insert(0, name);
+  }
+};
+
+// Foreign text, made fit for one line of a terminal.
+std::string Shown(std::string_view text) {
+  constexpr std::size_t kLongest = 40;
+  constexpr std::string_view kEllipsis = "...";
+  std::string shown(text.substr(0, kLongest));
+  if (text.size() > kLongest) {
+    const auto is_continuation = [](char c) {
+      return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+    };
+    while (!shown.empty() && is_continuation(text[shown.size()])) shown.pop_back();
+    shown += kEllipsis;
+  }
+  for (char& c : shown) {
+    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = '?';
+  }
+  return shown;
+}
+
+[[noreturn]] void Expected(const std::string& what, Json found) {
+  throw Misfit{{}, "expected " + what + ", found " + Shown(simdjson::minify(found))};
+}
+
+// ---------------------------------------------------------------------------------------------
+// Values
+// ---------------------------------------------------------------------------------------------
+
+std::optional<std::uint64_t> HexCode(std::string_view text) {
+  if (!text.starts_with("0x") || text.size() == 2) return std::nullopt;
+  std::uint64_t code = 0;
+  const char* const end = text.data() + text.size();
+  const auto result = std::from_chars(text.data() + 2, end, code, 16);
+  if (result.ec != std::errc() || result.ptr != end) return std::nullopt;
+  return code;
+}
+
+template <typename Unsigned>
+requires std::is_unsigned_v<Unsigned>
+void Assign(Unsigned& target, Json value) {
+  constexpr std::uint64_t kHighest = std::numeric_limits<Unsigned>::max();
+  std::uint64_t number = 0;
+  std::string_view text;
+  bool fits = value.get(number) == simdjson::SUCCESS;
+  if (!fits && value.get(text) == simdjson::SUCCESS) {
+    const std::optional<std::uint64_t> code = HexCode(text);
+    fits = code.has_value();
+    number = code.value_or(0);
+  }
+  if (!fits || number > kHighest)
+    Expected("an integer from 0 to " + std::to_string(kHighest), value);
+  target = static_cast<Unsigned>(number);
+}
+
+void Assign(bool& target, Json value) {
+  std::uint64_t number = 0;
+  if (value.get(target) == simdjson::SUCCESS) return;
+  if (value.get(number) != simdjson::SUCCESS || number > 1) Expected("true or false", value);
+  target = number == 1;
+}
+
+void Assign(float& target, Json value) {
+  constexpr float kInfinity = std::numeric_limits<float>::infinity();
+  double number = 0.0;
+  std::string_view text;
+  if (value.get(number) == simdjson::SUCCESS) {
+    if (std::fabs(number) > static_cast<double>(std::numeric_limits<float>::max())) {
+      Expected("a number within the range of a 32-bit float", value);
+    }
+    target = static_cast<float>(number);
+    return;
+  }
+  if (value.get(text) != simdjson::SUCCESS) text = {};
+  if (text == "nan") {
+    target = std::numeric_limits<float>::quiet_NaN();
+  } else if (text == "inf") {
+    target = kInfinity;
+  } else if (text == "-inf") {
+    target = -kInfinity;
+  } else {
+    Expected("a number", value);
+  }
+}
+
+void Assign(std::string& target, Json value) {
+  std::string_view text;
+  if (value.get(text) != simdjson::SUCCESS) Expected("a text", value);
+  target = text;
+}
+
+// A text of at most N bytes.
+template <std::size_t N>
+std::string_view ShortText(Json value) {
+  std::string_view text;
+  if (value.get(text) != simdjson::SUCCESS || text.size() > N) {
+    Expected("a text of at most " + std::to_string(N) + " bytes", value);
+  }
+  return text;
+}
+
+template <std::size_t N>
+void Assign(char (&target)[N], Json value) {
+  const std::string_view text = ShortText<N>(value);
+  std::fill(std::copy(text.begin(), text.end(), target), target + N, '\0');
+}
+
+// An array of at most `count` elements; element i goes to `target(i)`.
+template <typename Target>
+void AssignElements(Json value, std::size_t count, const Target& target) {
+  simdjson::dom::array elements;
+  if (value.get(elements) != simdjson::SUCCESS || elements.size() > count) {
+    Expected("an array of at most " + std::to_string(count) + " elements", value);
+  }
+  std::size_t index = 0;
+  for (const Json element : elements) {
+    try {
+      if (!element.is_null()) Assign(target(index), element);
+    } catch (Misfit& misfit) {
+      misfit.Under('[' + std::to_string(index) + ']');
+      throw;
+    }
+    ++index;
+  }
+}
+
+template <typename T, std::size_t N>
+void Assign(T (&target)[N], Json value) {
+  AssignElements(value, N, [&](std::size_t i) -> T& { return target[i]; });
+}
+
+// ---------------------------------------------------------------------------------------------
+// Fields
+// ---------------------------------------------------------------------------------------------
+
+template <typename Record>
+struct Field {
+  std::string_view name;
+  void (*set)(Record& record, Json value);
+};
+
+template <auto kMember, typename Record>
+void Set(Record& record, Json value) {
+  Assign(record.*kMember, value);
+}
+
+// Lanes 1..8, which the record keeps pairwise swapped.
+template <auto kMember>
+void SetLanes(ModuleRecord& module, Json value) {
+  auto& lanes = module.*kMember;
+  AssignElements(value, std::size(lanes),
+                 [&](std::size_t i) -> std::uint16_t& { return lanes[i ^ 1]; });
+}
+
+void SetDateCode(ModuleRecord& module, Json value) {
+  module.SetDateCode(ShortText<sizeof(module.date_code)>(value));
+}
+
+template <typename Record, std::size_t N>
+void SetFields(Record& record, Json value, const std::array<Field<Record>, N>& fields) {
+  simdjson::dom::object object;
+  if (value.get(object) != simdjson::SUCCESS) Expected("an object", value);
+  std::size_t next = 0;  // keys usually come in the order of the table
+  for (const auto [member_key, member] : object) {
+    const std::string_view key = member_key;
+    auto field = fields.begin() + next;
+    if (field == fields.end() || field->name != key) {
+      field =
+          std::find_if(fields.begin(), fields.end(), [&](const auto& f) { return f.name == key; });
+    }
+    try {
+      if (field == fields.end()) {
+        std::vector<std::string_view> names;
+        names.reserve(fields.size());
+        for (const Field<Record>& known : fields) names.push_back(known.name);
+        const std::string_view nearest = Nearest(key, names);
+        throw Misfit{{},
+                     nearest.empty()
+                         ? "unknown key"
+                         : "unknown key; did you mean \"" + std::string(nearest) + "\"?"};
+      }
+      if (!member.is_null()) field->set(record, member);
+    } catch (Misfit& misfit) {
+      misfit.Under(Shown(key));
+      throw;
+    }
+    next = static_cast<std::size_t>(field - fields.begin()) + 1;
+  }
+}
+
+constexpr auto kCableFields = std::to_array<Field<CableRecord>>({
+    {"QueryStatus", Set<&CableRecord::QueryStatus>},
+    {"Identifier", Set<&CableRecord::Identifier>},
+    {"Connector", Set<&CableRecord::Connector>},
+    {"SupportedSpeedMask", Set<&CableRecord::SupportedSpeedMask>},
+    {"TransmitterTechnologyCode", Set<&CableRecord::TransmitterTechnologyCode>},
+    {"LengthSmf", Set<&CableRecord::LengthSmf>},
+    {"LengthOm3", Set<&CableRecord::LengthOm3>},
+    {"LengthOm2", Set<&CableRecord::LengthOm2>},
+    {"LengthOm1", Set<&CableRecord::LengthOm1>},
+    {"LengthCopperOrActive", Set<&CableRecord::LengthCopperOrActive>},
+    {"Temperature", Set<&CableRecord::Temperature>},
+    {"OpaqueByte1", Set<&CableRecord::OpaqueByte1>},
+    {"NominalBitrate", Set<&CableRecord::NominalBitrate>},
+    {"PowerClass", Set<&CableRecord::PowerClass>},
+    {"CdrControl", Set<&CableRecord::CdrControl>},
+    {"CdrPresence", Set<&CableRecord::CdrPresence>},
+    {"VendorModuleKind", Set<&CableRecord::VendorModuleKind>},
+    {"Attenuation", Set<&CableRecord::Attenuation>},
+    {"OpaqueByte2", Set<&CableRecord::OpaqueByte2>},
+    {"ExtSpecCompliance", Set<&CableRecord::ExtSpecCompliance>},
+    {"OpaqueByte3", Set<&CableRecord::OpaqueByte3>},
+    {"LatchedCdrLos", Set<&CableRecord::LatchedCdrLos>},
+    {"LatchedAdaptiveEqFault", Set<&CableRecord::LatchedAdaptiveEqFault>},
+    {"LatchedCdrLol", Set<&CableRecord::LatchedCdrLol>},
+    {"LatchedTemperatureAlarms", Set<&CableRecord::LatchedTemperatureAlarms>},
+    {"LatchedVoltageAlarms", Set<&CableRecord::LatchedVoltageAlarms>},
+    {"TransmitterTechnologyRaw", Set<&CableRecord::TransmitterTechnologyRaw>},
+    {"TxAdaptiveEqFreeze", Set<&CableRecord::TxAdaptiveEqFreeze>},
+    {"RxOutputDisableTxAdaptiveEq", Set<&CableRecord::RxOutputDisableTxAdaptiveEq>},
+    {"InputEq", Set<&CableRecord::InputEq>},
+    {"OutputAmp", Set<&CableRecord::OutputAmp>},
+    {"OutputEmp", Set<&CableRecord::OutputEmp>},
+    {"OpaqueWord1", Set<&CableRecord::OpaqueWord1>},
+    {"SupplyVoltage", Set<&CableRecord::SupplyVoltage>},
+    {"RxPowerAlarms", Set<&CableRecord::RxPowerAlarms>},
+    {"TxBiasAlarms", Set<&CableRecord::TxBiasAlarms>},
+    {"TxPowerAlarms", Set<&CableRecord::TxPowerAlarms>},
+    {"Lot", Set<&CableRecord::Lot>},
+    {"TempHighAlarmThresh", Set<&CableRecord::TempHighAlarmThresh>},
+    {"TempHighWarnThresh", Set<&CableRecord::TempHighWarnThresh>},
+    {"TempLowAlarmThresh", Set<&CableRecord::TempLowAlarmThresh>},
+    {"TempLowWarnThresh", Set<&CableRecord::TempLowWarnThresh>},
+    {"VoltHighAlarmThresh", Set<&CableRecord::VoltHighAlarmThresh>},
+    {"VoltHighWarnThresh", Set<&CableRecord::VoltHighWarnThresh>},
+    {"VoltLowAlarmThresh", Set<&CableRecord::VoltLowAlarmThresh>},
+    {"VoltLowWarnThresh", Set<&CableRecord::VoltLowWarnThresh>},
+    {"RxPower", Set<&CableRecord::RxPower>},
+    {"TxBias", Set<&CableRecord::TxBias>},
+    {"TxPower", Set<&CableRecord::TxPower>},
+    {"RxPowerIsAverage", Set<&CableRecord::RxPowerIsAverage>},
+    {"OpaqueDword1", Set<&CableRecord::OpaqueDword1>},
+    {"VendorName", Set<&CableRecord::VendorName>},
+    {"Oui", Set<&CableRecord::Oui>},
+    {"PartNumber", Set<&CableRecord::PartNumber>},
+    {"SerialNumber", Set<&CableRecord::SerialNumber>},
+    {"Revision", Set<&CableRecord::Revision>},
+    {"LengthText", Set<&CableRecord::LengthText>},
+    {"ExtraText", Set<&CableRecord::ExtraText>},
+    {"FwVersionText", Set<&CableRecord::FwVersionText>},
+    {"DateCodeText", Set<&CableRecord::DateCodeText>},
+    {"PrtlLengthText", Set<&CableRecord::PrtlLengthText>},
+});
+
+constexpr auto kModuleFields = std::to_array<Field<ModuleRecord>>({
+    {"power_unit_flag", Set<&ModuleRecord::power_unit_flag>},
+    {"compliance_code", Set<&ModuleRecord::compliance_code>},
+    {"cable_technology", Set<&ModuleRecord::cable_technology>},
+    {"power_class", Set<&ModuleRecord::power_class>},
+    {"cable_identifier", Set<&ModuleRecord::cable_identifier>},
+    {"cable_length", Set<&ModuleRecord::cable_length>},
+    {"tx_input_eq", Set<&ModuleRecord::tx_input_eq>},
+    {"rx_output_pre_emp", Set<&ModuleRecord::rx_output_pre_emp>},
+    {"rx_output_amp", Set<&ModuleRecord::rx_output_amp>},
+    {"max_power", Set<&ModuleRecord::max_power>},
+    {"attenuation", Set<&ModuleRecord::attenuation>},
+    {"tx_cdr_state", Set<&ModuleRecord::tx_cdr_state>},
+    {"rx_cdr_state", Set<&ModuleRecord::rx_cdr_state>},
+    {"tx_cdr_cap", Set<&ModuleRecord::tx_cdr_cap>},
+    {"rx_cdr_cap", Set<&ModuleRecord::rx_cdr_cap>},
+    {"rx_output_post_emp", Set<&ModuleRecord::rx_output_post_emp>},
+    {"vendor_name", Set<&ModuleRecord::vendor_name>},
+    {"vendor_pn", Set<&ModuleRecord::vendor_pn>},
+    {"vendor_rev", Set<&ModuleRecord::vendor_rev>},
+    {"fw_version", Set<&ModuleRecord::fw_version>},
+    {"vendor_sn", Set<&ModuleRecord::vendor_sn>},
+    {"voltage", Set<&ModuleRecord::voltage>},
+    {"temperature", Set<&ModuleRecord::temperature>},
+    {"rx_power", SetLanes<&ModuleRecord::rx_power>},
+    {"rx_power_raw", Set<&ModuleRecord::rx_power>},
+    {"tx_power", SetLanes<&ModuleRecord::tx_power>},
+    {"tx_power_raw", Set<&ModuleRecord::tx_power>},
+    {"tx_bias", SetLanes<&ModuleRecord::tx_bias>},
+    {"tx_bias_raw", Set<&ModuleRecord::tx_bias>},
+    {"temp_low_threshold", Set<&ModuleRecord::temp_low_threshold>},
+    {"temp_high_threshold", Set<&ModuleRecord::temp_high_threshold>},
+    {"voltage_low_threshold", Set<&ModuleRecord::voltage_low_threshold>},
+    {"voltage_high_threshold", Set<&ModuleRecord::voltage_high_threshold>},
+    {"rx_power_low_threshold", Set<&ModuleRecord::rx_power_low_threshold>},
+    {"rx_power_high_threshold", Set<&ModuleRecord::rx_power_high_threshold>},
+    {"tx_power_low_threshold", Set<&ModuleRecord::tx_power_low_threshold>},
+    {"tx_power_high_threshold", Set<&ModuleRecord::tx_power_high_threshold>},
+    {"tx_bias_low_threshold", Set<&ModuleRecord::tx_bias_low_threshold>},
+    {"tx_bias_high_threshold", Set<&ModuleRecord::tx_bias_high_threshold>},
+    {"smf_length", Set<&ModuleRecord::smf_length>},
+    {"rx_power_type", Set<&ModuleRecord::rx_power_type>},
+    {"ib_compliance_code", Set<&ModuleRecord::ib_compliance_code>},
+    {"nominal_bitrate", Set<&ModuleRecord::nominal_bitrate>},
+    {"extended_bitrate", Set<&ModuleRecord::extended_bitrate>},
+    {"length_om5", Set<&ModuleRecord::length_om5>},
+    {"length_om4", Set<&ModuleRecord::length_om4>},
+    {"length_om3", Set<&ModuleRecord::length_om3>},
+    {"length_om2", Set<&ModuleRecord::length_om2>},
+    {"length_om1", Set<&ModuleRecord::length_om1>},
+    {"lot", Set<&ModuleRecord::lot>},
+    {"date_code", SetDateCode},
+    {"vendor_oui", Set<&ModuleRecord::vendor_oui>},
+    {"connector_type", Set<&ModuleRecord::connector_type>},
+    {"cdr_vendor", Set<&ModuleRecord::cdr_vendor>},
+    {"max_fiber_length", Set<&ModuleRecord::max_fiber_length>},
+});
+
+constexpr auto kLatchedFlagsFields = std::to_array<Field<LatchedFlagsPage>>({
+    {"latched_voltage_flags", Set<&LatchedFlagsPage::latched_voltage_flags>},
+    {"latched_temperature_flags", Set<&LatchedFlagsPage::latched_temperature_flags>},
+    {"latched_tx_adaptive_eq_fault", Set<&LatchedFlagsPage::latched_tx_adaptive_eq_fault>},
+    {"latched_tx_cdr_lol", Set<&LatchedFlagsPage::latched_tx_cdr_lol>},
+    {"latched_tx_los", Set<&LatchedFlagsPage::latched_tx_los>},
+    {"latched_tx_power_low_warning", Set<&LatchedFlagsPage::latched_tx_power_low_warning>},
+    {"latched_tx_power_high_warning", Set<&LatchedFlagsPage::latched_tx_power_high_warning>},
+    {"latched_tx_power_low_alarm", Set<&LatchedFlagsPage::latched_tx_power_low_alarm>},
+    {"latched_tx_power_high_alarm", Set<&LatchedFlagsPage::latched_tx_power_high_alarm>},
+    {"latched_tx_bias_low_warning", Set<&LatchedFlagsPage::latched_tx_bias_low_warning>},
+    {"latched_tx_bias_high_warning", Set<&LatchedFlagsPage::latched_tx_bias_high_warning>},
+    {"latched_tx_bias_low_alarm", Set<&LatchedFlagsPage::latched_tx_bias_low_alarm>},
+    {"latched_tx_bias_high_alarm", Set<&LatchedFlagsPage::latched_tx_bias_high_alarm>},
+    {"latched_rx_cdr_lol", Set<&LatchedFlagsPage::latched_rx_cdr_lol>},
+    {"latched_rx_los", Set<&LatchedFlagsPage::latched_rx_los>},
+    {"latched_rx_power_low_warning", Set<&LatchedFlagsPage::latched_rx_power_low_warning>},
+    {"latched_rx_power_high_warning", Set<&LatchedFlagsPage::latched_rx_power_high_warning>},
+    {"latched_rx_power_low_alarm", Set<&LatchedFlagsPage::latched_rx_power_low_alarm>},
+    {"latched_rx_power_high_alarm", Set<&LatchedFlagsPage::latched_rx_power_high_alarm>},
+});
+
+constexpr auto kPrtlRecordFields = std::to_array<Field<PrtlRecord>>({
+    {"head_word", Set<&PrtlRecord::head_word>},
+    {"latency_res", Set<&PrtlRecord::latency_res>},
+    {"local_phy_latency", Set<&PrtlRecord::local_phy_latency>},
+    {"local_mod_dp_latency", Set<&PrtlRecord::local_mod_dp_latency>},
+    {"round_trip_latency", Set<&PrtlRecord::round_trip_latency>},
+});
+
+void SetModule(PhyCableRecord& phy, Json value) {
+  auto module = std::make_unique<ModuleRecord>();
+  SetFields(*module, value, kModuleFields);
+  delete std::exchange(phy.module, module.release());
+}
+
+void SetLatchedFlags(PhyCableRecord& phy, Json value) {
+  auto page = std::make_unique<LatchedFlagsPage>();
+  if (value.is_array()) {
+    std::uint8_t bytes[sizeof(LatchedFlagsPage)] = {};
+    Assign(bytes, value);
+    std::memcpy(page.get(), bytes, sizeof(bytes));
+  } else if (value.is_object()) {
+    SetFields(*page, value, kLatchedFlagsFields);
+  } else {
+    Expected("an object or an array", value);
+  }
+  delete std::exchange(phy.latched_flags, page.release());
+}
+
+constexpr auto kPhyFields = std::to_array<Field<PhyCableRecord>>({
+    {"source", Set<&PhyCableRecord::source>},
+    {"module", SetModule},
+    {"latched_flags", SetLatchedFlags},
+    {"prtl_length", Set<&PhyCableRecord::prtl_length>},
+});
+
+struct PrtlEnds {
+  std::optional<PrtlRecord> local;
+  std::optional<PrtlRecord> remote;
+};
+
+template <auto kEnd>
+void SetPrtlEnd(PrtlEnds& ends, Json value) {
+  SetFields((ends.*kEnd).emplace(), value, kPrtlRecordFields);
+}
+
+constexpr auto kPrtlFields = std::to_array<Field<PrtlEnds>>({
+    {"local", SetPrtlEnd<&PrtlEnds::local>},
+    {"remote", SetPrtlEnd<&PrtlEnds::remote>},
+});
+
+// What a line holds, before it becomes a port.
+struct Draft {
+  std::uint64_t node_guid = 0;
+  std::uint64_t port_guid = 0;
+  std::uint32_t port_num = 0;
+  std::unique_ptr<CableRecord> cable;
+  std::unique_ptr<PhyCableRecord> phy;
+  PrtlEnds prtl;
+  std::optional<float> prtl_metres;
+  std::optional<std::string> prtl_text;
+};
+
+void CheckFormatVersion(Draft& /*draft*/, Json value) {
+  constexpr std::uint64_t kKnown = 1;
+  std::uint64_t version = 0;
+  if (value.get(version) != simdjson::SUCCESS || version != kKnown) {
+    Expected(std::to_string(kKnown), value);
+  }
+}
+
+void SetCable(Draft& draft, Json value) {
+  draft.cable = std::make_unique<CableRecord>();
+  SetFields(*draft.cable, value, kCableFields);
+}
+
+void SetPhy(Draft& draft, Json value) {
+  draft.phy = std::make_unique<PhyCableRecord>();
+  SetFields(*draft.phy, value, kPhyFields);
+}
+
+void SetPrtl(Draft& draft, Json value) { SetFields(draft.prtl, value, kPrtlFields); }
+
+void SetPrtlLength(Draft& draft, Json value) {
+  if (value.is_string()) {
+    Assign(draft.prtl_text.emplace(), value);
+  } else if (value.is_number()) {
+    Assign(draft.prtl_metres.emplace(), value);
+  } else {
+    Expected("a number or a text", value);
+  }
+}
+
+constexpr auto kPortFields = std::to_array<Field<Draft>>({
+    {"format_version", CheckFormatVersion},
+    {"node_guid", Set<&Draft::node_guid>},
+    {"port_guid", Set<&Draft::port_guid>},
+    {"port_num", Set<&Draft::port_num>},
+    {"cable", SetCable},
+    {"phy", SetPhy},
+    {"prtl", SetPrtl},
+    {"prtl_length", SetPrtlLength},
+});
+
+// Stores the port's measured length; returns why there is none where the registers give none.
+std::string StorePrtlLength(const Draft& draft, Port& port) {
+  std::string error;
+  if (draft.prtl_text) {
+    port.cable.SetPrtlLength(*draft.prtl_text);
+  } else if (draft.prtl_metres) {
+    port.cable.SetPrtlLength(*draft.prtl_metres);
+  } else if (draft.prtl.local && draft.prtl.remote) {
+    const float length = draft.prtl.local->CalculateLength(*draft.prtl.remote, error);
+    if (error.empty()) port.cable.SetPrtlLength(length);
+  }
+  return error;
+}
+
+}  // namespace
+
+class PortReader::Parser {
+ public:
+  Json Parse(std::string_view line) {
+    Json document;
+    // The line is padded, so the parser need not copy it.
+    const auto error = parser_.parse(line.data(), line.size(), false).get(document);
+    if (error != simdjson::SUCCESS) {
+      throw Misfit{{}, std::string("not valid JSON: ") + simdjson::error_message(error)};
+    }
+    return document;
+  }
+
+ private:
+  simdjson::dom::parser parser_;
+};
+
+PortReader::PortReader() : parser_(std::make_unique<Parser>()) {}
+PortReader::~PortReader() = default;
+
+std::string PortReader::Read(std::string_view line, Port& port) {
+  Draft draft;
+  try {
+    SetFields(draft, parser_->Parse(line), kPortFields);
+  } catch (const Misfit& misfit) {
+    throw BadPort(misfit.path.empty() ? misfit.problem : misfit.path + ": " + misfit.problem);
+  }
+  port.node_guid = draft.node_guid;
+  port.port_guid = draft.port_guid;
+  port.number = draft.port_num;
+  port.cable_record = draft.cable.get();
+  port.phy_cable_record = draft.phy.get();
+  port.cable.AttachCableRecord(std::move(draft.cable));
+  port.cable.AttachPhyCableRecord(std::move(draft.phy));
+  return StorePrtlLength(draft, port);
+}
+
+}  // namespace host
