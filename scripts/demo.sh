@@ -1,12 +1,23 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and shows the table and the report of two ports.
+# Installs what is missing, builds, and shows the table and the report of a small fabric.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh
 
-need g++ cmake ninja-build
+need g++ cmake ninja-build libcli11-dev libsimdjson-dev nlohmann-json3-dev
 {
   cmake --preset release -DCABLE_INFO_BUILD_TESTS=OFF
-  cmake --build --preset release --target embed
+  cmake --build --preset release --target cableinfo
 } >&2
-build/release/examples/embed
+
+cableinfo=build/release/host/cableinfo
+table=build/cables.csv
+report=build/cables.txt
+"$cableinfo" table examples/fabric.jsonl -o "$table"
+"$cableinfo" report examples/fabric.jsonl -o "$report"
+
+printf '\n%s: %d rows under a header of 177 columns; the first columns:\n\n' \
+  "$table" "$(($(wc -l <"$table") - 1))"
+cut -d, -f3-9,18,26 "$table" | head -n 12
+printf '\n%s: a block a port; the first of %d:\n\n' "$report" "$(grep -c '^NodeGuid: ' "$report")"
+awk '/^$/ { exit } { print }' "$report"

@@ -157,7 +157,7 @@ TEST(CableRecordCdrEnable, ShowsNibblesOfPresentCdrs) {
   const std::string digits = "0123456789abcdef";
   CableRecord r;
   for (unsigned control = 0; control < 256; ++control) {
-    for (unsigned presence = 0; presence < 256; presence += control % 16 == 0 ? 1 : 64) {
+    for (unsigned presence = 0; presence < 256; presence += control % 16 == 0 ? 1U : 64U) {
       r.CdrControl = Byte(control);
       r.CdrPresence = Byte(presence);
       const std::string tx = (presence & 2) != 0 ? std::string("0x") + digits[control / 16] : "N/A";

@@ -1,0 +1,45 @@
+"""Runs the real program, whose path the environment names."""
+
+import json
+import os
+import pathlib
+import subprocess
+import tempfile
+import unittest
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+FABRIC = ROOT / "examples" / "fabric.jsonl"
+EXPECTED = pathlib.Path(__file__).resolve().parent / "expected"
+
+
+def program():
+    path = os.environ.get("CABLEINFO")
+    if not path:
+        raise RuntimeError("the environment variable CABLEINFO must name the program to test")
+    return path
+
+
+def run(*arguments, stdin=b"", **options):
+    """Runs the program; stdin may be bytes or a list of ports."""
+    if isinstance(stdin, list):
+        stdin = b"".join(json.dumps(port).encode() + b"\n" for port in stdin)
+    return subprocess.run([program(), *map(str, arguments)], input=stdin, capture_output=True,
+                          timeout=60, check=False, **options)
+
+
+class ProgramTest(unittest.TestCase):
+    maxDiff = 4000
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+    def file(self, name, content):
+        path = self.folder / name
+        path.write_bytes(content)
+        return path
+
+    def assert_run(self, result, status=0, stderr=b""):
+        self.assertEqual(result.stderr.decode(), stderr if isinstance(stderr, str) else stderr.decode())
+        self.assertEqual(result.returncode, status)
