@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <iomanip>
 #include <limits>
-#include <locale>
 #include <random>
 #include <sstream>
 #include <string>
@@ -326,24 +324,12 @@ TEST(CableRecordRow, EndsInOneNewlineAndOneFlush) {
   EXPECT_EQ(buffer.str().find('\n'), buffer.str().size() - 1);
 }
 
-class CommaPoint : public std::numpunct<char> {
- protected:
-  char do_decimal_point() const override { return ','; }
-  char do_thousands_sep() const override { return '.'; }
-  std::string do_grouping() const override { return "\1"; }
-};
-
 TEST(CableRecordRow, IgnoresTheStreamsFormatting) {
   const CableRecord r = RandomCableRecord(11);
-  std::ostringstream os;
-  os.imbue(std::locale(std::locale::classic(), new CommaPoint));
-  os << std::hex << std::showbase << std::uppercase << std::showpos << std::boolalpha << std::left
-     << std::scientific << std::setprecision(9) << std::setfill('*') << std::setw(30);
-  const std::ios::fmtflags flags = os.flags();
+  OddStream os;
   r.ToCSVStream(os);
   EXPECT_EQ(os.str(), Tail(r));
-  EXPECT_EQ(os.flags(), flags);
-  EXPECT_EQ(os.width(), 30);
+  EXPECT_TRUE(os.HasItsFlagsAndWidth());
   EXPECT_EQ(os.precision(), 3);
   EXPECT_EQ(os.fill(), '0');
 }

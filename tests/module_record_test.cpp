@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "cable_info/phy_cable_record.h"
+#include "test_support.h"
 
 namespace cable_info::test {
 namespace {
@@ -71,30 +72,13 @@ TEST(ModuleRecordIdentifier, HasANameForTwelveCodes) {
 }
 
 TEST(ModuleRecordTechnology, IsAByteOrANibble) {
-  const std::string names[] = {
-      "850 nm VCSEL",
-      "1310 nm VCSEL",
-      "1550 nm VCSEL",
-      "1310 nm FP",
-      "1310 nm DFB",
-      "1550 nm DFB",
-      "1310 nm EML",
-      "1550 nm EML",
-      "others",
-      "1490 nm DFB",
-      "Copper cable- unequalized",
-      "Copper cable- passive equalized",
-      "Copper cable- near and far end limiting active equalizers",
-      "Copper cable- far end limiting active equalizers",
-      "Copper cable- near end limiting active equalizers",
-      "Copper cable- linear active equalizers",
-  };
   for (unsigned identifier = 0; identifier < 256; ++identifier) {
     for (unsigned technology = 0; technology < 256; ++technology) {
       const ModuleRecord m = OfTechnology(technology, identifier);
       const unsigned code = kCmisIdentifiers.contains(identifier) ? technology : technology >> 4;
       ASSERT_EQ(m.SelectTransmitterTechnology(), code);
-      ASSERT_EQ(m.ConvertTransmitterTechnologyToStr(kNa), code < 16 ? names[code] : kNa);
+      ASSERT_EQ(m.ConvertTransmitterTechnologyToStr(kNa),
+                code < 16 ? TechnologyNames()[code] : kNa);
       ASSERT_EQ(m.IsPassiveCable(), technology >> 4 == 10) << "CMIS or not";
     }
   }

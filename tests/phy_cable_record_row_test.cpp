@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <cstring>
-#include <iomanip>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -348,16 +347,12 @@ TEST(PhyCableRecordRow, EndsInOneNewlineAndOneFlush) {
 
 TEST(PhyCableRecordRow, NeitherSeesNorChangesTheStreamsFormatting) {
   const auto r = RandomPhyCableRecord(11);
-  std::ostringstream os;
-  os << std::hex << std::showbase << std::uppercase << std::showpos << std::scientific
-     << std::setprecision(9) << std::setfill('*') << std::setw(30);
-  const std::ios::fmtflags flags = os.flags();
+  OddStream os;
   r->ToCSVStream(os);
   EXPECT_EQ(os.str(), Tail(*r));
-  EXPECT_EQ(os.flags(), flags);
-  EXPECT_EQ(os.width(), 30);
-  EXPECT_EQ(os.precision(), 9);
-  EXPECT_EQ(os.fill(), '*');
+  EXPECT_TRUE(os.HasItsFlagsAndWidth());
+  EXPECT_EQ(os.precision(), OddStream::kPrecision);
+  EXPECT_EQ(os.fill(), OddStream::kFill);
 }
 
 TEST(PhyCableRecordRow, WritesTheSourceAsItStands) {

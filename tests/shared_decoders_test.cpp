@@ -7,36 +7,17 @@
 
 #include "cable_info/combined_cable_info.h"
 #include "cable_info/value_format.h"
+#include "test_support.h"
 
 namespace cable_info::test {
 namespace {
-
-// The code set of SFF-8636 byte 147, as the texts stand in people's scripts.
-const std::string kTechnologies[] = {
-    "850 nm VCSEL",
-    "1310 nm VCSEL",
-    "1550 nm VCSEL",
-    "1310 nm FP",
-    "1310 nm DFB",
-    "1550 nm DFB",
-    "1310 nm EML",
-    "1550 nm EML",
-    "others",
-    "1490 nm DFB",
-    "Copper cable- unequalized",
-    "Copper cable- passive equalized",
-    "Copper cable- near and far end limiting active equalizers",
-    "Copper cable- far end limiting active equalizers",
-    "Copper cable- near end limiting active equalizers",
-    "Copper cable- linear active equalizers",
-};
 
 bool HasSensor(int technology) { return technology != 10 && technology != 11; }
 bool InRange(int degrees) { return degrees >= -40 && degrees <= 125; }
 
 TEST(CableType, NamesSixteenCodes) {
   for (unsigned code = 0; code < 256; ++code) {
-    const std::string expected = code < 16 ? kTechnologies[code] : "fallback";
+    const std::string expected = code < 16 ? TechnologyNames()[code] : "fallback";
     EXPECT_EQ(CombinedCableInfo::CableTypeToStr(static_cast<std::uint8_t>(code), "fallback"),
               expected);
   }

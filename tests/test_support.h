@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <locale>
 #include <sstream>
 #include <stdexcept>
 #include <streambuf>
@@ -92,6 +93,60 @@ class Row {
   }
 
   std::vector<std::string> cells_;
+};
+
+// The transmitter technologies of SFF-8636 byte 147, as they stand in people's scripts.
+inline const std::vector<std::string>& TechnologyNames() {
+  static const std::vector<std::string> names = {
+      "850 nm VCSEL",
+      "1310 nm VCSEL",
+      "1550 nm VCSEL",
+      "1310 nm FP",
+      "1310 nm DFB",
+      "1550 nm DFB",
+      "1310 nm EML",
+      "1550 nm EML",
+      "others",
+      "1490 nm DFB",
+      "Copper cable- unequalized",
+      "Copper cable- passive equalized",
+      "Copper cable- near and far end limiting active equalizers",
+      "Copper cable- far end limiting active equalizers",
+      "Copper cable- near end limiting active equalizers",
+      "Copper cable- linear active equalizers",
+  };
+  return names;
+}
+
+// The numbers of people who write 12.345,5.
+class CommaPoint : public std::numpunct<char> {
+ protected:
+  char do_decimal_point() const override { return ','; }
+  char do_thousands_sep() const override { return '.'; }
+  std::string do_grouping() const override { return "\3"; }
+};
+
+// A stream as a host may leave it: nothing of its formatting is the default.
+class OddStream : public std::ostringstream {
+ public:
+  static constexpr int kPrecision = 9;
+  static constexpr int kWidth = 30;
+  static constexpr char kFill = '*';
+
+  OddStream() {
+    imbue(std::locale(std::locale::classic(), new CommaPoint));
+    flags(kFlags);
+    precision(kPrecision);
+    width(kWidth);
+    fill(kFill);
+  }
+
+  bool HasItsFlagsAndWidth() const { return flags() == kFlags && width() == kWidth; }
+
+ private:
+  static constexpr std::ios::fmtflags kFlags =
+      std::ios::hex | std::ios::showbase | std::ios::uppercase | std::ios::showpos |
+      std::ios::boolalpha | std::ios::left | std::ios::scientific;
 };
 
 // A stream buffer that keeps the text and counts the flushes.

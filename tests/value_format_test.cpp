@@ -312,13 +312,6 @@ TEST(CsvRow, EndsInOneNewlineAndOneFlush) {
 // Locales
 // ---------------------------------------------------------------------------------------------
 
-class CommaPoint : public std::numpunct<char> {
- protected:
-  char do_decimal_point() const override { return ','; }
-  char do_thousands_sep() const override { return '.'; }
-  std::string do_grouping() const override { return "\3"; }
-};
-
 TEST(Locale, NeverShowsInTexts) {
   const std::locale before =
       std::locale::global(std::locale(std::locale::classic(), new CommaPoint));
