@@ -199,35 +199,46 @@ void SetDateCode(ModuleRecord& module, Json value) {
   module.SetDateCode(ShortText<sizeof(module.date_code)>(value));
 }
 
+// The index of the field called `key`, or N. Keys usually come in the order of the table, so the
+// search goes round it from where the last one ended.
+template <typename Record, std::size_t N>
+std::size_t FindField(const std::array<Field<Record>, N>& fields, std::string_view key,
+                      std::size_t start) {
+  for (std::size_t i = start; i < N; ++i) {
+    if (fields[i].name == key) return i;
+  }
+  for (std::size_t i = 0; i < start; ++i) {
+    if (fields[i].name == key) return i;
+  }
+  return N;
+}
+
+template <typename Record, std::size_t N>
+[[noreturn]] void UnknownKey(const std::array<Field<Record>, N>& fields, std::string_view key) {
+  std::vector<std::string_view> names;
+  names.reserve(N);
+  for (const Field<Record>& field : fields) names.push_back(field.name);
+  const std::string_view nearest = Nearest(key, names);
+  const std::string hint =
+      nearest.empty() ? "" : "; did you mean \"" + std::string(nearest) + "\"?";
+  throw Misfit{{}, "unknown key" + hint};
+}
+
 template <typename Record, std::size_t N>
 void SetFields(Record& record, Json value, const std::array<Field<Record>, N>& fields) {
   simdjson::dom::object object;
   if (value.get(object) != simdjson::SUCCESS) Expected("an object", value);
-  std::size_t next = 0;  // keys usually come in the order of the table
-  for (const auto [member_key, member] : object) {
-    const std::string_view key = member_key;
-    auto field = fields.begin() + next;
-    if (field == fields.end() || field->name != key) {
-      field =
-          std::find_if(fields.begin(), fields.end(), [&](const auto& f) { return f.name == key; });
-    }
+  std::size_t next = 0;
+  for (const auto [key, member] : object) {
     try {
-      if (field == fields.end()) {
-        std::vector<std::string_view> names;
-        names.reserve(fields.size());
-        for (const Field<Record>& known : fields) names.push_back(known.name);
-        const std::string_view nearest = Nearest(key, names);
-        throw Misfit{{},
-                     nearest.empty()
-                         ? "unknown key"
-                         : "unknown key; did you mean \"" + std::string(nearest) + "\"?"};
-      }
-      if (!member.is_null()) field->set(record, member);
+      const std::size_t found = FindField(fields, key, next);
+      if (found == N) UnknownKey(fields, key);
+      if (!member.is_null()) fields[found].set(record, member);
+      next = found + 1;
     } catch (Misfit& misfit) {
       misfit.Under(Shown(key));
       throw;
     }
-    next = static_cast<std::size_t>(field - fields.begin()) + 1;
   }
 }
 
