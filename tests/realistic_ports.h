@@ -8,6 +8,7 @@
 #include <functional>
 #include <initializer_list>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -178,6 +179,8 @@ inline std::unique_ptr<PhyCableRecord> Osfp() {
 struct RealisticPort {
   std::string name;
   std::function<void(CombinedCableInfo&)> fill;
+
+  friend void PrintTo(const RealisticPort& port, std::ostream* os) { *os << port.name; }
 };
 
 namespace ports {
