@@ -65,6 +65,10 @@ std::size_t CountDigits(std::uint64_t value) {
 
 // Writes `value` at `begin`; returns where it ends.
 char* WriteDecimal(char* begin, std::uint64_t value) {
+  if (value < 10) {  // most numbers of a row
+    *begin = static_cast<char>('0' + value);
+    return begin + 1;
+  }
   char* const end = begin + CountDigits(value);
   char* digit = end;
   while (value >= 100) {
