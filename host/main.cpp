@@ -92,7 +92,7 @@ int Run(int argc, char** argv) {
   const ExitStatus status =
       writer != nullptr
           ? RunPorts(options, *writer)
-          : host::RunWriting({}, [&](std::ostream& os) { host::WriteColumns(os, as_json); });
+          : host::RunToStandardOutput([&](std::ostream& os) { host::WriteColumns(os, as_json); });
   return static_cast<int>(status);
 }
 

@@ -69,8 +69,7 @@ mode_t Permissions(const std::string& path) {
 
 }  // namespace
 
-OutputFile::OutputFile(const std::string& path)
-    : name_(path.empty() ? "standard output" : path), fd_(STDOUT_FILENO), buffer_(kBufferSize) {
+OutputFile::OutputFile(const std::string& path) : fd_(STDOUT_FILENO), buffer_(kBufferSize) {
   if (!path.empty() && IsSpecialFile(path)) {
     fd_ = open(path.c_str(), O_WRONLY | O_CLOEXEC);
     if (fd_ < 0) ThrowError(errno);

@@ -27,10 +27,8 @@ class OutputFile : public std::streambuf {
   /// Writes what is buffered and gives the file its name. Throws `std::system_error`.
   void Commit();
 
-  /// The system's error number of the first failed write; 0 when all is well.
-  int error() const { return error_; }
-  /// How people call the file.
-  const std::string& name() const { return name_; }
+  /// True after a failed write; `Commit` will throw its error.
+  bool has_failed() const { return error_ != 0; }
   bool is_terminal() const { return is_terminal_; }
 
  protected:
@@ -43,11 +41,10 @@ class OutputFile : public std::streambuf {
   bool Drain();
   bool WriteAll(const char* text, std::size_t count);
 
-  std::string name_;
   std::string final_path_;      // empty when the text goes straight to its place
   std::string temporary_path_;  // empty when there is none
   int fd_ = -1;
-  int error_ = 0;
+  int error_ = 0;  // of the first failed write
   bool is_terminal_ = false;
   std::vector<char> buffer_;
 };

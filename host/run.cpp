@@ -55,13 +55,17 @@ class Run {
         progress_(!options.quiet && !output.is_terminal() && StandardErrorIsTerminal(),
                   TotalSize(inputs_)) {}
 
-  ExitStatus Do() {
+  void Do() {
     writer_.Begin(os_);
     for (const std::string& input : inputs_) {
-      if (!ReadInput(input)) break;
+      if (!ReadInput(input)) return;
     }
-    return status_;
+    reached_end_ = true;
   }
+
+  ExitStatus status() const { return status_; }
+  // False when a strict run stopped at a bad port, or the output could not be written.
+  bool reached_end() const { return reached_end_; }
 
  private:
   // False when the run must stop.
@@ -114,40 +118,46 @@ class Run {
   Progress progress_;
   PortReader reader_;
   ExitStatus status_ = ExitStatus::kGood;
+  bool reached_end_ = false;
   std::uint64_t ports_ = 0;
   std::uint64_t bytes_before_ = 0;
 };
 
+// Lets `write(output)` fill the output at `path`, and commits it if that returns true. A reader
+// that closed the pipe has what it wanted.
+template <typename Write>
+ExitStatus WithOutput(const std::string& path, const Write& write) {
+  try {
+    OutputFile output(path);
+    if (write(output)) output.Commit();
+  } catch (const std::system_error& error) {
+    if (error.code().value() == EPIPE) return ExitStatus::kGood;
+    return FileFailed(path.empty() ? "standard output" : path, error.code());
+  }
+  return ExitStatus::kGood;
+}
+
 }  // namespace
 
 ExitStatus RunPorts(const PortOptions& options, PortWriter& writer) {
-  ExitStatus status = ExitStatus::kGood;
-  try {
-    OutputFile output(options.output);
-    status = Run(options, writer, output).Do();
-    const bool is_cut_off = options.strict && status == ExitStatus::kBadPorts;
+  ExitStatus ports = ExitStatus::kGood;
+  const ExitStatus output = WithOutput(options.output, [&](OutputFile& file) {
+    Run run(options, writer, file);
+    run.Do();
+    ports = run.status();
     // What a strict run wrote to standard output before the bad port is whole, and so stays; under
     // a file's name it would pass for the whole table.
-    if (!is_cut_off || options.output.empty()) output.Commit();
-  } catch (const std::system_error& error) {
-    if (error.code().value() == EPIPE) return status;  // the reader has what it wanted
-    return FileFailed(options.output.empty() ? "standard output" : options.output, error.code());
-  }
-  return status;
+    return run.reached_end() || file.has_failed() || options.output.empty();
+  });
+  return Worse(ports, output);
 }
 
-ExitStatus RunWriting(const std::string& output_path,
-                      const std::function<void(std::ostream&)>& write) {
-  try {
-    OutputFile output(output_path);
-    std::ostream os(&output);
+ExitStatus RunToStandardOutput(const std::function<void(std::ostream&)>& write) {
+  return WithOutput({}, [&](OutputFile& file) {
+    std::ostream os(&file);
     write(os);
-    output.Commit();
-  } catch (const std::system_error& error) {
-    if (error.code().value() == EPIPE) return ExitStatus::kGood;
-    return FileFailed(output_path.empty() ? "standard output" : output_path, error.code());
-  }
-  return ExitStatus::kGood;
+    return true;
+  });
 }
 
 }  // namespace host

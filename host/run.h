@@ -22,7 +22,7 @@ struct PortOptions {
 /// error and is left out.
 ExitStatus RunPorts(const PortOptions& options, PortWriter& writer);
 
-/// Writes to the file `output`, or to standard output when it is empty.
-ExitStatus RunWriting(const std::string& output, const std::function<void(std::ostream&)>& write);
+/// Lets `write` write to standard output.
+ExitStatus RunToStandardOutput(const std::function<void(std::ostream&)>& write);
 
 }  // namespace host

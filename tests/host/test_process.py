@@ -78,6 +78,13 @@ class OutputFiles(ProgramTest):
         self.assertEqual(target.read_bytes(), b"old")
         self.assertEqual(self.files(), ["cables.csv"])
 
+    def test_a_strict_failure_behind_an_unreadable_file_keeps_it_too(self):
+        target = self.file("cables.csv", b"old")
+        bad = self.file("bad.jsonl", PORT + b"nonsense\n" + PORT)
+        result = run("table", "--strict", "-o", target, self.folder / "missing.jsonl", bad)
+        self.assertEqual(result.returncode, 3)
+        self.assertEqual(target.read_bytes(), b"old")
+
     def test_a_failed_write_keeps_the_old_file(self):
         def limit():
             signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
