@@ -145,7 +145,7 @@ void AppendAttenuation(TextBuffer& out, const CableRecord& r, bool csv) {
 
 void AppendNibbleOrMissing(TextBuffer& out, bool present, std::uint8_t nibble) {
   if (present) {
-    out.Append("0x").AppendHex(nibble, 1);
+    out.AppendPrefixedHex(nibble, 1);
   } else {
     out.Append(kReportNa);
   }
@@ -157,7 +157,7 @@ void AppendCdrEnable(TextBuffer& out, const CableRecord& r, bool csv) {
     return;
   }
   if (csv) {
-    out.Append("0x").AppendHex(r.CdrControl, 1);
+    out.AppendPrefixedHex(r.CdrControl, 1);
     return;
   }
   AppendNibbleOrMissing(out, (r.CdrPresence & 0x2) != 0, HighNibble(r.CdrControl));
@@ -182,11 +182,11 @@ void AppendLaneSettings(TextBuffer& out, const CableRecord& r, std::uint16_t wor
 }
 
 void AppendRxOutputDisable(TextBuffer& out, const CableRecord& r) {
-  out.Append("0x").AppendHex(HighNibble(r.RxOutputDisableTxAdaptiveEq), 1);
+  out.AppendPrefixedHex(HighNibble(r.RxOutputDisableTxAdaptiveEq), 1);
 }
 
 void AppendTxAdaptiveEqEnable(TextBuffer& out, const CableRecord& r) {
-  out.Append("0x").AppendHex(LowNibble(r.RxOutputDisableTxAdaptiveEq), 1);
+  out.AppendPrefixedHex(LowNibble(r.RxOutputDisableTxAdaptiveEq), 1);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -304,7 +304,10 @@ void AppendBias(TextBuffer& out, float milliamperes) {
 }
 
 void AppendIdentifier(TextBuffer& out, const CableRecord& r) {
-  out.Append(IdentifierName(r.Identifier)).Append(" (0x").AppendHex(r.Identifier, 2).Append(')');
+  out.Append(IdentifierName(r.Identifier))
+      .Append(" (")
+      .AppendPrefixedHex(r.Identifier, 2)
+      .Append(')');
 }
 
 // The block is made of C strings: a text ends at its first NUL. No more of it than the whole block

@@ -169,23 +169,24 @@ double DbmToMilliwatts(double dbm) {
 
 namespace decode {
 
+void Metres(TextBuffer& out, std::int64_t base, std::int64_t multiplier) {
+  if (multiplier == 0) {  // stands for 0.1
+    out.AppendGeneral(static_cast<double>(base) * 0.1);
+  } else {
+    out.AppendDecimal(base * multiplier);
+  }
+  out.Append(" m");
+}
+
 void Length(TextBuffer& out, const ModuleRecord& m, bool csv, std::string_view na) {
-  constexpr std::int64_t kCmisMultipliers[] = {0, 1, 10, 100};  // code 0 stands for 0.1
+  constexpr std::int64_t kCmisMultipliers[] = {0, 1, 10, 100};
   const bool is_cmis = m.IsCMISCable();
   const std::int64_t base = is_cmis ? m.cable_length & 0x3F : m.cable_length;
   if (base == 0) {
     out.Append(na);
     return;
   }
-  const std::int64_t multiplier = is_cmis ? kCmisMultipliers[m.cable_length >> 6] : 1;
-  if (csv) out.Append('"');
-  if (multiplier == 0) {
-    out.AppendGeneral(static_cast<double>(base) * 0.1);
-  } else {
-    out.AppendDecimal(base * multiplier);
-  }
-  out.Append(" m");
-  if (csv) out.Append('"');
+  AppendCvsQuoted(out, csv, Metres, base, is_cmis ? kCmisMultipliers[m.cable_length >> 6] : 1);
 }
 
 void LengthSMFiber(TextBuffer& out, const ModuleRecord& m) {
@@ -258,7 +259,7 @@ void CdrEnable(TextBuffer& out, const ModuleRecord& m, bool rx, std::string_view
     out.Append(na);
     return;
   }
-  out.Append("0x").AppendHex(state, 2);
+  out.AppendPrefixedHex(state, 2);
 }
 
 void Attenuation(TextBuffer& out, const ModuleRecord& m, bool csv) {
@@ -292,15 +293,12 @@ void LaneSetting(TextBuffer& out, const ModuleRecord& m, std::uint8_t value, boo
 }
 
 void Temperature(TextBuffer& out, const ModuleRecord& m, std::uint16_t raw, bool csv) {
-  if (csv) out.Append('"');
-  AppendTemperature(out, TechnologyNibble(m), WholeDegrees(raw), UnquotedMissingValue(csv));
-  if (csv) out.Append('"');
+  AppendCvsQuoted(out, csv, AppendTemperature, TechnologyNibble(m), WholeDegrees(raw),
+                  UnquotedMissingValue(csv));
 }
 
 void Voltage(TextBuffer& out, std::uint16_t raw, bool csv) {
-  if (csv) out.Append('"');
-  AppendVoltage(out, raw);
-  if (csv) out.Append('"');
+  AppendCvsQuoted(out, csv, AppendVoltage, raw);
 }
 
 void MaxPower(TextBuffer& out, const ModuleRecord& m, std::string_view na) {
@@ -344,9 +342,7 @@ void WithFallback(TextBuffer& out, const PhyCableRecord& r, bool csv, Decode dec
 template <typename Decode>
 void QuotedWithFallback(TextBuffer& out, const PhyCableRecord& r, bool csv, Decode decode) {
   OfModule(out, r, MissingValue(csv), [&](TextBuffer& o, const ModuleRecord& m) {
-    if (csv) o.Append('"');
-    decode(o, m, UnquotedMissingValue(csv));
-    if (csv) o.Append('"');
+    AppendCvsQuoted(o, csv, decode, m, UnquotedMissingValue(csv));
   });
 }
 
@@ -357,7 +353,7 @@ void Type(TextBuffer& out, const PhyCableRecord& r, bool csv) {
 void Identifier(TextBuffer& out, const PhyCableRecord& r, bool csv) {
   OfModule(out, r, MissingValue(csv), [csv](TextBuffer& o, const ModuleRecord& m) {
     o.Append(FormFactorName(m));
-    if (!csv) o.Append(" (0x").AppendHex(m.cable_identifier, 2).Append(')');
+    if (!csv) o.Append(" (").AppendPrefixedHex(m.cable_identifier, 2).Append(')');
   });
 }
 
@@ -391,7 +387,7 @@ void DateCode(TextBuffer& out, const PhyCableRecord& r, bool csv) {
 
 void Lot(TextBuffer& out, const PhyCableRecord& r, bool csv) {
   OfModule(out, r, MissingValue(csv),
-           [](TextBuffer& o, const ModuleRecord& m) { o.Append("0x").AppendHex(m.lot, 4); });
+           [](TextBuffer& o, const ModuleRecord& m) { o.AppendPrefixedHex(m.lot, 4); });
 }
 
 void ComplianceCode(TextBuffer& out, const PhyCableRecord& r, bool csv) {
@@ -399,14 +395,14 @@ void ComplianceCode(TextBuffer& out, const PhyCableRecord& r, bool csv) {
     if (csv) {
       o.AppendDecimal(m.compliance_code);
     } else {
-      o.Append("0x").AppendHex(m.compliance_code, 2);
+      o.AppendPrefixedHex(m.compliance_code, 2);
     }
   });
 }
 
 void Technology(TextBuffer& out, const PhyCableRecord& r, bool csv) {
   OfModule(out, r, MissingValue(csv), [csv](TextBuffer& o, const ModuleRecord& m) {
-    o.Append("0x").AppendHex(csv ? m.SelectTransmitterTechnology() : m.cable_technology, 2);
+    o.AppendPrefixedHex(csv ? m.SelectTransmitterTechnology() : m.cable_technology, 2);
   });
 }
 
@@ -460,7 +456,7 @@ void Vendor(TextBuffer& out, const PhyCableRecord& r) {
 
 void OUI(TextBuffer& out, const PhyCableRecord& r) {
   OfModule(out, r, kBareNa,
-           [](TextBuffer& o, const ModuleRecord& m) { o.Append("0x").AppendHex(m.vendor_oui, 1); });
+           [](TextBuffer& o, const ModuleRecord& m) { o.AppendPrefixedHex(m.vendor_oui, 1); });
 }
 
 // A vendor's description: trimmed, its commas turned into hyphens, `blank` when nothing is left.
@@ -539,7 +535,7 @@ void Decimal(TextBuffer& out, const PhyCableRecord& r, Number ModuleRecord::*fie
 void HexByte(TextBuffer& out, const PhyCableRecord& r, std::uint8_t ModuleRecord::*field,
              bool csv) {
   OfModule(out, r, MissingValue(csv),
-           [&](TextBuffer& o, const ModuleRecord& m) { o.Append("0x").AppendHex(m.*field, 2); });
+           [&](TextBuffer& o, const ModuleRecord& m) { o.AppendPrefixedHex(m.*field, 2); });
 }
 
 void PowerLine(TextBuffer& out, double raw, std::uint16_t unit_flag, bool csv) {
@@ -625,7 +621,7 @@ void Append(TextBuffer& out, const PhyCableRecord& r, Flags (*select)(const Latc
     out.Append(kReportNa);
     return;
   }
-  out.Append("0x").AppendHex(select(*r.latched_flags), 2 * static_cast<int>(sizeof(Flags)));
+  out.AppendPrefixedHex(select(*r.latched_flags), 2 * static_cast<int>(sizeof(Flags)));
 }
 
 }  // namespace flags

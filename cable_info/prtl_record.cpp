@@ -38,7 +38,7 @@ float PrtlRecord::CalculateLength(const PrtlRecord& remote, std::string& error) 
     return kNoLength;
   }
   const float length = CalculateLength(remote);
-  if (round_trip_latency == 0 || !(length > 0.0F)) {
+  if (!(length > 0.0F)) {  // no round trip at all, too
     error = ToText([&](TextBuffer& out) {
       out.Append(kBelowResolution).Append(kLocalDetails);
       AppendRecord(out, *this);

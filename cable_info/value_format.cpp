@@ -252,12 +252,12 @@ std::string _to_string<double>(double value) {
 
 template <>
 std::string _to_ptr_string<unsigned char>(unsigned char value, int width) {
-  return ToText([&](TextBuffer& out) { out.Append("0x").AppendHex(value, width); });
+  return ToText([&](TextBuffer& out) { out.AppendPrefixedHex(value, width); });
 }
 
 template <>
 std::string _to_ptr_string<unsigned short>(unsigned short value, int width) {
-  return ToText([&](TextBuffer& out) { out.Append("0x").AppendHex(value, width); });
+  return ToText([&](TextBuffer& out) { out.AppendPrefixedHex(value, width); });
 }
 
 std::string _to_cvs_quoted(bool quote, const std::string& text) {

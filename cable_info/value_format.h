@@ -288,6 +288,11 @@ class TextBuffer {
   /// Lower-case hexadecimal, filled with "0" to at least `width` digits.
   TextBuffer& AppendHex(std::uint32_t value, int width);
 
+  /// The same behind "0x".
+  TextBuffer& AppendPrefixedHex(std::uint32_t value, int width) {
+    return Append("0x").AppendHex(value, width);
+  }
+
   /// As `printf` writes "%.3f" in the C locale.
   TextBuffer& AppendFixed3(double value);
 
@@ -329,6 +334,14 @@ std::string ToText(Append&& append, const Args&... args) {
   return std::string(out.view());
 }
 
+/// What `append(out, args...)` writes, between double quotes when `quote` is true.
+template <typename Append, typename... Args>
+void AppendCvsQuoted(TextBuffer& out, bool quote, Append&& append, const Args&... args) {
+  if (quote) out.Append('"');
+  append(out, args...);
+  if (quote) out.Append('"');
+}
+
 /// The form of a text: the CSV row's or the text report's.
 inline constexpr bool kCsv = true;
 inline constexpr bool kReport = false;
@@ -353,9 +366,7 @@ class CsvRow {
   void Quoted(std::string_view text) { out_.AppendQuoted(text).Append(','); }
   void Decimal(std::uint32_t value) { out_.AppendDecimal(value).Append(','); }
   /// "0x" and at least `width` digits.
-  void Hex(std::uint32_t value, int width) {
-    out_.Append("0x").AppendHex(value, width).Append(',');
-  }
+  void Hex(std::uint32_t value, int width) { out_.AppendPrefixedHex(value, width).Append(','); }
   /// Three digits after the point.
   void Fixed3(double value) { out_.AppendFixed3(value).Append(','); }
   /// `count` missing values.
@@ -376,9 +387,8 @@ class CsvRow {
   /// The same between double quotes.
   template <typename Append, typename... Args>
   void QuotedCell(Append&& append, const Args&... args) {
-    out_.Append('"');
-    append(out_, args...);
-    out_.Append("\",");
+    AppendCvsQuoted(out_, true, append, args...);
+    out_.Append(',');
   }
 
   /// Ends the row, writes it to `os` whatever formatting the stream is set to, and flushes.
@@ -406,7 +416,7 @@ class ReportLines {
   }
   /// "0x" and at least `width` digits.
   void Hex(std::string_view label, std::uint32_t value, int width) {
-    out_.Append(label).Append("0x").AppendHex(value, width);
+    out_.Append(label).AppendPrefixedHex(value, width);
     EndLine();
   }
 

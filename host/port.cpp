@@ -7,7 +7,7 @@ namespace host {
 std::string GuidText(std::uint64_t guid) {
   constexpr int kHalfDigits = 8;
   return cable_info::ToText([guid](cable_info::TextBuffer& out) {
-    out.Append("0x").AppendHex(static_cast<std::uint32_t>(guid >> 32), kHalfDigits);
+    out.AppendPrefixedHex(static_cast<std::uint32_t>(guid >> 32), kHalfDigits);
     out.AppendHex(static_cast<std::uint32_t>(guid), kHalfDigits);
   });
 }

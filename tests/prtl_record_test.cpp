@@ -83,6 +83,12 @@ TEST(PrtlLength, FailsBelowItsResolution) {
   EXPECT_EQ(error, "");
 }
 
+TEST(PrtlLength, TakesOneCountOfACoarseCounter) {
+  std::string error;
+  EXPECT_EQ(End(255, 1, 0, 0).CalculateLength({}, error), 25.5F);
+  EXPECT_EQ(error, "");
+}
+
 TEST(PrtlLength, WrapsItsProductAt32Bits) {
   // 255 * 16843010 = 2^32 + 254
   EXPECT_EQ(End(255, 16843010, 0, 0).CalculateLength({}), 25.4F);
