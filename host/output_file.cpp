@@ -38,10 +38,32 @@ extern "C" void RemoveTemporaryAndDie(int signal_number) {
 void RemoveOnInterrupt(const std::string& path) {
   path.copy(doomed_path, sizeof(doomed_path) - 1);
   is_doomed = 1;
-  for (const int number : kInterrupts) std::signal(number, RemoveTemporaryAndDie);
+  for (const int number : kInterrupts) {
+    // What the caller has the program ignore, as nohup does, stays ignored.
+    if (std::signal(number, RemoveTemporaryAndDie) == SIG_IGN) std::signal(number, SIG_IGN);
+  }
 }
 
 void KeepOnInterrupt() { is_doomed = 0; }
+
+// Puts interrupts off while a temporary file exists that nobody would remove.
+class InterruptsLater {
+ public:
+  InterruptsLater() {
+    sigset_t interrupts;
+    sigemptyset(&interrupts);
+    for (const int number : kInterrupts) sigaddset(&interrupts, number);
+    pthread_sigmask(SIG_BLOCK, &interrupts, &before_);
+  }
+  InterruptsLater(const InterruptsLater&) = delete;
+  InterruptsLater& operator=(const InterruptsLater&) = delete;
+  InterruptsLater(InterruptsLater&&) = delete;
+  InterruptsLater& operator=(InterruptsLater&&) = delete;
+  ~InterruptsLater() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+
+ private:
+  sigset_t before_{};
+};
 
 // ---------------------------------------------------------------------------------------------
 
@@ -83,6 +105,7 @@ OutputFile::OutputFile(const std::string& path) : fd_(STDOUT_FILENO), buffer_(kB
 void OutputFile::OpenTemporary(const std::string& path) {
   std::string temporary = path + ".XXXXXX";
   if (temporary.size() >= sizeof(doomed_path)) ThrowError(ENAMETOOLONG);
+  const InterruptsLater interrupts_later;
   fd_ = mkostemp(temporary.data(), O_CLOEXEC);
   if (fd_ < 0) ThrowError(errno);
   RemoveOnInterrupt(temporary);

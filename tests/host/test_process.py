@@ -129,6 +129,17 @@ class OutputFiles(ProgramTest):
             self.assertEqual(self.files(), [])
 
 
+    def test_an_ignored_hangup_stays_ignored(self):
+        target = self.folder / "cables.csv"
+        process = subprocess.Popen([program(), "table", "-o", str(target)], stdin=subprocess.PIPE,
+                                   preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN))
+        wait_until(self.files)
+        process.send_signal(signal.SIGHUP)
+        process.communicate(PORT, timeout=20)
+        self.assertEqual(process.returncode, 0)
+        self.assertEqual(self.files(), ["cables.csv"])
+
+
 class Terminals(ProgramTest):
     """The meter on standard error, with a pseudo-terminal in its place."""
 
