@@ -3,11 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <limits>
 #include <memory>
 #include <string>
 #include <type_traits>
 #include <utility>
 
+#include "random_records.h"
 #include "test_support.h"
 
 namespace cable_info::test {
@@ -179,6 +181,100 @@ TEST(CombinedCableInfoWithEmptyPhyCableRecord, AnswersForAnAbsentModule) {
   EXPECT_EQ(Lines(ReportOf(port)).size(), 78U);
 }
 
+TEST(CombinedCableInfoWithEmptyPhyCableRecord, IsNoIdentifiedCable) {
+  CombinedCableInfo port;
+  port.AttachPhyCableRecord(std::make_unique<PhyCableRecord>());
+  const cable_id_t id = port.GetIdObj();
+  EXPECT_EQ(id.pn + id.identifier + id.vendor + id.revision, "");
+  cable_record_data_t data = {};
+  EXPECT_FALSE(port.ExportData(&data));
+}
+
+TEST(CombinedCableInfoWithPhyCableRecord, MayLackItsModuleOrItsPage) {
+  auto record = Phy();
+  delete std::exchange(record->module, nullptr);
+  CombinedCableInfo port;
+  port.AttachPhyCableRecord(std::move(record));
+  EXPECT_EQ(port.GetTemperatureAlarms(), 0xF2U);
+  EXPECT_EQ(port.GetCDRVendor(), 0U);
+  EXPECT_EQ(port.GetTemperatureStr(), "N/A");
+  EXPECT_EQ(port.GetUniqueKey(), "");
+
+  record = Phy();
+  delete std::exchange(record->latched_flags, nullptr);
+  port.AttachPhyCableRecord(std::move(record));
+  EXPECT_EQ(port.GetTemperatureAlarms(), 0U);
+  EXPECT_EQ(port.GetCDRVendor(), 7U);
+  EXPECT_EQ(port.GetTemperatureStr(), "-10C");
+  EXPECT_EQ(port.GetUniqueKey(), "PHY-PN_0x08_P1");
+}
+
+// ---------------------------------------------------------------------------------------------
+// Any records
+// ---------------------------------------------------------------------------------------------
+
+// What the facade and both kinds of record answer alike.
+template <typename Port>
+std::string CommonAnswers(const Port& port) {
+  const cable_id_t id = port.GetIdObj();
+  std::ostringstream answers;
+  answers << id.pn << '|' << id.identifier << '|' << id.vendor << '|' << id.revision << '|'
+          << port.IsOpticCable() << '|' << unsigned{port.GetTemperatureErrorsByTreshold()} << '|'
+          << unsigned{port.GetTemperatureAlarms()} << '|' << unsigned{port.GetFWObj().major} << '|'
+          << unsigned{port.GetFWObj().minor} << '|' << port.GetFWObj().sub_minor << '|'
+          << port.GetTemperatureStr() << '|' << port.GetHighTemperatureThresholdStr() << '|'
+          << port.GetLowTemperatureThresholdStr() << '|' << Trimmed(port.GetPNVendor()) << '|'
+          << Written([&](std::ostream& os) { port.ToCSVStream(os); }) << '|'
+          << Written([&](std::ostream& os) { port.ToFileStream(os); });
+  return answers.str();
+}
+
+TEST(CombinedCableInfo, AnswersAsItsRecordDoes) {
+  for (unsigned seed = 0; seed < 1000; ++seed) {
+    const CableRecord cable = RandomCableRecord(seed);
+    const auto phy = RandomPhyCableRecord(seed);
+    CombinedCableInfo port;
+    port.AttachPhyCableRecord(RandomPhyCableRecord(seed));
+    ASSERT_EQ(CommonAnswers(port), CommonAnswers(*phy)) << seed;
+    EXPECT_EQ(port.GetUniqueKey(), phy->GetUniqueKey());
+    EXPECT_EQ(port.GetCDRVendor(), phy->GetCDRVendor());
+
+    port.AttachCableRecord(std::make_unique<CableRecord>(cable));
+    ASSERT_EQ(CommonAnswers(port), CommonAnswers(cable)) << seed;
+    EXPECT_EQ(port.GetUniqueKey(), "");
+    EXPECT_EQ(port.GetCDRVendor(), phy->GetCDRVendor());
+    cable_record_data_t expected;
+    cable_record_data_t data;
+    std::memset(&expected, 0, sizeof(expected));
+    std::memset(&data, 0, sizeof(data));
+    cable.ExportData(&expected);
+    EXPECT_TRUE(port.ExportData(&data));
+    EXPECT_EQ(std::memcmp(&data, &expected, sizeof(data)), 0);
+  }
+}
+
+TEST(CombinedCableInfo, GivesTheCdrVendorAsAnUnsignedByte) {
+  for (unsigned vendor = 0; vendor < 256; ++vendor) {
+    auto record = Phy();
+    record->module->cdr_vendor = static_cast<std::uint8_t>(vendor);
+    CombinedCableInfo port;
+    port.AttachPhyCableRecord(std::move(record));
+    EXPECT_EQ(port.GetCDRVendor(), vendor);
+  }
+}
+
+TEST(CombinedCableInfo, ReversesTheTemperatureAlarmsOfTheCableRecord) {
+  for (unsigned flags = 0; flags < 256; ++flags) {
+    auto record = Cable();
+    record->LatchedTemperatureAlarms = static_cast<std::uint8_t>(flags);
+    CombinedCableInfo port;
+    port.AttachCableRecord(std::move(record));
+    const unsigned expected =
+        (flags >> 7 & 1) | (flags >> 6 & 1) << 1 | (flags >> 5 & 1) << 2 | (flags >> 4 & 1) << 3;
+    EXPECT_EQ(port.GetTemperatureAlarms(), expected) << flags;
+  }
+}
+
 // ---------------------------------------------------------------------------------------------
 // Part number
 // ---------------------------------------------------------------------------------------------
@@ -206,14 +302,42 @@ TEST(CombinedCableInfoPartNumber, MayBeNaInAPhyCableRecord) {
   EXPECT_EQ(port.GetPNVendor(), "NA");
 }
 
+TEST(CombinedCableInfoPartNumber, MayFillItsField) {
+  CombinedCableInfo port;
+  auto record = Phy();
+  std::memcpy(record->module->vendor_pn, " 23456789ABCDEF,Z", 17);
+  port.AttachPhyCableRecord(std::move(record));
+  EXPECT_EQ(port.GetPNVendor(), "23456789ABCDEF,Z");
+
+  record = Phy();
+  std::memcpy(record->module->vendor_pn, " \t\0hidden", 10);
+  port.AttachPhyCableRecord(std::move(record));
+  EXPECT_EQ(port.GetPNVendor(), "");
+}
+
 TEST(CombinedCableInfoFirmware, IsUnknownForPassiveCables) {
-  for (const unsigned technology : {0xA0U, 0xAFU}) {
-    CombinedCableInfo port;
-    auto record = Phy();
-    record->module->cable_technology = static_cast<std::uint8_t>(technology);
-    port.AttachPhyCableRecord(std::move(record));
-    EXPECT_EQ(port.GetFWObj().major, 0);
+  for (const std::uint8_t identifier : {std::uint8_t{0}, std::uint8_t{8}}) {
+    for (unsigned technology = 0; technology < 256; ++technology) {
+      CombinedCableInfo port;
+      auto record = Phy();
+      record->module->cable_identifier = identifier;
+      record->module->cable_technology = static_cast<std::uint8_t>(technology);
+      port.AttachPhyCableRecord(std::move(record));
+      const bool passive = technology >> 4 == 10;
+      EXPECT_EQ(port.GetFWObj().major, passive ? 0 : 1) << technology;
+      EXPECT_EQ(port.GetFWObj().minor, passive ? 0 : 2) << technology;
+      EXPECT_EQ(port.GetFWObj().sub_minor, passive ? 0 : 0x0304) << technology;
+    }
   }
+}
+
+TEST(CombinedCableInfoFirmware, IsUnknownWhenAllIsZero) {
+  CombinedCableInfo port;
+  auto record = Phy();
+  record->module->fw_version = 0;
+  port.AttachPhyCableRecord(std::move(record));
+  const fw_version_obj_t version = port.GetFWObj();
+  EXPECT_EQ(version.major + version.minor + version.sub_minor, 0);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -255,6 +379,18 @@ TEST(CombinedCableInfoOwnership, FreesWhatIsReplaced) {
   EXPECT_EQ(port.GetCDRVendor(), kAllBits);
 }
 
+TEST(CombinedCableInfoOwnership, FreesWhatIsDetached) {
+  int destroyed = 0;
+  CombinedCableInfo port;
+  port.AttachCableRecord(std::make_unique<Watched>(&destroyed));
+  port.AttachCableRecord(nullptr);
+  EXPECT_EQ(destroyed, 1);
+  port.AttachCableRecord(nullptr);
+  port.AttachPhyCableRecord(nullptr);
+  EXPECT_EQ(destroyed, 1);
+  EXPECT_EQ(RowOf(port), "\n");
+}
+
 // ---------------------------------------------------------------------------------------------
 // Length by round-trip latency
 // ---------------------------------------------------------------------------------------------
@@ -267,7 +403,12 @@ TEST(CombinedCableInfoPrtlLength, IsShownInMetres) {
                                          {12.345678F, "12.3457 m"},
                                          {1234567.0F, "1.23457e+06 m"},
                                          {-1.0F, "-1 m"},
-                                         {0.1F, "0.1 m"}}) {
+                                         {0.1F, "0.1 m"},
+                                         {0.0F, "0 m"},
+                                         {0.00001F, "1e-05 m"},
+                                         {999999.0F, "999999 m"},
+                                         {1000000.0F, "1e+06 m"},
+                                         {std::numeric_limits<float>::infinity(), "inf m"}}) {
     CombinedCableInfo cable;
     cable.AttachCableRecord(Cable());
     cable.SetPrtlLength(length);
@@ -290,6 +431,31 @@ TEST(CombinedCableInfoPrtlLength, MayBeAnyText) {
   EXPECT_EQ(PrtlCell(port), "\" about 3 \"");
   port.SetPrtlLength(std::string());
   EXPECT_EQ(PrtlCell(port), "NA");
+}
+
+TEST(CombinedCableInfoPrtlLength, IsTheLastOneSet) {
+  CombinedCableInfo port;
+  port.AttachCableRecord(Cable());
+  EXPECT_EQ(PrtlCell(port), R"("NA")");
+  EXPECT_EQ(Row(RowOf(port))["LengthDesc"], "\"3 m\"");
+  port.SetPrtlLength(5.0F);
+  port.SetPrtlLength("6 km");
+  EXPECT_EQ(PrtlCell(port), "\"6 km\"");
+  EXPECT_EQ(Row(RowOf(port))["LengthDesc"], "\"6 km\"");
+  port.SetPrtlLength(std::string());
+  EXPECT_EQ(PrtlCell(port), R"("NA")");
+  EXPECT_EQ(Row(RowOf(port))["LengthDesc"], "\"3 m\"");
+}
+
+TEST(CombinedCableInfoPrtlLength, LeavesTheOtherRecordsText) {
+  CombinedCableInfo port;
+  port.AttachPhyCableRecord(Phy());
+  port.SetPrtlLength(4.0F);
+  port.AttachCableRecord(Cable());
+  port.SetPrtlLength(5.0F);
+  port.SetPrtlLength("6 m");
+  port.AttachCableRecord(nullptr);
+  EXPECT_EQ(PrtlCell(port), "\"4 m\"");
 }
 
 TEST(CombinedCableInfoPrtlLength, IsKeptByTheRecordThatAnswers) {

@@ -15,6 +15,11 @@ namespace {
 bool HasSensor(int technology) { return technology != 10 && technology != 11; }
 bool InRange(int degrees) { return degrees >= -40 && degrees <= 125; }
 
+// A temperature word: whole degrees in the high byte, their fraction in the low one.
+std::uint16_t Word(int degrees, unsigned fraction) {
+  return static_cast<std::uint16_t>((static_cast<unsigned>(degrees) & 0xFF) << 8 | fraction);
+}
+
 TEST(CableType, NamesSixteenCodes) {
   for (unsigned code = 0; code < 256; ++code) {
     const std::string expected = code < 16 ? TechnologyNames()[code] : "fallback";
@@ -77,6 +82,26 @@ TEST(TemperatureThreshold, IsCrossedStrictly) {
   EXPECT_FALSE(_check_temperature_by_threshold(true, 0, 70, 70));
   EXPECT_TRUE(_check_temperature_by_threshold(true, 0, 71, 70));
   EXPECT_FALSE(_check_temperature_by_threshold(false, 0, -41, 0));
+}
+
+TEST(TemperatureErrors, CompareTheHighBytes) {
+  for (unsigned technology = 0; technology < 256; ++technology) {
+    for (const int degrees : {-128, -41, -40, -5, 0, 69, 70, 71, 125, 126}) {
+      for (const int high : {-41, -40, 0, 70, 125, 126}) {
+        for (const int low : {-41, -40, -5, 0, 70, 126}) {
+          const bool readable = HasSensor(static_cast<int>(technology)) && InRange(degrees);
+          unsigned expected = 0;
+          if (readable && InRange(high) && degrees > high) expected |= 1;
+          if (readable && InRange(low) && degrees < low) expected |= 2;
+          // The low bytes point the other way.
+          ASSERT_EQ(TemperatureErrors(static_cast<std::uint8_t>(technology), Word(degrees, 0x80),
+                                      Word(high, 0xFF), Word(low, 0x00)),
+                    expected)
+              << technology << ' ' << degrees << ' ' << high << ' ' << low;
+        }
+      }
+    }
+  }
 }
 
 TEST(Voltage, ShowsMicrovolts) {
@@ -143,6 +168,28 @@ TEST(VendorOfSerialNumber, IsTheCodeBetweenTheNumbers) {
   EXPECT_EQ(_get_vendor_from_sn("KS+1 B2"), " B");
 }
 
+TEST(VendorOfSerialNumber, MayHaveAnyBlanksBeforeItsNumbers) {
+  EXPECT_EQ(_get_vendor_from_sn("KS\t\n\v\f\r 1AB\t\n\v\f\r 2"), "AB");
+  for (int c = 1; c < 256; ++c) {
+    const bool transparent = (c >= 9 && c <= 13) || c == ' ' || c == '+' || c == '-';
+    const std::string sn = "KS1AB" + std::string(1, static_cast<char>(c)) + "x";
+    EXPECT_EQ(_get_vendor_from_sn(sn), c >= '0' && c <= '9' ? "AB" : "") << c;
+    EXPECT_EQ(_get_vendor_from_sn(sn.substr(0, 6) + "2"),
+              transparent || (c >= '0' && c <= '9') ? "AB" : "")
+        << c;
+  }
+}
+
+TEST(VendorOfSerialNumber, MayHaveAnyCharactersInItsCode) {
+  for (int c = 1; c < 256; ++c) {
+    if (c >= '0' && c <= '9') continue;  // part of the number
+    const std::string code = {static_cast<char>(c), '\xE9'};
+    EXPECT_EQ(_get_vendor_from_sn("KS1" + code + "2"), code) << c;
+  }
+  EXPECT_EQ(_get_vendor_from_sn("KS1A23"), "A2");
+  EXPECT_EQ(_get_vendor_from_sn("KS1A2"), "");
+}
+
 TEST(VendorOfSerialNumber, EndsAtANul) {
   EXPECT_EQ(_get_vendor_from_sn(std::string("KS1AB\0002", 7)), "");
   EXPECT_EQ(_get_vendor_from_sn(std::string("KS1AB2\0xyz", 10)), "AB");
@@ -155,7 +202,7 @@ TEST(VendorOfSerialNumber, TakesNumbersOfAnyLength) {
 }
 
 TEST(VendorOfSerialNumber, ScansAsTheCLibraryDoes) {
-  constexpr std::string_view kAlphabet = "KS019AB +-\t\n.";
+  constexpr std::string_view kAlphabet = "KS019AB +-\t\n\v\f\r.x\xA0";
   std::mt19937 random(7);
   int found = 0;
   for (int i = 0; i < 400'000; ++i) {
@@ -184,6 +231,11 @@ TEST(FirmwareWord, IsSplitIntoThreeNumbers) {
   EXPECT_EQ(version.major, 26);
   EXPECT_EQ(version.minor, 11);
   EXPECT_EQ(version.sub_minor, 291);
+  const fw_version_obj_t greatest = FWVersionFromWord(0xFFFFFFFF);
+  EXPECT_EQ(greatest.major, 255);
+  EXPECT_EQ(greatest.minor, 255);
+  EXPECT_EQ(greatest.sub_minor, 65535);
+  static_assert(sizeof(fw_version_obj_t) == 4);
 }
 
 }  // namespace

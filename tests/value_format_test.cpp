@@ -38,6 +38,10 @@ std::string Fixed3(double value) {
   return ToText([&](TextBuffer& out) { out.AppendFixed3(value); });
 }
 
+std::string General(double value) {
+  return ToText([&](TextBuffer& out) { out.AppendGeneral(value); });
+}
+
 // Values at which formatting goes wrong first.
 std::vector<double> DelicateDoubles() {
   std::vector<double> values = {0.0,
@@ -118,11 +122,24 @@ TEST(ToPtrString, PadsToAnyWidthAndNeverCuts) {
   }
 }
 
+TEST(ToPtrString, ShowsEveryByteAndWord) {
+  for (unsigned value = 0; value < 65536; ++value) {
+    char expected[8];
+    std::snprintf(expected, sizeof(expected), "0x%04x", value);
+    ASSERT_EQ(_to_ptr_string(static_cast<unsigned short>(value)), expected);
+    if (value > 0xFF) continue;
+    std::snprintf(expected, sizeof(expected), "0x%02x", value);
+    ASSERT_EQ(_to_ptr_string(static_cast<unsigned char>(value)), expected);
+  }
+}
+
 TEST(ToCvsQuoted, QuotesWithoutEscaping) {
   EXPECT_EQ(_to_cvs_quoted(true, ""), R"("")");
   EXPECT_EQ(_to_cvs_quoted(true, "a,\"b\"\n"), "\"a,\"b\"\n\"");
   EXPECT_EQ(_to_cvs_quoted(false, "a,\"b\"\n"), "a,\"b\"\n");
   EXPECT_EQ(_to_cvs_quoted(false, ""), "");
+  EXPECT_EQ(_to_cvs_quoted(true, std::string("a\0b", 3)), std::string("\"a\0b\"", 5));
+  EXPECT_EQ(_to_cvs_quoted(false, std::string("a\0b", 3)), std::string("a\0b", 3));
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -157,6 +174,29 @@ TEST(QuotedInserter, BreaksTheStreamOnNull) {
   EXPECT_EQ(other.str(), "<");
 }
 
+TEST(QuotedInserter, LeavesFlagsPrecisionAndFill) {
+  std::ostringstream os;
+  os << std::hex << std::uppercase << std::setprecision(9) << std::setfill('*');
+  const std::ios::fmtflags flags = os.flags();
+  os << QUOTED_T<char[3]>(&"NA", '"', '"');
+  EXPECT_EQ(os.flags(), flags);
+  EXPECT_EQ(os.precision(), 9);
+  EXPECT_EQ(os.fill(), '*');
+}
+
+TEST(Inserters, WriteNothingToABadStream) {
+  const std::string text = "text";
+  std::ostringstream os;
+  os.setstate(std::ios::badbit);
+  os << QUOTED_T<std::string>(&text, '"', '"') << QUOTED_T<char[3]>(&"NA", '"', '"')
+     << FLOAT_T<float>(1.0F, 3, false) << HEX_T<unsigned char>(1, 2, '0');
+  EXPECT_EQ(os.str(), "");
+  EXPECT_TRUE(os.bad());
+  EXPECT_EQ(os.precision(), 3);
+  EXPECT_EQ(os.fill(), '0');
+  EXPECT_EQ(os.flags(), std::ostringstream().flags());
+}
+
 TEST(FloatInserter, WritesFixedNotationWithItsPrecision) {
   std::ostringstream os;
   os << FLOAT_T<float>(25.5F, 3, false) << ' ' << FLOAT_T<float>(-0.0625F, 3, false);
@@ -184,6 +224,53 @@ TEST(FloatInserter, WritesScientificNotationWhateverThePrecision) {
   os << std::fixed << FLOAT_T<float>(1234.5F, 0, true) << ' ' << FLOAT_T<float>(1234.5F, 2, true);
   EXPECT_EQ(os.str(), "1.234500e+03 1.23e+03");
   EXPECT_EQ(os.flags() & std::ios::floatfield, std::ios::fixed);
+}
+
+TEST(FloatInserter, WritesWhatIsNoNumber) {
+  constexpr float kInfinity = std::numeric_limits<float>::infinity();
+  std::ostringstream os;
+  os << FLOAT_T<float>(kInfinity, 3, false) << ' ' << FLOAT_T<float>(-kInfinity, 3, false) << ' '
+     << FLOAT_T<float>(std::numeric_limits<float>::quiet_NaN(), 3, false) << ' '
+     << FLOAT_T<float>(-0.0F, 3, false);
+  EXPECT_EQ(os.str(), "inf -inf nan -0.000");
+}
+
+TEST(FloatInserter, WidensItsValue) {
+  // 0.1F is 0.100000001490116...
+  std::ostringstream os;
+  os << FLOAT_T<float>(0.1F, 12, false) << ' '
+     << FLOAT_T<float>(std::numeric_limits<float>::max(), 1, false);
+  EXPECT_EQ(os.str(), "0.100000001490 340282346638528859811704183484516925440.0");
+}
+
+TEST(FloatInserter, KeepsTheStreamsOtherFormatting) {
+  std::ostringstream os;
+  os << std::showpos << std::uppercase << std::hexfloat << std::setfill('*') << std::left;
+  const std::ios::fmtflags flags = os.flags();
+  os << std::setw(9) << FLOAT_T<float>(25.5F, 3, false) << ' ' << FLOAT_T<float>(25.5F, 2, true);
+  EXPECT_EQ(os.str(), "+25.500** +2.55E+01");
+  EXPECT_EQ(os.flags(), flags);
+  EXPECT_EQ(os.width(), 0);
+}
+
+TEST(HexInserter, WritesEveryByte) {
+  for (unsigned value = 0; value < 256; ++value) {
+    char expected[8];
+    std::snprintf(expected, sizeof(expected), "%02x", value);
+    std::ostringstream os;
+    os << HEX_T<unsigned char>(static_cast<unsigned char>(value), 2, '0');
+    EXPECT_EQ(os.str(), expected);
+  }
+}
+
+TEST(HexInserter, KeepsTheStreamsOtherFormatting) {
+  std::ostringstream os;
+  os << std::showbase << std::uppercase << std::dec << std::left;
+  const std::ios::fmtflags flags = os.flags();
+  os << HEX_T<unsigned char>(0xAB, 6, '*') << ' ' << 10;
+  EXPECT_EQ(os.str(), "0XAB** 10");
+  EXPECT_EQ(os.flags(), flags);
+  EXPECT_EQ(os.width(), 0);
 }
 
 TEST(HexInserter, WritesAPaddedByteWithoutPrefix) {
@@ -237,6 +324,24 @@ TEST(TextBuffer, WritesThousandthsOfFloatsAsPrintfDoes) {
   }
 }
 
+TEST(TextBuffer, WritesSixSignificantDigitsOfAnyDoubleAsPrintfDoes) {
+  for (const double value :
+       {999999.0, 999999.4, 999999.5, 9.999995, 9.9999949, 0.0001, 0.00009999995, 0.000099999949,
+        123456.5, 1234565.0, 100000.0, 1e5, 1e6, 0.5}) {
+    EXPECT_EQ(General(value), PrintfGeneral(value));
+    EXPECT_EQ(General(-value), PrintfGeneral(-value));
+  }
+  for (const double value : DelicateDoubles()) ASSERT_EQ(General(value), PrintfGeneral(value));
+  std::mt19937_64 random(20240316);
+  for (int i = 0; i < 200'000; ++i) {
+    const auto value = std::bit_cast<double>(random());
+    ASSERT_EQ(General(value), PrintfGeneral(value));
+    const auto length =
+        static_cast<double>(std::bit_cast<float>(static_cast<std::uint32_t>(random())));
+    ASSERT_EQ(General(length), PrintfGeneral(length));
+  }
+}
+
 TEST(TextBuffer, WritesIntegersOfAnySize) {
   const std::int64_t values[] = {0,    9,     10,        99,        100,      999,
                                  1000, 65535, 123456789, INT64_MAX, INT64_MIN};
@@ -276,6 +381,28 @@ TEST(TextBuffer, GrowsAndKeepsItsText) {
   EXPECT_EQ(out.size(), expected.size());
 }
 
+TEST(TextBuffer, GrowsAtEveryFillLevel) {
+  for (std::size_t size = 4000; size <= 4200; ++size) {
+    const std::string text(size, 'x');
+    TextBuffer out;
+    out.Append(text).Append('c');
+    EXPECT_EQ(out.view(), text + 'c');
+    out.Append(text).AppendHex(0xBEEF, 4).AppendDecimal(-1).AppendGeneral(2.5);
+    EXPECT_EQ(out.view(), text + 'c' + text + "beef-12.5");
+  }
+}
+
+TEST(TextBuffer, TakesTextWithNuls) {
+  const std::string text("a\0b", 3);
+  TextBuffer out;
+  out.AppendQuoted(text).Append("").AppendPrefixedHex(10, 2);
+  EXPECT_EQ(out.view(), '"' + text + "\"0x0a");
+  out.Truncate(0);
+  EXPECT_EQ(out.view(), "");
+  out.Append("again");
+  EXPECT_EQ(out.view(), "again");
+}
+
 // ---------------------------------------------------------------------------------------------
 // CsvRow
 // ---------------------------------------------------------------------------------------------
@@ -308,18 +435,76 @@ TEST(CsvRow, EndsInOneNewlineAndOneFlush) {
   EXPECT_EQ(buffer.flushes(), 1);
 }
 
+TEST(CsvRow, IgnoresTheFormattingOfTheStream) {
+  OddStream os;
+  CsvRow row;
+  row.Raw("x");
+  row.Decimal(12345);
+  row.Hex(10, 2);
+  row.Fixed3(12345.5);
+  row.WriteTo(os);
+  EXPECT_EQ(os.str(), "x,12345,0x0a,12345.500\n");
+  EXPECT_TRUE(os.HasItsFlagsAndWidth());
+}
+
+// ---------------------------------------------------------------------------------------------
+// ReportLines
+// ---------------------------------------------------------------------------------------------
+
+TEST(ReportLines, WritesEveryFormOfLine) {
+  ReportLines lines;
+  lines.Text("Text: ", "a, \"b\"");
+  lines.Decimal("Decimal: ", 4294967295U);
+  lines.Decimal("Unit: ", 7, " m");
+  lines.Hex("Hex: ", 0x1F, 4);
+  lines.Line(
+      "Line: ", [](TextBuffer& out, int value) { out.AppendDecimal(value); }, -7);
+  lines.LaneLine("RX", 8, " Power: ", [](TextBuffer& out) { out.Append("low"); });
+  EXPECT_EQ(lines.view(),
+            "Text: a, \"b\"\nDecimal: 4294967295\nUnit: 7 m\nHex: 0x001f\nLine: -7\n"
+            "RX8 Power: low\n");
+}
+
+TEST(ReportLines, FlushesEveryLine) {
+  FlushCounter buffer;
+  std::ostream os(&buffer);
+  ReportLines lines(os);
+  lines.Text("A: ", "1");
+  EXPECT_EQ(buffer.str(), "A: 1\n");
+  EXPECT_EQ(buffer.flushes(), 1);
+  lines.Decimal("B: ", 2);
+  EXPECT_EQ(buffer.str(), "A: 1\nB: 2\n");
+  EXPECT_EQ(buffer.flushes(), 2);
+}
+
 // ---------------------------------------------------------------------------------------------
 // Locales
 // ---------------------------------------------------------------------------------------------
 
+void ExpectTextsWithPoints() {
+  EXPECT_EQ(_to_string(12345.5), "12345.5");
+  EXPECT_EQ(_to_string<unsigned short>(65535), "65535");
+  EXPECT_EQ(_to_ptr_string<unsigned short>(65535), "0xffff");
+  EXPECT_EQ(Fixed3(12345.5), "12345.500");
+  EXPECT_EQ(General(1234567.0), "1.23457e+06");
+  EXPECT_EQ(VoltageToStr(65535), "6553500uV");
+}
+
 TEST(Locale, NeverShowsInTexts) {
   const std::locale before =
       std::locale::global(std::locale(std::locale::classic(), new CommaPoint));
-  EXPECT_EQ(_to_string(12345.5), "12345.5");
-  EXPECT_EQ(_to_string<unsigned short>(65535), "65535");
-  EXPECT_EQ(Fixed3(12345.5), "12345.500");
-  EXPECT_EQ(VoltageToStr(65535), "6553500uV");
+  ExpectTextsWithPoints();
   std::locale::global(before);
+}
+
+TEST(Locale, OfTheCLibraryNeverShowsInTexts) {
+  // Few systems have them all; "C" is always there.
+  for (const char* name : {"C", "de_DE.UTF-8", "fr_FR.UTF-8", "ru_RU.UTF-8"}) {
+    SCOPED_TRACE(name);
+    if (std::setlocale(LC_ALL, name) == nullptr) continue;
+    ExpectTextsWithPoints();
+    std::setlocale(LC_ALL, "C");
+  }
 }
 
 }  // namespace
