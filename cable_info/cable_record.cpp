@@ -324,14 +324,14 @@ void AppendDateCodeUpToNul(TextBuffer& out, const CableRecord& r) {
 
 // Lanes 1..4, then the fixed lines of the four lanes that the pages lack.
 template <typename AppendValue>
-void AppendLaneLines(ReportLines& lines, std::string_view direction, std::string_view quantity,
-                     const float (&values)[kLanes], AppendValue append, std::string_view missing) {
+void AppendLaneLines(ReportLines& lines, std::string_view label, const float (&values)[kLanes],
+                     AppendValue append, std::string_view missing) {
   for (int lane = 1; lane <= kLanes; ++lane) {
-    lines.LaneLine(direction, lane, quantity, append, values[lane - 1]);
+    lines.LaneLine(label, lane, append, values[lane - 1]);
   }
   const auto append_missing = [&](TextBuffer& out) { out.Append(missing); };
   for (int lane = kLanes + 1; lane <= 2 * kLanes; ++lane) {
-    lines.LaneLine(direction, lane, quantity, append_missing);
+    lines.LaneLine(label, lane, append_missing);
   }
 }
 
@@ -363,9 +363,9 @@ void AppendSettingLines(ReportLines& lines, const CableRecord& r) {
 
 void AppendMonitorLines(ReportLines& lines, const CableRecord& r) {
   lines.Text("RX power type: ", RxPowerTypeName(r.RxPowerIsAverage));
-  AppendLaneLines(lines, "RX", " Power: ", r.RxPower, AppendPower, "N/A N/A");
-  AppendLaneLines(lines, "TX", " Bias: ", r.TxBias, AppendBias, "N/A mA");
-  AppendLaneLines(lines, "TX", " Power: ", r.TxPower, AppendPower, "N/A N/A");
+  AppendLaneLines(lines, "RX# Power: ", r.RxPower, AppendPower, "N/A N/A");
+  AppendLaneLines(lines, "TX# Bias: ", r.TxBias, AppendBias, "N/A mA");
+  AppendLaneLines(lines, "TX# Power: ", r.TxPower, AppendPower, "N/A N/A");
 }
 
 void AppendFlagLines(ReportLines& lines, const CableRecord& r) {

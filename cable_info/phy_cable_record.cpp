@@ -466,7 +466,11 @@ void Description(TextBuffer& out, std::string_view text, std::string_view blank)
     out.Append(blank);
     return;
   }
-  for (const char c : trimmed) out.Append(c == ',' ? '-' : c);
+  const std::size_t begin = out.size();
+  out.Append(trimmed);
+  for (std::size_t i = trimmed.find(','); i < trimmed.size(); i = trimmed.find(',', i + 1)) {
+    out.Replace(begin + i, '-');
+  }
 }
 
 void Pn(TextBuffer& out, const PhyCableRecord& r) {
@@ -802,14 +806,14 @@ void AppendSettingLines(ReportLines& lines, const PhyCableRecord& r) {
 void AppendMonitorLines(ReportLines& lines, const PhyCableRecord& r) {
   lines.Line("RX power type: ", render::RxPowerType, r);
   for (int lane = 1; lane <= kLanes; ++lane) {
-    lines.LaneLine("RX", lane, " Power: ", render::LanePower, r, &ModuleRecord::rx_power, lane,
+    lines.LaneLine("RX# Power: ", lane, render::LanePower, r, &ModuleRecord::rx_power, lane,
                    kReport);
   }
   for (int lane = 1; lane <= kLanes; ++lane) {
-    lines.LaneLine("TX", lane, " Bias: ", render::LaneBias, r, lane, kReport);
+    lines.LaneLine("TX# Bias: ", lane, render::LaneBias, r, lane, kReport);
   }
   for (int lane = 1; lane <= kLanes; ++lane) {
-    lines.LaneLine("TX", lane, " Power: ", render::LanePower, r, &ModuleRecord::tx_power, lane,
+    lines.LaneLine("TX# Power: ", lane, render::LanePower, r, &ModuleRecord::tx_power, lane,
                    kReport);
   }
 }
@@ -1316,6 +1320,7 @@ void PhyCableRecord::ToCSVStream(std::ostream& out) const {
 void PhyCableRecord::ToFileStream(std::ostream& out) const {
   ReportLines lines(out);
   AppendReport(lines, *this);
+  lines.Finish();
 }
 
 }  // namespace cable_info

@@ -33,12 +33,12 @@ constexpr std::array<std::string_view, 9> kCableInfoVSStatusTexts = {
 constexpr std::string_view kUnknownStatus = "UNKNOWN";
 
 // What the C locale calls blank; also what is trimmed from vendor texts.
-constexpr std::string_view kBlanks = "\t\n\v\f\r ";
+constexpr bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 constexpr int kLowestTemperature = -40;
 constexpr int kHighestTemperature = 125;
 
-constexpr std::int64_t kMicrovoltsPerUnit = 100;
+constexpr std::uint32_t kMicrovoltsPerUnit = 100;
 
 // The digits of 00..99 and the hexadecimal ones of 00..ff, two characters each.
 template <std::size_t kBase>
@@ -53,9 +53,26 @@ constexpr std::array<char, 2 * kBase * kBase> DigitPairs() {
 constexpr auto kDecimalPairs = DigitPairs<10>();
 constexpr auto kHexPairs = DigitPairs<16>();
 
-constexpr std::size_t kMaxDecimalDigits = std::numeric_limits<std::uint64_t>::digits10 + 1;
+// ".000" to ".999".
+constexpr std::size_t kPointAndDecimals = 4;
+constexpr std::array<char, 1000 * kPointAndDecimals> Thousandths() {
+  std::array<char, 1000 * kPointAndDecimals> texts{};
+  for (std::size_t i = 0; i < 1000; ++i) {
+    char* const text = &texts[kPointAndDecimals * i];
+    text[0] = '.';
+    text[1] = static_cast<char>('0' + i / 100);
+    text[2] = static_cast<char>('0' + i / 10 % 10);
+    text[3] = static_cast<char>('0' + i % 10);
+  }
+  return texts;
+}
+constexpr auto kThousandths = Thousandths();
 
-std::size_t CountDigits(std::uint64_t value) {
+template <typename Unsigned>
+constexpr std::size_t kMaxDecimalDigits = std::numeric_limits<Unsigned>::digits10 + 1;
+
+template <typename Unsigned>
+std::size_t CountDigits(Unsigned value) {
   std::size_t count = 1;
   for (; value >= 10000; value /= 10000) count += 4;
   if (value >= 1000) return count + 3;
@@ -63,25 +80,33 @@ std::size_t CountDigits(std::uint64_t value) {
   return value >= 10 ? count + 1 : count;
 }
 
-// Writes `value` at `begin`; returns where it ends.
-char* WriteDecimal(char* begin, std::uint64_t value) {
-  if (value < 10) {  // most numbers of a row
+// Writes `value` at `begin`; returns where it ends. Most numbers have one digit or two.
+template <typename Unsigned>
+char* WriteDecimal(char* begin, Unsigned value) {
+  if (value < 10) {
     *begin = static_cast<char>('0' + value);
     return begin + 1;
   }
+  if (value < 100) {
+    std::memcpy(begin, &kDecimalPairs[2 * value], 2);
+    return begin + 2;
+  }
   char* const end = begin + CountDigits(value);
   char* digit = end;
-  while (value >= 100) {
+  for (; value >= 100; value /= 100) {
     digit -= 2;
     std::memcpy(digit, &kDecimalPairs[2 * (value % 100)], 2);
-    value /= 100;
   }
-  if (value >= 10) {
-    std::memcpy(begin, &kDecimalPairs[2 * value], 2);
-  } else {
-    *begin = static_cast<char>('0' + value);
-  }
+  WriteDecimal(begin, value);
   return end;
+}
+
+// Writes a number of thousandths at `begin`; returns where it ends.
+template <typename Unsigned>
+char* WriteThousandths(char* begin, Unsigned thousandths) {
+  char* const end = WriteDecimal(begin, thousandths / 1000);
+  std::memcpy(end, &kThousandths[kPointAndDecimals * (thousandths % 1000)], kPointAndDecimals);
+  return end + kPointAndDecimals;
 }
 
 // |value| * 1000, rounded half to even as `printf` rounds; false for magnitudes of 2^52 and more,
@@ -100,10 +125,10 @@ bool ExactThousandths(double value, std::uint64_t& thousandths) {
   thousandths = 0;
   if (shift >= 64) return true;  // below 2^63 / 2^64, less than half a thousandth
   const std::uint64_t product = (fraction | (std::uint64_t{1} << kStoredBits)) * 1000;
-  const std::uint64_t remainder = product & ((std::uint64_t{1} << shift) - 1);
   const std::uint64_t half = std::uint64_t{1} << (shift - 1);
-  thousandths = product >> shift;
-  if (remainder > half || (remainder == half && thousandths % 2 == 1)) ++thousandths;
+  const std::uint64_t is_odd = (product >> shift) & 1;
+  // A little less than half carries what lies above half; the whole half, ties of odd numbers.
+  thousandths = (product + half - 1 + is_odd) >> shift;
   return true;
 }
 
@@ -120,7 +145,7 @@ class Scanner {
   }
 
   bool Number() {
-    rest_.remove_prefix(std::min(rest_.find_first_not_of(kBlanks), rest_.size()));
+    while (!rest_.empty() && IsBlank(rest_.front())) rest_.remove_prefix(1);
     if (!rest_.empty() && (rest_[0] == '+' || rest_[0] == '-')) rest_.remove_prefix(1);
     const std::size_t digits = std::min(rest_.find_first_not_of("0123456789"), rest_.size());
     rest_.remove_prefix(digits);
@@ -145,56 +170,66 @@ class Scanner {
 // ---------------------------------------------------------------------------------------------
 
 void TextBuffer::Grow(std::size_t count) {
-  const std::size_t capacity = std::max(2 * capacity_, size_ + count);
+  const std::size_t used = size();
+  const std::size_t capacity =
+      std::max(2 * static_cast<std::size_t>(limit_ - begin_), used + count);
   std::unique_ptr<char[]> grown(new char[capacity]);
-  std::copy_n(data_, size_, grown.get());
+  std::copy_n(begin_, used, grown.get());
   heap_ = std::move(grown);
-  data_ = heap_.get();
-  capacity_ = capacity;
+  begin_ = heap_.get();
+  end_ = begin_ + used;
+  limit_ = begin_ + capacity;
+}
+
+TextBuffer& TextBuffer::AppendDecimal(std::uint32_t value) {
+  return EndAt(WriteDecimal(Room(kMaxDecimalDigits<std::uint32_t>), value));
 }
 
 TextBuffer& TextBuffer::AppendDecimal(std::int64_t value) {
-  char* const begin = Room(1 + kMaxDecimalDigits);
-  char* end = begin;
-  auto magnitude = static_cast<std::uint64_t>(value);
-  if (value < 0) {
-    *end++ = '-';
-    magnitude = 0 - magnitude;
+  if (value >= 0) {
+    return EndAt(
+        WriteDecimal(Room(kMaxDecimalDigits<std::uint64_t>), static_cast<std::uint64_t>(value)));
   }
-  return Advance(begin, WriteDecimal(end, magnitude));
+  char* const begin = Room(1 + kMaxDecimalDigits<std::uint64_t>);
+  *begin = '-';
+  return EndAt(WriteDecimal(begin + 1, 0 - static_cast<std::uint64_t>(value)));
 }
 
 TextBuffer& TextBuffer::AppendHex(std::uint32_t value, int width) {
-  int digits = 1;
+  if (width == 2 && value < 256) {
+    std::memcpy(Room(2), &kHexPairs[2 * std::size_t{value}], 2);
+    return EndAt(end_ + 2);
+  }
+  int digits = width > 1 ? width : 1;
   while (digits < 8 && value >> (4 * digits) != 0) ++digits;
-  for (int filled = digits; filled < width; ++filled) Append('0');
-  char* const begin = Room(8);
-  char* digit = begin + digits;
+  char* const begin = Room(static_cast<std::size_t>(digits));
+  char* const end = begin + digits;
+  char* digit = end;
   for (; digit - begin >= 2; value >>= 8) {
     digit -= 2;
     std::memcpy(digit, &kHexPairs[2 * std::size_t{value & 0xFF}], 2);
   }
   if (digit != begin) *begin = kHexPairs[2 * std::size_t{value & 0xF} + 1];
-  return Advance(begin, begin + digits);
+  return EndAt(end);
 }
 
 TextBuffer& TextBuffer::AppendFixed3(double value) {
   std::uint64_t thousandths = 0;
-  if (!ExactThousandths(value, thousandths)) {
-    // sign, digits, point, decimals
-    constexpr std::size_t kLongest = 1 + std::numeric_limits<double>::max_exponent10 + 1 + 1 + 3;
-    char* const begin = Room(kLongest);
-    const auto result = std::to_chars(begin, begin + kLongest, value, std::chars_format::fixed, 3);
-    return Advance(begin, result.ptr);
-  }
-  char* const begin = Room(1 + kMaxDecimalDigits + 1 + 3);
-  char* end = begin;
-  if (std::signbit(value)) *end++ = '-';
-  end = WriteDecimal(end, thousandths / 1000);
-  end[0] = '.';
-  end[1] = static_cast<char>('0' + thousandths % 1000 / 100);
-  std::memcpy(end + 2, &kDecimalPairs[2 * (thousandths % 100)], 2);
-  return Advance(begin, end + 4);
+  if (!ExactThousandths(value, thousandths)) return AppendLongFixed3(value);
+  char* const begin = Room(1 + kMaxDecimalDigits<std::uint64_t> + kPointAndDecimals);
+  *begin = '-';
+  char* const digits = begin + (std::signbit(value) ? 1 : 0);
+  const auto narrow = static_cast<std::uint32_t>(thousandths);  // nearly always all of it
+  return EndAt(narrow == thousandths ? WriteThousandths(digits, narrow)
+                                     : WriteThousandths(digits, thousandths));
+}
+
+TextBuffer& TextBuffer::AppendLongFixed3(double value) {
+  constexpr std::size_t kLongest =
+      1 + std::numeric_limits<double>::max_exponent10 + 1 + kPointAndDecimals;
+  char* const begin = Room(kLongest);
+  const auto result = std::to_chars(begin, begin + kLongest, value, std::chars_format::fixed, 3);
+  return EndAt(result.ptr);
 }
 
 TextBuffer& TextBuffer::AppendGeneral(double value) {
@@ -203,7 +238,7 @@ TextBuffer& TextBuffer::AppendGeneral(double value) {
   char* const begin = Room(kLongest);
   const auto result =
       std::to_chars(begin, begin + kLongest, value, std::chars_format::general, kPrecision);
-  return Advance(begin, result.ptr);
+  return EndAt(result.ptr);
 }
 
 void CsvRow::Missing(int count) {
@@ -225,10 +260,55 @@ void CsvRow::WriteTo(std::ostream& os) {
   os.flush();
 }
 
-void ReportLines::WriteLine() {
-  os_->write(out_.view().data(), static_cast<std::streamsize>(out_.size()));
-  os_->flush();
+namespace {
+
+// What a stream's own output functions do with an exception of its buffer.
+void TakeException(std::ostream& os) {
+  const bool is_wanted = (os.exceptions() & std::ios_base::badbit) != 0;
+  try {
+    os.setstate(std::ios_base::badbit);
+  } catch (const std::ios_base::failure&) {
+    // The buffer's own exception tells more.
+  }
+  if (is_wanted) throw;
+}
+
+}  // namespace
+
+void ReportLines::Finish() {
+  std::size_t i = os_->good() ? WriteFast() : 0;
+  for (std::size_t begin = i == 0 ? 0 : ends_[i - 1]; i < waiting_; begin = ends_[i], ++i) {
+    os_->write(out_.view().data() + begin, static_cast<std::streamsize>(ends_[i] - begin));
+    os_->flush();
+  }
+  waiting_ = 0;
   out_.Truncate(0);
+}
+
+// Writes the lines past the stream, straight to its buffer, as long as all goes well; returns how
+// many. When the buffer fails, the stream ends up as if it had written that line itself.
+std::size_t ReportLines::WriteFast() {
+  std::streambuf* const buffer = os_->rdbuf();
+  const char* const text = out_.view().data();
+  std::size_t begin = 0;
+  std::size_t i = 0;
+  bool is_written = true;
+  try {
+    for (; i < waiting_; ++i) {
+      const auto size = static_cast<std::streamsize>(ends_[i] - begin);
+      is_written = false;
+      if (buffer->sputn(text + begin, size) != size) break;
+      is_written = true;
+      if (buffer->pubsync() == -1) break;
+      begin = ends_[i];
+    }
+  } catch (...) {
+    TakeException(*os_);
+  }
+  if (i == waiting_) return i;
+  os_->setstate(std::ios_base::badbit);
+  if (!is_written) os_->flush();
+  return i + 1;
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -415,9 +495,9 @@ std::string _get_vendor_from_sn(const std::string& sn) {
 }
 
 std::string_view Trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+  return text;
 }
 
 std::string_view UpToNul(std::string_view text) { return text.substr(0, text.find('\0')); }

@@ -10,10 +10,13 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <iosfwd>
+#include <cstring>
 #include <memory>
+#include <optional>
+#include <ostream>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace cable_info {
 
@@ -261,7 +264,7 @@ std::string_view ArrayText(const char (&array)[N]) {
 class TextBuffer {
  public:
   // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): see inline_
-  TextBuffer() : data_(inline_), capacity_(sizeof(inline_)) {}
+  TextBuffer() : begin_(inline_), end_(inline_), limit_(inline_ + sizeof(inline_)) {}
   TextBuffer(const TextBuffer&) = delete;
   TextBuffer& operator=(const TextBuffer&) = delete;
   TextBuffer(TextBuffer&&) = delete;
@@ -270,20 +273,26 @@ class TextBuffer {
 
   TextBuffer& Append(char c) {
     *Room(1) = c;
-    ++size_;
+    ++end_;
     return *this;
   }
 
-  TextBuffer& Append(std::string_view text) {
-    text.copy(Room(text.size()), text.size());
-    size_ += text.size();
+  // Inlined, the copy of a literal is a move or two instead of a call.
+  [[gnu::always_inline]] TextBuffer& Append(std::string_view text) {
+    std::memcpy(Room(text.size()), text.data(), text.size());
+    end_ += text.size();
     return *this;
   }
 
   /// `text` between double quotes; nothing inside is escaped.
   TextBuffer& AppendQuoted(std::string_view text) { return Append('"').Append(text).Append('"'); }
 
+  TextBuffer& AppendDecimal(std::uint32_t value);
   TextBuffer& AppendDecimal(std::int64_t value);
+  TextBuffer& AppendDecimal(int value) {
+    return value < 0 ? AppendDecimal(std::int64_t{value})
+                     : AppendDecimal(static_cast<std::uint32_t>(value));
+  }
 
   /// Lower-case hexadecimal, filled with "0" to at least `width` digits.
   TextBuffer& AppendHex(std::uint32_t value, int width);
@@ -300,28 +309,35 @@ class TextBuffer {
   TextBuffer& AppendGeneral(double value);
 
   /// Drops everything behind the first `size` characters.
-  void Truncate(std::size_t size) { size_ = size < size_ ? size : size_; }
+  void Truncate(std::size_t size) {
+    if (size < this->size()) end_ = begin_ + size;
+  }
 
-  std::size_t size() const { return size_; }
+  /// Puts another character at `position`, which must be below `size()`.
+  void Replace(std::size_t position, char c) { begin_[position] = c; }
+
+  std::size_t size() const { return static_cast<std::size_t>(end_ - begin_); }
   /// Valid until the next append.
-  std::string_view view() const { return {data_, size_}; }
+  std::string_view view() const { return {begin_, size()}; }
 
  private:
   /// Where the next `count` characters go.
   char* Room(std::size_t count) {
-    if (capacity_ - size_ < count) Grow(count);
-    return data_ + size_;
+    if (static_cast<std::size_t>(limit_ - end_) < count) Grow(count);
+    return end_;
   }
-  void Grow(std::size_t count);
-  /// Counts in what was written from `begin`, the last `Room`, up to `end`.
-  TextBuffer& Advance(const char* begin, const char* end) {
-    size_ += static_cast<std::size_t>(end - begin);
+  [[gnu::cold, gnu::noinline]] void Grow(std::size_t count);
+  /// Counts in what was written from the last `Room` up to `end`.
+  TextBuffer& EndAt(char* end) {
+    end_ = end;
     return *this;
   }
+  /// `AppendFixed3` for magnitudes of 2^52 and more, infinities and NaN.
+  [[gnu::cold, gnu::noinline]] TextBuffer& AppendLongFixed3(double value);
 
-  char* data_;
-  std::size_t size_ = 0;
-  std::size_t capacity_;
+  char* begin_;
+  char* end_;
+  char* limit_;
   std::unique_ptr<char[]> heap_;
   char inline_[4096];  // left uninitialized: clearing it would cost more than writing a row
 };
@@ -403,8 +419,13 @@ class ReportLines {
  public:
   /// Keeps the lines for `view()`.
   ReportLines() = default;
-  /// Writes every line to `os` when it is complete, and flushes.
-  explicit ReportLines(std::ostream& os) : os_(&os) {}
+  /// Writes the lines to `os`, each with a flush behind it: the stream and its buffer see what
+  /// `os.write` and `os.flush` would do line by line, though for speed several lines may be put
+  /// together before the first of them is written. Call `Finish` behind the last line.
+  explicit ReportLines(std::ostream& os) : os_(&os), sentry_(std::in_place, os) {}
+
+  /// Writes what is not written yet.
+  void Finish();
 
   void Text(std::string_view label, std::string_view text) {
     out_.Append(label).Append(text);
@@ -428,12 +449,14 @@ class ReportLines {
     EndLine();
   }
 
-  /// The same under a label that names a lane, such as "RX1 Power: ".
+  /// The same under a label that names a lane: `lane`, 1..9, stands in place of its "#".
   template <typename Append, typename... Args>
-  void LaneLine(std::string_view direction, int lane, std::string_view quantity, Append&& append,
-                const Args&... args) {
-    out_.Append(direction).AppendDecimal(lane);
-    Line(quantity, append, args...);
+  void LaneLine(std::string_view label, int lane, Append&& append, const Args&... args) {
+    const std::size_t mark = out_.size() + label.find('#');
+    out_.Append(label);
+    out_.Replace(mark, static_cast<char>('0' + lane));
+    append(out_, args...);
+    EndLine();
   }
 
   /// The lines that were kept. Valid until the next line.
@@ -442,12 +465,19 @@ class ReportLines {
  private:
   void EndLine() {
     out_.Append('\n');
-    if (os_ != nullptr) WriteLine();
+    if (os_ == nullptr) return;
+    ends_[waiting_++] = out_.size();
+    if (waiting_ == ends_.size()) Finish();
   }
-  void WriteLine();
+  std::size_t WriteFast();
 
   TextBuffer out_;
   std::ostream* os_ = nullptr;
+  std::optional<std::ostream::sentry> sentry_;  // the stream is prepared once for all lines
+  // Where the lines that wait to be written end. Bytes that were just put together from small
+  // pieces are slow to read; a little later they are not.
+  std::array<std::size_t, 32> ends_;
+  std::size_t waiting_ = 0;
 };
 
 }  // namespace cable_info

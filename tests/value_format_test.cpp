@@ -13,6 +13,8 @@
 #include <locale>
 #include <random>
 #include <sstream>
+#include <stdexcept>
+#include <streambuf>
 #include <string>
 #include <vector>
 
@@ -459,22 +461,105 @@ TEST(ReportLines, WritesEveryFormOfLine) {
   lines.Hex("Hex: ", 0x1F, 4);
   lines.Line(
       "Line: ", [](TextBuffer& out, int value) { out.AppendDecimal(value); }, -7);
-  lines.LaneLine("RX", 8, " Power: ", [](TextBuffer& out) { out.Append("low"); });
+  lines.LaneLine("RX# Power: ", 8, [](TextBuffer& out) { out.Append("low"); });
   EXPECT_EQ(lines.view(),
             "Text: a, \"b\"\nDecimal: 4294967295\nUnit: 7 m\nHex: 0x001f\nLine: -7\n"
             "RX8 Power: low\n");
 }
 
-TEST(ReportLines, FlushesEveryLine) {
+// Notes what a stream asks of its buffer. The call that is number `bad_call` fails.
+class FaultyBuffer : public std::streambuf {
+ public:
+  enum class Fault { kReturns, kThrows };
+
+  FaultyBuffer(std::size_t bad_call, Fault fault) : bad_call_(bad_call), fault_(fault) {}
+  const std::vector<std::string>& calls() const { return calls_; }
+
+ protected:
+  std::streamsize xsputn(const char* text, std::streamsize size) override {
+    return Fails(std::string(text, static_cast<std::size_t>(size))) ? size - 1 : size;
+  }
+  int sync() override { return Fails("flush") ? -1 : 0; }
+
+ private:
+  bool Fails(const std::string& call) {
+    calls_.push_back(call);
+    const bool fails = calls_.size() == bad_call_;
+    if (fails && fault_ == Fault::kThrows) throw std::range_error("buffer");
+    return fails;
+  }
+
+  std::size_t bad_call_;
+  Fault fault_;
+  std::vector<std::string> calls_;
+};
+
+// What came of writing lines to a faulty buffer.
+struct Outcome {
+  std::vector<std::string> calls;
+  std::ios::iostate state;
+  std::string thrown;
+
+  bool operator==(const Outcome&) const = default;
+};
+
+template <typename WriteLines>
+Outcome OutcomeOf(const WriteLines& write_lines, std::size_t bad_call, FaultyBuffer::Fault fault,
+                  std::ios::iostate exceptions) {
+  FaultyBuffer buffer(bad_call, fault);
+  std::ostream os(&buffer);
+  os.exceptions(exceptions);
+  std::string thrown;
+  try {
+    write_lines(os);
+  } catch (const std::ios_base::failure&) {
+    thrown = "failure of the stream";
+  } catch (const std::range_error& error) {
+    thrown = error.what();
+  }
+  return {buffer.calls(), os.rdstate(), thrown};
+}
+
+TEST(ReportLines, TreatStreamsAsWritingAndFlushingEachLineDoes) {
+  constexpr std::size_t kLines = 70;  // more than are ever put together
+  const auto plainly = [](std::ostream& os) {
+    for (std::size_t i = 0; i < kLines; ++i) {
+      const std::string line = "Line: " + std::to_string(i) + "\n";
+      os.write(line.data(), static_cast<std::streamsize>(line.size()));
+      os.flush();
+    }
+  };
+  const auto fast = [](std::ostream& os) {
+    ReportLines lines(os);
+    for (std::uint32_t i = 0; i < kLines; ++i) lines.Decimal("Line: ", i);
+    lines.Finish();
+  };
+  for (const auto fault : {FaultyBuffer::Fault::kReturns, FaultyBuffer::Fault::kThrows}) {
+    for (const auto exceptions : {std::ios::goodbit, std::ios::badbit, std::ios::failbit,
+                                  std::ios::badbit | std::ios::failbit}) {
+      for (std::size_t bad_call = 0; bad_call <= 2 * kLines; ++bad_call) {
+        const Outcome expected = OutcomeOf(plainly, bad_call, fault, exceptions);
+        EXPECT_EQ(expected.calls.size(), bad_call == 0 ? 2 * kLines : bad_call);
+        EXPECT_TRUE(OutcomeOf(fast, bad_call, fault, exceptions) == expected) << bad_call;
+      }
+    }
+  }
+}
+
+TEST(ReportLines, WriteNothingToABadStream) {
   FlushCounter buffer;
   std::ostream os(&buffer);
+  os.setstate(std::ios::failbit);
   ReportLines lines(os);
   lines.Text("A: ", "1");
-  EXPECT_EQ(buffer.str(), "A: 1\n");
-  EXPECT_EQ(buffer.flushes(), 1);
-  lines.Decimal("B: ", 2);
-  EXPECT_EQ(buffer.str(), "A: 1\nB: 2\n");
-  EXPECT_EQ(buffer.flushes(), 2);
+  lines.Finish();
+  EXPECT_EQ(buffer.str(), "");
+  EXPECT_EQ(buffer.flushes(), 0);
+  std::ostream nowhere(nullptr);
+  ReportLines lost(nowhere);
+  lost.Text("A: ", "1");
+  lost.Finish();
+  EXPECT_TRUE(nowhere.bad());
 }
 
 // ---------------------------------------------------------------------------------------------
