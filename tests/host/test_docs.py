@@ -8,17 +8,22 @@ from program import FABRIC, ROOT, ProgramTest, run
 
 DOCS = ROOT / "docs"
 
+# A form, and one that would tell more where all values fit it.
+NARROWER = {"decimal": "flag", "hex 1": "hex 2", "bare text": "decimal", "text": "celsius"}
+
 # Beside the sample: what it lacks to show every text that the documents name.
 CODES_OF_NO_NAME = {"cable_identifier": 99, "cable_technology": 0x50, "power_unit_flag": 1,
                     "temperature": 0x8000, "vendor_pn": "X", "vendor_sn": "X", "vendor_rev": "X"}
 MORE_PORTS = [
     {"cable": {}},
+    {"cable": {"LengthOm2": 2, "LengthOm1": 3}},
     {"cable": {"Identifier": 255, "TransmitterTechnologyCode": 16, "RxPower": ["nan", "inf", "-inf", -0.5]}},
     {"cable": {"TransmitterTechnologyCode": 10, "Temperature": 0x1900}},
     {"cable": {"Temperature": 0x7F00, "TempHighAlarmThresh": 0x7F00, "TempLowAlarmThresh": 0x7F00,
                "TempHighWarnThresh": 0x7F00, "TempLowWarnThresh": 0x7F00}},
     {"cable": {"QueryStatus": 4, "VendorName": "a, b", "SerialNumber": "\"1\""}},
     {"phy": {"source": "PHY", "module": {}}},
+    {"phy": {"source": "PHY", "module": {"length_om1": 3, "rx_power_type": 2}}},
     {"phy": {"source": "PHY", "module": CODES_OF_NO_NAME}},
     {"phy": {"source": "PHY", "module": {"cable_identifier": 8, "cable_technology": 200}}},
     {"phy": {"source": "PHY", "module": {**CODES_OF_NO_NAME, "vendor_pn": " ", "temp_high_threshold": 0x8000,
@@ -99,7 +104,7 @@ class DocumentTest(ProgramTest):
     def assert_form(self, place, document, told, values):
         """Every value has one of the forms told, and every form told has a value."""
         alternatives = told.split(" or ")
-        seen = set()
+        seen = {}
         for value in values:
             for alternative in sorted(alternatives, key=lambda a: not a.startswith("`")):
                 if alternative.startswith("`"):
@@ -107,11 +112,15 @@ class DocumentTest(ProgramTest):
                 else:
                     fits = document.patterns[alternative].fullmatch(value)
                 if fits:
-                    seen.add(alternative)
+                    seen.setdefault(alternative, []).append(value)
                     break
             else:
                 self.fail(f"{place}: {value!r} is not of the form {told}")
-        self.assertEqual(seen, set(alternatives), place)
+        self.assertEqual(set(seen), set(alternatives), place)
+        for form, narrower in NARROWER.items():
+            if form in seen and narrower in document.patterns:
+                self.assertFalse(all(map(document.patterns[narrower].fullmatch, seen[form])),
+                                 f"{place} is {narrower}")
 
 
 class Table(DocumentTest):
