@@ -2,6 +2,7 @@
 
 import json
 import re
+import textwrap
 import unittest
 
 from program import FABRIC, ROOT, ProgramTest, run
@@ -200,6 +201,33 @@ class Report(DocumentTest):
         text = (DOCS / "report.md").read_text()
         shown = re.search("^```\n(.*?)^```", text, re.MULTILINE | re.DOTALL).group(1)
         self.assertTrue(run("report", FABRIC).stdout.decode().startswith(shown))
+
+
+class Snippets(ProgramTest):
+    """Code in the documents stands in an example, which is compiled and run."""
+
+    EXAMPLES = {path.name: path.read_text() for path in sorted((ROOT / "examples").glob("*.cpp"))}
+    DOCUMENTS = (ROOT / "README.md", DOCS / "embedding.md")
+
+    def test_every_snippet_stands_in_an_example(self):
+        for document in self.DOCUMENTS:
+            snippets = re.findall("^```cpp\n(.*?)^```", document.read_text(), re.MULTILINE | re.DOTALL)
+            self.assertTrue(snippets, document)
+            for snippet in snippets:
+                self.assertTrue(any(self.stands_in(snippet, text) for text in self.EXAMPLES.values()),
+                                f"{document.name}: in no example:\n{snippet}")
+
+    def stands_in(self, snippet, text):
+        """Whether the paragraphs of a snippet stand in a text one behind the other, however far indented."""
+        at = 0
+        for paragraph in snippet.strip("\n").split("\n\n"):
+            lines = textwrap.dedent(paragraph).rstrip("\n").split("\n")
+            pattern = "^( *)" + "\n\\1".join(map(re.escape, lines)) + "$"
+            found = re.compile(pattern, re.MULTILINE).search(text, at)
+            if not found:
+                return False
+            at = found.end()
+        return True
 
 
 if __name__ == "__main__":
