@@ -203,6 +203,33 @@ class Report(DocumentTest):
         self.assertTrue(run("report", FABRIC).stdout.decode().startswith(shown))
 
 
+class Layers(ProgramTest):
+    """What a file of the library may include, as docs/architecture.md draws it."""
+
+    BELOW = {
+        "value_format": set(),
+        "cable_record": {"value_format"},
+        "phy_cable_record": {"value_format"},
+        "prtl_record": {"value_format"},
+        "combined_cable_info": {"cable_record", "phy_cable_record", "prtl_record", "value_format"},
+    }
+
+    def test_no_file_includes_a_higher_one(self):
+        for path in (ROOT / "cable_info").glob("*.[hc]*"):
+            included = re.findall('^#include "(.*?)"', path.read_text(), re.MULTILINE)
+            for header in included:
+                folder, _, name = header.rpartition("/")
+                self.assertEqual(folder, "cable_info", f"{path.name} includes {header}")
+                name = name.removesuffix(".h")
+                if name != path.stem and name in self.BELOW:
+                    self.assertIn(name, self.BELOW.get(path.stem, self.BELOW), f"{path.name}")
+
+    def test_the_library_needs_the_standard_library_alone(self):
+        for path in (ROOT / "cable_info").glob("*.[hc]*"):
+            for header in re.findall("^#include <(.*?)>", path.read_text(), re.MULTILINE):
+                self.assertRegex(header, "^[a-z_]+$", f"{path.name} includes {header}")
+
+
 class Snippets(ProgramTest):
     """Code in the documents stands in an example, which is compiled and run."""
 
