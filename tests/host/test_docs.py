@@ -230,6 +230,14 @@ class Layers(ProgramTest):
                 self.assertRegex(header, "^[a-z_]+$", f"{path.name} includes {header}")
 
 
+class Links(ProgramTest):
+    def test_every_link_leads_to_a_file(self):
+        for document in [*ROOT.glob("*.md"), *DOCS.glob("*.md")]:
+            for target in re.findall(r"\]\(([^)#]+)", document.read_text()):
+                if "://" not in target:
+                    self.assertTrue((document.parent / target).exists(), f"{document.name}: {target}")
+
+
 class Snippets(ProgramTest):
     """Code in the documents stands in an example, which is compiled and run."""
 
