@@ -56,10 +56,14 @@ class CableRecord {
   static constexpr std::string_view kSource = "CABLE";
 
   CableRecord() = default;
-  CableRecord(const CableRecord&) = default;
-  CableRecord& operator=(const CableRecord&) = default;
-  CableRecord(CableRecord&&) = default;
-  CableRecord& operator=(CableRecord&&) = default;
+  /// \name Copying and moving
+  /// A copy is a record of its own; a record that was moved from has unspecified texts.
+  /// @{
+  CableRecord(const CableRecord&) = default;             ///< copy
+  CableRecord& operator=(const CableRecord&) = default;  ///< copy
+  CableRecord(CableRecord&&) = default;                  ///< move
+  CableRecord& operator=(CableRecord&&) = default;       ///< move
+  /// @}
   virtual ~CableRecord();
 
   /// Status of the query that read the pages; 0 means that the data are good.
@@ -74,11 +78,11 @@ class CableRecord {
   std::uint8_t TransmitterTechnologyCode = 0;
   /// \name Lengths, in the units of the module's memory map
   /// @{
-  std::uint8_t LengthSmf = 0;
-  std::uint8_t LengthOm3 = 0;
-  std::uint8_t LengthOm2 = 0;
-  std::uint8_t LengthOm1 = 0;
-  std::uint8_t LengthCopperOrActive = 0;
+  std::uint8_t LengthSmf = 0;             ///< single-mode fibre
+  std::uint8_t LengthOm3 = 0;             ///< OM3 multi-mode fibre
+  std::uint8_t LengthOm2 = 0;             ///< OM2 multi-mode fibre
+  std::uint8_t LengthOm1 = 0;             ///< OM1 multi-mode fibre
+  std::uint8_t LengthCopperOrActive = 0;  ///< copper or active cable
   /// @}
   /// High byte: whole degrees Celsius, signed. The low byte is never read.
   std::uint16_t Temperature = 0;
@@ -86,6 +90,7 @@ class CableRecord {
   std::uint8_t OpaqueByte1 = 0;
   /// Whole Gb/s.
   std::uint8_t NominalBitrate = 0;
+  /// The module's power class, as a number.
   std::uint8_t PowerClass = 0;
   /// CDR enabled: high nibble TX lanes, low nibble RX lanes.
   std::uint8_t CdrControl = 0;
@@ -120,9 +125,9 @@ class CableRecord {
   std::uint8_t RxOutputDisableTxAdaptiveEq = 0;
   /// \name Four 4-bit values, lane 1 in the top nibble
   /// @{
-  std::uint16_t InputEq = 0;
-  std::uint16_t OutputAmp = 0;
-  std::uint16_t OutputEmp = 0;
+  std::uint16_t InputEq = 0;    ///< input equalization of TX1..TX4
+  std::uint16_t OutputAmp = 0;  ///< output amplitude of RX1..RX4
+  std::uint16_t OutputEmp = 0;  ///< output emphasis of RX1..RX4
   /// @}
   /// Exported only.
   std::uint16_t OpaqueWord1 = 0;
@@ -132,24 +137,25 @@ class CableRecord {
   /// A nibble a lane, lane 1 in the top one; in each from its top bit: high alarm, low alarm, high
   /// warning, low warning.
   /// @{
-  std::uint16_t RxPowerAlarms = 0;
-  std::uint16_t TxBiasAlarms = 0;
-  std::uint16_t TxPowerAlarms = 0;
+  std::uint16_t RxPowerAlarms = 0;  ///< received power of RX1..RX4
+  std::uint16_t TxBiasAlarms = 0;   ///< bias current of TX1..TX4
+  std::uint16_t TxPowerAlarms = 0;  ///< transmitted power of TX1..TX4
   /// @}
+  /// The vendor's lot code, as it stands.
   std::uint16_t Lot = 0;
   /// \name Temperature thresholds, encoded as `Temperature`
   /// @{
-  std::uint16_t TempHighAlarmThresh = 0;
-  std::uint16_t TempHighWarnThresh = 0;
-  std::uint16_t TempLowAlarmThresh = 0;
-  std::uint16_t TempLowWarnThresh = 0;
+  std::uint16_t TempHighAlarmThresh = 0;  ///< alarm above it
+  std::uint16_t TempHighWarnThresh = 0;   ///< warning above it
+  std::uint16_t TempLowAlarmThresh = 0;   ///< alarm below it
+  std::uint16_t TempLowWarnThresh = 0;    ///< warning below it
   /// @}
   /// \name Voltage thresholds, units of 100 uV
   /// @{
-  std::uint16_t VoltHighAlarmThresh = 0;
-  std::uint16_t VoltHighWarnThresh = 0;
-  std::uint16_t VoltLowAlarmThresh = 0;
-  std::uint16_t VoltLowWarnThresh = 0;
+  std::uint16_t VoltHighAlarmThresh = 0;  ///< alarm above it
+  std::uint16_t VoltHighWarnThresh = 0;   ///< warning above it
+  std::uint16_t VoltLowAlarmThresh = 0;   ///< alarm below it
+  std::uint16_t VoltLowWarnThresh = 0;    ///< warning below it
   /// @}
   /// \name Monitors of lanes 1..4
   /// @{
@@ -161,11 +167,13 @@ class CableRecord {
   bool RxPowerIsAverage = false;
   /// Exported only.
   std::uint32_t OpaqueDword1 = 0;
+  /// As it stands; never trimmed.
   std::string VendorName;
   /// As text; "0x5a1", compared literally, is the home vendor's.
   std::string Oui;
   /// "NA" means unknown.
   std::string PartNumber;
+  /// As it stands; `_get_vendor_from_sn` finds a vendor code in it.
   std::string SerialNumber;
   /// "NA" means unknown.
   std::string Revision;
@@ -173,6 +181,7 @@ class CableRecord {
   std::string LengthText;
   /// Exported only.
   std::string ExtraText;
+  /// Shown for the home vendor's modules only; see `ConvertFwVersionToStr`.
   std::string FwVersionText;
   /// YYMMDD and anything behind it, or "N/A".
   std::string DateCodeText;
@@ -181,7 +190,9 @@ class CableRecord {
 
   /// Neither passive nor an active cable.
   bool IsModule() const;
+  /// Not passive, and without separable connector.
   bool IsActiveCable() const;
+  /// Unequalized copper.
   bool IsPassiveCable() const;
   /// An optical technology in data that are good.
   bool IsOpticCable() const;
@@ -200,6 +211,7 @@ class CableRecord {
   double mW_to_dBm(double mw) const;
   /// The part number as it stands; empty when it is unknown.
   std::string GetPNVendor() const;
+  /// What identifies the cable; the vendor code comes from the serial number.
   cable_id_t GetIdObj() const;
   /// Fills every field of `*data`, which must not be null.
   void ExportData(cable_record_data_t* data) const;
@@ -208,6 +220,7 @@ class CableRecord {
   std::string ConvertCableIdentifierToStr() const;
   /// The technology, or "NA - " and the query's status.
   std::string ConvertCableTypeToStr() const;
+  /// The speeds joined by "/", or "NA".
   std::string ConvertSupportedSpeedToStr() const;
   /// The measured length when there is one, else the module's.
   std::string ConvertLengthToStr() const;
@@ -215,9 +228,13 @@ class CableRecord {
   std::string ConvertPrtlLengthToStr() const;
   /// Any temperature word of this cable; not quoted, not even its CSV fallback.
   std::string ConvertTemperatureToStr(unsigned short value, bool csv) const;
-  std::string GetTemperatureStr() const;
-  std::string GetHighTemperatureThresholdStr() const;
-  std::string GetLowTemperatureThresholdStr() const;
+  /// \name Temperature and alarm thresholds, in degrees Celsius with "C", or N/A
+  /// @{
+  std::string GetTemperatureStr() const;               ///< `Temperature`
+  std::string GetHighTemperatureThresholdStr() const;  ///< `TempHighAlarmThresh`
+  std::string GetLowTemperatureThresholdStr() const;   ///< `TempLowAlarmThresh`
+  /// @}
+  /// Any voltage word, in microvolts with "uV".
   std::string ConvertVoltageToStr(unsigned short value) const;
   /// YY-MM-DD; texts of three characters or fewer, and "N/A", as they stand.
   std::string ConvertDateCodeToStr() const;
@@ -227,13 +244,19 @@ class CableRecord {
   std::string ConvertAttenuationToStr(bool csv) const;
   /// The whole control byte in CSV; TX and RX nibbles, as far as present, in the report.
   std::string ConvertCDREnableTxRxToStr(bool csv) const;
-  /// Lanes 1..4: hexadecimal digits side by side in CSV, decimals with blanks in the report.
-  std::string ConvertInputEqToStr(bool csv) const;
-  std::string ConvertOutputAmpToStr(bool csv) const;
-  std::string ConvertOutputEmpToStr(bool csv) const;
-  /// One hexadecimal digit, lane 4 in its top bit (as the next).
-  std::string ConvertRXOutputDisableToStr() const;
-  std::string ConvertTXAdaptiveEqualizationEnableToStr() const;
+  /// \name Settings of lanes 1..4
+  /// Hexadecimal digits side by side in CSV, decimals with blanks in the report; missing for
+  /// passive cables.
+  /// @{
+  std::string ConvertInputEqToStr(bool csv) const;    ///< `InputEq`
+  std::string ConvertOutputAmpToStr(bool csv) const;  ///< `OutputAmp`
+  std::string ConvertOutputEmpToStr(bool csv) const;  ///< `OutputEmp`
+  /// @}
+  /// \name Lane switches, one hexadecimal digit with lane 4 in its top bit
+  /// @{
+  std::string ConvertRXOutputDisableToStr() const;               ///< RX output disabled
+  std::string ConvertTXAdaptiveEqualizationEnableToStr() const;  ///< TX adaptation enabled
+  /// @}
 
   /// The block of the text report, at most 2047 characters. The lines of the source and of the two
   /// emphases that the pages lack are there only when `with_phy_lines` is true.

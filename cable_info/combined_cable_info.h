@@ -229,7 +229,10 @@ class CombinedCableInfo {
   /// \name Handing over a record
   /// Replaces and frees the one held before; null detaches.
   /// @{
+
+  /// What the cable-information pages tell.
   void AttachCableRecord(std::unique_ptr<CableRecord> record);
+  /// What the PHY's registers tell.
   void AttachPhyCableRecord(std::unique_ptr<PhyCableRecord> record);
   /// @}
 
@@ -264,7 +267,9 @@ class CombinedCableInfo {
   std::uint32_t GetTemperatureErrorsByTreshold() const;
   /// Degrees Celsius with "C", or N/A (as the next two).
   std::string GetTemperatureStr() const;
+  /// The high alarm threshold.
   std::string GetHighTemperatureThresholdStr() const;
+  /// The low alarm threshold.
   std::string GetLowTemperatureThresholdStr() const;
 
   /// \name The length measured by round-trip latency
@@ -280,11 +285,17 @@ class CombinedCableInfo {
   /// \name Decoders that need no record
   /// See the functions of the same names in value_format.h.
   /// @{
+
+  /// The technology of a 4-bit code.
   static std::string CableTypeToStr(std::uint8_t technology, const std::string& fallback);
+  /// The speeds of a mask.
   static std::string SupportedSpeedToStr(std::uint8_t mask, const std::string& fallback);
+  /// Degrees Celsius with "C".
   static std::string TemperatureToStr(std::uint8_t technology, std::int8_t temperature,
                                       const std::string& fallback);
+  /// Microvolts with "uV", from units of 100 uV.
   static std::string VoltageToStr(std::uint16_t raw);
+  /// True for the optical ones among the 4-bit codes.
   static bool IsOpticCable(std::uint8_t technology);
   /// @}
 

@@ -30,44 +30,45 @@ class PhyCableRecord {
   struct ModuleRecord {
     /// Nonzero: lane powers are in units of 0.1 uW; zero: they are taken as dBm.
     std::uint16_t power_unit_flag = 0;
-    std::uint8_t reserved_2 = 0;
+    std::uint8_t reserved_2 = 0;  ///< never read
     /// SFF-8024, table of extended specification compliance codes.
     std::uint8_t compliance_code = 0;
-    std::uint8_t reserved_4 = 0;
+    std::uint8_t reserved_4 = 0;  ///< never read
     /// CMIS: the media-interface technology. Older: bits 7..4 index `transmitter_technology_arr`,
     /// bit 3 is active wavelength control, 2 cooled, 1 PIN detector, 0 tunable.
     std::uint8_t cable_technology = 0;
+    /// The module's power class, as a number.
     std::uint8_t power_class = 0;
     /// Form factor: 0 QSFP28, 1 QSFP+, 2 SFP28/SFP+, 3 QSA, 4 backplane, 5 SFP-DD, 6 QSFP-DD,
     /// 7 QSFP_CMIS, 8 OSFP, 9 C2C, 10 DSFP, 11 QSFP split cable.
     std::uint8_t cable_identifier = 0;
     /// CMIS: bits 5..0 base, bits 7..6 multiplier (0.1, 1, 10, 100 m). Older: metres.
     std::uint8_t cable_length = 0;
-    std::uint8_t reserved_9[2] = {};
-    std::uint8_t tx_input_eq = 0;
-    std::uint8_t rx_output_pre_emp = 0;
-    std::uint8_t rx_output_amp = 0;
+    std::uint8_t reserved_9[2] = {};     ///< never read
+    std::uint8_t tx_input_eq = 0;        ///< input equalization of every TX lane
+    std::uint8_t rx_output_pre_emp = 0;  ///< output pre-emphasis of every RX lane
+    std::uint8_t rx_output_amp = 0;      ///< output amplitude of every RX lane
     /// Units of 0.25 W; 0 means not given.
     std::uint8_t max_power = 0;
     /// Copper attenuation at 5, 7, 12 and 25 GHz, dB.
     std::uint8_t attenuation[4] = {};
-    /// CDR enabled, a bit a lane.
-    std::uint8_t tx_cdr_state = 0;
-    std::uint8_t rx_cdr_state = 0;
-    /// Nonzero: the module has such a CDR.
-    std::uint8_t tx_cdr_cap = 0;
-    std::uint8_t rx_cdr_cap = 0;
-    std::uint8_t rx_output_post_emp = 0;
-    /// May carry blanks at both ends.
+    std::uint8_t tx_cdr_state = 0;        ///< TX CDR enabled, a bit a lane
+    std::uint8_t rx_cdr_state = 0;        ///< RX CDR enabled, a bit a lane
+    std::uint8_t tx_cdr_cap = 0;          ///< nonzero: the module has a TX CDR
+    std::uint8_t rx_cdr_cap = 0;          ///< nonzero: the module has an RX CDR
+    std::uint8_t rx_output_post_emp = 0;  ///< output post-emphasis of every RX lane
+    /// May carry blanks at both ends, as the part and serial numbers; ends at its first NUL.
     char vendor_name[17] = {};
+    /// The vendor's part number.
     char vendor_pn[17] = {};
     /// NUL bytes may stand anywhere among the characters.
     char vendor_rev[5] = {};
-    std::uint8_t reserved_63 = 0;
+    std::uint8_t reserved_63 = 0;  ///< never read
     /// Bits 31..24 major, 23..16 minor, 15..0 sub-minor; 0 means unknown.
     std::uint32_t fw_version = 0;
+    /// The vendor's serial number.
     char vendor_sn[17] = {};
-    std::uint8_t reserved_85 = 0;
+    std::uint8_t reserved_85 = 0;  ///< never read
     /// Units of 100 uV.
     std::uint16_t voltage = 0;
     /// High byte: whole degrees Celsius, signed. The low byte is never read.
@@ -80,50 +81,52 @@ class PhyCableRecord {
     /// @}
     /// \name Alarm thresholds, encoded as the values that they guard
     /// @{
-    std::uint16_t temp_low_threshold = 0;
-    std::uint16_t temp_high_threshold = 0;
-    std::uint16_t voltage_low_threshold = 0;
-    std::uint16_t voltage_high_threshold = 0;
-    std::uint16_t rx_power_low_threshold = 0;
-    std::uint16_t rx_power_high_threshold = 0;
-    std::uint16_t tx_power_low_threshold = 0;
-    std::uint16_t tx_power_high_threshold = 0;
-    std::uint16_t tx_bias_low_threshold = 0;
-    std::uint16_t tx_bias_high_threshold = 0;
+    std::uint16_t temp_low_threshold = 0;       ///< see `temperature`
+    std::uint16_t temp_high_threshold = 0;      ///< see `temperature`
+    std::uint16_t voltage_low_threshold = 0;    ///< see `voltage`
+    std::uint16_t voltage_high_threshold = 0;   ///< see `voltage`
+    std::uint16_t rx_power_low_threshold = 0;   ///< see `rx_power`
+    std::uint16_t rx_power_high_threshold = 0;  ///< see `rx_power`
+    std::uint16_t tx_power_low_threshold = 0;   ///< see `tx_power`
+    std::uint16_t tx_power_high_threshold = 0;  ///< see `tx_power`
+    std::uint16_t tx_bias_low_threshold = 0;    ///< see `tx_bias`
+    std::uint16_t tx_bias_high_threshold = 0;   ///< see `tx_bias`
     /// @}
-    std::uint16_t reserved_158 = 0;
+    std::uint16_t reserved_158 = 0;  ///< never read
     /// Bits 7..0 value; bits 9..8 unit: 0 km, 1 tenths of a km.
     std::uint16_t smf_length = 0;
-    std::uint8_t reserved_162 = 0;
+    std::uint8_t reserved_162 = 0;  ///< never read
     /// Nonzero: average power; zero: OMA.
     std::uint8_t rx_power_type = 0;
-    std::uint8_t reserved_164 = 0;
+    std::uint8_t reserved_164 = 0;  ///< never read
     /// Bit 0 SDR, 1 DDR, 2 QDR, 3 FDR, 4 EDR, 5 HDR, 6 NDR.
     std::uint8_t ib_compliance_code = 0;
-    std::uint8_t reserved_166[4] = {};
+    std::uint8_t reserved_166[4] = {};  ///< never read
     /// Units of 100 Mb/s; 255 means that `extended_bitrate` holds the rate.
     std::uint8_t nominal_bitrate = 0;
     /// Units of 250 Mb/s.
     std::uint8_t extended_bitrate = 0;
-    std::uint8_t reserved_172[8] = {};
+    std::uint8_t reserved_172[8] = {};  ///< never read
     /// \name Fibre lengths, in the units of the module's memory map
     /// @{
-    std::uint8_t length_om5 = 0;
-    std::uint8_t length_om4 = 0;
-    std::uint8_t length_om3 = 0;
-    std::uint8_t length_om2 = 0;
-    std::uint8_t reserved_184[4] = {};
-    std::uint8_t length_om1 = 0;
+    std::uint8_t length_om5 = 0;        ///< units of 2 m
+    std::uint8_t length_om4 = 0;        ///< units of 2 m; of 10 m for SFP28/SFP+
+    std::uint8_t length_om3 = 0;        ///< units of 2 m; of 10 m for SFP28/SFP+
+    std::uint8_t length_om2 = 0;        ///< metres; units of 10 m for SFP28/SFP+
+    std::uint8_t reserved_184[4] = {};  ///< never read
+    std::uint8_t length_om1 = 0;        ///< units of 10 m
     /// @}
-    std::uint8_t reserved_189[11] = {};
+    std::uint8_t reserved_189[11] = {};  ///< never read
+    /// The vendor's lot code.
     std::uint16_t lot = 0;
     /// ASCII YYMMDD, last character first: the register is a little-endian word. `SetDateCode`
     /// fills it from a text.
     char date_code[6] = {};
+    /// The vendor's OUI, as a number.
     std::uint32_t vendor_oui = 0;
     /// SFF-8024, table of connector types; 0x23 marks an active cable.
     std::uint8_t connector_type = 0;
-    std::uint8_t reserved_213[4] = {};
+    std::uint8_t reserved_213[4] = {};  ///< never read
     /// The CDR chip's vendor, as it stands.
     std::uint8_t cdr_vendor = 0;
     /// As it stands.
@@ -133,11 +136,13 @@ class PhyCableRecord {
     /// characters behind the sixth are ignored.
     void SetDateCode(std::string_view yymmdd);
 
+    /// True for SFP-DD, QSFP-DD, QSFP_CMIS, OSFP and DSFP.
     bool IsCMISCable() const;
     /// The technology code: the whole byte for CMIS, else its high nibble.
     std::uint8_t SelectTransmitterTechnology() const;
     /// Whole Gb/s.
     std::uint8_t SelectNominalBR() const;
+    /// Unequalized copper by the high nibble of the technology byte.
     bool IsPassiveCable() const;
     /// Not passive, and without separable connector.
     bool IsActiveCable() const;
@@ -154,6 +159,7 @@ class PhyCableRecord {
     std::string ConvertCableLengthSMFiberToStr() const;
     /// Metres with " m" for the OM grade 1..5, or N/A.
     std::string ConvertCableLengthOMXToStr(std::uint8_t om) const;
+    /// The text of the technology code; `na` for codes above 15.
     std::string ConvertTransmitterTechnologyToStr(const std::string& na) const;
     /// All characters but NUL.
     std::string ConvertRevisionToStr() const;
@@ -176,6 +182,7 @@ class PhyCableRecord {
     std::string ConvertVoltageToStr(std::uint16_t raw, bool csv) const;
     /// Watts with " W".
     std::string ConvertMaxPowerToStr(const std::string& na) const;
+    /// The InfiniBand speeds joined by "/".
     std::string ConvertIBComplianceCodeToStr(const std::string& na) const;
   };
 
@@ -183,27 +190,27 @@ class PhyCableRecord {
   /// are shown. In the two module flags bit 0 is the high alarm, 1 the low alarm, 2 the high
   /// warning and 3 the low warning.
   struct LatchedFlagsPage {
-    std::uint8_t reserved_0[2] = {};
-    std::uint8_t latched_voltage_flags = 0;
-    std::uint8_t latched_temperature_flags = 0;
-    std::uint8_t latched_tx_adaptive_eq_fault = 0;
-    std::uint8_t latched_tx_cdr_lol = 0;
-    std::uint8_t latched_tx_los = 0;
-    std::uint8_t reserved_7 = 0;
-    std::uint8_t latched_tx_power_low_warning = 0;
-    std::uint8_t latched_tx_power_high_warning = 0;
-    std::uint8_t latched_tx_power_low_alarm = 0;
-    std::uint8_t latched_tx_power_high_alarm = 0;
-    std::uint8_t latched_tx_bias_low_warning = 0;
-    std::uint8_t latched_tx_bias_high_warning = 0;
-    std::uint8_t latched_tx_bias_low_alarm = 0;
-    std::uint8_t latched_tx_bias_high_alarm = 0;
-    std::uint8_t latched_rx_cdr_lol = 0;
-    std::uint8_t latched_rx_los = 0;
-    std::uint8_t latched_rx_power_low_warning = 0;
-    std::uint8_t latched_rx_power_high_warning = 0;
-    std::uint8_t latched_rx_power_low_alarm = 0;
-    std::uint8_t latched_rx_power_high_alarm = 0;
+    std::uint8_t reserved_0[2] = {};                 ///< never read
+    std::uint8_t latched_voltage_flags = 0;          ///< module flags: supply voltage
+    std::uint8_t latched_temperature_flags = 0;      ///< module flags: temperature
+    std::uint8_t latched_tx_adaptive_eq_fault = 0;   ///< adaptive-equalization fault
+    std::uint8_t latched_tx_cdr_lol = 0;             ///< CDR loss of lock, TX
+    std::uint8_t latched_tx_los = 0;                 ///< loss of signal, TX
+    std::uint8_t reserved_7 = 0;                     ///< never read
+    std::uint8_t latched_tx_power_low_warning = 0;   ///< transmitted power too low: warning
+    std::uint8_t latched_tx_power_high_warning = 0;  ///< transmitted power too high: warning
+    std::uint8_t latched_tx_power_low_alarm = 0;     ///< transmitted power too low: alarm
+    std::uint8_t latched_tx_power_high_alarm = 0;    ///< transmitted power too high: alarm
+    std::uint8_t latched_tx_bias_low_warning = 0;    ///< bias current too low: warning
+    std::uint8_t latched_tx_bias_high_warning = 0;   ///< bias current too high: warning
+    std::uint8_t latched_tx_bias_low_alarm = 0;      ///< bias current too low: alarm
+    std::uint8_t latched_tx_bias_high_alarm = 0;     ///< bias current too high: alarm
+    std::uint8_t latched_rx_cdr_lol = 0;             ///< CDR loss of lock, RX
+    std::uint8_t latched_rx_los = 0;                 ///< loss of signal, RX
+    std::uint8_t latched_rx_power_low_warning = 0;   ///< received power too low: warning
+    std::uint8_t latched_rx_power_high_warning = 0;  ///< received power too high: warning
+    std::uint8_t latched_rx_power_low_alarm = 0;     ///< received power too low: alarm
+    std::uint8_t latched_rx_power_high_alarm = 0;    ///< received power too high: alarm
   };
 
   PhyCableRecord() = default;
@@ -225,6 +232,8 @@ class PhyCableRecord {
 
   /// \name Fields of the module
   /// @{
+
+  /// The technology's text.
   std::string TypeToStr(bool csv) const;
   /// The form factor's name; the report adds its code. The CSV form carries no quotes.
   std::string CableIdentifierToStr(bool csv) const;
@@ -232,14 +241,19 @@ class PhyCableRecord {
   std::string BitrateToStr(bool csv) const;
   /// NA in the report without a module.
   std::string CablePowerClassToStr(bool csv) const;
+  /// Watts with " W".
   std::string MaxPowerToStr(bool csv) const;
+  /// major.minor.sub-minor in decimal; missing for passive cables, too.
   std::string FWVersionToStr(bool csv) const;
+  /// YY-MM-DD.
   std::string DateCodeToStr(bool csv) const;
+  /// "0x" and four hexadecimal digits.
   std::string LotToStr(bool csv) const;
   /// Decimal in CSV, hexadecimal in the report.
   std::string ComplanceCodeToStr(bool csv) const;
   /// The technology code in CSV, the whole technology byte in the report.
   std::string TechnologyToStr(bool csv) const;
+  /// The InfiniBand speeds joined by "/".
   std::string SupportedSpeedToStr(bool csv) const;
   /// Four values, in CSV as four cells.
   std::string AttenuationToStr(bool csv) const;
@@ -249,20 +263,29 @@ class PhyCableRecord {
   std::string CableLengthByRegToStr(bool csv) const;
   /// The measured length; NA, unquoted, when there is none.
   std::string CableLengthByPrtlToStr(bool csv) const;
+  /// The input equalization of all lanes; see `ModuleRecord::ConvertTxEQRxAMPRxEMPToStr` (as the
+  /// next three).
   std::string InputEqToStr(bool csv) const;
+  /// The output amplitude.
   std::string OutputAmpToStr(bool csv) const;
+  /// The output pre-emphasis.
   std::string OuputPreEmpToStr(bool csv) const;
+  /// The output post-emphasis.
   std::string OuputPostEmpToStr(bool csv) const;
-  /// NA without a module or any character (as the part and serial numbers).
+  /// Trimmed, with "-" for commas; NA without a module or any character (as the part and serial
+  /// numbers).
   std::string RevisionToStr() const;
   /// Trimmed, possibly empty; NA without a module.
   std::string VendorToStr() const;
+  /// The part number.
   std::string VendorPnToStr() const;
+  /// The serial number.
   std::string VendorSnToStr() const;
   /// "0x" and hexadecimal digits without filling; NA without a module.
   std::string VendorOUIToStr() const;
+  /// Kilometres of single-mode fibre with " km".
   std::string LengthSMFiberToStr() const;
-  /// OM grade 1..5.
+  /// Metres of multi-mode fibre of the OM grade 1..5, with " m".
   std::string LengthOmxToStr(std::uint8_t om) const;
   /// TX, a blank, RX; one N/A without a module.
   std::string CDREnableTxRXToStr() const;
@@ -274,6 +297,8 @@ class PhyCableRecord {
   /// `desc` trimmed, with its commas turned into "-"; when it is blank, empty (`empty_if_blank`) or
   /// NA.
   std::string DescToCsvDesc(const std::string& desc, bool empty_if_blank) const;
+  /// What identifies the cable, each part as in the row and empty where that has NA; the vendor
+  /// code comes from the serial number. All empty without a module.
   cable_id_t GetIdObj() const;
   /// Part number, identifier code and revision joined by "_"; empty when one of them is unknown.
   std::string GetUniqueKey() const;
@@ -299,39 +324,44 @@ class PhyCableRecord {
   std::string PowerLineToStr(double raw, std::uint16_t unit_flag, bool csv) const;
   /// What the power of a lane reads without a module.
   std::string EmptyPowerLineToStr(bool csv) const;
-  std::string TX1PowerToStr(bool csv) const;
-  std::string TX2PowerToStr(bool csv) const;
-  std::string TX3PowerToStr(bool csv) const;
-  std::string TX4PowerToStr(bool csv) const;
-  std::string TX5PowerToStr(bool csv) const;
-  std::string TX6PowerToStr(bool csv) const;
-  std::string TX7PowerToStr(bool csv) const;
-  std::string TX8PowerToStr(bool csv) const;
-  std::string RX1PowerToStr(bool csv) const;
-  std::string RX2PowerToStr(bool csv) const;
-  std::string RX3PowerToStr(bool csv) const;
-  std::string RX4PowerToStr(bool csv) const;
-  std::string RX5PowerToStr(bool csv) const;
-  std::string RX6PowerToStr(bool csv) const;
-  std::string RX7PowerToStr(bool csv) const;
-  std::string RX8PowerToStr(bool csv) const;
+  std::string TX1PowerToStr(bool csv) const;  ///< TX lane 1
+  std::string TX2PowerToStr(bool csv) const;  ///< TX lane 2
+  std::string TX3PowerToStr(bool csv) const;  ///< TX lane 3
+  std::string TX4PowerToStr(bool csv) const;  ///< TX lane 4
+  std::string TX5PowerToStr(bool csv) const;  ///< TX lane 5
+  std::string TX6PowerToStr(bool csv) const;  ///< TX lane 6
+  std::string TX7PowerToStr(bool csv) const;  ///< TX lane 7
+  std::string TX8PowerToStr(bool csv) const;  ///< TX lane 8
+  std::string RX1PowerToStr(bool csv) const;  ///< RX lane 1
+  std::string RX2PowerToStr(bool csv) const;  ///< RX lane 2
+  std::string RX3PowerToStr(bool csv) const;  ///< RX lane 3
+  std::string RX4PowerToStr(bool csv) const;  ///< RX lane 4
+  std::string RX5PowerToStr(bool csv) const;  ///< RX lane 5
+  std::string RX6PowerToStr(bool csv) const;  ///< RX lane 6
+  std::string RX7PowerToStr(bool csv) const;  ///< RX lane 7
+  std::string RX8PowerToStr(bool csv) const;  ///< RX lane 8
   /// A bias current in units of 2 uA, in milliamperes; the report adds " mA".
   std::string TXBiasToStr(bool csv, double raw) const;
-  std::string TXBias1ToStr(bool csv) const;
-  std::string TXBias2ToStr(bool csv) const;
-  std::string TXBias3ToStr(bool csv) const;
-  std::string TXBias4ToStr(bool csv) const;
-  std::string TXBias5ToStr(bool csv) const;
-  std::string TXBias6ToStr(bool csv) const;
-  std::string TXBias7ToStr(bool csv) const;
-  std::string TXBias8ToStr(bool csv) const;
+  std::string TXBias1ToStr(bool csv) const;  ///< TX lane 1
+  std::string TXBias2ToStr(bool csv) const;  ///< TX lane 2
+  std::string TXBias3ToStr(bool csv) const;  ///< TX lane 3
+  std::string TXBias4ToStr(bool csv) const;  ///< TX lane 4
+  std::string TXBias5ToStr(bool csv) const;  ///< TX lane 5
+  std::string TXBias6ToStr(bool csv) const;  ///< TX lane 6
+  std::string TXBias7ToStr(bool csv) const;  ///< TX lane 7
+  std::string TXBias8ToStr(bool csv) const;  ///< TX lane 8
+  /// "Average Power" or "OMA".
   std::string RXPowerTypeToStr() const;
   /// @}
 
   /// \name Temperature
   /// @{
+
+  /// Degrees Celsius with "C", or N/A (as the next two).
   std::string GetTemperatureStr() const;
+  /// The high alarm threshold.
   std::string GetHighTemperatureThresholdStr() const;
+  /// The low alarm threshold.
   std::string GetLowTemperatureThresholdStr() const;
   /// Bit 0: above the high threshold, bit 1: below the low one; 0 without a module.
   std::uint8_t GetTemperatureErrorsByTreshold() const;
@@ -344,14 +374,22 @@ class PhyCableRecord {
   /// The alarm words have a nibble a lane, lane 1 in the top one; in each from its top bit: high
   /// alarm, low alarm, high warning, low warning.
   /// @{
+
+  /// Loss of signal.
   std::string LatchedTxRxIndicatorToStr() const;
+  /// CDR loss of lock.
   std::string LatchedTxRxLolIndicatorToStr() const;
-  /// TX lanes only, in the low nibble.
+  /// Adaptive equalization fault: TX lanes only, in the low nibble.
   std::string LatchedAdaptiveEqualizationFaultToStr() const;
+  /// The temperature byte of the page.
   std::string LatchedTempAlarmAndWarningToStr() const;
+  /// The supply-voltage byte of the page.
   std::string LatchedVoltageAlarmAndWarningToStr() const;
+  /// The alarm word of the transmitted powers.
   std::string TXPowerAlarmAndWarningToStr() const;
+  /// The alarm word of the bias currents.
   std::string TXBiasAlarmAndWarningToStr() const;
+  /// The alarm word of the received powers.
   std::string RXPowerAlarmAndWarningToStr() const;
   /// Interleaves the lane masks (bit 0 is lane 1) into an alarm word; in each nibble the bits of
   /// `a`, `b`, `c`, `d` from the top. Bits 4..7 are ignored.

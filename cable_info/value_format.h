@@ -10,7 +10,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <memory>
 #include <optional>
 #include <ostream>
@@ -46,10 +45,13 @@ constexpr std::string_view UnquotedMissingValue(bool csv) { return csv ? kBareNa
 /// `unsigned short` and `double`.
 template <typename T>
 std::string _to_string(T value);
+/// A number, never a character.
 template <>
 std::string _to_string<unsigned char>(unsigned char value);
+/// All digits.
 template <>
 std::string _to_string<unsigned short>(unsigned short value);
+/// As a default-formatted stream writes it.
 template <>
 std::string _to_string<double>(double value);
 
@@ -57,8 +59,10 @@ std::string _to_string<double>(double value);
 /// default, as many as the type holds). Defined for `unsigned char` and `unsigned short`.
 template <typename T>
 std::string _to_ptr_string(T value, int width = 2 * static_cast<int>(sizeof(T)));
+/// At least two digits by default.
 template <>
 std::string _to_ptr_string<unsigned char>(unsigned char value, int width);
+/// At least four digits by default.
 template <>
 std::string _to_ptr_string<unsigned short>(unsigned short value, int width);
 
@@ -72,12 +76,13 @@ std::string _to_cvs_quoted(bool quote, const std::string& text);
 /// Writes a value between two delimiters; nothing inside is escaped. Does not own the value.
 template <typename T>
 struct QUOTED_T {
+  /// Takes what the members tell.
   QUOTED_T(const T* value_in, char open_in, char close_in)
       : value(value_in), open(open_in), close(close_in) {}
 
-  const T* value;
-  char open;
-  char close;
+  const T* value;  ///< must outlive the output
+  char open;       ///< written before the value
+  char close;      ///< written behind the value
 };
 
 /// Writes a floating value with `precision` digits after the point in fixed notation, or in
@@ -85,23 +90,25 @@ struct QUOTED_T {
 /// stream.
 template <typename T>
 struct FLOAT_T {
+  /// Takes what the members tell.
   FLOAT_T(T value_in, int precision_in, bool scientific_in)
       : value(value_in), precision(precision_in), scientific(scientific_in) {}
 
-  T value;
-  std::int32_t precision;
-  bool scientific;
+  T value;                 ///< the number
+  std::int32_t precision;  ///< digits after the point; 0: the stream's own
+  bool scientific;         ///< scientific notation
 };
 
 /// Writes an integer in hexadecimal, without "0x", filled on the left to `width`. Width 0 means
 /// that the stream's own width is left alone.
 template <typename T>
 struct HEX_T {
+  /// Takes what the members tell.
   HEX_T(T value_in, int width_in, char fill_in) : value(value_in), width(width_in), fill(fill_in) {}
 
-  T value;
-  std::int32_t width;
-  char fill;
+  T value;             ///< the number
+  std::int32_t width;  ///< characters at least; 0: the stream's own
+  char fill;           ///< what fills the width; stays on the stream
 };
 
 /// A null value writes no text and sets the stream's badbit.
@@ -164,9 +171,9 @@ inline constexpr double kUnrepresentablePower = -999.999;
 
 /// A module's firmware version; all zero means that none is known.
 struct fw_version_obj_t {
-  std::uint8_t major = 0;
-  std::uint8_t minor = 0;
-  std::uint16_t sub_minor = 0;
+  std::uint8_t major = 0;       ///< bits 31..24 of a version word
+  std::uint8_t minor = 0;       ///< bits 23..16
+  std::uint16_t sub_minor = 0;  ///< bits 15..0
 };
 
 /// How received power is measured, for the text report.
@@ -225,9 +232,9 @@ std::string ConvertAutonegValueToStr(std::uint8_t status);
 /// The status of the vendor-specific query that reads a cable's pages.
 std::string ConvertCableInfoVSStatusToStr(std::uint8_t status);
 
-/// The two-character vendor code of a serial number of the form KS<number><code><number>; empty
-/// for any other. Scans as C's "KS%d%c%c%d" does (blanks and signs before a number), with numbers
-/// of any length.
+/// The two-character vendor code of a serial number of the form `KS<number><code><number>`;
+/// empty for any other. Scans as C's "KS%d%c%c%d" does (blanks and signs before a number), with
+/// numbers of any length.
 std::string _get_vendor_from_sn(const std::string& sn);
 
 /// Whole degrees Celsius of a temperature word: its high byte, signed.
@@ -271,15 +278,16 @@ class TextBuffer {
   TextBuffer& operator=(TextBuffer&&) = delete;
   ~TextBuffer() = default;
 
+  /// One character.
   TextBuffer& Append(char c) {
     *Room(1) = c;
     ++end_;
     return *this;
   }
 
-  // Inlined, the copy of a literal is a move or two instead of a call.
+  /// The text as it stands. Inlined, the copy of a literal is a move or two instead of a call.
   [[gnu::always_inline]] TextBuffer& Append(std::string_view text) {
-    std::memcpy(Room(text.size()), text.data(), text.size());
+    text.copy(Room(text.size()), text.size());
     end_ += text.size();
     return *this;
   }
@@ -287,8 +295,11 @@ class TextBuffer {
   /// `text` between double quotes; nothing inside is escaped.
   TextBuffer& AppendQuoted(std::string_view text) { return Append('"').Append(text).Append('"'); }
 
+  /// All digits.
   TextBuffer& AppendDecimal(std::uint32_t value);
+  /// All digits, behind "-" when `value` is negative.
   TextBuffer& AppendDecimal(std::int64_t value);
+  /// All digits, behind "-" when `value` is negative.
   TextBuffer& AppendDecimal(int value) {
     return value < 0 ? AppendDecimal(std::int64_t{value})
                      : AppendDecimal(static_cast<std::uint32_t>(value));
@@ -316,6 +327,7 @@ class TextBuffer {
   /// Puts another character at `position`, which must be below `size()`.
   void Replace(std::size_t position, char c) { begin_[position] = c; }
 
+  /// How many characters there are.
   std::size_t size() const { return static_cast<std::size_t>(end_ - begin_); }
   /// Valid until the next append.
   std::string_view view() const { return {begin_, size()}; }
@@ -358,18 +370,25 @@ void AppendCvsQuoted(TextBuffer& out, bool quote, Append&& append, const Args&..
   if (quote) out.Append('"');
 }
 
-/// The form of a text: the CSV row's or the text report's.
-inline constexpr bool kCsv = true;
-inline constexpr bool kReport = false;
+/// \name The form of a text
+/// @{
+inline constexpr bool kCsv = true;      ///< the CSV row's
+inline constexpr bool kReport = false;  ///< the text report's
+/// @}
 
 /// \name The shared decoders, appended to a buffer
-/// Each writes the text of the decoder that it is named after.
 /// @{
+
+/// What `CableTypeToStr` returns.
 void AppendCableType(TextBuffer& out, std::uint8_t technology, std::string_view fallback);
+/// What `SupportedSpeedToStr` returns.
 void AppendSupportedSpeed(TextBuffer& out, std::uint8_t mask, std::string_view fallback);
+/// What `TemperatureToStr` returns.
 void AppendTemperature(TextBuffer& out, std::uint8_t technology, std::int8_t temperature,
                        std::string_view fallback);
+/// What `VoltageToStr` returns.
 void AppendVoltage(TextBuffer& out, std::uint16_t raw);
+/// What `ConvertCableInfoVSStatusToStr` returns.
 void AppendCableInfoVSStatus(TextBuffer& out, std::uint8_t status);
 /// @}
 
@@ -379,7 +398,9 @@ class CsvRow {
  public:
   /// The text as it stands.
   void Raw(std::string_view text) { out_.Append(text).Append(','); }
+  /// The text between double quotes; nothing inside is escaped.
   void Quoted(std::string_view text) { out_.AppendQuoted(text).Append(','); }
+  /// All digits.
   void Decimal(std::uint32_t value) { out_.AppendDecimal(value).Append(','); }
   /// "0x" and at least `width` digits.
   void Hex(std::uint32_t value, int width) { out_.AppendPrefixedHex(value, width).Append(','); }
@@ -387,6 +408,7 @@ class CsvRow {
   void Fixed3(double value) { out_.AppendFixed3(value).Append(','); }
   /// `count` missing values.
   void Missing(int count = 1);
+  /// "1" or "0".
   void Flag(bool set) { out_.Append(set ? '1' : '0').Append(','); }
   /// `count` flags of `bits`, from bit `first` upwards.
   void FlagsUpwards(std::uint32_t bits, int first, int count);
@@ -427,10 +449,12 @@ class ReportLines {
   /// Writes what is not written yet.
   void Finish();
 
+  /// The text as it stands.
   void Text(std::string_view label, std::string_view text) {
     out_.Append(label).Append(text);
     EndLine();
   }
+  /// All digits, with `unit` behind them.
   void Decimal(std::string_view label, std::uint32_t value, std::string_view unit = {}) {
     out_.Append(label).AppendDecimal(value).Append(unit);
     EndLine();

@@ -1,0 +1,269 @@
+"""Whether what the program writes is what the documents tell."""
+
+import json
+import re
+import textwrap
+import unittest
+
+from program import FABRIC, ROOT, ProgramTest, run
+
+DOCS = ROOT / "docs"
+
+# A form, and one that would tell more where all values fit it.
+NARROWER = {"decimal": "flag", "hex 1": "hex 2", "bare text": "decimal", "text": "celsius"}
+
+# Beside the sample: what it lacks to show every text that the documents name.
+CODES_OF_NO_NAME = {"cable_identifier": 99, "cable_technology": 0x50, "power_unit_flag": 1,
+                    "temperature": 0x8000, "vendor_pn": "X", "vendor_sn": "X", "vendor_rev": "X"}
+MORE_PORTS = [
+    {"cable": {}},
+    {"cable": {"LengthOm2": 2, "LengthOm1": 3}},
+    {"cable": {"Identifier": 255, "TransmitterTechnologyCode": 16, "RxPower": ["nan", "inf", "-inf", -0.5]}},
+    {"cable": {"TransmitterTechnologyCode": 10, "Temperature": 0x1900}},
+    {"cable": {"Temperature": 0x7F00, "TempHighAlarmThresh": 0x7F00, "TempLowAlarmThresh": 0x7F00,
+               "TempHighWarnThresh": 0x7F00, "TempLowWarnThresh": 0x7F00}},
+    {"cable": {"QueryStatus": 4, "VendorName": "a, b", "SerialNumber": "\"1\""}},
+    {"phy": {"source": "PHY", "module": {}}},
+    {"phy": {"source": "PHY", "module": {"length_om1": 3, "rx_power_type": 2}}},
+    {"phy": {"source": "PHY", "module": CODES_OF_NO_NAME}},
+    {"phy": {"source": "PHY", "module": {"cable_identifier": 8, "cable_technology": 200}}},
+    {"phy": {"source": "PHY", "module": {**CODES_OF_NO_NAME, "vendor_pn": " ", "temp_high_threshold": 0x8000,
+                                         "temp_low_threshold": 0x8000}}},
+    {"phy": {"source": "", "latched_flags": {}}},
+    {"phy": {"source": "PHY"}},
+    {"phy": {"source": "PHY"}, "prtl_length": 2.5},
+]
+
+
+def sources():
+    """The source of each port of `inputs`; None without a record."""
+    for line in FABRIC.read_text().splitlines():
+        port = json.loads(line)
+        yield "cable pages" if "cable" in port else "PHY" if "phy" in port else None
+    for port in MORE_PORTS:
+        yield "cable pages" if "cable" in port else "PHY"
+
+
+def written(command, *options):
+    """What the program writes for the sample and for the other ports."""
+    return (run(command, *options, FABRIC).stdout + run(command, *options, stdin=MORE_PORTS).stdout).decode()
+
+
+def tables(document):
+    """The tables of a document, each a list of rows by the names of its columns."""
+    found = []
+    rows = None
+    for line in (DOCS / document).read_text().splitlines():
+        if not line.startswith("|"):
+            rows = None
+            continue
+        cells = [cell.strip().replace("\\|", "|") for cell in re.split(r"(?<!\\)\|", line)[1:-1]]
+        if rows is None:
+            names, rows = cells, []
+            found.append(rows)
+        elif set(line) != set("|-"):
+            rows.append(dict(zip(names, cells, strict=True)))
+    return found
+
+
+def code(cell):
+    assert cell.startswith("`") and cell.endswith("`"), cell
+    return cell[1:-1]
+
+
+class Document:
+    """The numbered rows of a document, and the forms that it defines."""
+
+    def __init__(self, name):
+        self.rows, self.patterns, self.examples = [], {}, {}
+        for table in tables(name):
+            for row in table:
+                if "No." in row:
+                    self.rows.append(row)
+                elif "form" in row:
+                    self.patterns[row["form"]] = re.compile(code(row["as a regular expression"]))
+                    self.examples[row["form"]] = code(row["example"])
+
+
+class DocumentTest(ProgramTest):
+    def assert_numbered(self, document, count):
+        self.assertEqual([row["No."] for row in document.rows], [str(n + 1) for n in range(count)])
+
+    def assert_forms_are_told_apart(self, document):
+        for form, pattern in document.patterns.items():
+            self.assertIsNotNone(pattern.fullmatch(document.examples[form]), form)
+            if form not in ("text", "bare text", "missing"):
+                for other in ("", "NA", '"NA"', "N/A", '""'):
+                    self.assertIsNone(pattern.fullmatch(other), f"{form} and {other}")
+
+    def assert_values(self, document, values):
+        """`values` are pairs of a row of the document and, by source, the values written there."""
+        for row, by_source in values:
+            for source in ("cable pages", "PHY"):
+                self.assert_form(f"{row['No.']}, {source}", document, row[source], by_source[source])
+
+    def assert_form(self, place, document, told, values):
+        """Every value has one of the forms told, and every form told has a value."""
+        alternatives = told.split(" or ")
+        seen = {}
+        for value in values:
+            for alternative in sorted(alternatives, key=lambda a: not a.startswith("`")):
+                if alternative.startswith("`"):
+                    fits = value == code(alternative)
+                else:
+                    fits = document.patterns[alternative].fullmatch(value)
+                if fits:
+                    seen.setdefault(alternative, []).append(value)
+                    break
+            else:
+                self.fail(f"{place}: {value!r} is not of the form {told}")
+        self.assertEqual(set(seen), set(alternatives), place)
+        for form, narrower in NARROWER.items():
+            if form in seen and narrower in document.patterns:
+                self.assertFalse(all(map(document.patterns[narrower].fullmatch, seen[form])),
+                                 f"{place} is {narrower}")
+
+
+class Table(DocumentTest):
+    document = Document("table.md")
+
+    # A quote ends a cell in front of a comma only: nothing is escaped.
+    CELL = re.compile(r'"(?:[^"]|"(?!,|$))*"|[^,]*')
+
+    def test_columns_are_those_of_the_program(self):
+        columns = [json.loads(line) for line in run("columns", "--json").stdout.splitlines()]
+        self.assertEqual(len(columns), 177)
+        self.assertEqual([(int(row["No."]), row["column"], row["meaning"]) for row in self.document.rows],
+                         [(column["number"], column["name"], column["meaning"]) for column in columns])
+
+    def test_forms_are_told_apart(self):
+        self.assert_forms_are_told_apart(self.document)
+
+    def test_cells_have_the_forms_told(self):
+        rows = {"cable pages": [], "PHY": []}
+        for source, line in zip(sources(), written("table", "--no-header").splitlines(), strict=True):
+            if source is None:
+                self.assertRegex(line, "^[^,]*,[^,]*,[^,]*,$")
+                continue
+            cells = self.cells(line)
+            self.assertEqual(len(cells), 177, line)
+            rows[source].append(cells)
+        self.assert_values(self.document, [
+            (row, {source: [cells[index] for cells in rows[source]] for source in rows})
+            for index, row in enumerate(self.document.rows)])
+
+    def cells(self, line):
+        cells, at = [], 0
+        while at <= len(line):
+            cell = self.CELL.match(line, at).group()
+            cells.append(cell)
+            at += len(cell) + 1
+        return cells
+
+
+class Report(DocumentTest):
+    document = Document("report.md")
+    LINES = 78
+    CUT = 2047
+
+    def labels(self, source):
+        for row in self.document.rows:
+            both = [code(label)[1:-1] for label in row["label"].split(" or ")]
+            yield both[-1] if source == "PHY" else both[0]
+
+    def blocks(self):
+        """The lines of each port's block, without those behind a cut."""
+        ports = re.split("^NodeGuid: .*\n", written("report"), flags=re.MULTILINE)[1:]
+        for source, block in zip(sources(), ports, strict=True):
+            lines = block.rstrip("\n").split("\n")
+            if source == "cable pages" and len("\n".join(lines)) >= self.CUT:
+                lines.pop()
+            else:
+                self.assertEqual(len(lines), self.LINES if source else 1)
+            if source:
+                yield source, lines
+
+    def test_there_are_as_many_lines_as_told(self):
+        self.assert_numbered(self.document, self.LINES)
+
+    def test_forms_are_told_apart(self):
+        self.assert_forms_are_told_apart(self.document)
+
+    def test_labels_and_values_are_as_told(self):
+        values = [{"cable pages": [], "PHY": []} for _ in self.document.rows]
+        for source, lines in self.blocks():
+            for number, (line, label) in enumerate(zip(lines, self.labels(source))):
+                self.assertEqual(line[:len(label)], label)
+                values[number][source].append(line[len(label):])
+        self.assert_values(self.document, zip(self.document.rows, values))
+
+    def test_heading_is_as_told(self):
+        text = (DOCS / "report.md").read_text()
+        shown = re.search("^```\n(.*?)^```", text, re.MULTILINE | re.DOTALL).group(1)
+        self.assertTrue(run("report", FABRIC).stdout.decode().startswith(shown))
+
+
+class Layers(ProgramTest):
+    """What a file of the library may include, as docs/architecture.md draws it."""
+
+    BELOW = {
+        "value_format": set(),
+        "cable_record": {"value_format"},
+        "phy_cable_record": {"value_format"},
+        "prtl_record": {"value_format"},
+        "combined_cable_info": {"cable_record", "phy_cable_record", "prtl_record", "value_format"},
+    }
+
+    def test_no_file_includes_a_higher_one(self):
+        for path in (ROOT / "cable_info").glob("*.[hc]*"):
+            included = re.findall('^#include "(.*?)"', path.read_text(), re.MULTILINE)
+            for header in included:
+                folder, _, name = header.rpartition("/")
+                self.assertEqual(folder, "cable_info", f"{path.name} includes {header}")
+                name = name.removesuffix(".h")
+                if name != path.stem and name in self.BELOW:
+                    self.assertIn(name, self.BELOW.get(path.stem, self.BELOW), f"{path.name}")
+
+    def test_the_library_needs_the_standard_library_alone(self):
+        for path in (ROOT / "cable_info").glob("*.[hc]*"):
+            for header in re.findall("^#include <(.*?)>", path.read_text(), re.MULTILINE):
+                self.assertRegex(header, "^[a-z_]+$", f"{path.name} includes {header}")
+
+
+class Links(ProgramTest):
+    def test_every_link_leads_to_a_file(self):
+        for document in [*ROOT.glob("*.md"), *DOCS.glob("*.md")]:
+            for target in re.findall(r"\]\(([^)#]+)", document.read_text()):
+                if "://" not in target:
+                    self.assertTrue((document.parent / target).exists(), f"{document.name}: {target}")
+
+
+class Snippets(ProgramTest):
+    """Code in the documents stands in an example, which is compiled and run."""
+
+    EXAMPLES = {path.name: path.read_text() for path in sorted((ROOT / "examples").glob("*.cpp"))}
+    DOCUMENTS = (ROOT / "README.md", DOCS / "embedding.md")
+
+    def test_every_snippet_stands_in_an_example(self):
+        for document in self.DOCUMENTS:
+            snippets = re.findall("^```cpp\n(.*?)^```", document.read_text(), re.MULTILINE | re.DOTALL)
+            self.assertTrue(snippets, document)
+            for snippet in snippets:
+                self.assertTrue(any(self.stands_in(snippet, text) for text in self.EXAMPLES.values()),
+                                f"{document.name}: in no example:\n{snippet}")
+
+    def stands_in(self, snippet, text):
+        """Whether the paragraphs of a snippet stand in a text one behind the other, however far indented."""
+        at = 0
+        for paragraph in snippet.strip("\n").split("\n\n"):
+            lines = textwrap.dedent(paragraph).rstrip("\n").split("\n")
+            pattern = "^( *)" + "\n\\1".join(map(re.escape, lines)) + "$"
+            found = re.compile(pattern, re.MULTILINE).search(text, at)
+            if not found:
+                return False
+            at = found.end()
+        return True
+
+
+if __name__ == "__main__":
+    unittest.main()
