@@ -68,6 +68,42 @@ constexpr std::array<char, 1000 * kPointAndDecimals> Thousandths() {
 }
 constexpr auto kThousandths = Thousandths();
 
+// The cells of four flags, "0,1,1,0,", for each value that four bits can have.
+constexpr std::size_t kFourFlagsSize = 8;
+using FourFlagsTable = std::array<char, 16 * kFourFlagsSize>;
+
+constexpr FourFlagsTable FourFlagsTexts(bool upwards) {
+  FourFlagsTable texts{};
+  for (std::size_t bits = 0; bits < 16; ++bits) {
+    for (std::size_t cell = 0; cell < 4; ++cell) {
+      const std::size_t bit = upwards ? cell : 3 - cell;
+      texts[kFourFlagsSize * bits + 2 * cell] = ((bits >> bit) & 1) != 0 ? '1' : '0';
+      texts[kFourFlagsSize * bits + 2 * cell + 1] = ',';
+    }
+  }
+  return texts;
+}
+constexpr FourFlagsTable kFlagsUpwards = FourFlagsTexts(true);
+constexpr FourFlagsTable kFlagsDownwards = FourFlagsTexts(false);
+
+std::string_view FourFlags(const FourFlagsTable& table, std::uint32_t bits) {
+  return {&table[kFourFlagsSize * (bits & 0xF)], kFourFlagsSize};
+}
+
+// A run of missing cells.
+constexpr int kMissingRun = 16;
+constexpr std::size_t kMissingCell = na_val.size() + 1;
+
+constexpr std::array<char, kMissingRun * kMissingCell> MissingCells() {
+  std::array<char, kMissingRun * kMissingCell> cells{};
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    const std::size_t at = i % kMissingCell;
+    cells[i] = at < na_val.size() ? na_val[at] : ',';
+  }
+  return cells;
+}
+constexpr auto kMissingCells = MissingCells();
+
 template <typename Unsigned>
 constexpr std::size_t kMaxDecimalDigits = std::numeric_limits<Unsigned>::digits10 + 1;
 
@@ -242,15 +278,21 @@ TextBuffer& TextBuffer::AppendGeneral(double value) {
 }
 
 void CsvRow::Missing(int count) {
-  for (int i = 0; i < count; ++i) Raw(na_val);
+  for (; count > kMissingRun; count -= kMissingRun) Missing(kMissingRun);
+  out_.Append(
+      std::string_view(kMissingCells.data(), static_cast<std::size_t>(count) * kMissingCell));
 }
 
 void CsvRow::FlagsUpwards(std::uint32_t bits, int first, int count) {
-  for (int bit = first; bit < first + count; ++bit) Flag(((bits >> bit) & 1) != 0);
+  for (; count >= 4; first += 4, count -= 4) out_.Append(FourFlags(kFlagsUpwards, bits >> first));
+  for (; count > 0; ++first, --count) Flag(((bits >> first) & 1) != 0);
 }
 
 void CsvRow::FlagsDownwards(std::uint32_t bits, int first, int count) {
-  for (int bit = first; bit > first - count; --bit) Flag(((bits >> bit) & 1) != 0);
+  for (; count >= 4; first -= 4, count -= 4) {
+    out_.Append(FourFlags(kFlagsDownwards, bits >> (first - 3)));
+  }
+  for (; count > 0; --first, --count) Flag(((bits >> first) & 1) != 0);
 }
 
 void CsvRow::WriteTo(std::ostream& os) {
