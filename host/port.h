@@ -4,6 +4,7 @@
 #include <string>
 
 #include "cable_info/combined_cable_info.h"
+#include "cable_info/value_format.h"
 
 namespace host {
 
@@ -19,6 +20,7 @@ struct Port {
 };
 
 /// A GUID as the table writes it: "0x" and 16 digits.
+void AppendGuid(cable_info::TextBuffer& out, std::uint64_t guid);
 std::string GuidText(std::uint64_t guid);
 
 }  // namespace host

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -70,12 +69,27 @@ std::string Shown(std::string_view text) {
 // Values
 // ---------------------------------------------------------------------------------------------
 
+// The value of a hexadecimal digit, 16 for any other character.
+constexpr std::array<std::uint8_t, 256> HexDigits() {
+  std::array<std::uint8_t, 256> values{};
+  values.fill(16);
+  for (std::uint8_t i = 0; i < 10; ++i) values['0' + std::size_t{i}] = i;
+  for (std::uint8_t i = 0; i < 6; ++i) {
+    values['a' + std::size_t{i}] = values['A' + std::size_t{i}] = static_cast<std::uint8_t>(10 + i);
+  }
+  return values;
+}
+constexpr auto kHexDigits = HexDigits();
+
 std::optional<std::uint64_t> HexCode(std::string_view text) {
-  if (!text.starts_with("0x") || text.size() == 2) return std::nullopt;
+  if (text.size() < 3 || text[0] != '0' || text[1] != 'x') return std::nullopt;
+  text.remove_prefix(2);
   std::uint64_t code = 0;
-  const char* const end = text.data() + text.size();
-  const auto result = std::from_chars(text.data() + 2, end, code, 16);
-  if (result.ec != std::errc() || result.ptr != end) return std::nullopt;
+  for (const char c : text) {
+    const std::uint8_t digit = kHexDigits[static_cast<unsigned char>(c)];
+    if (digit == 16 || code >> 60 != 0) return std::nullopt;
+    code = code << 4 | digit;
+  }
   return code;
 }
 

@@ -11,7 +11,12 @@ void TableWriter::Begin(std::ostream& os) {
 }
 
 void TableWriter::Write(std::ostream& os, Port& port) {
-  os << GuidText(port.node_guid) << ',' << GuidText(port.port_guid) << ',' << port.number << ',';
+  cable_info::TextBuffer cells;
+  AppendGuid(cells, port.node_guid);
+  cells.Append(',');
+  AppendGuid(cells, port.port_guid);
+  cells.Append(',').AppendDecimal(port.number).Append(',');
+  os.write(cells.view().data(), static_cast<std::streamsize>(cells.size()));
   port.cable.ToCSVStream(os);
 }
 
