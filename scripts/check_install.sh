@@ -14,7 +14,7 @@ version=$(sed -n 's/.*kVersion = "\(.*\)".*/\1/p' cable_info/version.h)
 temporary=$(mktemp -d)
 installed=0
 clean_up() {
-  [ $installed -eq 0 ] || "${as_root[@]}" dpkg -r "${packages[@]}" || true
+  [ $installed -eq 0 ] || "${as_root[@]}" dpkg -P "${packages[@]}" || true
   rm -rf "$temporary"
 }
 trap clean_up EXIT
@@ -104,7 +104,7 @@ check_packages() {
   [ "$(/usr/bin/cableinfo --version)" = "cableinfo $version" ] || fail "the packaged program fails"
   consume "$linkage-packaged"
   consume_with_pkg_config
-  quietly "${as_root[@]}" dpkg -r "${packages[@]}"
+  quietly "${as_root[@]}" dpkg -P "${packages[@]}"
   installed=0
 
   local file
