@@ -7,17 +7,19 @@ set(cmake_dir ${CMAKE_INSTALL_LIBDIR}/cmake/cable_info)
 install(TARGETS cable_info EXPORT cable_info
   LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
   ARCHIVE COMPONENT development
-  FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+  FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
+  INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})  # CMake before 3.23 knows no file sets
 
-# The library depends on nothing, so that its targets are the whole configuration.
 install(EXPORT cable_info
-  FILE cable_info-config.cmake
+  FILE cable_info-targets.cmake
   NAMESPACE cable_info::
   DESTINATION ${cmake_dir}
   COMPONENT development)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/cable_info-config-version.cmake
   COMPATIBILITY SameMinorVersion)
-install(FILES ${PROJECT_BINARY_DIR}/cable_info-config-version.cmake
+install(FILES
+  ${PROJECT_SOURCE_DIR}/cmake/cable_info-config.cmake
+  ${PROJECT_BINARY_DIR}/cable_info-config-version.cmake
   DESTINATION ${cmake_dir}
   COMPONENT development)
 

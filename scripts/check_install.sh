@@ -132,7 +132,7 @@ for linkage in static shared; do
   done
   check_headers "$tree"
   [ $linkage = static ] || check_shared_library "$tree"
-  consume $linkage-config -DCMAKE_PREFIX_PATH="$tree"
+  consume $linkage-config -DCMAKE_PREFIX_PATH="$tree" -DCABLE_INFO_VERSION="$version"
   PKG_CONFIG_PATH=$tree/lib/pkgconfig consume_with_pkg_config
 
   echo "A checkout inside another project, $linkage library"
