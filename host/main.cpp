@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "cable_info/version.h"
 #include "host/columns.h"
 #include "host/exit_status.h"
 #include "host/export_writer.h"
@@ -62,7 +63,7 @@ CLI::App* AddPortCommand(CLI::App& app, const std::string& name, const std::stri
 int Run(int argc, char** argv) {
   CLI::App app(kDescription, "cableinfo");
   app.footer(kFooter);
-  app.set_version_flag("--version", "cableinfo " CABLEINFO_VERSION);
+  app.set_version_flag("--version", "cableinfo " + std::string(cable_info::kVersion));
   app.require_subcommand(1);
 
   PortOptions options;

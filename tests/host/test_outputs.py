@@ -204,7 +204,8 @@ class Columns(ProgramTest):
 
 class Help(ProgramTest):
     def test_version(self):
-        version = re.search(r"VERSION (\d+\.\d+\.\d+)", (ROOT / "CMakeLists.txt").read_text()).group(1)
+        header = (ROOT / "cable_info" / "version.h").read_text()
+        version = re.search(r'"(\d+\.\d+\.\d+)"', header).group(1)
         result = run("--version")
         self.assert_run(result)
         self.assertEqual(result.stdout.decode(), f"cableinfo {version}\n")

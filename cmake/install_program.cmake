@@ -1,0 +1,22 @@
+# Installs the program with its manual page and completions.
+
+if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+  # Where Debian's zsh looks; the linker finds a shared library by itself.
+  set(zsh_dir ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions)
+else()
+  set(zsh_dir ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
+  file(RELATIVE_PATH lib_from_bin ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+  set_target_properties(cableinfo PROPERTIES INSTALL_RPATH $ORIGIN/${lib_from_bin})
+endif()
+
+install(TARGETS cableinfo COMPONENT runtime)
+install(FILES ${PROJECT_SOURCE_DIR}/docs/cableinfo.1
+  DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
+  COMPONENT runtime)
+install(FILES completions/cableinfo.bash
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+  RENAME cableinfo
+  COMPONENT runtime)
+install(FILES completions/_cableinfo
+  DESTINATION ${zsh_dir}
+  COMPONENT runtime)
