@@ -4,6 +4,7 @@
 #include <array>
 #include <iterator>
 
+#include "cable_info/value_format.h"
 #include "host/sff_codes.h"
 
 namespace host {
@@ -254,6 +255,16 @@ void MultiplyBias(Draft& draft) {
   module.tx_bias_low_threshold = Saturated(module.tx_bias_low_threshold * multiplier);
 }
 
+// Passive copper has no sensor; its bytes are zero.
+void DropTemperaturesOfPassiveCopper(ModuleRecord& module) {
+  const bool is_passive = module.cable_technology == cable_info::kUnequalizedCopper ||
+                          module.cable_technology == cable_info::kPassiveEqualizedCopper;
+  if (!is_passive) return;
+  module.temperature = kNoTemperature;
+  module.temp_high_threshold = kNoTemperature;
+  module.temp_low_threshold = kNoTemperature;
+}
+
 Draft UnknownModule(std::uint8_t form_factor) {
   Draft draft;
   draft.module.cable_identifier = form_factor;
@@ -273,6 +284,7 @@ std::unique_ptr<PhyCableRecord> CableFromCmis(const ModuleImage& image, std::uin
   SetFields<Draft>(image, kMap, draft);
   draft.module.smf_length = SmfLength(draft);
   MultiplyBias(draft);
+  DropTemperaturesOfPassiveCopper(draft.module);
   const bool shows_bias = image.Has(Page::k02) || image.Has(Page::k11);
   if (shows_bias && !image.Has(Page::k01)) {
     remarks.emplace_back(
