@@ -472,6 +472,7 @@ void SetPhy(Draft& draft, Json value) {
 void SetDumpFile(DumpBytes& dump, Json value) {
   std::string path;
   Assign(path, value);
+  if (path == "-") Expected("the name of a file", value);
   try {
     dump = ReadDump(path);
   } catch (const std::system_error& error) {
