@@ -268,6 +268,7 @@ void DropTemperaturesOfPassiveCopper(ModuleRecord& module) {
 Draft UnknownModule(std::uint8_t form_factor) {
   Draft draft;
   draft.module.cable_identifier = form_factor;
+  StoreText(draft.module.vendor_name, "NA");
   draft.module.power_unit_flag = 1;  // powers are in units of 0.1 uW
   draft.module.cable_technology = kUnknownTechnology;
   draft.module.temperature = kNoTemperature;

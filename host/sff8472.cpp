@@ -400,6 +400,7 @@ std::uint8_t ModuleFlags(const AlarmFlags& flags) {
 Draft UnknownModule() {
   Draft draft;
   draft.module.cable_identifier = kSfpFormFactor;
+  StoreText(draft.module.vendor_name, "NA");
   draft.module.power_unit_flag = 1;  // powers are in units of 0.1 uW
   draft.module.temperature = kNoTemperature;
   draft.module.temp_high_threshold = kNoTemperature;
