@@ -56,11 +56,11 @@ class FieldValue {
 template <typename Target>
 struct MapField {
   std::string_view name;
-  Page page;
-  std::uint8_t byte;   ///< the first
-  std::uint8_t count;  ///< bytes
+  Page page = Page::kLower;
+  std::uint8_t byte = 0;   ///< the first
+  std::uint8_t count = 0;  ///< bytes
   Bits bits;
-  void (*set)(Target& target, const FieldValue& value);
+  void (*set)(Target& target, const FieldValue& value) = nullptr;
   bool is_text = false;  ///< a text that is cut short is still one
 };
 

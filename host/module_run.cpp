@@ -78,10 +78,8 @@ class Run {
   // False when the run stopped before its end.
   bool Do() {
     writer_.Begin(os_);
-    for (const Dump& dump : Dumps(options_.modules)) {
-      if (!WriteModule(dump)) return false;
-    }
-    return true;
+    return std::ranges::all_of(Dumps(options_.modules),
+                               [this](const Dump& dump) { return WriteModule(dump); });
   }
 
   ExitStatus status() const { return status_; }

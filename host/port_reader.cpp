@@ -500,7 +500,7 @@ constexpr auto kModuleMemoryFields = std::to_array<Field<DumpBytes>>({
 void SetModuleMemory(Draft& draft, Json value) {
   simdjson::dom::object object;
   if (value.get(object) == simdjson::SUCCESS && object.size() != 1) {
-    Expected("either \"file\" or \"hex\"", value);
+    Expected(R"(either "file" or "hex")", value);
   }
   SetFields(draft.module_memory.emplace(), value, kModuleMemoryFields);
 }
