@@ -38,7 +38,8 @@ constexpr const char* kReportExamples =
     "  cableinfo report fabric.jsonl                 a block of text for every port\n"
     "  cableinfo report --strict a.jsonl b.jsonl     two files, up to the first bad port\n"
     "  cableinfo report --module eeprom.bin          a module's memory\n"
-    "  cableinfo report --module lower:l.txt 00:u.txt the same, page by page";
+    "  cableinfo report --module lower:l.bin 00:u.bin\n"
+    "                                                the same, page by page";
 
 constexpr const char* kExportExamples =
     "Examples:\n"

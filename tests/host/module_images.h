@@ -162,7 +162,7 @@ inline Memory Optic() {
   memory.Word(kTxPowerAlarms, 0xC003).Word(kTemperature, 0x1A80).Word(kVoltage, 32989);
   memory.Words(kRxPower, {4643, 9012, 0, 65535}).Words(kTxBias, {5140, 4369, 8738, 13107});
   memory.Words(kTxPower, {16705, 16962, 17219, 17476}).Byte(kCdrControl, 0xF3);
-  memory.Byte(kExtendedIdentifier, 0xCE).Byte(kConnector, 0x0C);
+  memory.Byte(kExtendedIdentifier, 0xCA).Byte(kConnector, 0x0C);
   memory.Byte(kRate, 255).Byte(kExtendedRate, 103);
   memory.Byte(kLengthOm3, 35).Byte(kLengthCable, 50).Byte(kTechnology, 0x06);
   memory.Text(kVendor, 16, "Acme Optics").Byte(kInfiniBand, 0x1F).Bytes(kOui, {0x00, 0x05, 0xA1});

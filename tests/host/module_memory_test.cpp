@@ -93,7 +93,7 @@ TEST(Sff8636, FillsTheFieldsOfTheLowerPage) {
 TEST(Sff8636, FillsTheFieldsOfPage00) {
   const CableRecord r = Cable(qsfp::Optic());
   EXPECT_EQ(r.PowerClass, 6);
-  EXPECT_EQ(r.CdrPresence, 3);
+  EXPECT_EQ(r.CdrPresence, 2);  // TX only
   EXPECT_EQ(r.Connector, 0x0C);
   EXPECT_EQ(r.NominalBitrate, 25);
   EXPECT_EQ(r.LengthSmf, 0);
