@@ -11,6 +11,7 @@
 #include "host/exit_status.h"
 #include "host/export_writer.h"
 #include "host/message.h"
+#include "host/module_run.h"
 #include "host/port_writer.h"
 #include "host/run.h"
 
@@ -36,7 +37,10 @@ constexpr const char* kTableExamples =
 constexpr const char* kReportExamples =
     "Examples:\n"
     "  cableinfo report fabric.jsonl                 a block of text for every port\n"
-    "  cableinfo report --strict a.jsonl b.jsonl     two files, up to the first bad port";
+    "  cableinfo report --strict a.jsonl b.jsonl     two files, up to the first bad port\n"
+    "  cableinfo report --module eeprom.bin          a module's memory\n"
+    "  cableinfo report --module lower:l.bin 00:u.bin\n"
+    "                                                the same, page by page";
 
 constexpr const char* kExportExamples =
     "Examples:\n"
@@ -52,12 +56,27 @@ CLI::App* AddPortCommand(CLI::App& app, const std::string& name, const std::stri
                          const std::string& examples, PortOptions& options) {
   CLI::App* command = app.add_subcommand(name, description);
   command->footer(examples);
-  command->add_option("FILE", options.inputs, "Port records; '-' or none: standard input");
+  CLI::Option* inputs =
+      command->add_option("FILE", options.inputs, "Port records; '-' or none: standard input");
+  command
+      ->add_option("--module", options.modules,
+                   "Dumps of module memories instead of port records: images or hex listings,\n"
+                   "each whole or, as PAGE:FILE, page by page")
+      ->type_name("DUMP")
+      ->excludes(inputs);
   command->add_option("-o,--output", options.output,
                       "Write to this file, which appears when it is whole");
   command->add_flag("--strict", options.strict, "Stop at the first bad port");
   command->add_flag("-q,--quiet", options.quiet, "Show no progress meter");
   return command;
+}
+
+// Without a writer the columns are listed.
+ExitStatus RunCommand(const PortOptions& options, host::PortWriter* writer, bool as_json) {
+  if (writer == nullptr) {
+    return host::RunToStandardOutput([&](std::ostream& os) { host::WriteColumns(os, as_json); });
+  }
+  return options.modules.empty() ? RunPorts(options, *writer) : RunModules(options, *writer);
 }
 
 int Run(int argc, char** argv) {
@@ -90,11 +109,7 @@ int Run(int argc, char** argv) {
   if (table->parsed()) writer = std::make_unique<host::TableWriter>(!without_header);
   if (report->parsed()) writer = std::make_unique<host::ReportWriter>();
   if (values->parsed()) writer = std::make_unique<host::ExportWriter>();
-  const ExitStatus status =
-      writer != nullptr
-          ? RunPorts(options, *writer)
-          : host::RunToStandardOutput([&](std::ostream& os) { host::WriteColumns(os, as_json); });
-  return static_cast<int>(status);
+  return static_cast<int>(RunCommand(options, writer.get(), as_json));
 }
 
 }  // namespace

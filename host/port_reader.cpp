@@ -8,11 +8,13 @@
 #include <cstring>
 #include <limits>
 #include <optional>
+#include <system_error>
 #include <utility>
 #include <vector>
 
 #include "cable_info/prtl_record.h"
 #include "host/line_reader.h"
+#include "host/module_memory.h"
 #include "host/spelling.h"
 
 namespace host {
@@ -457,6 +459,7 @@ struct Draft {
   std::uint32_t port_num = 0;
   std::unique_ptr<CableRecord> cable;
   std::unique_ptr<PhyCableRecord> phy;
+  std::optional<DumpBytes> module_memory;
   PrtlEnds prtl;
   std::optional<float> prtl_metres;
   std::optional<std::string> prtl_text;
@@ -480,6 +483,42 @@ void SetPhy(Draft& draft, Json value) {
   SetFields(*draft.phy, value, kPhyFields);
 }
 
+void SetDumpFile(DumpBytes& dump, Json value) {
+  std::string path;
+  Assign(path, value);
+  if (path == "-") Expected("the name of a file", value);
+  try {
+    dump = ReadDump(path);
+  } catch (const std::system_error& error) {
+    throw Misfit{{}, "cannot read " + Shown(path) + ": " + error.code().message()};
+  } catch (const BadModule& bad) {
+    throw Misfit{{}, bad.what()};
+  }
+}
+
+void SetDumpListing(DumpBytes& dump, Json value) {
+  std::string text;
+  Assign(text, value);
+  try {
+    dump = ParseListing(text);
+  } catch (const BadModule& bad) {
+    throw Misfit{{}, bad.what()};
+  }
+}
+
+constexpr auto kModuleMemoryFields = std::to_array<Field<DumpBytes>>({
+    {"file", SetDumpFile},
+    {"hex", SetDumpListing},
+});
+
+void SetModuleMemory(Draft& draft, Json value) {
+  simdjson::dom::object object;
+  if (value.get(object) == simdjson::SUCCESS && object.size() != 1) {
+    Expected(R"(either "file" or "hex")", value);
+  }
+  SetFields(draft.module_memory.emplace(), value, kModuleMemoryFields);
+}
+
 void SetPrtl(Draft& draft, Json value) { SetFields(draft.prtl, value, kPrtlFields); }
 
 void SetPrtlLength(Draft& draft, Json value) {
@@ -499,9 +538,34 @@ constexpr auto kPortFields = std::to_array<Field<Draft>>({
     {"port_num", Set<&Draft::port_num>},
     {"cable", SetCable},
     {"phy", SetPhy},
+    {"module_memory", SetModuleMemory},
     {"prtl", SetPrtl},
     {"prtl_length", SetPrtlLength},
 });
+
+// A port has one record of a kind: what the memory tells must not replace what was read otherwise.
+template <typename Record>
+void Place(std::unique_ptr<Record>& place, std::unique_ptr<Record> record, std::string_view key) {
+  if (record == nullptr) return;
+  if (place != nullptr) {
+    throw BadModule("expected no \"" + std::string(key) +
+                    "\" beside it, for the memory of this module fills that record");
+  }
+  place = std::move(record);
+}
+
+// Decodes the port's module memory, if it has one; what there is to remark goes to `remarks`.
+void DecodeModuleMemory(Draft& draft, bool strict, std::vector<std::string>& remarks) {
+  if (!draft.module_memory) return;
+  try {
+    ModuleReading reading = ReadModule(*draft.module_memory);
+    Judge(reading, strict, remarks);
+    Place(draft.cable, std::move(reading.cable), "cable");
+    Place(draft.phy, std::move(reading.phy), "phy");
+  } catch (const BadModule& bad) {
+    throw Misfit{"module_memory", bad.what()};
+  }
+}
 
 // Stores the port's measured length; returns why there is none where the registers give none.
 std::string StorePrtlLength(const Draft& draft, Port& port) {
@@ -535,13 +599,15 @@ class PortReader::Parser {
   simdjson::dom::parser parser_;
 };
 
-PortReader::PortReader() : parser_(std::make_unique<Parser>()) {}
+PortReader::PortReader(bool strict) : parser_(std::make_unique<Parser>()), strict_(strict) {}
 PortReader::~PortReader() = default;
 
-std::string PortReader::Read(std::string_view line, Port& port) {
+std::vector<std::string> PortReader::Read(std::string_view line, Port& port) {
+  std::vector<std::string> remarks;
   Draft draft;
   try {
     SetFields(draft, parser_->Parse(line), kPortFields);
+    DecodeModuleMemory(draft, strict_, remarks);
   } catch (const Misfit& misfit) {
     throw BadPort(misfit.path.empty() ? misfit.problem : misfit.path + ": " + misfit.problem);
   }
@@ -552,7 +618,9 @@ std::string PortReader::Read(std::string_view line, Port& port) {
   port.phy_cable_record = draft.phy.get();
   port.cable.AttachCableRecord(std::move(draft.cable));
   port.cable.AttachPhyCableRecord(std::move(draft.phy));
-  return StorePrtlLength(draft, port);
+  std::string no_length = StorePrtlLength(draft, port);
+  if (!no_length.empty()) remarks.push_back(std::move(no_length));
+  return remarks;
 }
 
 }  // namespace host

@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/port.h"
 
@@ -19,7 +20,8 @@ class BadPort : public std::runtime_error {
 /// lines, so that its memory is reused.
 class PortReader {
  public:
-  PortReader();
+  /// `strict`: what else would be a remark about a checksum makes a port bad.
+  explicit PortReader(bool strict = false);
   PortReader(const PortReader&) = delete;
   PortReader& operator=(const PortReader&) = delete;
   PortReader(PortReader&&) = delete;
@@ -29,11 +31,12 @@ class PortReader {
   /// Fills `port`, which must be new. The bytes behind `line`, as many as `LineReader::kPadding`,
   /// must be readable. Returns what there is to remark about the port, usually nothing. Throws
   /// `BadPort`.
-  std::string Read(std::string_view line, Port& port);
+  std::vector<std::string> Read(std::string_view line, Port& port);
 
  private:
   class Parser;
   std::unique_ptr<Parser> parser_;
+  bool strict_;
 };
 
 }  // namespace host

@@ -19,11 +19,6 @@ namespace {
 
 ExitStatus Worse(ExitStatus a, ExitStatus b) { return std::max(a, b); }
 
-ExitStatus FileFailed(const std::string& name, const std::error_code& error) {
-  Say("cableinfo: " + name + ": " + error.message());
-  return ExitStatus::kFileFailed;
-}
-
 bool IsBlank(std::string_view line) {
   return line.find_first_not_of(" \t\r") == std::string_view::npos;
 }
@@ -53,7 +48,8 @@ class Run {
         writer_(writer),
         os_(&output),
         progress_(!options.quiet && !output.is_terminal() && StandardErrorIsTerminal(),
-                  TotalSize(inputs_)) {}
+                  TotalSize(inputs_)),
+        reader_(options.strict) {}
 
   void Do() {
     writer_.Begin(os_);
@@ -92,8 +88,7 @@ class Run {
                       " bytes, found a longer one");
       }
       Port port;
-      const std::string remark = reader_.Read(line.text, port);
-      if (!remark.empty()) Remark(lines, port, remark);
+      for (const std::string& remark : reader_.Read(line.text, port)) Remark(lines, port, remark);
       writer_.Write(os_, port);
       ++ports_;
       return os_.good();
@@ -123,10 +118,14 @@ class Run {
   std::uint64_t bytes_before_ = 0;
 };
 
-// Lets `write(output)` fill the output at `path`, and commits it if that returns true. A reader
-// that closed the pipe has what it wanted.
-template <typename Write>
-ExitStatus WithOutput(const std::string& path, const Write& write) {
+}  // namespace
+
+ExitStatus FileFailed(const std::string& name, const std::error_code& error) {
+  Say("cableinfo: " + name + ": " + error.message());
+  return ExitStatus::kFileFailed;
+}
+
+ExitStatus WithOutput(const std::string& path, const std::function<bool(OutputFile&)>& write) {
   try {
     OutputFile output(path);
     if (write(output)) output.Commit();
@@ -136,8 +135,6 @@ ExitStatus WithOutput(const std::string& path, const Write& write) {
   }
   return ExitStatus::kGood;
 }
-
-}  // namespace
 
 ExitStatus RunPorts(const PortOptions& options, PortWriter& writer) {
   ExitStatus ports = ExitStatus::kGood;

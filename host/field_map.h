@@ -1,0 +1,123 @@
+#pragma once
+
+// How the memory map of a module family is written down as data, and read.
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "cable_info/phy_cable_record.h"
+#include "host/module_image.h"
+
+namespace host {
+
+/// Bits of a byte, as the standards write them: 7..4. All eight unless something else is said.
+struct Bits {
+  std::uint8_t high = 7;
+  std::uint8_t low = 0;
+};
+
+/// The bytes of one field, all of them known unless it is a text.
+class FieldValue {
+ public:
+  FieldValue(const std::uint8_t* bytes, std::size_t count, Bits bits)
+      : bytes_(bytes, count), bits_(bits) {}
+
+  std::size_t size() const { return bytes_.size(); }
+  /// The byte at `index`; 0 behind the end.
+  std::uint8_t operator[](std::size_t index) const {
+    return index < bytes_.size() ? bytes_[index] : std::uint8_t{0};
+  }
+  /// The big-endian word number `index`.
+  std::uint16_t Word(std::size_t index) const {
+    return static_cast<std::uint16_t>((*this)[2 * index] << 8 | (*this)[2 * index + 1]);
+  }
+  /// The whole as one big-endian number of at most four bytes; of a single byte, its bits.
+  std::uint32_t Number() const {
+    std::uint32_t number = 0;
+    for (const std::uint8_t byte : bytes_) number = number << 8 | byte;
+    const unsigned width = bits_.high - bits_.low + 1U;
+    return bytes_.size() == 1 ? number >> bits_.low & ((1U << width) - 1) : number;
+  }
+  /// As text that is fit for one cell: NULs are blanks, other control characters "?", and the
+  /// blanks at both ends are gone.
+  std::string Text() const;
+
+ private:
+  std::span<const std::uint8_t> bytes_;
+  Bits bits_;
+};
+
+/// A line of a memory map: what the standard calls the field, where it stands, and what takes it.
+template <typename Target>
+struct MapField {
+  std::string_view name;
+  Page page = Page::kLower;
+  std::uint8_t byte = 0;   ///< the first
+  std::uint8_t count = 0;  ///< bytes
+  Bits bits;
+  void (*set)(Target& target, const FieldValue& value) = nullptr;
+  bool is_text = false;  ///< a text that is cut short is still one
+};
+
+/// The longest field of any map, in bytes.
+inline constexpr std::size_t kLongestField = 64;
+
+/// Reads a field into `bytes`; returns how many bytes of it are known from its first one on.
+std::size_t ReadField(const ModuleImage& image, Page page, std::size_t byte, std::size_t count,
+                      std::uint8_t (&bytes)[kLongestField]);
+
+/// Sets what the image tells; what it lacks stays as it is.
+template <typename Target>
+void SetFields(const ModuleImage& image, std::span<const MapField<Target>> map, Target& target) {
+  for (const MapField<Target>& field : map) {
+    std::uint8_t bytes[kLongestField] = {};
+    const std::size_t known = ReadField(image, field.page, field.byte, field.count, bytes);
+    if (known == 0 || (known < field.count && !field.is_text)) continue;
+    field.set(target, FieldValue(bytes, known, field.bits));
+  }
+}
+
+/// Bytes whose sum, cut to 8 bits, stands in another byte of the same page.
+struct Checksum {
+  Page page;
+  std::uint8_t first;
+  std::uint8_t last;
+  std::uint8_t stored;
+};
+
+/// \name What maps have in common
+/// @{
+
+/// The temperature word of no reading: -128 C, outside of every sensor's range, shows as missing.
+inline constexpr std::uint16_t kNoTemperature = 0x8000;
+
+/// The value of the number, cut to the range of a word.
+constexpr std::uint16_t Saturated(std::uint32_t number) {
+  constexpr std::uint32_t kHighest = 0xFFFF;
+  return static_cast<std::uint16_t>(std::min(number, kHighest));
+}
+
+/// Stores a text in a field of the register, which ends it with a NUL.
+template <std::size_t N>
+void StoreText(char (&field)[N], std::string_view text) {
+  text = text.substr(0, N - 1);
+  std::memset(field, 0, N);
+  text.copy(field, text.size());
+}
+
+/// What fills a `PhyCableRecord`: its module record, and its page of latched flags.
+using ModuleRecord = cable_info::PhyCableRecord::ModuleRecord;
+using LatchedFlagsPage = cable_info::PhyCableRecord::LatchedFlagsPage;
+
+/// The record keeps lanes 1..8 pairwise swapped.
+inline std::uint16_t& LaneOf(std::uint16_t (&lanes)[8], std::size_t lane) {
+  return lanes[(lane - 1) ^ 1];
+}
+/// @}
+
+}  // namespace host

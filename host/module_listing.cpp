@@ -1,0 +1,203 @@
+#include "host/module_listing.h"
+
+#include <algorithm>
+#include <charconv>
+#include <string>
+
+namespace host {
+
+namespace {
+
+constexpr std::string_view kBlanks = " \t\r";
+constexpr std::size_t kBytesPerRow = 16;
+
+bool IsHexDigit(char c) {
+  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+
+bool IsHex(std::string_view text) {
+  return !text.empty() && std::all_of(text.begin(), text.end(), IsHexDigit);
+}
+
+std::string_view WithoutPrefix(std::string_view text) {
+  return text.starts_with("0x") || text.starts_with("0X") ? text.substr(2) : text;
+}
+
+// The blank-separated words of a line.
+std::vector<std::string_view> Words(std::string_view line) {
+  std::vector<std::string_view> words;
+  for (std::size_t begin = line.find_first_not_of(kBlanks); begin != std::string_view::npos;) {
+    const std::size_t end = std::min(line.find_first_of(kBlanks, begin), line.size());
+    words.push_back(line.substr(begin, end - begin));
+    begin = line.find_first_not_of(kBlanks, end);
+  }
+  return words;
+}
+
+// A row of a listing: where it stands, if it says so, and the text of its bytes.
+struct Row {
+  std::optional<std::size_t> offset;
+  std::string_view bytes;
+  bool has_columns = false;  // three characters a byte, blank or "XX" where there is none
+};
+
+std::size_t Offset(std::string_view digits) {
+  std::size_t offset = 0;
+  const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), offset, 16);
+  return read.ec == std::errc() ? std::min(offset, kLongestDump + 1) : kLongestDump + 1;
+}
+
+// "00000010: 1100 0755  ..U", "10: 11 00 XX", "0x0010:\t\t11 00", "00000010  11 00  |..|", or bytes
+// alone.
+Row SplitRow(std::string_view line, bool has_offsets) {
+  constexpr std::size_t kLongOffset = 8;
+  constexpr std::size_t kShortOffset = 2;
+  const std::size_t word_end = std::min(line.find_first_of(" \t:"), line.size());
+  const std::string_view word = line.substr(0, word_end);
+  const std::string_view digits = WithoutPrefix(word);
+  if (!IsHex(digits)) return {{}, line};
+  std::string_view rest = line.substr(word_end);
+  if (!rest.starts_with(':')) {
+    // The last line of such a listing is an offset alone; in plain hexadecimal it is four bytes.
+    const bool is_offset = rest.empty() ? has_offsets : rest.starts_with("  ");
+    if (word.size() != kLongOffset || !is_offset) return {{}, line};
+    return {Offset(digits), rest.substr(0, rest.find('|'))};
+  }
+  rest.remove_prefix(1);
+  const bool is_prefixed = digits.size() != word.size();
+  if (is_prefixed) return {Offset(digits), rest};
+  if (word.size() == kShortOffset) {
+    return {Offset(digits), rest.substr(0, 1 + 3 * kBytesPerRow), true};
+  }
+  rest.remove_prefix(std::min(rest.find_first_not_of(kBlanks), rest.size()));
+  return {Offset(digits), rest.substr(0, rest.find("  "))};
+}
+
+// A line that stands above the rows of some listing.
+bool IsHeading(std::string_view line) {
+  constexpr std::string_view kSizeRemark = "No size specified";
+  constexpr std::string_view kColumnDigits = "0123456789abcdef";
+  if (line.find_first_not_of("- \t\r") == std::string_view::npos) return true;
+  if (line.starts_with(kSizeRemark)) return true;
+  const std::vector<std::string_view> words = Words(line);
+  if (words == std::vector<std::string_view>{"Offset", "Values"}) return true;
+  if (words.size() < kBytesPerRow) return false;
+  for (std::size_t i = 0; i < kBytesPerRow; ++i) {
+    if (words[i] != kColumnDigits.substr(i, 1)) return false;
+  }
+  return words.size() == kBytesPerRow || words[kBytesPerRow] == kColumnDigits;
+}
+
+class Listing {
+ public:
+  void AddLine(std::string_view line) {
+    ++line_number_;
+    line = line.substr(0, line.find_last_not_of(kBlanks) + 1);
+    if (line.empty()) return;
+    line.remove_prefix(line.find_first_not_of(kBlanks));
+    if (line == "*" && has_rows_) {
+      repeats_ = true;
+      return;
+    }
+    if (!has_rows_ && IsHeading(line)) return;
+    AddRow(SplitRow(line, has_offsets_));
+  }
+
+  DumpBytes Take() {
+    if (bytes_.empty()) throw BadModule("the listing holds no bytes");
+    return std::move(bytes_);
+  }
+
+ private:
+  void AddRow(const Row& row) {
+    if (row.offset) MoveTo(*row.offset);
+    has_offsets_ = row.offset.has_value();
+    last_row_ = bytes_.size();
+    has_rows_ = true;
+    if (row.has_columns) {
+      AddColumns(row.bytes);
+    } else {
+      for (const std::string_view word : Words(row.bytes)) AddWord(word);
+    }
+  }
+
+  // Bytes that the listing leaves out repeat the last row behind a "*", else are missing.
+  void MoveTo(std::size_t offset) {
+    if (offset > kLongestDump) {
+      Fail("an offset of at most " + std::to_string(kLongestDump) + " bytes", "a higher one");
+    }
+    if (offset < bytes_.size()) Fail("offsets that grow", "one that goes back");
+    const std::size_t row_size = bytes_.size() - last_row_;
+    while (bytes_.size() < offset) {
+      bytes_.push_back(repeats_ && row_size > 0 ? bytes_[bytes_.size() - row_size] : DumpByte());
+    }
+    repeats_ = false;
+  }
+
+  void AddColumns(std::string_view columns) {
+    for (std::size_t at = 1; at < columns.size(); at += 3) {
+      const std::string_view cell = columns.substr(at, 2);
+      const std::vector<std::string_view> words = Words(cell);
+      if (words.empty() || words[0] == "XX") {
+        Add(std::nullopt);
+      } else {
+        AddWord(words[0]);
+      }
+    }
+  }
+
+  // "11", "0x11", "11," or several bytes at once, "1100".
+  void AddWord(std::string_view word) {
+    if (word.ends_with(',')) word.remove_suffix(1);
+    const std::string_view digits = WithoutPrefix(word);
+    if (!IsHex(digits) || digits.size() % 2 != 0) {
+      constexpr std::size_t kShown = 20;
+      Fail("bytes in hexadecimal", '"' + std::string(word.substr(0, kShown)) + '"');
+    }
+    for (std::size_t i = 0; i < digits.size(); i += 2) {
+      std::uint8_t byte = 0;
+      std::from_chars(digits.data() + i, digits.data() + i + 2, byte, 16);
+      Add(byte);
+    }
+  }
+
+  void Add(DumpByte byte) {
+    if (bytes_.size() >= kLongestDump) {
+      Fail("at most " + std::to_string(kLongestDump) + " bytes", "more");
+    }
+    bytes_.push_back(byte);
+  }
+
+  [[noreturn]] void Fail(const std::string& expected, const std::string& found) const {
+    throw BadModule("line " + std::to_string(line_number_) + " of the listing: expected " +
+                    expected + ", found " + found);
+  }
+
+  DumpBytes bytes_;
+  std::size_t last_row_ = 0;  // where the last row begins
+  bool has_rows_ = false;
+  bool has_offsets_ = false;
+  bool repeats_ = false;
+  std::size_t line_number_ = 0;
+};
+
+}  // namespace
+
+bool IsListing(std::string_view content) {
+  const auto is_text = [](char c) {
+    return (c >= ' ' && c <= '~') || c == '\t' || c == '\n' || c == '\r';
+  };
+  return std::all_of(content.begin(), content.end(), is_text);
+}
+
+DumpBytes ParseListing(std::string_view text) {
+  Listing listing;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    listing.AddLine(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return listing.Take();
+}
+
+}  // namespace host

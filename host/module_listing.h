@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <stdexcept>
+#include <string_view>
+#include <vector>
+
+namespace host {
+
+/// Why a dump is no module's memory, as people read it.
+class BadModule : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// A byte of a dump; none where the dump has none, or where it could not be read.
+using DumpByte = std::optional<std::uint8_t>;
+using DumpBytes = std::vector<DumpByte>;
+
+/// No dump reaches further than this.
+inline constexpr std::size_t kLongestDump = 4096;
+
+/// True when `content` is text, and so a listing; no image is, for it holds codes and zeros.
+bool IsListing(std::string_view content);
+
+/// The bytes of a hex listing, each at the offset that the listing gives it. Understands plain
+/// hexadecimal, `xxd`, `hexdump -C`, `i2cdump`, and the `offset: bytes` listing of the kernel's
+/// tool for module EEPROMs. Throws `BadModule`.
+DumpBytes ParseListing(std::string_view text);
+
+}  // namespace host

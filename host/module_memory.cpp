@@ -1,0 +1,237 @@
+#include "host/module_memory.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+#include <utility>
+
+#include "cable_info/value_format.h"
+#include "host/cmis.h"
+#include "host/sff8472.h"
+#include "host/sff8636.h"
+
+namespace host {
+
+namespace {
+
+enum class Family : std::uint8_t { kSff8636, kCmis, kSff8472 };
+
+struct Identifier {
+  std::uint8_t code;  // SFF-8024, table 4-1
+  std::string_view name;
+  Family family;
+  std::uint8_t form_factor;  // the `cable_identifier` of a `PhyCableRecord`
+};
+
+constexpr auto kIdentifiers = std::to_array<Identifier>({
+    {0x03, "SFP", Family::kSff8472, 2},
+    {0x0C, "QSFP", Family::kSff8636, 0},
+    {0x0D, "QSFP+", Family::kSff8636, 0},
+    {0x11, "QSFP28", Family::kSff8636, 0},
+    {0x18, "QSFP-DD", Family::kCmis, 6},
+    {0x19, "OSFP", Family::kCmis, 8},
+    {0x1A, "SFP-DD", Family::kCmis, 5},
+    {0x1B, "DSFP", Family::kCmis, 10},
+    {0x1E, "QSFP with CMIS", Family::kCmis, 7},
+});
+
+// A half of a page in an image.
+struct Part {
+  Page page;
+  std::size_t first;
+};
+
+// The order of the pages in an image of so many bytes.
+struct Layout {
+  Family family;
+  std::size_t size;
+  std::array<Part, 6> parts;
+};
+
+constexpr std::size_t kUpper = ModuleImage::kHalf;
+constexpr Part kLowerPart = {Page::kLower, 0};
+constexpr Part kPart00 = {Page::k00, kUpper};
+constexpr Part kPart01 = {Page::k01, kUpper};
+constexpr Part kPart02 = {Page::k02, kUpper};
+constexpr Part kPart03 = {Page::k03, kUpper};
+constexpr Part kPart10 = {Page::k10, kUpper};
+constexpr Part kPart11 = {Page::k11, kUpper};
+constexpr Part kA0Lower = {Page::kA0, 0};
+constexpr Part kA0Upper = {Page::kA0, kUpper};
+constexpr Part kA2Lower = {Page::kA2, 0};
+constexpr Part kA2Upper = {Page::kA2, kUpper};
+
+constexpr auto kLayouts = std::to_array<Layout>({
+    {Family::kSff8636, 256, {kLowerPart, kPart00}},
+    {Family::kSff8636, 384, {kLowerPart, kPart00, kPart03}},
+    {Family::kSff8636, 640, {kLowerPart, kPart00, kPart01, kPart02, kPart03}},
+    {Family::kCmis, 256, {kLowerPart, kPart00}},
+    {Family::kCmis, 384, {kLowerPart, kPart00, kPart01}},
+    {Family::kCmis, 512, {kLowerPart, kPart00, kPart01, kPart02}},
+    {Family::kCmis, 640, {kLowerPart, kPart00, kPart01, kPart02, kPart10}},
+    {Family::kCmis, 768, {kLowerPart, kPart00, kPart01, kPart02, kPart10, kPart11}},
+    {Family::kSff8472, 256, {kA0Lower, kA0Upper}},
+    {Family::kSff8472, 384, {kA0Lower, kA0Upper, kA2Lower}},
+    {Family::kSff8472, 512, {kA0Lower, kA0Upper, kA2Lower, kA2Upper}},
+});
+
+std::string Hex(std::uint8_t byte) {
+  return cable_info::ToText(
+      [byte](cable_info::TextBuffer& out) { out.AppendPrefixedHex(byte, 2); });
+}
+
+std::string Shown(const Identifier& identifier) {
+  return std::string(identifier.name) + " (" + Hex(identifier.code) + ')';
+}
+
+const Identifier* FindIdentifier(DumpByte code) {
+  if (!code) return nullptr;
+  const auto* const found =
+      std::find_if(kIdentifiers.begin(), kIdentifiers.end(),
+                   [code](const Identifier& identifier) { return identifier.code == *code; });
+  return found == kIdentifiers.end() ? nullptr : found;
+}
+
+std::string Shown(DumpByte byte) { return byte ? Hex(*byte) : "missing"; }
+
+// What the module is, by byte 0 and, if that says nothing, by its copy at byte 128, which all but
+// the SFP family have.
+const Identifier& Identify(DumpByte byte0, DumpByte byte128, std::vector<std::string>& remarks) {
+  const Identifier* const first = FindIdentifier(byte0);
+  if (first != nullptr) {
+    if (first->family == Family::kSff8472 || !byte128 || byte128 == byte0) return *first;
+    remarks.push_back("byte 0 names the module " + Shown(*first) + ", byte 128 is " +
+                      Shown(byte128) + "; decoded by byte 0");
+    return *first;
+  }
+  const Identifier* const copy = FindIdentifier(byte128);
+  if (copy == nullptr || copy->family == Family::kSff8472) {
+    throw BadModule("unknown module identifier: byte 0 is " + Shown(byte0) + ", byte 128 is " +
+                    Shown(byte128));
+  }
+  remarks.push_back("byte 0 is " + Shown(byte0) + "; decoded by byte 128, which names the module " +
+                    Shown(*copy));
+  return *copy;
+}
+
+DumpByte At(const DumpBytes& bytes, std::size_t index) {
+  return index < bytes.size() ? bytes[index] : DumpByte();
+}
+
+const Layout& FindLayout(const Identifier& identifier, std::size_t size,
+                         std::vector<std::string>& remarks) {
+  std::string sizes;
+  for (const Layout& layout : kLayouts) {
+    if (layout.family != identifier.family) continue;
+    if (size < ModuleImage::kWhole) {
+      remarks.push_back("the image ends behind byte " + std::to_string(size - 1) +
+                        "; what it lacks is missing");
+      return layout;
+    }
+    if (size == layout.size) return layout;
+    sizes += (sizes.empty() ? "" : ", ") + std::to_string(layout.size);
+  }
+  throw BadModule("an image of " + std::to_string(size) + " bytes is no memory of a " +
+                  std::string(identifier.name) + " module; such have " + sizes);
+}
+
+ModuleImage Split(const DumpBytes& bytes, const Layout& layout) {
+  ModuleImage image;
+  std::size_t begin = 0;
+  for (const Part& part : layout.parts) {
+    if (begin >= std::min(bytes.size(), layout.size)) break;
+    const std::size_t end = std::min(begin + ModuleImage::kHalf, bytes.size());
+    const auto at = [&](std::size_t i) { return bytes.begin() + static_cast<std::ptrdiff_t>(i); };
+    image.Put(part.page, part.first, DumpBytes(at(begin), at(end)));
+    begin = end;
+  }
+  return image;
+}
+
+// Pages that the module says it has not are copies of others, or zeros.
+void DropPages(ModuleImage& image, std::initializer_list<Page> pages) {
+  for (const Page page : pages) image.Drop(page);
+}
+
+// A device whose diagnostics are all zero has none.
+void DropBlankDiagnostics(ModuleImage& image) {
+  for (std::size_t i = 0; i < ModuleImage::kHalf; ++i) {
+    if (image.At(Page::kA2, i).value_or(0) != 0) return;
+  }
+  image.Drop(Page::kA2);
+}
+
+void Verify(const ModuleImage& image, std::span<const Checksum> checksums,
+            std::vector<std::string>& mismatches) {
+  for (const Checksum& checksum : checksums) {
+    unsigned sum = 0;
+    bool is_complete = true;
+    for (std::size_t i = checksum.first; i <= checksum.last; ++i) {
+      const DumpByte byte = image.At(checksum.page, i);
+      is_complete = is_complete && byte.has_value();
+      sum += byte.value_or(0);
+    }
+    const DumpByte stored = image.At(checksum.page, checksum.stored);
+    const auto computed = static_cast<std::uint8_t>(sum);
+    if (!is_complete || !stored || *stored == computed) continue;
+    mismatches.push_back(PageName(checksum.page) + ": the checksum of bytes " +
+                         std::to_string(checksum.first) + " to " + std::to_string(checksum.last) +
+                         " is " + Hex(computed) + ", but byte " + std::to_string(checksum.stored) +
+                         " says " + Hex(*stored));
+  }
+}
+
+void Decode(const Identifier& identifier, ModuleImage& image, ModuleReading& reading) {
+  switch (identifier.family) {
+    case Family::kSff8636:
+      if (IsFlatSff8636(image)) DropPages(image, {Page::k01, Page::k02, Page::k03});
+      Verify(image, Sff8636Checksums(), reading.mismatches);
+      reading.cable = CableFromSff8636(image, identifier.code);
+      return;
+    case Family::kCmis:
+      if (IsFlatCmis(image)) DropPages(image, {Page::k01, Page::k02, Page::k10, Page::k11});
+      Verify(image, CmisChecksums(), reading.mismatches);
+      reading.phy = CableFromCmis(image, identifier.form_factor, reading.remarks);
+      break;
+    case Family::kSff8472:
+      DropBlankDiagnostics(image);
+      Verify(image, Sff8472Checksums(), reading.mismatches);
+      reading.phy = CableFromSff8472(image);
+      break;
+  }
+  reading.phy->source = kModuleSource;
+}
+
+}  // namespace
+
+ModuleReading ReadModule(const DumpBytes& image) {
+  ModuleReading reading;
+  const Identifier& identifier = Identify(At(image, 0), At(image, kUpper), reading.remarks);
+  ModuleImage pages = Split(image, FindLayout(identifier, image.size(), reading.remarks));
+  pages.DropUnanswered();
+  Decode(identifier, pages, reading);
+  return reading;
+}
+
+ModuleReading ReadModule(ModuleImage pages) {
+  ModuleReading reading;
+  pages.DropUnanswered();
+  const bool is_sfp = pages.Has(Page::kA0) || pages.Has(Page::kA2);
+  const Page first = is_sfp ? Page::kA0 : Page::kLower;
+  const DumpByte copy = is_sfp ? DumpByte() : pages.At(Page::k00, kUpper);
+  const Identifier& identifier = Identify(pages.At(first, 0), copy, reading.remarks);
+  if (is_sfp != (identifier.family == Family::kSff8472)) {
+    throw BadModule("the pages of a module that calls itself " + Shown(identifier) + " are " +
+                    (is_sfp ? "lower, 00, 01 and so on" : "a0 and a2"));
+  }
+  Decode(identifier, pages, reading);
+  return reading;
+}
+
+void Judge(const ModuleReading& reading, bool strict, std::vector<std::string>& remarks) {
+  if (strict && !reading.mismatches.empty()) throw BadModule(reading.mismatches.front());
+  remarks.insert(remarks.end(), reading.mismatches.begin(), reading.mismatches.end());
+  remarks.insert(remarks.end(), reading.remarks.begin(), reading.remarks.end());
+}
+
+}  // namespace host
