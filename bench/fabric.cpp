@@ -80,6 +80,16 @@ void VaryModule(Json& module, std::uint64_t n, Noise& noise) {
   if (const auto sn = module.find("vendor_sn"); sn != module.end()) Renumber(*sn, n);
 }
 
+// A round trip that gives a length: the sample also has links whose registers give none.
+void VaryPrtl(Json& prtl, Noise& noise) {
+  for (Json& end : prtl) {
+    end["latency_res"] = 1;
+    end["local_phy_latency"] = 30;
+    end["local_mod_dp_latency"] = 20;
+    end["round_trip_latency"] = 400 + noise.Below(1000);
+  }
+}
+
 }  // namespace
 
 Fabric::Fabric(const std::string& sample_path) {
@@ -100,6 +110,7 @@ std::string Fabric::Line(std::uint64_t n) const {
     if (const auto module = phy->find("module"); module != phy->end())
       VaryModule(*module, n, noise);
   }
+  if (const auto prtl = port.find("prtl"); prtl != port.end()) VaryPrtl(*prtl, noise);
   return port.dump();
 }
 
