@@ -143,7 +143,7 @@ Json Record(CombinedCableInfo& cable) {
 
 }  // namespace
 
-void ExportWriter::Write(std::ostream& os, Port& port) {
+void ExportWriter::Write(std::ostream& os, Port& port) const {
   CombinedCableInfo& cable = port.cable;
   const Json line = {
       {"format_version", kFormatVersion},

@@ -53,7 +53,7 @@ std::optional<LineReader::Line> LineReader::Next() {
     const std::size_t length = end_ - begin_;
     const void* const newline = std::memchr(first + searched, '\n', length - searched);
     if (newline != nullptr) {
-      auto line = Taken(static_cast<std::size_t>(static_cast<const char*>(newline) - first), 1);
+      auto line = Taken(Offset(newline) - begin_, 1);
       line->too_long = too_long || line->text.size() > kLongestLine;
       return line;
     }
@@ -81,7 +81,10 @@ bool LineReader::Fill() {
   for (;;) {
     const ssize_t count = read(fd_, buffer_.data() + end_, buffer_.size() - kPadding - end_);
     if (count >= 0) {
+      const char* const added = buffer_.data() + end_;
+      const void* const newline = memrchr(added, '\n', static_cast<std::size_t>(count));
       end_ += static_cast<std::size_t>(count);
+      whole_end_ = newline == nullptr ? 0 : Offset(newline) + 1;
       return count > 0;
     }
     if (errno != EINTR) throw std::system_error(errno, std::generic_category());

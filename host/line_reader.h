@@ -14,7 +14,7 @@ class LineReader {
  public:
   /// Bytes behind a line that may be read, though not relied upon; JSON parsers want some.
   static constexpr std::size_t kPadding = 64;
-  static constexpr std::size_t kLongestLine = 16U << 20;
+  static constexpr std::size_t kLongestLine = 256U << 10;
 
   /// Opens `path`, "-" for standard input. Throws `std::system_error`.
   explicit LineReader(const std::string& path);
@@ -31,6 +31,9 @@ class LineReader {
   /// The next line; none at the end. Throws `std::system_error`.
   std::optional<Line> Next();
 
+  /// True when the next line is there already, so that `Next` need not wait for it.
+  bool HasNext() const { return begin_ < whole_end_; }
+
   /// How people call the file.
   const std::string& name() const { return name_; }
   /// The number of the last line, from 1 on.
@@ -42,12 +45,16 @@ class LineReader {
   std::optional<Line> Taken(std::size_t length, std::size_t newline);
   /// False at the end of the file.
   bool Fill();
+  std::size_t Offset(const void* position) const {
+    return static_cast<std::size_t>(static_cast<const char*>(position) - buffer_.data());
+  }
 
   std::string name_;
   int fd_;
   std::vector<char> buffer_;
   std::size_t begin_ = 0;
   std::size_t end_ = 0;
+  std::size_t whole_end_ = 0;  // of the last line that is whole
   std::uint64_t number_ = 0;
   std::uint64_t bytes_ = 0;
 };

@@ -67,6 +67,11 @@ CLI::App* AddPortCommand(CLI::App& app, const std::string& name, const std::stri
   command->add_option("-o,--output", options.output,
                       "Write to this file, which appears when it is whole");
   command->add_flag("--strict", options.strict, "Stop at the first bad port");
+  command
+      ->add_option("-j,--jobs", options.jobs,
+                   "Decode with so many threads; the machine's own number unless given")
+      ->type_name("N")
+      ->check(CLI::Range(1U, host::kMostJobs));
   command->add_flag("-q,--quiet", options.quiet, "Show no progress meter");
   return command;
 }

@@ -72,7 +72,7 @@ ModuleReading ReadModuleOf(const Dump& dump) {
 // One run over all dumps.
 class Run {
  public:
-  Run(const PortOptions& options, PortWriter& writer, OutputFile& output)
+  Run(const PortOptions& options, const PortWriter& writer, OutputFile& output)
       : options_(options), writer_(writer), os_(&output) {}
 
   // False when the run stopped before its end.
@@ -112,19 +112,22 @@ class Run {
     port.phy_cable_record = reading.phy.get();
     port.cable.AttachCableRecord(std::move(reading.cable));
     port.cable.AttachPhyCableRecord(std::move(reading.phy));
+    if (has_written_) os_ << writer_.Separator();
+    has_written_ = true;
     writer_.Write(os_, port);
   }
 
   const PortOptions& options_;
-  PortWriter& writer_;
+  const PortWriter& writer_;
   std::ostream os_;
   ExitStatus status_ = ExitStatus::kGood;
   std::uint32_t number_ = 0;
+  bool has_written_ = false;
 };
 
 }  // namespace
 
-ExitStatus RunModules(const PortOptions& options, PortWriter& writer) {
+ExitStatus RunModules(const PortOptions& options, const PortWriter& writer) {
   ExitStatus modules = ExitStatus::kGood;
   const ExitStatus output = WithOutput(options.output, [&](OutputFile& file) {
     Run run(options, writer, file);

@@ -6,11 +6,11 @@
 
 namespace host {
 
-void TableWriter::Begin(std::ostream& os) {
+void TableWriter::Begin(std::ostream& os) const {
   if (with_header_) os << cable_info::CombinedCableInfo::GetCSVHeader();
 }
 
-void TableWriter::Write(std::ostream& os, Port& port) {
+void TableWriter::Write(std::ostream& os, Port& port) const {
   cable_info::TextBuffer cells;
   AppendGuid(cells, port.node_guid);
   cells.Append(',');
@@ -20,9 +20,7 @@ void TableWriter::Write(std::ostream& os, Port& port) {
   port.cable.ToCSVStream(os);
 }
 
-void ReportWriter::Write(std::ostream& os, Port& port) {
-  if (!is_first_) os << '\n';
-  is_first_ = false;
+void ReportWriter::Write(std::ostream& os, Port& port) const {
   os << "NodeGuid: " << GuidText(port.node_guid) << ", PortGuid: " << GuidText(port.port_guid)
      << ", PortNum: " << port.number << '\n';
 

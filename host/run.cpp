@@ -1,12 +1,23 @@
 #include "host/run.h"
 
+#include <tbb/enumerable_thread_specific.h>
+#include <tbb/global_control.h>
+#include <tbb/parallel_pipeline.h>
+#include <tbb/task_arena.h>
+
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstdint>
+#include <memory>
+#include <mutex>
 #include <optional>
 #include <ostream>
 #include <system_error>
+#include <thread>
+#include <utility>
 
+#include "host/block.h"
 #include "host/line_reader.h"
 #include "host/message.h"
 #include "host/output_file.h"
@@ -19,15 +30,6 @@ namespace {
 
 ExitStatus Worse(ExitStatus a, ExitStatus b) { return std::max(a, b); }
 
-bool IsBlank(std::string_view line) {
-  return line.find_first_not_of(" \t\r") == std::string_view::npos;
-}
-
-// "ports.jsonl:17: "
-std::string Place(const LineReader& lines) {
-  return lines.name() + ':' + std::to_string(lines.number()) + ": ";
-}
-
 // The size of all inputs, if every one of them has a size.
 std::optional<std::uint64_t> TotalSize(const std::vector<std::string>& inputs) {
   std::uint64_t total = 0;
@@ -39,83 +41,127 @@ std::optional<std::uint64_t> TotalSize(const std::vector<std::string>& inputs) {
   return total;
 }
 
+unsigned Threads(const PortOptions& options) {
+  const unsigned wanted = options.jobs == 0 ? std::thread::hardware_concurrency() : options.jobs;
+  return std::clamp(wanted, 1U, kMostJobs);
+}
+
+// Blocks that are used over and over.
+class BlockPool {
+ public:
+  Block* Take() {
+    const std::scoped_lock lock(mutex_);
+    if (free_.empty()) return blocks_.emplace_back(std::make_unique<Block>()).get();
+    Block* const block = free_.back();
+    free_.pop_back();
+    return block;
+  }
+  void Return(Block* block) {
+    const std::scoped_lock lock(mutex_);
+    free_.push_back(block);
+  }
+
+ private:
+  std::mutex mutex_;
+  std::vector<std::unique_ptr<Block>> blocks_;
+  std::vector<Block*> free_;
+};
+
 // One run over all inputs.
 class Run {
  public:
-  Run(const PortOptions& options, PortWriter& writer, OutputFile& output)
-      : options_(options),
-        inputs_(options.inputs.empty() ? std::vector<std::string>{"-"} : options.inputs),
-        writer_(writer),
-        os_(&output),
-        progress_(!options.quiet && !output.is_terminal() && StandardErrorIsTerminal(),
-                  TotalSize(inputs_)),
-        reader_(options.strict) {}
+  Run(const PortOptions& options, const PortWriter& writer, OutputFile& output)
+      : Run(options, writer, output,
+            options.inputs.empty() ? std::vector<std::string>{"-"} : options.inputs) {}
 
   void Do() {
     writer_.Begin(os_);
-    for (const std::string& input : inputs_) {
-      if (!ReadInput(input)) return;
+    const unsigned threads = Threads(options_);
+    if (threads == 1) {
+      DoAlone();
+    } else {
+      DoTogether(threads);
     }
-    reached_end_ = true;
   }
 
   ExitStatus status() const { return status_; }
   // False when a strict run stopped at a bad port, or the output could not be written.
-  bool reached_end() const { return reached_end_; }
+  bool reached_end() const { return !is_stopped_; }
 
  private:
-  // False when the run must stop.
-  bool ReadInput(const std::string& input) {
-    try {
-      LineReader lines(input);
-      while (const std::optional<LineReader::Line> line = lines.Next()) {
-        if (!ReadLine(lines, *line)) return false;
-        progress_.Update(ports_, bytes_before_ + lines.bytes());
-      }
-      bytes_before_ += lines.bytes();
-    } catch (const std::system_error& error) {
-      progress_.Clear();
-      status_ = Worse(status_, FileFailed(input == "-" ? "<stdin>" : input, error.code()));
-    }
-    return true;
-  }
+  Run(const PortOptions& options, const PortWriter& writer, OutputFile& output,
+      const std::vector<std::string>& inputs)
+      : options_(options),
+        writer_(writer),
+        inputs_(inputs),
+        os_(&output),
+        progress_(!options.quiet && !output.is_terminal() && StandardErrorIsTerminal(),
+                  TotalSize(inputs)) {}
 
-  bool ReadLine(const LineReader& lines, const LineReader::Line& line) {
-    if (IsBlank(line.text) && !line.too_long) return true;
-    try {
-      if (line.too_long) {
-        throw BadPort("expected a line of at most " + std::to_string(LineReader::kLongestLine) +
-                      " bytes, found a longer one");
-      }
-      Port port;
-      for (const std::string& remark : reader_.Read(line.text, port)) Remark(lines, port, remark);
-      writer_.Write(os_, port);
-      ++ports_;
-      return os_.good();
-    } catch (const BadPort& bad) {
-      progress_.Clear();
-      Say(Place(lines) + bad.what());
-      status_ = Worse(status_, ExitStatus::kBadPorts);
-      return !options_.strict;
+  void DoAlone() {
+    PortReader reader(options_.strict);
+    Block block;
+    while (!is_stopped_ && inputs_.Next(block)) {
+      block.Decode(reader, writer_, options_.strict);
+      Write(block);
     }
   }
 
-  void Remark(const LineReader& lines, const Port& port, const std::string& remark) {
-    progress_.Clear();
-    Say(Place(lines) + "port " + GuidText(port.port_guid) + '/' + std::to_string(port.number) +
-        ": " + remark);
+  // One thread at a time reads, and one writes; all others decode.
+  void DoTogether(unsigned threads) {
+    BlockPool pool;
+    tbb::enumerable_thread_specific<PortReader> readers(
+        [this] { return PortReader(options_.strict); });
+    const auto read = [&](tbb::flow_control& flow) -> Block* {
+      Block* const block = pool.Take();
+      if (!is_stopped_ && inputs_.Next(*block)) return block;
+      flow.stop();
+      return nullptr;
+    };
+    const auto decode = [&](Block* block) {
+      block->Decode(readers.local(), writer_, options_.strict);
+      return block;
+    };
+    const auto write = [&](Block* block) {
+      Write(*block);
+      pool.Return(block);
+    };
+    const tbb::global_control limit(tbb::global_control::max_allowed_parallelism, threads);
+    tbb::task_arena arena(static_cast<int>(threads));
+    arena.execute([&] {
+      constexpr std::size_t kBlocksPerThread = 2;
+      tbb::parallel_pipeline(
+          kBlocksPerThread * threads,
+          tbb::make_filter<void, Block*>(tbb::filter_mode::serial_in_order, read) &
+              tbb::make_filter<Block*, Block*>(tbb::filter_mode::parallel, decode) &
+              tbb::make_filter<Block*, void>(tbb::filter_mode::serial_in_order, write));
+    });
+  }
+
+  void Write(const Block& block) {
+    if (is_stopped_) return;
+    if (!block.messages.empty() || block.input_error) progress_.Clear();
+    for (const std::string& message : block.messages) Say(message);
+    if (block.input_error) status_ = Worse(status_, FileFailed(block.input(), block.input_error));
+    status_ = Worse(status_, block.status);
+    if (block.ports > 0) {
+      if (ports_ > 0) os_ << writer_.Separator();
+      os_.write(block.text.data(), static_cast<std::streamsize>(block.text.size()));
+      os_.flush();
+    }
+    ports_ += block.ports;
+    if (!os_.good() || (options_.strict && block.status != ExitStatus::kGood)) is_stopped_ = true;
+    progress_.Update(ports_, block.input_bytes);
   }
 
   const PortOptions& options_;
-  std::vector<std::string> inputs_;
-  PortWriter& writer_;
+  const PortWriter& writer_;
+  BlockReader inputs_;
   std::ostream os_;
   Progress progress_;
-  PortReader reader_;
   ExitStatus status_ = ExitStatus::kGood;
-  bool reached_end_ = false;
   std::uint64_t ports_ = 0;
-  std::uint64_t bytes_before_ = 0;
+  std::atomic<bool> is_stopped_ = false;  // what is still to be read does not matter any more
 };
 
 }  // namespace
@@ -136,7 +182,7 @@ ExitStatus WithOutput(const std::string& path, const std::function<bool(OutputFi
   return ExitStatus::kGood;
 }
 
-ExitStatus RunPorts(const PortOptions& options, PortWriter& writer) {
+ExitStatus RunPorts(const PortOptions& options, const PortWriter& writer) {
   ExitStatus ports = ExitStatus::kGood;
   const ExitStatus output = WithOutput(options.output, [&](OutputFile& file) {
     Run run(options, writer, file);

@@ -12,6 +12,9 @@
 
 namespace host {
 
+/// The most threads of a run.
+inline constexpr unsigned kMostJobs = 32;
+
 /// What the commands that read ports have in common.
 struct PortOptions {
   std::vector<std::string> inputs;   ///< "-" or none at all: standard input
@@ -19,11 +22,12 @@ struct PortOptions {
   std::string output;                ///< empty: standard output
   bool strict = false;               ///< stop at the first bad port
   bool quiet = false;                ///< no progress meter
+  unsigned jobs = 0;                 ///< threads; 0: as many as the machine runs at once
 };
 
 /// Reads the inputs port by port and writes each with `writer`. A bad port costs a line on standard
 /// error and is left out.
-ExitStatus RunPorts(const PortOptions& options, PortWriter& writer);
+ExitStatus RunPorts(const PortOptions& options, const PortWriter& writer);
 
 /// Says that a file could not be read or written.
 ExitStatus FileFailed(const std::string& name, const std::error_code& error);

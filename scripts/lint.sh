@@ -4,7 +4,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh
 
-need g++ cmake ninja-build libgtest-dev libcli11-dev libsimdjson-dev nlohmann-json3-dev \
+need g++ cmake ninja-build libgtest-dev libcli11-dev libsimdjson-dev nlohmann-json3-dev libtbb-dev \
   clang-format clang-tidy
 git ls-files -z '*.h' '*.cpp' | xargs -0 clang-format --dry-run --Werror
 

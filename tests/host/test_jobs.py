@@ -1,0 +1,107 @@
+"""Any number of threads writes what one thread writes, in the same order."""
+
+import json
+import random
+import unittest
+
+from program import ProgramTest, run
+
+JOBS = (2, 3, 8, 32)
+LINES = 3000  # several times what is decoded at once
+
+
+def lines():
+    """Port records of very different lengths, with bad and blank lines among them."""
+    noise = random.Random(2026)
+    for number in range(LINES):
+        kind = noise.randrange(12)
+        if kind == 0:
+            yield "   " if number % 2 else ""
+        elif kind == 1:
+            yield noise.choice(['{"port_num":-1}', "{", '{"cable":{"Temprature":1}}', "x" * 5000])
+        elif kind == 2:
+            # Registers that give no length cost a remark.
+            end = {"latency_res": 1, "round_trip_latency": 0xFFFFFF}
+            yield json.dumps({"port_num": number, "prtl": {"local": end, "remote": end}})
+        else:
+            text = "v" * noise.choice([0, 3, 40, 20000 if number % 50 == 0 else 7])
+            key = noise.choice(["cable", "phy", "none"])
+            port = {"port_num": number}
+            if key == "cable":
+                port["cable"] = {"VendorName": text, "RxPower": [noise.random()]}
+            elif key == "phy":
+                port["phy"] = {"source": text, "module": {"rx_power": [noise.randrange(65536)]}}
+            yield json.dumps(port)
+
+
+class Jobs(ProgramTest):
+    def setUp(self):
+        super().setUp()
+        all_lines = list(lines())
+        self.first = self.file("first.jsonl", "\n".join(all_lines[:1000]).encode())
+        self.second = self.file("second.jsonl", "\n".join(all_lines[1000:]).encode())
+        self.missing = self.folder / "missing.jsonl"
+
+    def assert_same(self, command, *arguments, status, **options):
+        alone = run(command, "-j", "1", *arguments, **options)
+        self.assertEqual(alone.returncode, status, alone.stderr[:500])
+        for jobs in JOBS:
+            together = run(command, "--jobs", str(jobs), *arguments, **options)
+            self.assertEqual(together.returncode, status)
+            self.assertEqual(together.stdout, alone.stdout, (command, jobs))
+            self.assertEqual(together.stderr, alone.stderr, (command, jobs))
+        default = run(command, *arguments, **options)
+        self.assertEqual((default.stdout, default.stderr), (alone.stdout, alone.stderr))
+        return alone
+
+    def test_all_outputs_are_the_same(self):
+        for command in ("table", "report", "export"):
+            result = self.assert_same(command, self.first, self.second, status=1)
+            self.assertGreater(result.stderr.count(b"\n"), 300)
+            self.assertGreater(result.stdout.count(b"\n"), 2000)
+
+    def test_order_is_that_of_the_input(self):
+        table = self.assert_same("table", "--no-header", self.first, self.second, status=1)
+        numbers = [int(row.split(b",")[2]) for row in table.stdout.splitlines()]
+        self.assertEqual(numbers, sorted(numbers))
+        self.assertGreater(len(numbers), 2000)
+
+    def test_messages_name_their_lines(self):
+        result = self.assert_same("table", "-", status=1,
+                                  stdin=b'{"port_num":1}\n' * 2000 + b"{\n" + b'{"port_num":2}\n' * 500)
+        self.assertRegex(result.stderr.decode(), r"\A<stdin>:2001: not valid JSON: .*\n\Z")
+        self.assertEqual(result.stdout.count(b"\n"), 2501)
+
+    def test_an_unreadable_input_is_told_in_its_place(self):
+        result = self.assert_same("table", self.first, self.missing, self.second, status=3)
+        places = [line.split(b":")[0] for line in result.stderr.splitlines()]
+        self.assertEqual(places.count(b"cableinfo"), 1)
+        missing = places.index(b"cableinfo")
+        self.assertEqual(set(places[:missing]), {str(self.first).encode()})
+        self.assertEqual(set(places[missing + 1:]), {str(self.second).encode()})
+
+    def test_a_strict_run_stops_at_the_same_port(self):
+        good = b'{"port_num":1}\n'
+        for before in (0, 10, 255, 256, 257, 5000):
+            result = self.assert_same("table", "--strict", "--no-header", status=1,
+                                      stdin=good * before + b"{}{\n" + good * 3000)
+            self.assertEqual(result.stdout.count(b"\n"), before)
+            self.assertEqual(result.stderr.count(b"\n"), 1)
+
+    def test_reports_have_one_empty_line_between_them(self):
+        ports = [{"port_num": n} for n in range(1000)]
+        result = self.assert_same("report", status=0, stdin=ports)
+        headings = result.stdout.split(b"\n\n")
+        self.assertEqual(len(headings), 1000)
+        for number, heading in enumerate(headings):
+            self.assertTrue(heading.rstrip().endswith(b"PortNum: %d" % number), heading)
+
+    def test_their_number_has_bounds(self):
+        for jobs in ("0", "33", "-1", "two", ""):
+            result = run("table", "-j", jobs, stdin=b"")
+            self.assertEqual((result.returncode, result.stdout), (2, b""), jobs)
+            self.assertIn(b"--jobs", result.stderr)
+
+
+if __name__ == "__main__":
+    unittest.main()
