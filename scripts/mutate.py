@@ -58,7 +58,7 @@ WORDS_DEFINED_HERE = re.compile(r"constexpr bool k(Csv|Report) ")
 
 # A cell of a row, a line of a report, an entry of a table: their order is what users see.
 ORDERED_STATEMENT = re.compile(r"^ +(?:row|lines)\.|^ +(?:decimal|raw|line)\(|"
-                               r"^ +Append\w+\((?:row|lines)\b|^ +FillSlot\(")
+                               r"^ +Append\w+\((?:row|lines)\b")
 TABLE_ENTRY = re.compile(r'^ +(?:".*"|\{.*\}|[A-Z]\w*(?:\[\d\])?),$')
 
 
