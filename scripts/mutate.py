@@ -261,6 +261,32 @@ def run_tests(tests, library_folder):
     return "noticed", failed.group(1).decode() if failed else "crashed"
 
 
+def link(units, output, *arguments):
+    subprocess.run([units[0].command[0], "-o", output, *arguments], check=True)
+    return output
+
+
+def test_programs(mutant, units, folder, library):
+    """Programs that hold all tests together, each built when its turn comes; None where one cannot
+    be built. Tests that do not see a changed header are as they were; each of the others is tried as
+    soon as it is compiled, those first that are about the header."""
+    if mutant.path.endswith(".cpp"):
+        yield BASE / "tests" / "cable_info_tests"
+        return
+    tests = [unit for unit in units if unit.is_test]
+    unchanged = [unit.object for unit in tests if mutant.path not in unit.headers]
+    if unchanged:
+        yield link(units, folder / "tests", *unchanged, library, "-lgtest_main", "-lgtest")
+
+    def distance(unit):
+        text = (ROOT / unit.source).read_text()
+        return f'#include "{mutant.path}"' not in text, len(text)
+
+    for unit in sorted((u for u in tests if mutant.path in u.headers), key=distance):
+        test = compile_unit(unit, folder, ROOT / unit.source)
+        yield test and link(units, folder / "tests", test, library, "-lgtest_main", "-lgtest")
+
+
 def judge(mutant, units, folder):
     shutil.rmtree(folder, ignore_errors=True)
     changed = folder / mutant.path
@@ -268,26 +294,24 @@ def judge(mutant, units, folder):
     original = (ROOT / mutant.path).read_text()
     changed.write_text(original[:mutant.begin] + mutant.replacement + original[mutant.end:])
 
-    objects = {}
-    for unit in units:
-        objects[unit.source] = unit.object
+    objects = []
+    for unit in (unit for unit in units if not unit.is_test):
         if unit.source != mutant.path and mutant.path not in unit.headers:
+            objects.append(unit.object)
             continue
         source = changed if unit.source == mutant.path else ROOT / unit.source
-        objects[unit.source] = compile_unit(unit, folder, source)
-        if objects[unit.source] is None:
+        objects.append(compile_unit(unit, folder, source))
+        if objects[-1] is None:
             return "not compiled", ""
 
-    library = folder / "libcable_info.so"
-    link = [units[0].command[0], "-o"]
-    subprocess.run(link + [library, "-shared"] +
-                   [objects[unit.source] for unit in units if not unit.is_test], check=True)
-    tests = BASE / "tests" / "cable_info_tests"
-    if mutant.path.endswith(".h"):
-        tests = folder / "tests"
-        subprocess.run(link + [tests] + [objects[unit.source] for unit in units if unit.is_test] +
-                       [library, "-lgtest_main", "-lgtest"], check=True)
-    return run_tests(tests, folder)
+    library = link(units, folder / "libcable_info.so", "-shared", *objects)
+    for program in test_programs(mutant, units, folder, library):
+        if program is None:
+            return "not compiled", ""
+        verdict, by = run_tests(program, folder)
+        if verdict != "survived":
+            return verdict, by
+    return "survived", ""
 
 
 def judge_all(mutants, units, jobs, verbose):

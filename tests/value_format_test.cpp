@@ -4,6 +4,7 @@
 
 #include <bit>
 #include <cfloat>
+#include <cinttypes>
 #include <clocale>
 #include <cmath>
 #include <cstdint>
@@ -349,6 +350,31 @@ TEST(TextBuffer, WritesIntegersOfAnySize) {
     for (const std::int64_t value : {magnitude, magnitude == INT64_MIN ? magnitude : -magnitude}) {
       EXPECT_EQ(ToText([&](TextBuffer& out) { out.AppendDecimal(value); }), std::to_string(value));
     }
+  }
+}
+
+TEST(TextBuffer, WritesIntegersOfAnyLengthAsPrintfDoes) {
+  std::vector<std::int64_t> values;
+  for (std::int64_t power = 1; power <= INT64_MAX / 10; power *= 10) {
+    for (const std::int64_t step : {-1, 0, 1}) {
+      for (std::int64_t digit = 1; digit < 10; ++digit) values.push_back(digit * power + step);
+    }
+  }
+  std::mt19937_64 random(20240317);
+  for (int i = 0; i < 50'000; ++i) {
+    values.push_back(static_cast<std::int64_t>(random() >> (random() % 64)));
+  }
+  for (const std::int64_t magnitude : values) {
+    for (const auto value :
+         {magnitude, static_cast<std::int64_t>(0 - static_cast<std::uint64_t>(magnitude))}) {
+      char expected[32];
+      std::snprintf(expected, sizeof(expected), "%" PRId64, value);
+      ASSERT_EQ(ToText([&](TextBuffer& out) { out.AppendDecimal(value); }), expected);
+    }
+    const auto word = static_cast<std::uint32_t>(magnitude);
+    char expected[32];
+    std::snprintf(expected, sizeof(expected), "%" PRIx32, word);
+    ASSERT_EQ(ToText([&](TextBuffer& out) { out.AppendHex(word, 1); }), expected);
   }
 }
 
