@@ -376,6 +376,8 @@ def main():
             print(mutant)
         return 0
 
+    subprocess.run(["bash", "-c", ". scripts/need.sh && need g++ cmake ninja-build libgtest-dev"],
+                   cwd=ROOT, check=True)
     start = time.monotonic()
     units = build_base()
     verdict, failed = run_tests(BASE / "tests" / "cable_info_tests", BASE / "cable_info")
