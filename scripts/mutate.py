@@ -316,7 +316,7 @@ def judge(mutant, units, folder):
 
 def judge_all(mutants, units, jobs, verbose):
     """How many came to what; prints the survivors."""
-    free = [WORK / f"job{i}" for i in range(jobs)]
+    free = [WORK / f"job{os.getpid()}-{i}" for i in range(jobs)]
     verdicts = collections.Counter()
     survivors = []
 

@@ -309,6 +309,19 @@ TEST(TextBuffer, WritesThousandthsAsPrintfDoes) {
   for (const double value : DelicateDoubles()) ASSERT_EQ(Fixed3(value), PrintfFixed3(value));
 }
 
+TEST(TextBuffer, WritesNeighboursOfHalfThousandthsAsPrintfDoes) {
+  // Odd sixteenths end in half a thousandth; the doubles next to them lie beside it.
+  for (int sixteenths = 1; sixteenths < 20'000; sixteenths += 2) {
+    const double half = sixteenths / 16.0;
+    for (const double value : {std::nextafter(half, 0.0), half, std::nextafter(half, 1e9)}) {
+      ASSERT_EQ(Fixed3(value), PrintfFixed3(value));
+      ASSERT_EQ(Fixed3(-value), PrintfFixed3(-value));
+    }
+  }
+  EXPECT_EQ(Fixed3(0.0625), "0.062");
+  EXPECT_EQ(Fixed3(std::nextafter(0.0625, 1.0)), "0.063");
+}
+
 TEST(TextBuffer, WritesThousandthsOfAnyDoubleAsPrintfDoes) {
   std::mt19937_64 random(20240315);
   for (int i = 0; i < 1'000'000; ++i) {
