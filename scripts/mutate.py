@@ -123,9 +123,9 @@ def token_mutants(path, source):
             continue
         for replacement in replacements(match.lastgroup, match.group()):
             change = f"{match.group()} -> {replacement}"
-            seen[number, change] += 1
-            if seen[number, change] > 1:
-                change += f" #{seen[number, change]}"
+            seen[line, change] += 1  # lines of the same text are told apart by number, too
+            if seen[line, change] > 1:
+                change += f" #{seen[line, change]}"
             yield Mutant(path, match.start(), match.end(), replacement, number, line, change)
 
 

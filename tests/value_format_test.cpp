@@ -431,6 +431,27 @@ TEST(TextBuffer, GrowsAtEveryFillLevel) {
   }
 }
 
+// The address sanitizer sees where room is lacking.
+TEST(TextBuffer, HasRoomForTheLongestNumbersAtEveryFillLevel) {
+  const auto expect_behind = [](const std::string& text, const std::string& number, auto append) {
+    TextBuffer out;
+    out.Append(text);
+    append(out);
+    EXPECT_EQ(out.view(), text + number);
+  };
+  for (std::size_t size = 4000; size <= 4100; ++size) {
+    const std::string text(size, 'x');
+    expect_behind(text, "deadbeef", [](TextBuffer& out) { out.AppendHex(0xDEADBEEF, 8); });
+    expect_behind(text, "-9223372036854775808",
+                  [](TextBuffer& out) { out.AppendDecimal(INT64_MIN); });
+    expect_behind(text, "-4503599627370495.500",
+                  [](TextBuffer& out) { out.AppendFixed3(-4503599627370495.5); });
+    expect_behind(text, "-1.79769e+308", [](TextBuffer& out) { out.AppendGeneral(-DBL_MAX); });
+    expect_behind(text, PrintfFixed3(-DBL_MAX),
+                  [](TextBuffer& out) { out.AppendFixed3(-DBL_MAX); });
+  }
+}
+
 TEST(TextBuffer, TakesTextWithNuls) {
   const std::string text("a\0b", 3);
   TextBuffer out;
