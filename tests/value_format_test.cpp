@@ -485,6 +485,14 @@ TEST(CsvRow, WritesEveryFormOfCell) {
             "raw,\"quoted\",4294967295,0x001f,0.500,\"NA\",\"NA\",1,0,0,1,1,0,1,0,0,a,b,\"-7\"\n");
 }
 
+TEST(CsvRow, MayHaveNoCellOrAnEmptyOne) {
+  CsvRow none;
+  EXPECT_EQ(Written([&](std::ostream& os) { none.WriteTo(os); }), "\n");
+  CsvRow one;
+  one.Raw("");
+  EXPECT_EQ(Written([&](std::ostream& os) { one.WriteTo(os); }), "\n");
+}
+
 TEST(CsvRow, EndsInOneNewlineAndOneFlush) {
   FlushCounter buffer;
   std::ostream os(&buffer);
