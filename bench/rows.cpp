@@ -50,7 +50,7 @@ Ports ReadPorts() {
     std::string line = fabric.Line(n);
     const std::size_t size = line.size();
     line.resize(size + host::LineReader::kPadding);
-    auto& port = ports.emplace_back(std::make_unique<Port>());
+    const auto& port = ports.emplace_back(std::make_unique<Port>());
     reader.Read(std::string_view(line).substr(0, size), *port);
   }
   return ports;
@@ -111,7 +111,7 @@ class Memory : public std::streambuf {
 
  private:
   std::size_t size_ = 0;
-  char bytes_[kRoom];
+  char bytes_[kRoom] = {};
 };
 
 template <typename Record>

@@ -57,12 +57,11 @@ constexpr auto kHexPairs = DigitPairs<16>();
 constexpr std::size_t kPointAndDecimals = 4;
 constexpr std::array<char, 1000 * kPointAndDecimals> Thousandths() {
   std::array<char, 1000 * kPointAndDecimals> texts{};
-  for (std::size_t i = 0; i < 1000; ++i) {
-    char* const text = &texts[kPointAndDecimals * i];
-    text[0] = '.';
-    text[1] = static_cast<char>('0' + i / 100);
-    text[2] = static_cast<char>('0' + i / 10 % 10);
-    text[3] = static_cast<char>('0' + i % 10);
+  for (std::size_t i = 0, at = 0; i < 1000; ++i) {
+    texts[at++] = '.';
+    texts[at++] = static_cast<char>('0' + i / 100);
+    texts[at++] = static_cast<char>('0' + i / 10 % 10);
+    texts[at++] = static_cast<char>('0' + i % 10);
   }
   return texts;
 }
@@ -91,7 +90,7 @@ std::string_view FourFlags(const FourFlagsTable& table, std::uint32_t bits) {
 }
 
 // A run of missing cells.
-constexpr int kMissingRun = 16;
+constexpr std::size_t kMissingRun = 16;
 constexpr std::size_t kMissingCell = na_val.size() + 1;
 
 constexpr std::array<char, kMissingRun * kMissingCell> MissingCells() {
@@ -116,24 +115,28 @@ std::size_t CountDigits(Unsigned value) {
   return value >= 10 ? count + 1 : count;
 }
 
-// Writes `value` at `begin`; returns where it ends. Most numbers have one digit or two.
+// Writes `value`, below 100, at `begin`; returns where it ends.
 template <typename Unsigned>
-char* WriteDecimal(char* begin, Unsigned value) {
+char* WriteOneOrTwoDigits(char* begin, Unsigned value) {
   if (value < 10) {
     *begin = static_cast<char>('0' + value);
     return begin + 1;
   }
-  if (value < 100) {
-    std::memcpy(begin, &kDecimalPairs[2 * value], 2);
-    return begin + 2;
-  }
+  std::memcpy(begin, &kDecimalPairs[2 * value], 2);
+  return begin + 2;
+}
+
+// Writes `value` at `begin`; returns where it ends. Most numbers have one digit or two.
+template <typename Unsigned>
+char* WriteDecimal(char* begin, Unsigned value) {
+  if (value < 100) return WriteOneOrTwoDigits(begin, value);
   char* const end = begin + CountDigits(value);
   char* digit = end;
   for (; value >= 100; value /= 100) {
     digit -= 2;
     std::memcpy(digit, &kDecimalPairs[2 * (value % 100)], 2);
   }
-  WriteDecimal(begin, value);
+  WriteOneOrTwoDigits(begin, value);
   return end;
 }
 
@@ -278,9 +281,11 @@ TextBuffer& TextBuffer::AppendGeneral(double value) {
 }
 
 void CsvRow::Missing(int count) {
-  for (; count > kMissingRun; count -= kMissingRun) Missing(kMissingRun);
-  out_.Append(
-      std::string_view(kMissingCells.data(), static_cast<std::size_t>(count) * kMissingCell));
+  for (auto left = static_cast<std::size_t>(count); left > 0;) {
+    const std::size_t run = std::min(left, kMissingRun);
+    out_.Append(std::string_view(kMissingCells.data(), run * kMissingCell));
+    left -= run;
+  }
 }
 
 void CsvRow::FlagsUpwards(std::uint32_t bits, int first, int count) {
@@ -304,15 +309,15 @@ void CsvRow::WriteTo(std::ostream& os) {
 
 namespace {
 
-// What a stream's own output functions do with an exception of its buffer.
-void TakeException(std::ostream& os) {
-  const bool is_wanted = (os.exceptions() & std::ios_base::badbit) != 0;
+// What a stream's own output functions do behind an exception of its buffer. True when the caller
+// wants to see that exception.
+bool MarkBad(std::ostream& os) {
   try {
     os.setstate(std::ios_base::badbit);
   } catch (const std::ios_base::failure&) {
-    // The buffer's own exception tells more.
+    return true;  // the buffer's own exception tells more than this one
   }
-  if (is_wanted) throw;
+  return false;
 }
 
 }  // namespace
@@ -332,20 +337,18 @@ void ReportLines::Finish() {
 std::size_t ReportLines::WriteFast() {
   std::streambuf* const buffer = os_->rdbuf();
   const char* const text = out_.view().data();
-  std::size_t begin = 0;
   std::size_t i = 0;
   bool is_written = true;
   try {
-    for (; i < waiting_; ++i) {
+    for (std::size_t begin = 0; i < waiting_; begin = ends_[i], ++i) {
       const auto size = static_cast<std::streamsize>(ends_[i] - begin);
       is_written = false;
       if (buffer->sputn(text + begin, size) != size) break;
       is_written = true;
       if (buffer->pubsync() == -1) break;
-      begin = ends_[i];
     }
   } catch (...) {
-    TakeException(*os_);
+    if (MarkBad(*os_)) throw;
   }
   if (i == waiting_) return i;
   os_->setstate(std::ios_base::badbit);

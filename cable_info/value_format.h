@@ -500,7 +500,7 @@ class ReportLines {
   std::optional<std::ostream::sentry> sentry_;  // the stream is prepared once for all lines
   // Where the lines that wait to be written end. Bytes that were just put together from small
   // pieces are slow to read; a little later they are not.
-  std::array<std::size_t, 32> ends_;
+  std::array<std::size_t, 32> ends_{};
   std::size_t waiting_ = 0;
 };
 

@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh
 
-need g++ cmake ninja-build libcli11-dev libsimdjson-dev nlohmann-json3-dev libtbb-dev pkg-config dpkg-dev file
+need "${build_packages[@]}" pkg-config dpkg-dev file
 as_root=()
 [ "$(id -u)" -eq 0 ] || as_root=(sudo)
 

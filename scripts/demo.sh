@@ -4,7 +4,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh
 
-need g++ cmake ninja-build libcli11-dev libsimdjson-dev nlohmann-json3-dev libtbb-dev
+need "${build_packages[@]}"
 {
   cmake --preset release -DCABLE_INFO_BUILD_TESTS=OFF
   cmake --build --preset release --target cableinfo

@@ -1,12 +1,17 @@
 #!/usr/bin/env bash
-# Checks the layout of all sources with clang-format, and the sources themselves with clang-tidy.
+# Checks the layout of all sources with clang-format, and the sources themselves with cppcheck and
+# clang-tidy.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh
 
-need g++ cmake ninja-build libgtest-dev libcli11-dev libsimdjson-dev nlohmann-json3-dev libtbb-dev \
-  clang-format clang-tidy
+need "${build_packages[@]}" libgtest-dev libbenchmark-dev clang-format clang-tidy cppcheck
 git ls-files -z '*.h' '*.cpp' | xargs -0 clang-format --dry-run --Werror
+
+# Headers are read where sources include them.
+git ls-files '*.cpp' | cppcheck --file-list=- --quiet --error-exitcode=1 -j "$(nproc)" \
+  --language=c++ --std=c++20 --library=googletest -I . -I tests \
+  --enable=warning,style,performance,portability --suppressions-list=cppcheck-suppressions.txt
 
 cmake --preset debug -DCMAKE_EXPORT_COMPILE_COMMANDS=ON >/dev/null
 git ls-files -z 'cable_info/*.cpp' 'host/*.cpp' 'examples/*.cpp' |

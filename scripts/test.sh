@@ -6,7 +6,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh
 
 preset=${CABLE_INFO_PRESET:-release}
-need g++ cmake ninja-build libgtest-dev libcli11-dev libsimdjson-dev nlohmann-json3-dev libtbb-dev \
+need "${build_packages[@]}" libgtest-dev \
   python3 python3-jsonschema sqlite3 zsh
 case $preset in *clang*) need clang ;; esac
 cmake --preset "$preset" -DCABLE_INFO_BUILD_TESTS=ON

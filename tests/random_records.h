@@ -11,6 +11,7 @@
 
 #include "cable_info/cable_record.h"
 #include "cable_info/phy_cable_record.h"
+#include "cable_record_fields.h"
 
 namespace cable_info::test {
 
@@ -56,44 +57,10 @@ class RandomValues {
 inline CableRecord RandomCableRecord(unsigned seed) {
   RandomValues random(seed);
   CableRecord r;
-  for (std::uint8_t* byte : {&r.QueryStatus,
-                             &r.Identifier,
-                             &r.Connector,
-                             &r.SupportedSpeedMask,
-                             &r.TransmitterTechnologyCode,
-                             &r.LengthSmf,
-                             &r.LengthOm3,
-                             &r.LengthOm2,
-                             &r.LengthOm1,
-                             &r.LengthCopperOrActive,
-                             &r.OpaqueByte1,
-                             &r.NominalBitrate,
-                             &r.PowerClass,
-                             &r.CdrControl,
-                             &r.CdrPresence,
-                             &r.VendorModuleKind,
-                             &r.Attenuation[0],
-                             &r.Attenuation[1],
-                             &r.Attenuation[2],
-                             &r.Attenuation[3],
-                             &r.OpaqueByte2,
-                             &r.ExtSpecCompliance,
-                             &r.OpaqueByte3,
-                             &r.LatchedCdrLos,
-                             &r.LatchedAdaptiveEqFault,
-                             &r.LatchedCdrLol,
-                             &r.LatchedTemperatureAlarms,
-                             &r.LatchedVoltageAlarms,
-                             &r.TransmitterTechnologyRaw,
-                             &r.TxAdaptiveEqFreeze,
-                             &r.RxOutputDisableTxAdaptiveEq}) {
+  for (std::uint8_t* byte : ByteFields(r)) {
     *byte = random.Code<std::uint8_t>();
   }
-  for (std::uint16_t* word :
-       {&r.Temperature, &r.InputEq, &r.OutputAmp, &r.OutputEmp, &r.OpaqueWord1, &r.SupplyVoltage,
-        &r.RxPowerAlarms, &r.TxBiasAlarms, &r.TxPowerAlarms, &r.Lot, &r.TempHighAlarmThresh,
-        &r.TempHighWarnThresh, &r.TempLowAlarmThresh, &r.TempLowWarnThresh, &r.VoltHighAlarmThresh,
-        &r.VoltHighWarnThresh, &r.VoltLowAlarmThresh, &r.VoltLowWarnThresh}) {
+  for (std::uint16_t* word : WordFields(r)) {
     *word = random.Code<std::uint16_t>();
   }
   for (int lane = 0; lane < 4; ++lane) {
@@ -103,9 +70,7 @@ inline CableRecord RandomCableRecord(unsigned seed) {
   }
   r.RxPowerIsAverage = random.Code<std::uint8_t>() % 2 == 0;
   r.OpaqueDword1 = random.Code<std::uint32_t>();
-  for (std::string* text :
-       {&r.VendorName, &r.Oui, &r.PartNumber, &r.SerialNumber, &r.Revision, &r.LengthText,
-        &r.ExtraText, &r.FwVersionText, &r.DateCodeText, &r.PrtlLengthText}) {
+  for (std::string* text : TextFields(r)) {
     *text = random.Text();
   }
   return r;

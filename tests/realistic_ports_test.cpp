@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include "test_support.h"
@@ -12,9 +10,7 @@ namespace cable_info::test {
 namespace {
 
 std::string Expected(const std::string& file) {
-  std::ifstream in(std::string(CABLE_INFO_EXPECTED_DIR) + '/' + file, std::ios::binary);
-  EXPECT_TRUE(in.good()) << file;
-  return {std::istreambuf_iterator<char>(in), {}};
+  return FileText(std::string(CABLE_INFO_EXPECTED_DIR) + '/' + file);
 }
 
 class RealisticPortTest : public testing::TestWithParam<RealisticPort> {

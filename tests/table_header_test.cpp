@@ -4,6 +4,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "cable_info/combined_cable_info.h"
 #include "test_support.h"
@@ -220,6 +221,19 @@ TEST(TableHeader, GivesEveryColumnAMeaning) {
   for (std::size_t i = 0; i < kNames.size(); ++i) {
     EXPECT_EQ(kCsvColumns[i].name, kNames[i]);
     EXPECT_FALSE(kCsvColumns[i].meaning.empty()) << kNames[i];
+  }
+}
+
+TEST(TableHeader, MeansWhatPeopleAreTold) {
+  // What `cableinfo columns` must list: number, name and meaning, each at its place in the line.
+  const std::string listed = FileText(CABLE_INFO_EXPECTED_DIR "/../host/expected/columns.txt");
+  const std::vector<std::string> lines = Lines(listed);
+  ASSERT_EQ(lines.size(), kCsvColumns.size() + 1);
+  const std::size_t name = lines[0].find("Column");
+  const std::size_t meaning = lines[0].find("Meaning");
+  for (std::size_t i = 0; i < kCsvColumns.size(); ++i) {
+    EXPECT_TRUE(lines[i + 1].substr(name).starts_with(std::string(kCsvColumns[i].name) + ' '));
+    EXPECT_EQ(lines[i + 1].substr(meaning), kCsvColumns[i].meaning);
   }
 }
 

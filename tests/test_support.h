@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <fstream>
+#include <iterator>
 #include <locale>
 #include <sstream>
 #include <stdexcept>
@@ -44,6 +46,12 @@ inline const std::vector<std::string>& ColumnNames() {
     return Split(header, ',');
   }();
   return names;
+}
+
+inline std::string FileText(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) throw std::runtime_error("cannot be read: " + path);
+  return {std::istreambuf_iterator<char>(in), {}};
 }
 
 // What `write(stream)` writes into a fresh stream.

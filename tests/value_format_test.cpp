@@ -4,6 +4,7 @@
 
 #include <bit>
 #include <cfloat>
+#include <cinttypes>
 #include <clocale>
 #include <cmath>
 #include <cstdint>
@@ -310,6 +311,19 @@ TEST(TextBuffer, WritesThousandthsAsPrintfDoes) {
   for (const double value : DelicateDoubles()) ASSERT_EQ(Fixed3(value), PrintfFixed3(value));
 }
 
+TEST(TextBuffer, WritesNeighboursOfHalfThousandthsAsPrintfDoes) {
+  // Odd sixteenths end in half a thousandth; the doubles next to them lie beside it.
+  for (int sixteenths = 1; sixteenths < 20'000; sixteenths += 2) {
+    const double half = sixteenths / 16.0;
+    for (const double value : {std::nextafter(half, 0.0), half, std::nextafter(half, 1e9)}) {
+      ASSERT_EQ(Fixed3(value), PrintfFixed3(value));
+      ASSERT_EQ(Fixed3(-value), PrintfFixed3(-value));
+    }
+  }
+  EXPECT_EQ(Fixed3(0.0625), "0.062");
+  EXPECT_EQ(Fixed3(std::nextafter(0.0625, 1.0)), "0.063");
+}
+
 TEST(TextBuffer, WritesThousandthsOfAnyDoubleAsPrintfDoes) {
   std::mt19937_64 random(20240315);
   for (int i = 0; i < 1'000'000; ++i) {
@@ -354,6 +368,31 @@ TEST(TextBuffer, WritesIntegersOfAnySize) {
   }
 }
 
+TEST(TextBuffer, WritesIntegersOfAnyLengthAsPrintfDoes) {
+  std::vector<std::int64_t> values;
+  for (std::int64_t power = 1; power <= INT64_MAX / 10; power *= 10) {
+    for (const std::int64_t step : {-1, 0, 1}) {
+      for (std::int64_t digit = 1; digit < 10; ++digit) values.push_back(digit * power + step);
+    }
+  }
+  std::mt19937_64 random(20240317);
+  for (int i = 0; i < 50'000; ++i) {
+    values.push_back(static_cast<std::int64_t>(random() >> (random() % 64)));
+  }
+  for (const std::int64_t magnitude : values) {
+    for (const auto value :
+         {magnitude, static_cast<std::int64_t>(0 - static_cast<std::uint64_t>(magnitude))}) {
+      char expected[32];
+      std::snprintf(expected, sizeof(expected), "%" PRId64, value);
+      ASSERT_EQ(ToText([&](TextBuffer& out) { out.AppendDecimal(value); }), expected);
+    }
+    const auto word = static_cast<std::uint32_t>(magnitude);
+    char expected[32];
+    std::snprintf(expected, sizeof(expected), "%" PRIx32, word);
+    ASSERT_EQ(ToText([&](TextBuffer& out) { out.AppendHex(word, 1); }), expected);
+  }
+}
+
 TEST(TextBuffer, WritesHexadecimalOfAnySize) {
   for (int shift = 0; shift < 32; ++shift) {
     for (const std::uint32_t value : {1U << shift, (1U << shift) - 1, 0xFFFFFFFFU >> shift}) {
@@ -394,6 +433,27 @@ TEST(TextBuffer, GrowsAtEveryFillLevel) {
   }
 }
 
+// The address sanitizer sees where room is lacking.
+TEST(TextBuffer, HasRoomForTheLongestNumbersAtEveryFillLevel) {
+  const auto expect_behind = [](const std::string& text, const std::string& number, auto append) {
+    TextBuffer out;
+    out.Append(text);
+    append(out);
+    EXPECT_EQ(out.view(), text + number);
+  };
+  for (std::size_t size = 4000; size <= 4100; ++size) {
+    const std::string text(size, 'x');
+    expect_behind(text, "deadbeef", [](TextBuffer& out) { out.AppendHex(0xDEADBEEF, 8); });
+    expect_behind(text, "-9223372036854775808",
+                  [](TextBuffer& out) { out.AppendDecimal(INT64_MIN); });
+    expect_behind(text, "-4503599627370495.500",
+                  [](TextBuffer& out) { out.AppendFixed3(-4503599627370495.5); });
+    expect_behind(text, "-1.79769e+308", [](TextBuffer& out) { out.AppendGeneral(-DBL_MAX); });
+    expect_behind(text, PrintfFixed3(-DBL_MAX),
+                  [](TextBuffer& out) { out.AppendFixed3(-DBL_MAX); });
+  }
+}
+
 TEST(TextBuffer, TakesTextWithNuls) {
   const std::string text("a\0b", 3);
   TextBuffer out;
@@ -425,6 +485,14 @@ TEST(CsvRow, WritesEveryFormOfCell) {
   row.QuotedCell([](TextBuffer& out, int value) { out.AppendDecimal(value); }, -7);
   EXPECT_EQ(Written([&](std::ostream& os) { row.WriteTo(os); }),
             "raw,\"quoted\",4294967295,0x001f,0.500,\"NA\",\"NA\",1,0,0,1,1,0,1,0,0,a,b,\"-7\"\n");
+}
+
+TEST(CsvRow, MayHaveNoCellOrAnEmptyOne) {
+  CsvRow none;
+  EXPECT_EQ(Written([&](std::ostream& os) { none.WriteTo(os); }), "\n");
+  CsvRow one;
+  one.Raw("");
+  EXPECT_EQ(Written([&](std::ostream& os) { one.WriteTo(os); }), "\n");
 }
 
 TEST(CsvRow, EndsInOneNewlineAndOneFlush) {

@@ -9,6 +9,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "host/module_image.h"
@@ -251,7 +252,7 @@ inline Memory Blank(unsigned identifier, bool is_flat) {
 inline Memory SealedFlat(Memory memory) { return memory.Sum(Page::k00, 128, 221); }
 
 inline Memory Sealed(Memory memory) {
-  return SealedFlat(memory).Sum(Page::k01, 130, 254).Sum(Page::k02, 128, 254);
+  return SealedFlat(std::move(memory)).Sum(Page::k01, 130, 254).Sum(Page::k02, 128, 254);
 }
 
 /// A 400G optic with every field set.
@@ -292,7 +293,7 @@ inline Memory Copper() {
   memory.Text(kVendor, 16, "Copperworks").Text(kPartNumber, 16, "CW-O-1M5");
   memory.Text(kRevision, 2, "C").Text(kSerialNumber, 16, "CW0815");
   memory.Bytes(kAttenuation, {5, 6, 8, 12}).Byte(kApplications, 0xFF);
-  return SealedFlat(memory);
+  return SealedFlat(std::move(memory));
 }
 
 }  // namespace cmis
@@ -348,7 +349,7 @@ inline Memory SealedA0(Memory memory) {
   return memory.Sum(Page::kA0, 0, 62).Sum(Page::kA0, 64, 94);
 }
 
-inline Memory Sealed(Memory memory) { return SealedA0(memory).Sum(Page::kA2, 0, 94); }
+inline Memory Sealed(Memory memory) { return SealedA0(std::move(memory)).Sum(Page::kA2, 0, 94); }
 
 /// A 10G optic with internal calibration and every field set.
 inline Memory Optic() {

@@ -1,5 +1,7 @@
 // Dumps of module memories: whatever the bytes are, they are decoded or refused.
 
+#include "host/module_memory.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -9,7 +11,6 @@
 #include <utility>
 
 #include "cable_info/combined_cable_info.h"
-#include "host/module_memory.h"
 
 namespace {
 

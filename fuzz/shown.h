@@ -1,0 +1,61 @@
+#pragma once
+
+// What every target of records looks at: the row and the block of the text report.
+
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+#include "cable_info/combined_cable_info.h"
+#include "check.h"
+#include "test_support.h"
+
+namespace fuzz {
+
+constexpr std::size_t kCells = 174;
+constexpr std::size_t kLines = 78;
+
+template <typename Record>
+std::string RowOf(const Record& record) {
+  return cable_info::test::Written([&](std::ostream& os) { record.ToCSVStream(os); });
+}
+
+template <typename Record>
+std::string BlockOf(const Record& record) {
+  return cable_info::test::Written([&](std::ostream& os) { record.ToFileStream(os); });
+}
+
+// True when cells and lines can be counted although this text is among them.
+inline bool IsPlain(std::string_view text) {
+  return text.find_first_of(std::string_view(",\"\n\0", 4)) == std::string_view::npos;
+}
+
+inline std::string Quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
+
+// As C writes a value with three decimals.
+inline std::string Fixed3(double value) {
+  char text[400];
+  std::snprintf(text, sizeof(text), "%.3f", value);
+  return text;
+}
+
+// A block of plain texts, line by line in order: `Value(label)` is what stands behind the label of
+// the next line that has it.
+class Block {
+ public:
+  explicit Block(std::string_view text) : lines_(cable_info::test::Lines(text)) {}
+
+  std::size_t size() const { return lines_.size(); }
+
+  std::string Value(std::string_view label) const {
+    for (const std::string& line : lines_) {
+      if (line.starts_with(label)) return line.substr(label.size());
+    }
+    return "no line " + std::string(label);
+  }
+
+ private:
+  std::vector<std::string> lines_;
+};
+
+}  // namespace fuzz
