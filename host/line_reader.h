@@ -14,7 +14,7 @@ class LineReader {
  public:
   /// Bytes behind a line that may be read, though not relied upon; JSON parsers want some.
   static constexpr std::size_t kPadding = 64;
-  static constexpr std::size_t kLongestLine = 256U << 10;
+  static constexpr std::size_t kLongestLine = 128U << 10;
 
   /// Opens `path`, "-" for standard input. Throws `std::system_error`.
   explicit LineReader(const std::string& path);

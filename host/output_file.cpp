@@ -4,11 +4,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <csignal>
 #include <cstdlib>
-#include <cstring>
 #include <system_error>
 
 namespace host {
@@ -140,7 +140,7 @@ std::streamsize OutputFile::xsputn(const char* text, std::streamsize count) {
   const auto size = static_cast<std::size_t>(count);
   if (epptr() - pptr() < count && !Drain()) return 0;
   if (size > buffer_.size()) return WriteAll(text, size) ? count : 0;
-  std::memcpy(pptr(), text, size);
+  std::copy_n(text, size, pptr());
   pbump(static_cast<int>(count));
   return count;
 }

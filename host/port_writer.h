@@ -21,7 +21,7 @@ class PortWriter {
   /// What stands before the first port.
   virtual void Begin(std::ostream& /*os*/) const {}
   /// What stands between two ports.
-  virtual std::string_view Separator() const { return {}; }
+  virtual std::string_view Separator() const { return ""; }
   virtual void Write(std::ostream& os, Port& port) const = 0;
 };
 

@@ -1,6 +1,5 @@
 #include "host/run.h"
 
-#include <tbb/enumerable_thread_specific.h>
 #include <tbb/global_control.h>
 #include <tbb/parallel_pipeline.h>
 #include <tbb/task_arena.h>
@@ -46,25 +45,53 @@ unsigned Threads(const PortOptions& options) {
   return std::clamp(wanted, 1U, kMostJobs);
 }
 
-// Blocks that are used over and over.
-class BlockPool {
+// A block under way from stage to stage, with the reader that decodes it. That a stage sees what
+// the one before it did is the pipeline's own promise; here it is made in words that the thread
+// sanitizer knows.
+class Parcel {
  public:
-  Block* Take() {
-    const std::scoped_lock lock(mutex_);
-    if (free_.empty()) return blocks_.emplace_back(std::make_unique<Block>()).get();
-    Block* const block = free_.back();
-    free_.pop_back();
-    return block;
+  explicit Parcel(bool strict) : reader(strict) {}
+
+  void Receive() const { static_cast<void>(stages_.load(std::memory_order_acquire)); }
+  void Pass() { stages_.fetch_add(1, std::memory_order_release); }
+
+  Block block;
+  PortReader reader;
+
+ private:
+  std::atomic<unsigned> stages_ = 0;
+};
+
+// Parcels that are used over and over.
+class ParcelPool {
+ public:
+  explicit ParcelPool(bool strict) : strict_(strict) {}
+  ParcelPool(const ParcelPool&) = delete;
+  ParcelPool& operator=(const ParcelPool&) = delete;
+  ParcelPool(ParcelPool&&) = delete;
+  ParcelPool& operator=(ParcelPool&&) = delete;
+  ~ParcelPool() {
+    const std::scoped_lock lock(mutex_);  // behind all that came back
+    parcels_.clear();
   }
-  void Return(Block* block) {
+
+  Parcel* Take() {
     const std::scoped_lock lock(mutex_);
-    free_.push_back(block);
+    if (free_.empty()) return parcels_.emplace_back(std::make_unique<Parcel>(strict_)).get();
+    Parcel* const parcel = free_.back();
+    free_.pop_back();
+    return parcel;
+  }
+  void Return(Parcel* parcel) {
+    const std::scoped_lock lock(mutex_);
+    free_.push_back(parcel);
   }
 
  private:
+  bool strict_;
   std::mutex mutex_;
-  std::vector<std::unique_ptr<Block>> blocks_;
-  std::vector<Block*> free_;
+  std::vector<std::unique_ptr<Parcel>> parcels_;
+  std::vector<Parcel*> free_;
 };
 
 // One run over all inputs.
@@ -109,22 +136,31 @@ class Run {
 
   // One thread at a time reads, and one writes; all others decode.
   void DoTogether(unsigned threads) {
-    BlockPool pool;
-    tbb::enumerable_thread_specific<PortReader> readers(
-        [this] { return PortReader(options_.strict); });
-    const auto read = [&](tbb::flow_control& flow) -> Block* {
-      Block* const block = pool.Take();
-      if (!is_stopped_ && inputs_.Next(*block)) return block;
+    ParcelPool pool(options_.strict);
+    std::mutex reading;  // never waited for: only one thread at a time reads, and one writes
+    std::mutex writing;
+    const auto read = [&](tbb::flow_control& flow) -> Parcel* {
+      const std::scoped_lock lock(reading);
+      Parcel* const parcel = pool.Take();
+      if (!is_stopped_ && inputs_.Next(parcel->block)) {
+        parcel->Pass();
+        return parcel;
+      }
+      pool.Return(parcel);
       flow.stop();
       return nullptr;
     };
-    const auto decode = [&](Block* block) {
-      block->Decode(readers.local(), writer_, options_.strict);
-      return block;
+    const auto decode = [&](Parcel* parcel) {
+      parcel->Receive();
+      parcel->block.Decode(parcel->reader, writer_, options_.strict);
+      parcel->Pass();
+      return parcel;
     };
-    const auto write = [&](Block* block) {
-      Write(*block);
-      pool.Return(block);
+    const auto write = [&](Parcel* parcel) {
+      const std::scoped_lock lock(writing);
+      parcel->Receive();
+      Write(parcel->block);
+      pool.Return(parcel);
     };
     const tbb::global_control limit(tbb::global_control::max_allowed_parallelism, threads);
     tbb::task_arena arena(static_cast<int>(threads));
@@ -132,9 +168,9 @@ class Run {
       constexpr std::size_t kBlocksPerThread = 2;
       tbb::parallel_pipeline(
           kBlocksPerThread * threads,
-          tbb::make_filter<void, Block*>(tbb::filter_mode::serial_in_order, read) &
-              tbb::make_filter<Block*, Block*>(tbb::filter_mode::parallel, decode) &
-              tbb::make_filter<Block*, void>(tbb::filter_mode::serial_in_order, write));
+          tbb::make_filter<void, Parcel*>(tbb::filter_mode::serial_in_order, read) &
+              tbb::make_filter<Parcel*, Parcel*>(tbb::filter_mode::parallel, decode) &
+              tbb::make_filter<Parcel*, void>(tbb::filter_mode::serial_in_order, write));
     });
   }
 

@@ -6,7 +6,7 @@ import unittest
 from program import ProgramTest, run
 
 GOOD = {"port_num": 1, "cable": {"PartNumber": "GOOD"}}
-MAX_LINE = 256 << 10
+MAX_LINE = 128 << 10
 
 
 def numbers(result):

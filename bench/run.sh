@@ -1,0 +1,24 @@
+#!/usr/bin/env bash
+# Measures what rows, reports and whole tables cost, as ratios to the least that they could cost:
+# installs what is missing, builds, runs the benchmarks, and sends a generated fabric through
+# `cableinfo table`.
+#   bench/run.sh [PORTS]        # a million ports unless another number is given
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+. scripts/need.sh
+
+ports=${1:-1000000}
+need "${build_packages[@]}" libbenchmark-dev python3
+{
+  cmake --preset release -DCABLE_INFO_BUILD_TESTS=OFF -DCABLE_INFO_BUILD_BENCH=ON
+  cmake --build --preset release --target rows make_fabric parse_floor cableinfo
+} >&2
+build/release/bench/rows
+
+fabric=build/fabric-$ports.jsonl
+[ -s "$fabric" ] || {
+  build/release/bench/make_fabric "$ports" >"$fabric.part"
+  mv "$fabric.part" "$fabric"
+}
+printf '\n'
+python3 bench/table.py "$fabric"
