@@ -287,7 +287,7 @@ class TextBuffer {
 
   /// The text as it stands. Inlined, the copy of a literal is a move or two instead of a call.
   [[gnu::always_inline]] TextBuffer& Append(std::string_view text) {
-    text.copy(Room(text.size()), text.size());
+    std::char_traits<char>::copy(Room(text.size()), text.data(), text.size());
     end_ += text.size();
     return *this;
   }

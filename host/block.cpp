@@ -100,6 +100,7 @@ bool BlockReader::Next(Block& block) {
   while (lines_ || next_ < inputs_.size()) {
     const std::string& input = inputs_[lines_ ? next_ - 1 : next_];
     block.Restart(input == "-" ? "<stdin>" : input);
+    block.input_bytes = bytes_before_;
     try {
       if (!lines_) {
         ++next_;
