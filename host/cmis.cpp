@@ -26,26 +26,13 @@ struct Draft {
 };
 
 template <auto kMember>
-void ToModule(Draft& draft, const FieldValue& value) {
-  auto& member = draft.module.*kMember;
-  member = static_cast<std::remove_reference_t<decltype(member)>>(value.Number());
-}
-
+constexpr auto ToModule = SetNumberOf<Draft, &Draft::module, kMember>;
 template <auto kMember>
-void ToFlags(Draft& draft, const FieldValue& value) {
-  draft.flags.*kMember = static_cast<std::uint8_t>(value.Number());
-}
-
+constexpr auto ToText = SetTextOf<Draft, &Draft::module, kMember>;
 template <auto kMember>
-void ToDraft(Draft& draft, const FieldValue& value) {
-  auto& member = draft.*kMember;
-  member = static_cast<std::remove_reference_t<decltype(member)>>(value.Number());
-}
-
+constexpr auto ToFlags = SetNumberOf<Draft, &Draft::flags, kMember>;
 template <auto kMember>
-void ToText(Draft& draft, const FieldValue& value) {
-  StoreText(draft.module.*kMember, value.Text());
-}
+constexpr auto ToDraft = SetNumber<Draft, kMember>;
 
 template <auto kMember>
 void ToLanes(Draft& draft, const FieldValue& value) {

@@ -9,6 +9,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "cable_info/phy_cable_record.h"
 #include "host/module_image.h"
@@ -64,6 +65,36 @@ struct MapField {
   bool is_text = false;  ///< a text that is cut short is still one
 };
 
+/// \name What takes a field: a member of the target, or a member of a part of the target
+/// @{
+inline void StoreText(std::string& field, std::string_view text) { field = text; }
+
+/// A field of the register, which ends it with a NUL.
+template <std::size_t N>
+void StoreText(char (&field)[N], std::string_view text) {
+  text = text.substr(0, N - 1);
+  std::memset(field, 0, N);
+  text.copy(field, text.size());
+}
+
+template <typename Target, auto kMember>
+void SetNumber(Target& target, const FieldValue& value) {
+  auto& member = target.*kMember;
+  member = static_cast<std::remove_reference_t<decltype(member)>>(value.Number());
+}
+
+template <typename Target, auto kPart, auto kMember>
+void SetNumberOf(Target& target, const FieldValue& value) {
+  auto& part = target.*kPart;
+  SetNumber<std::remove_reference_t<decltype(part)>, kMember>(part, value);
+}
+
+template <typename Target, auto kPart, auto kMember>
+void SetTextOf(Target& target, const FieldValue& value) {
+  StoreText((target.*kPart).*kMember, value.Text());
+}
+/// @}
+
 /// The longest field of any map, in bytes.
 inline constexpr std::size_t kLongestField = 64;
 
@@ -100,14 +131,6 @@ inline constexpr std::uint16_t kNoTemperature = 0x8000;
 constexpr std::uint16_t Saturated(std::uint32_t number) {
   constexpr std::uint32_t kHighest = 0xFFFF;
   return static_cast<std::uint16_t>(std::min(number, kHighest));
-}
-
-/// Stores a text in a field of the register, which ends it with a NUL.
-template <std::size_t N>
-void StoreText(char (&field)[N], std::string_view text) {
-  text = text.substr(0, N - 1);
-  std::memset(field, 0, N);
-  text.copy(field, text.size());
 }
 
 /// What fills a `PhyCableRecord`: its module record, and its page of latched flags.

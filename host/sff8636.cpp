@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <utility>
 
 #include "cable_info/value_format.h"
 
@@ -21,7 +22,7 @@ constexpr std::uint8_t kUnread = 0xFF;
 
 // The record on its way, and the bytes that are a field only together with others.
 struct Draft {
-  CableRecord& record;
+  CableRecord record;
   std::uint8_t power_classes_1_to_4 = kUnread;
   std::uint8_t is_power_class_8 = 0;
   std::uint8_t power_classes_5_to_7 = 0;
@@ -31,20 +32,11 @@ struct Draft {
 };
 
 template <auto kMember>
-void ToRecord(Draft& draft, const FieldValue& value) {
-  auto& member = draft.record.*kMember;
-  member = static_cast<std::remove_reference_t<decltype(member)>>(value.Number());
-}
-
-template <std::uint8_t Draft::*kMember>
-void ToDraft(Draft& draft, const FieldValue& value) {
-  draft.*kMember = static_cast<std::uint8_t>(value.Number());
-}
-
-template <std::string CableRecord::*kMember>
-void ToText(Draft& draft, const FieldValue& value) {
-  draft.record.*kMember = value.Text();
-}
+constexpr auto ToRecord = SetNumberOf<Draft, &Draft::record, kMember>;
+template <auto kMember>
+constexpr auto ToText = SetTextOf<Draft, &Draft::record, kMember>;
+template <auto kMember>
+constexpr auto ToDraft = SetNumber<Draft, kMember>;
 
 void ToOui(Draft& draft, const FieldValue& value) {
   draft.record.Oui = cable_info::ToText(
@@ -208,38 +200,39 @@ std::string LengthText(const CableRecord& record) {
 }
 
 // A record that knows nothing, as far as it can say so.
-std::unique_ptr<CableRecord> UnknownCable() {
-  auto record = std::make_unique<CableRecord>();
+Draft UnknownCable(std::uint8_t identifier) {
+  Draft draft;
+  CableRecord& record = draft.record;
+  record.Identifier = identifier;
   for (std::string CableRecord::*text :
        {&CableRecord::VendorName, &CableRecord::Oui, &CableRecord::PartNumber,
         &CableRecord::SerialNumber, &CableRecord::Revision, &CableRecord::LengthText}) {
-    (*record).*text = kUnknown;
+    record.*text = kUnknown;
   }
-  record->DateCodeText = kUnknownDate;
-  record->TransmitterTechnologyCode = kUnknownTechnology;
+  record.DateCodeText = kUnknownDate;
+  record.TransmitterTechnologyCode = kUnknownTechnology;
   for (std::uint16_t CableRecord::*temperature :
        {&CableRecord::Temperature, &CableRecord::TempHighAlarmThresh,
         &CableRecord::TempHighWarnThresh, &CableRecord::TempLowAlarmThresh,
         &CableRecord::TempLowWarnThresh}) {
-    (*record).*temperature = kNoTemperature;
+    record.*temperature = kNoTemperature;
   }
-  return record;
+  return draft;
 }
 
 }  // namespace
 
 std::unique_ptr<CableRecord> CableFromSff8636(const ModuleImage& image, std::uint8_t identifier) {
-  std::unique_ptr<CableRecord> record = UnknownCable();
-  record->Identifier = identifier;
-  Draft draft = {*record};
+  Draft draft = UnknownCable(identifier);
   SetFields<Draft>(image, kMap, draft);
-  record->PowerClass = PowerClass(draft);
-  record->NominalBitrate = NominalBitrate(draft);
-  record->LengthText = LengthText(*record);
-  if (IsCopper(*record)) {  // optics keep wavelength and tolerance there
-    std::copy(std::begin(draft.attenuation), std::end(draft.attenuation), record->Attenuation);
+  CableRecord& record = draft.record;
+  record.PowerClass = PowerClass(draft);
+  record.NominalBitrate = NominalBitrate(draft);
+  record.LengthText = LengthText(record);
+  if (IsCopper(record)) {  // optics keep wavelength and tolerance there
+    std::copy(std::begin(draft.attenuation), std::end(draft.attenuation), record.Attenuation);
   }
-  return record;
+  return std::make_unique<CableRecord>(std::move(record));
 }
 
 std::span<const Checksum> Sff8636Checksums() { return kChecksums; }
