@@ -294,9 +294,9 @@ void AppendRow(CsvRow& row, const CableRecord& r) {
 // Text report, in line order
 // ---------------------------------------------------------------------------------------------
 
-void AppendPower(TextBuffer& out, float milliwatts) {
+void AppendLanePower(TextBuffer& out, float milliwatts) {
   const auto mw = static_cast<double>(milliwatts);
-  out.AppendFixed3(mw).Append(" mW, ").AppendFixed3(MilliwattsToDbm(mw)).Append(" dBm");
+  AppendPower(out, mw, MilliwattsToDbm(mw));
 }
 
 void AppendBias(TextBuffer& out, float milliamperes) {
@@ -363,9 +363,9 @@ void AppendSettingLines(ReportLines& lines, const CableRecord& r) {
 
 void AppendMonitorLines(ReportLines& lines, const CableRecord& r) {
   lines.Text("RX power type: ", RxPowerTypeName(r.RxPowerIsAverage));
-  AppendLaneLines(lines, "RX# Power: ", r.RxPower, AppendPower, "N/A N/A");
+  AppendLaneLines(lines, "RX# Power: ", r.RxPower, AppendLanePower, "N/A N/A");
   AppendLaneLines(lines, "TX# Bias: ", r.TxBias, AppendBias, "N/A mA");
-  AppendLaneLines(lines, "TX# Power: ", r.TxPower, AppendPower, "N/A N/A");
+  AppendLaneLines(lines, "TX# Power: ", r.TxPower, AppendLanePower, "N/A N/A");
 }
 
 void AppendFlagLines(ReportLines& lines, const CableRecord& r) {

@@ -545,9 +545,11 @@ void HexByte(TextBuffer& out, const PhyCableRecord& r, std::uint8_t ModuleRecord
 void PowerLine(TextBuffer& out, double raw, std::uint16_t unit_flag, bool csv) {
   const bool is_dbm = unit_flag == 0;
   const double mw = is_dbm ? DbmToMilliwatts(raw) : raw * kMilliwattsPerUnit;
-  out.AppendFixed3(mw);
-  if (csv) return;
-  out.Append(" mW, ").AppendFixed3(is_dbm ? raw : MilliwattsToDbm(mw)).Append(" dBm");
+  if (csv) {
+    out.AppendFixed3(mw);
+  } else {
+    AppendPower(out, mw, is_dbm ? raw : MilliwattsToDbm(mw));
+  }
 }
 
 std::string_view EmptyPowerLine(bool csv) { return csv ? na_val : "N/A N/A"; }

@@ -40,24 +40,35 @@ constexpr int kHighestTemperature = 125;
 
 constexpr std::uint32_t kMicrovoltsPerUnit = 100;
 
-// The digits of 00..99 and the hexadecimal ones of 00..ff, two characters each.
-template <std::size_t kBase>
-constexpr std::array<char, 2 * kBase * kBase> DigitPairs() {
-  std::array<char, 2 * kBase * kBase> pairs{};
-  for (std::size_t i = 0; i < kBase * kBase; ++i) {
-    pairs[2 * i] = "0123456789abcdef"[i / kBase];
-    pairs[2 * i + 1] = "0123456789abcdef"[i % kBase];
+// The digits of 00..ff, two characters each.
+constexpr std::array<char, 512> HexPairs() {
+  std::array<char, 512> pairs{};
+  for (std::size_t i = 0; i < 256; ++i) {
+    pairs[2 * i] = "0123456789abcdef"[i / 16];
+    pairs[2 * i + 1] = "0123456789abcdef"[i % 16];
   }
   return pairs;
 }
-constexpr auto kDecimalPairs = DigitPairs<10>();
-constexpr auto kHexPairs = DigitPairs<16>();
+constexpr auto kHexPairs = HexPairs();
+
+// Writes `value`, below 256, at `begin`; returns where it ends.
+char* WriteHexPair(char* begin, std::uint32_t value) {
+  std::memcpy(begin, &kHexPairs[2 * std::size_t{value}], 2);
+  return begin + 2;
+}
+
+// Numbers are written three digits at a time, so that how many digits one has is hardly ever a
+// matter of branches. Entry i begins at 4 i.
+constexpr std::size_t kThreeDigits = 3;
+constexpr std::size_t kEntrySize = 4;
+constexpr std::uint32_t kEntries = 1000;
+constexpr std::size_t kTableSize = kEntrySize * kEntries;
+using ThreeDigitTable = std::array<char, kTableSize>;
 
 // ".000" to ".999".
-constexpr std::size_t kPointAndDecimals = 4;
-constexpr std::array<char, 1000 * kPointAndDecimals> Thousandths() {
-  std::array<char, 1000 * kPointAndDecimals> texts{};
-  for (std::size_t i = 0, at = 0; i < 1000; ++i) {
+constexpr ThreeDigitTable Thousandths() {
+  ThreeDigitTable texts{};
+  for (std::size_t i = 0, at = 0; i < kEntries; ++i) {
     texts[at++] = '.';
     texts[at++] = static_cast<char>('0' + i / 100);
     texts[at++] = static_cast<char>('0' + i / 10 % 10);
@@ -66,6 +77,20 @@ constexpr std::array<char, 1000 * kPointAndDecimals> Thousandths() {
   return texts;
 }
 constexpr auto kThousandths = Thousandths();
+
+// "0" to "999", with how many digits they are in the fourth place.
+constexpr ThreeDigitTable ShortNumbers() {
+  ThreeDigitTable texts{};
+  for (std::size_t i = 0; i < kEntries; ++i) {
+    const std::size_t size = i < 10 ? 1 : i < 100 ? 2 : kThreeDigits;
+    for (std::size_t digit = 0; digit < size; ++digit) {
+      texts[kEntrySize * i + digit] = kThousandths[kEntrySize * (i + 1) - size + digit];
+    }
+    texts[kEntrySize * i + kThreeDigits] = static_cast<char>(size);
+  }
+  return texts;
+}
+constexpr auto kShortNumbers = ShortNumbers();
 
 // The cells of four flags, "0,1,1,0,", for each value that four bits can have.
 constexpr std::size_t kFourFlagsSize = 8;
@@ -90,7 +115,7 @@ std::string_view FourFlags(const FourFlagsTable& table, std::uint32_t bits) {
 }
 
 // A run of missing cells.
-constexpr std::size_t kMissingRun = 16;
+constexpr int kMissingRun = 16;
 constexpr std::size_t kMissingCell = na_val.size() + 1;
 
 constexpr std::array<char, kMissingRun * kMissingCell> MissingCells() {
@@ -103,49 +128,23 @@ constexpr std::array<char, kMissingRun * kMissingCell> MissingCells() {
 }
 constexpr auto kMissingCells = MissingCells();
 
-template <typename Unsigned>
-constexpr std::size_t kMaxDecimalDigits = std::numeric_limits<Unsigned>::digits10 + 1;
-
-template <typename Unsigned>
-std::size_t CountDigits(Unsigned value) {
-  std::size_t count = 1;
-  for (; value >= 10000; value /= 10000) count += 4;
-  if (value >= 1000) return count + 3;
-  if (value >= 100) return count + 2;
-  return value >= 10 ? count + 1 : count;
+// Writes `value`, below 1000, at `to`, where an entry must have room; returns where it ends.
+char* WriteShortNumber(char* to, std::uint32_t value) {
+  const char* const entry = &kShortNumbers[kEntrySize * value];
+  std::memcpy(to, entry, kEntrySize);
+  return to + entry[kThreeDigits];
 }
 
-// Writes `value`, below 100, at `begin`; returns where it ends.
-template <typename Unsigned>
-char* WriteOneOrTwoDigits(char* begin, Unsigned value) {
-  if (value < 10) {
-    *begin = static_cast<char>('0' + value);
-    return begin + 1;
-  }
-  std::memcpy(begin, &kDecimalPairs[2 * value], 2);
-  return begin + 2;
+// Writes all three digits of `value`, below 1000, at `to`; returns where they end.
+char* WriteThreeDigits(char* to, std::size_t value) {
+  std::memcpy(to, &kThousandths[kEntrySize * value + 1], kThreeDigits);
+  return to + kThreeDigits;
 }
 
-// Writes `value` at `begin`; returns where it ends. Most numbers have one digit or two.
-template <typename Unsigned>
-char* WriteDecimal(char* begin, Unsigned value) {
-  if (value < 100) return WriteOneOrTwoDigits(begin, value);
-  char* const end = begin + CountDigits(value);
-  char* digit = end;
-  for (; value >= 100; value /= 100) {
-    digit -= 2;
-    std::memcpy(digit, &kDecimalPairs[2 * (value % 100)], 2);
-  }
-  WriteOneOrTwoDigits(begin, value);
-  return end;
-}
-
-// Writes a number of thousandths at `begin`; returns where it ends.
-template <typename Unsigned>
-char* WriteThousandths(char* begin, Unsigned thousandths) {
-  char* const end = WriteDecimal(begin, thousandths / 1000);
-  std::memcpy(end, &kThousandths[kPointAndDecimals * (thousandths % 1000)], kPointAndDecimals);
-  return end + kPointAndDecimals;
+// Writes a point and three digits of `thousandths`, below 1000, at `to`; returns where they end.
+char* WriteThousandths(char* to, std::size_t thousandths) {
+  std::memcpy(to, &kThousandths[kEntrySize * thousandths], kEntrySize);
+  return to + kEntrySize;
 }
 
 // |value| * 1000, rounded half to even as `printf` rounds; false for magnitudes of 2^52 and more,
@@ -169,6 +168,17 @@ bool ExactThousandths(double value, std::uint64_t& thousandths) {
   // A little less than half carries what lies above half; the whole half, ties of odd numbers.
   thousandths = (product + half - 1 + is_odd) >> shift;
   return true;
+}
+
+// `WriteFixed3` of a thousand and more, infinities and NaN.
+[[gnu::noinline]] char* WriteLongFixed3(char* to, double value) {
+  std::uint64_t thousandths = 0;
+  if (!ExactThousandths(value, thousandths)) {
+    return std::to_chars(to, to + kFixed3Room, value, std::chars_format::fixed, 3).ptr;
+  }
+  *to = '-';
+  char* const digits = to + (std::signbit(value) ? 1 : 0);
+  return WriteThousandths(WriteDecimal(digits, thousandths / kEntries), thousandths % kEntries);
 }
 
 // Scans as the conversions of C's scanf do: each step fails at the end of the text or at a
@@ -205,6 +215,46 @@ class Scanner {
 }  // namespace
 
 // ---------------------------------------------------------------------------------------------
+// Numbers, written into room that is known to suffice
+// ---------------------------------------------------------------------------------------------
+
+char* WriteDecimal(char* to, std::uint64_t value) {
+  if (value < kEntries) return WriteShortNumber(to, static_cast<std::uint32_t>(value));
+  return WriteThreeDigits(WriteDecimal(to, value / kEntries), value % kEntries);
+}
+
+char* WriteDecimal(char* to, std::uint32_t value) {
+  if (value < kEntries) return WriteShortNumber(to, value);
+  if (value >= kEntries * kEntries) return WriteDecimal(to, std::uint64_t{value});
+  return WriteThreeDigits(WriteShortNumber(to, value / kEntries), value % kEntries);
+}
+
+char* WriteHex(char* to, std::uint32_t value, int width) {
+  if (width == 2 && value < 0x100) return WriteHexPair(to, value);
+  int digits = width > 1 ? width : 1;
+  while (digits < kMostHexDigits && value >> (4 * digits) != 0) ++digits;
+  char* const end = to + digits;
+  char* digit = end;
+  for (; digit - to >= 2; value >>= 8) {
+    digit -= 2;
+    WriteHexPair(digit, value & 0xFF);
+  }
+  if (digit != to) *to = kHexPairs[2 * std::size_t{value & 0xF} + 1];
+  return end;
+}
+
+char* WriteFixed3(char* to, double value) {
+  std::uint64_t thousandths = 0;
+  if (!ExactThousandths(value, thousandths) || thousandths >= kEntries * kEntries) {
+    return WriteLongFixed3(to, value);
+  }
+  *to = '-';
+  char* const digits = to + (std::signbit(value) ? 1 : 0);
+  const auto narrow = static_cast<std::uint32_t>(thousandths);
+  return WriteThousandths(WriteShortNumber(digits, narrow / kEntries), narrow % kEntries);
+}
+
+// ---------------------------------------------------------------------------------------------
 // TextBuffer and CsvRow
 // ---------------------------------------------------------------------------------------------
 
@@ -220,55 +270,11 @@ void TextBuffer::Grow(std::size_t count) {
   limit_ = begin_ + capacity;
 }
 
-TextBuffer& TextBuffer::AppendDecimal(std::uint32_t value) {
-  return EndAt(WriteDecimal(Room(kMaxDecimalDigits<std::uint32_t>), value));
-}
-
 TextBuffer& TextBuffer::AppendDecimal(std::int64_t value) {
-  if (value >= 0) {
-    return EndAt(
-        WriteDecimal(Room(kMaxDecimalDigits<std::uint64_t>), static_cast<std::uint64_t>(value)));
-  }
-  char* const begin = Room(1 + kMaxDecimalDigits<std::uint64_t>);
-  *begin = '-';
-  return EndAt(WriteDecimal(begin + 1, 0 - static_cast<std::uint64_t>(value)));
-}
-
-TextBuffer& TextBuffer::AppendHex(std::uint32_t value, int width) {
-  if (width == 2 && value < 256) {
-    std::memcpy(Room(2), &kHexPairs[2 * std::size_t{value}], 2);
-    return EndAt(end_ + 2);
-  }
-  int digits = width > 1 ? width : 1;
-  while (digits < 8 && value >> (4 * digits) != 0) ++digits;
-  char* const begin = Room(static_cast<std::size_t>(digits));
-  char* const end = begin + digits;
-  char* digit = end;
-  for (; digit - begin >= 2; value >>= 8) {
-    digit -= 2;
-    std::memcpy(digit, &kHexPairs[2 * std::size_t{value & 0xFF}], 2);
-  }
-  if (digit != begin) *begin = kHexPairs[2 * std::size_t{value & 0xF} + 1];
-  return EndAt(end);
-}
-
-TextBuffer& TextBuffer::AppendFixed3(double value) {
-  std::uint64_t thousandths = 0;
-  if (!ExactThousandths(value, thousandths)) return AppendLongFixed3(value);
-  char* const begin = Room(1 + kMaxDecimalDigits<std::uint64_t> + kPointAndDecimals);
-  *begin = '-';
-  char* const digits = begin + (std::signbit(value) ? 1 : 0);
-  const auto narrow = static_cast<std::uint32_t>(thousandths);  // nearly always all of it
-  return EndAt(narrow == thousandths ? WriteThousandths(digits, narrow)
-                                     : WriteThousandths(digits, thousandths));
-}
-
-TextBuffer& TextBuffer::AppendLongFixed3(double value) {
-  constexpr std::size_t kLongest =
-      1 + std::numeric_limits<double>::max_exponent10 + 1 + kPointAndDecimals;
-  char* const begin = Room(kLongest);
-  const auto result = std::to_chars(begin, begin + kLongest, value, std::chars_format::fixed, 3);
-  return EndAt(result.ptr);
+  const auto bits = static_cast<std::uint64_t>(value);
+  if (value < 0) Append('-');
+  end_ = WriteDecimal(Room(kDecimalRoom), value < 0 ? 0 - bits : bits);
+  return *this;
 }
 
 TextBuffer& TextBuffer::AppendGeneral(double value) {
@@ -277,15 +283,13 @@ TextBuffer& TextBuffer::AppendGeneral(double value) {
   char* const begin = Room(kLongest);
   const auto result =
       std::to_chars(begin, begin + kLongest, value, std::chars_format::general, kPrecision);
-  return EndAt(result.ptr);
+  end_ = result.ptr;
+  return *this;
 }
 
 void CsvRow::Missing(int count) {
-  for (auto left = static_cast<std::size_t>(count); left > 0;) {
-    const std::size_t run = std::min(left, kMissingRun);
-    out_.Append(std::string_view(kMissingCells.data(), run * kMissingCell));
-    left -= run;
-  }
+  for (; count > kMissingRun; count -= kMissingRun) out_.AppendPart(kMissingCells);
+  out_.AppendPart(kMissingCells, static_cast<std::size_t>(count) * kMissingCell);
 }
 
 void CsvRow::FlagsUpwards(std::uint32_t bits, int first, int count) {
@@ -323,6 +327,10 @@ bool MarkBad(std::ostream& os) {
 }  // namespace
 
 void ReportLines::Finish() {
+  if (os_ == nullptr) {
+    waiting_ = 0;
+    return;
+  }
   std::size_t i = os_->good() ? WriteFast() : 0;
   for (std::size_t begin = i == 0 ? 0 : ends_[i - 1]; i < waiting_; begin = ends_[i], ++i) {
     os_->write(out_.view().data() + begin, static_cast<std::streamsize>(ends_[i] - begin));
@@ -337,23 +345,24 @@ void ReportLines::Finish() {
 std::size_t ReportLines::WriteFast() {
   std::streambuf* const buffer = os_->rdbuf();
   const char* const text = out_.view().data();
-  std::size_t i = 0;
-  bool is_written = true;
+  const char* begin = text;  // of what is not written yet
+  const std::size_t* end = ends_.data();
+  const std::size_t* const last = end + waiting_;
   try {
-    for (std::size_t begin = 0; i < waiting_; begin = ends_[i], ++i) {
-      const auto size = static_cast<std::streamsize>(ends_[i] - begin);
-      is_written = false;
-      if (buffer->sputn(text + begin, size) != size) break;
-      is_written = true;
+    for (; end != last; ++end) {
+      const std::streamsize size = text + *end - begin;
+      if (buffer->sputn(begin, size) != size) break;
+      begin += size;
       if (buffer->pubsync() == -1) break;
     }
   } catch (...) {
     if (MarkBad(*os_)) throw;
   }
-  if (i == waiting_) return i;
+  const auto written = static_cast<std::size_t>(end - ends_.data());
+  if (end == last) return written;
   os_->setstate(std::ios_base::badbit);
-  if (!is_written) os_->flush();
-  return i + 1;
+  if (begin != text + *end) os_->flush();
+  return written + 1;
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -478,6 +487,15 @@ void AppendTemperature(TextBuffer& out, std::uint8_t technology, std::int8_t tem
 
 void AppendVoltage(TextBuffer& out, std::uint16_t raw) {
   out.AppendDecimal(raw * kMicrovoltsPerUnit).Append("uV");
+}
+
+void AppendPower(TextBuffer& out, double milliwatts, double dbm) {
+  constexpr std::string_view kMilliwatts = " mW, ";
+  constexpr std::string_view kDbm = " dBm";
+  out.AppendWithin(2 * kFixed3Room + kMilliwatts.size() + kDbm.size(), [=](char* to) {
+    to = WriteText(WriteFixed3(to, milliwatts), kMilliwatts);
+    return WriteText(WriteFixed3(to, dbm), kDbm);
+  });
 }
 
 void AppendCableInfoVSStatus(TextBuffer& out, std::uint8_t status) {

@@ -266,6 +266,48 @@ std::string_view ArrayText(const char (&array)[N]) {
 // Writing many texts without allocating
 // ---------------------------------------------------------------------------------------------
 
+/// \name Numbers, written into room that is known to suffice
+/// Each writes at `to`, where as many characters as its room tells must be free, and returns where
+/// its text ends. What lies behind that within the room may change, too.
+/// @{
+
+/// The room of a decimal: the longest has 20 digits.
+inline constexpr std::size_t kDecimalRoom = 20;
+/// All digits.
+char* WriteDecimal(char* to, std::uint32_t value);
+/// All digits.
+char* WriteDecimal(char* to, std::uint64_t value);
+
+/// The most digits that a hexadecimal has of itself.
+inline constexpr int kMostHexDigits = 8;
+/// The room of a hexadecimal of at least `width` digits.
+constexpr std::size_t HexRoom(int width) {
+  return static_cast<std::size_t>(width > kMostHexDigits ? width : kMostHexDigits);
+}
+/// Lower-case hexadecimal, filled with "0" to at least `width` digits.
+char* WriteHex(char* to, std::uint32_t value, int width);
+
+/// The room of the same behind "0x".
+constexpr std::size_t PrefixedHexRoom(int width) { return 2 + HexRoom(width); }
+/// The same behind "0x".
+inline char* WritePrefixedHex(char* to, std::uint32_t value, int width) {
+  *to = '0';
+  *(to + 1) = 'x';
+  return WriteHex(to + 2, value, width);
+}
+
+/// The room of a number with three decimals: the longest has a sign and 309 digits before them.
+inline constexpr std::size_t kFixed3Room = 314;
+/// As `printf` writes "%.3f" in the C locale.
+char* WriteFixed3(char* to, double value);
+/// @}
+
+/// Writes `text` at `to`, where there must be room for it; returns where it ends.
+[[gnu::always_inline]] inline char* WriteText(char* to, std::string_view text) {
+  std::char_traits<char>::copy(to, text.data(), text.size());
+  return to + text.size();
+}
+
 /// Collects text. Rows and reports of usual size stay in the object itself; only longer ones move
 /// to the heap. Not copyable; one thread at a time.
 class TextBuffer {
@@ -278,17 +320,34 @@ class TextBuffer {
   TextBuffer& operator=(TextBuffer&&) = delete;
   ~TextBuffer() = default;
 
+  /// What `write(to)` writes at `to`, where `room` characters are free, up to what it returns.
+  template <typename Write>
+  TextBuffer& AppendWithin(std::size_t room, Write&& write) {
+    end_ = write(Room(room));
+    return *this;
+  }
+
   /// One character.
   TextBuffer& Append(char c) {
-    *Room(1) = c;
-    ++end_;
+    char* const to = Room(1);
+    *to = c;
+    end_ = to + 1;
     return *this;
   }
 
   /// The text as it stands. Inlined, the copy of a literal is a move or two instead of a call.
   [[gnu::always_inline]] TextBuffer& Append(std::string_view text) {
-    std::char_traits<char>::copy(Room(text.size()), text.data(), text.size());
-    end_ += text.size();
+    end_ = WriteText(Room(text.size()), text);
+    return *this;
+  }
+
+  /// The first `size` characters of `text`. All of it is copied, for a copy of known size is a few
+  /// moves.
+  template <std::size_t N>
+  TextBuffer& AppendPart(const std::array<char, N>& text, std::size_t size = N) {
+    char* const to = Room(N);
+    std::char_traits<char>::copy(to, text.data(), N);
+    end_ = to + size;
     return *this;
   }
 
@@ -296,7 +355,10 @@ class TextBuffer {
   TextBuffer& AppendQuoted(std::string_view text) { return Append('"').Append(text).Append('"'); }
 
   /// All digits.
-  TextBuffer& AppendDecimal(std::uint32_t value);
+  TextBuffer& AppendDecimal(std::uint32_t value) {
+    end_ = WriteDecimal(Room(kDecimalRoom), value);
+    return *this;
+  }
   /// All digits, behind "-" when `value` is negative.
   TextBuffer& AppendDecimal(std::int64_t value);
   /// All digits, behind "-" when `value` is negative.
@@ -306,15 +368,22 @@ class TextBuffer {
   }
 
   /// Lower-case hexadecimal, filled with "0" to at least `width` digits.
-  TextBuffer& AppendHex(std::uint32_t value, int width);
+  TextBuffer& AppendHex(std::uint32_t value, int width) {
+    end_ = WriteHex(Room(HexRoom(width)), value, width);
+    return *this;
+  }
 
   /// The same behind "0x".
   TextBuffer& AppendPrefixedHex(std::uint32_t value, int width) {
-    return Append("0x").AppendHex(value, width);
+    end_ = WritePrefixedHex(Room(PrefixedHexRoom(width)), value, width);
+    return *this;
   }
 
   /// As `printf` writes "%.3f" in the C locale.
-  TextBuffer& AppendFixed3(double value);
+  TextBuffer& AppendFixed3(double value) {
+    end_ = WriteFixed3(Room(kFixed3Room), value);
+    return *this;
+  }
 
   /// As `printf` writes "%g" in the C locale.
   TextBuffer& AppendGeneral(double value);
@@ -339,13 +408,6 @@ class TextBuffer {
     return end_;
   }
   [[gnu::cold, gnu::noinline]] void Grow(std::size_t count);
-  /// Counts in what was written from the last `Room` up to `end`.
-  TextBuffer& EndAt(char* end) {
-    end_ = end;
-    return *this;
-  }
-  /// `AppendFixed3` for magnitudes of 2^52 and more, infinities and NaN.
-  [[gnu::cold, gnu::noinline]] TextBuffer& AppendLongFixed3(double value);
 
   char* begin_;
   char* end_;
@@ -388,6 +450,8 @@ void AppendTemperature(TextBuffer& out, std::uint8_t technology, std::int8_t tem
                        std::string_view fallback);
 /// What `VoltageToStr` returns.
 void AppendVoltage(TextBuffer& out, std::uint16_t raw);
+/// A power in both of its units, "... mW, ... dBm", with three decimals.
+void AppendPower(TextBuffer& out, double milliwatts, double dbm);
 /// What `ConvertCableInfoVSStatusToStr` returns.
 void AppendCableInfoVSStatus(TextBuffer& out, std::uint8_t status);
 /// @}
@@ -397,15 +461,31 @@ void AppendCableInfoVSStatus(TextBuffer& out, std::uint8_t status);
 class CsvRow {
  public:
   /// The text as it stands.
-  void Raw(std::string_view text) { out_.Append(text).Append(','); }
+  void Raw(std::string_view text) {
+    out_.AppendWithin(text.size() + 1, [&](char* to) { return EndCell(WriteText(to, text)); });
+  }
   /// The text between double quotes; nothing inside is escaped.
-  void Quoted(std::string_view text) { out_.AppendQuoted(text).Append(','); }
+  void Quoted(std::string_view text) {
+    out_.AppendWithin(text.size() + 3, [&](char* to) {
+      *to = '"';
+      char* const end = WriteText(to + 1, text);
+      *end = '"';
+      return EndCell(end + 1);
+    });
+  }
   /// All digits.
-  void Decimal(std::uint32_t value) { out_.AppendDecimal(value).Append(','); }
+  void Decimal(std::uint32_t value) {
+    out_.AppendWithin(kDecimalRoom + 1, [=](char* to) { return EndCell(WriteDecimal(to, value)); });
+  }
   /// "0x" and at least `width` digits.
-  void Hex(std::uint32_t value, int width) { out_.AppendPrefixedHex(value, width).Append(','); }
+  void Hex(std::uint32_t value, int width) {
+    out_.AppendWithin(PrefixedHexRoom(width) + 1,
+                      [=](char* to) { return EndCell(WritePrefixedHex(to, value, width)); });
+  }
   /// Three digits after the point.
-  void Fixed3(double value) { out_.AppendFixed3(value).Append(','); }
+  void Fixed3(double value) {
+    out_.AppendWithin(kFixed3Room + 1, [=](char* to) { return EndCell(WriteFixed3(to, value)); });
+  }
   /// `count` missing values.
   void Missing(int count = 1);
   /// "1" or "0".
@@ -433,6 +513,11 @@ class CsvRow {
   void WriteTo(std::ostream& os);
 
  private:
+  static char* EndCell(char* end) {
+    *end = ',';
+    return end + 1;
+  }
+
   TextBuffer out_;
 };
 
@@ -489,7 +574,6 @@ class ReportLines {
  private:
   void EndLine() {
     out_.Append('\n');
-    if (os_ == nullptr) return;
     ends_[waiting_++] = out_.size();
     if (waiting_ == ends_.size()) Finish();
   }
@@ -500,7 +584,7 @@ class ReportLines {
   std::optional<std::ostream::sentry> sentry_;  // the stream is prepared once for all lines
   // Where the lines that wait to be written end. Bytes that were just put together from small
   // pieces are slow to read; a little later they are not.
-  std::array<std::size_t, 32> ends_{};
+  std::array<std::size_t, 16> ends_{};
   std::size_t waiting_ = 0;
 };
 
