@@ -62,7 +62,9 @@ constexpr int kNoSmfUnit = -1;
 
 constexpr double kMilliwattsPerUnit = 0.0001;
 constexpr double kBiasUnitsPerMilliampere = 500.0;
-constexpr double kMaxPowerWattsPerUnit = 0.25;
+
+// The maximum power comes in quarters of a watt: what stands behind the whole ones.
+constexpr std::array<std::string_view, 4> kQuarters = {"", ".25", ".5", ".75"};
 
 // The register's layout. Whoever fills the record by copying the register relies on it.
 static_assert(std::is_standard_layout_v<ModuleRecord>);
@@ -306,7 +308,9 @@ void MaxPower(TextBuffer& out, const ModuleRecord& m, std::string_view na) {
     out.Append(na);
     return;
   }
-  out.AppendGeneral(m.max_power * kMaxPowerWattsPerUnit).Append(" W");
+  constexpr std::uint32_t kQuartersPerWatt = kQuarters.size();
+  out.AppendDecimal(m.max_power / kQuartersPerWatt);
+  out.Append(kQuarters[m.max_power % kQuartersPerWatt]).Append(" W");
 }
 
 void IBComplianceCode(TextBuffer& out, const ModuleRecord& m, std::string_view na) {
