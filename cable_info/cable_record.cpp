@@ -294,15 +294,6 @@ void AppendRow(CsvRow& row, const CableRecord& r) {
 // Text report, in line order
 // ---------------------------------------------------------------------------------------------
 
-void AppendLanePower(TextBuffer& out, float milliwatts) {
-  const auto mw = static_cast<double>(milliwatts);
-  AppendPower(out, mw, MilliwattsToDbm(mw));
-}
-
-void AppendBias(TextBuffer& out, float milliamperes) {
-  out.AppendFixed3(static_cast<double>(milliamperes)).Append(" mA");
-}
-
 void AppendIdentifier(TextBuffer& out, const CableRecord& r) {
   out.Append(IdentifierName(r.Identifier))
       .Append(" (")
@@ -322,17 +313,24 @@ void AppendDateCodeUpToNul(TextBuffer& out, const CableRecord& r) {
   out.Truncate(begin + UpToNul(out.view().substr(begin)).size());
 }
 
-// Lanes 1..4, then the fixed lines of the four lanes that the pages lack.
-template <typename AppendValue>
-void AppendLaneLines(ReportLines& lines, std::string_view label, const float (&values)[kLanes],
-                     AppendValue append, std::string_view missing) {
+// The four lanes that the pages lack.
+void AppendMissingLanes(ReportLines& lines, std::string_view label, std::string_view missing) {
+  for (int lane = kLanes + 1; lane <= 2 * kLanes; ++lane) lines.LaneText(label, lane, missing);
+}
+
+void AppendPowerLines(ReportLines& lines, std::string_view label, const float (&powers)[kLanes]) {
   for (int lane = 1; lane <= kLanes; ++lane) {
-    lines.LaneLine(label, lane, append, values[lane - 1]);
+    const auto mw = static_cast<double>(powers[lane - 1]);
+    lines.LanePower(label, lane, mw, MilliwattsToDbm(mw));
   }
-  const auto append_missing = [&](TextBuffer& out) { out.Append(missing); };
-  for (int lane = kLanes + 1; lane <= 2 * kLanes; ++lane) {
-    lines.LaneLine(label, lane, append_missing);
+  AppendMissingLanes(lines, label, "N/A N/A");
+}
+
+void AppendBiasLines(ReportLines& lines, std::string_view label, const float (&biases)[kLanes]) {
+  for (int lane = 1; lane <= kLanes; ++lane) {
+    lines.LaneBias(label, lane, static_cast<double>(biases[lane - 1]));
   }
+  AppendMissingLanes(lines, label, "N/A mA");
 }
 
 void AppendIdentityLines(ReportLines& lines, const CableRecord& r) {
@@ -363,9 +361,9 @@ void AppendSettingLines(ReportLines& lines, const CableRecord& r) {
 
 void AppendMonitorLines(ReportLines& lines, const CableRecord& r) {
   lines.Text("RX power type: ", RxPowerTypeName(r.RxPowerIsAverage));
-  AppendLaneLines(lines, "RX# Power: ", r.RxPower, AppendLanePower, "N/A N/A");
-  AppendLaneLines(lines, "TX# Bias: ", r.TxBias, AppendBias, "N/A mA");
-  AppendLaneLines(lines, "TX# Power: ", r.TxPower, AppendLanePower, "N/A N/A");
+  AppendPowerLines(lines, "RX# Power: ", r.RxPower);
+  AppendBiasLines(lines, "TX# Bias: ", r.TxBias);
+  AppendPowerLines(lines, "TX# Power: ", r.TxPower);
 }
 
 void AppendFlagLines(ReportLines& lines, const CableRecord& r) {

@@ -60,6 +60,7 @@ constexpr int kSmfKilometres = 0;
 constexpr int kSmfTenthsOfKilometre = 1;
 constexpr int kNoSmfUnit = -1;
 
+constexpr std::uint16_t kDbmUnit = 0;  // of the power unit flag; all others stand for milliwatts
 constexpr double kMilliwattsPerUnit = 0.0001;
 constexpr double kBiasUnitsPerMilliampere = 500.0;
 
@@ -546,14 +547,25 @@ void HexByte(TextBuffer& out, const PhyCableRecord& r, std::uint8_t ModuleRecord
            [&](TextBuffer& o, const ModuleRecord& m) { o.AppendPrefixedHex(m.*field, 2); });
 }
 
+double Milliwatts(double raw, std::uint16_t unit_flag) {
+  return unit_flag == kDbmUnit ? DbmToMilliwatts(raw) : raw * kMilliwattsPerUnit;
+}
+
+// The decibels beside `mw`, which is what `Milliwatts` returns.
+double Dbm(double raw, std::uint16_t unit_flag, double mw) {
+  return unit_flag == kDbmUnit ? raw : MilliwattsToDbm(mw);
+}
+
+double Milliamperes(double raw) { return raw / kBiasUnitsPerMilliampere; }
+
 void PowerLine(TextBuffer& out, double raw, std::uint16_t unit_flag, bool csv) {
-  const bool is_dbm = unit_flag == 0;
-  const double mw = is_dbm ? DbmToMilliwatts(raw) : raw * kMilliwattsPerUnit;
+  const double mw = Milliwatts(raw, unit_flag);
   if (csv) {
     out.AppendFixed3(mw);
-  } else {
-    AppendPower(out, mw, is_dbm ? raw : MilliwattsToDbm(mw));
+    return;
   }
+  const double dbm = Dbm(raw, unit_flag, mw);
+  out.AppendWithin(kPowerRoom, [=](char* to) { return WritePower(to, mw, dbm); });
 }
 
 std::string_view EmptyPowerLine(bool csv) { return csv ? na_val : "N/A N/A"; }
@@ -565,8 +577,12 @@ void LanePower(TextBuffer& out, const PhyCableRecord& r, LaneWords lanes, int la
 }
 
 void Bias(TextBuffer& out, double raw, bool csv) {
-  out.AppendFixed3(raw / kBiasUnitsPerMilliampere);
-  if (!csv) out.Append(" mA");
+  const double ma = Milliamperes(raw);
+  if (csv) {
+    out.AppendFixed3(ma);
+  } else {
+    out.AppendWithin(kBiasRoom, [=](char* to) { return WriteBias(to, ma); });
+  }
 }
 
 void LaneBias(TextBuffer& out, const PhyCableRecord& r, int lane, bool csv) {
@@ -582,12 +598,22 @@ void LaneBias(TextBuffer& out, const PhyCableRecord& r, int lane, bool csv) {
 
 namespace flags {
 
-std::uint16_t Interleaved(std::uint8_t a, std::uint8_t b, std::uint8_t c, std::uint8_t d) {
-  unsigned word = 0;
-  for (unsigned lane = 0; lane < kFlagLanes; ++lane) {
-    for (const std::uint8_t mask : {a, b, c, d}) word = word << 1 | ((mask >> lane) & 1U);
+// Lane 1..4 of a mask, bits 0..3, at the bottom of the word's nibbles, lane 1 in the top one.
+constexpr std::array<std::uint16_t, 1 << kFlagLanes> SpreadMasks() {
+  std::array<std::uint16_t, 1 << kFlagLanes> words{};
+  for (unsigned mask = 0; mask < words.size(); ++mask) {
+    unsigned word = 0;
+    for (unsigned lane = 0; lane < kFlagLanes; ++lane) word = word << 4 | ((mask >> lane) & 1U);
+    words[mask] = static_cast<std::uint16_t>(word);
   }
-  return static_cast<std::uint16_t>(word);
+  return words;
+}
+constexpr auto kSpreadMasks = SpreadMasks();
+
+unsigned Spread(std::uint8_t mask) { return kSpreadMasks[mask % kSpreadMasks.size()]; }
+
+std::uint16_t Interleaved(std::uint8_t a, std::uint8_t b, std::uint8_t c, std::uint8_t d) {
+  return static_cast<std::uint16_t>(Spread(a) << 3 | Spread(b) << 2 | Spread(c) << 1 | Spread(d));
 }
 
 std::uint16_t RxPowerAlarms(const LatchedFlagsPage& p) {
@@ -624,14 +650,20 @@ std::uint8_t Temperature(const LatchedFlagsPage& p) { return p.latched_temperatu
 
 std::uint8_t Voltage(const LatchedFlagsPage& p) { return p.latched_voltage_flags; }
 
-// The flags that `select(page)` returns, in as many digits as their type holds.
+// Flags have as many digits as their type holds.
+template <typename Flags>
+constexpr int Digits(Flags (* /*select*/)(const LatchedFlagsPage&)) {
+  return 2 * static_cast<int>(sizeof(Flags));
+}
+
+// The flags that `select(page)` returns.
 template <typename Flags>
 void Append(TextBuffer& out, const PhyCableRecord& r, Flags (*select)(const LatchedFlagsPage&)) {
   if (r.latched_flags == nullptr) {
     out.Append(kReportNa);
     return;
   }
-  out.AppendPrefixedHex(select(*r.latched_flags), 2 * static_cast<int>(sizeof(Flags)));
+  out.AppendPrefixedHex(select(*r.latched_flags), Digits(select));
 }
 
 }  // namespace flags
@@ -809,24 +841,52 @@ void AppendSettingLines(ReportLines& lines, const PhyCableRecord& r) {
   lines.Line("Attenuation(5,7,12,25): ", render::Attenuation, r, kReport);
 }
 
+// The lanes' lines are inlined: then copying a label is a move or two instead of a call.
+[[gnu::always_inline]] inline void AppendPowerLines(ReportLines& lines, std::string_view label,
+                                                    const PhyCableRecord& r, LaneWords lanes) {
+  if (r.module == nullptr) {
+    for (int lane = 1; lane <= kLanes; ++lane) {
+      lines.LaneText(label, lane, render::EmptyPowerLine(kReport));
+    }
+    return;
+  }
+  // Logarithms take long, but several of them at a time hardly longer than one.
+  double mw[kLanes];
+  double dbm[kLanes];
+  const std::uint16_t unit_flag = r.module->power_unit_flag;
+  for (int i = 0; i < kLanes; ++i) {
+    const double raw = LaneValue(r.module->*lanes, i + 1);
+    mw[i] = render::Milliwatts(raw, unit_flag);
+    dbm[i] = render::Dbm(raw, unit_flag, mw[i]);
+  }
+  for (int i = 0; i < kLanes; ++i) lines.LanePower(label, i + 1, mw[i], dbm[i]);
+}
+
+[[gnu::always_inline]] inline void AppendBiasLines(ReportLines& lines, std::string_view label,
+                                                   const PhyCableRecord& r) {
+  if (r.module == nullptr) {
+    for (int lane = 1; lane <= kLanes; ++lane) lines.LaneText(label, lane, kReportNa);
+    return;
+  }
+  for (int lane = 1; lane <= kLanes; ++lane) {
+    lines.LaneBias(label, lane, render::Milliamperes(LaneValue(r.module->tx_bias, lane)));
+  }
+}
+
 void AppendMonitorLines(ReportLines& lines, const PhyCableRecord& r) {
   lines.Line("RX power type: ", render::RxPowerType, r);
-  for (int lane = 1; lane <= kLanes; ++lane) {
-    lines.LaneLine("RX# Power: ", lane, render::LanePower, r, &ModuleRecord::rx_power, lane,
-                   kReport);
-  }
-  for (int lane = 1; lane <= kLanes; ++lane) {
-    lines.LaneLine("TX# Bias: ", lane, render::LaneBias, r, lane, kReport);
-  }
-  for (int lane = 1; lane <= kLanes; ++lane) {
-    lines.LaneLine("TX# Power: ", lane, render::LanePower, r, &ModuleRecord::tx_power, lane,
-                   kReport);
-  }
+  AppendPowerLines(lines, "RX# Power: ", r, &ModuleRecord::rx_power);
+  AppendBiasLines(lines, "TX# Bias: ", r);
+  AppendPowerLines(lines, "TX# Power: ", r, &ModuleRecord::tx_power);
 }
 
 void AppendFlagLines(ReportLines& lines, const PhyCableRecord& r) {
   const auto line = [&](std::string_view label, auto select) {
-    lines.Line(label, [&](TextBuffer& out) { flags::Append(out, r, select); });
+    if (r.latched_flags == nullptr) {
+      lines.Text(label, kReportNa);
+    } else {
+      lines.Hex(label, select(*r.latched_flags), flags::Digits(select));
+    }
   };
   line("CDR Latched TX/RX Loss Indicator: ", flags::Loss);
   line("Latched Adaptive Equalization Fault: ", flags::AdaptiveEqFault);
@@ -839,8 +899,12 @@ void AppendFlagLines(ReportLines& lines, const PhyCableRecord& r) {
 }
 
 void AppendThresholdLines(ReportLines& lines, const PhyCableRecord& r) {
-  const auto raw = [&](std::string_view label, auto field) {
-    lines.Line(label, render::Decimal<std::uint16_t>, r, field, kReport);
+  const auto raw = [&](std::string_view label, std::uint16_t ModuleRecord::*field) {
+    if (r.module == nullptr) {
+      lines.Text(label, kReportNa);
+    } else {
+      lines.Decimal(label, r.module->*field);
+    }
   };
   lines.Line("AlarmTemperatureHighThresh: ", render::Temperature, r,
              &ModuleRecord::temp_high_threshold, kReport);

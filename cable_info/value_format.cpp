@@ -141,6 +141,28 @@ char* WriteThreeDigits(char* to, std::size_t value) {
   return to + kThreeDigits;
 }
 
+constexpr std::uint32_t kMillion = kEntries * kEntries;
+constexpr std::uint32_t kBillion = kEntries * kMillion;
+
+// Writes `value`, below a billion, at `to`; returns where it ends.
+char* WriteBelowBillion(char* to, std::uint32_t value) {
+  if (value < kEntries) return WriteShortNumber(to, value);
+  const std::uint32_t thousands = value / kEntries;
+  if (value < kMillion) {
+    to = WriteShortNumber(to, thousands);
+  } else {
+    to = WriteThreeDigits(WriteShortNumber(to, value / kMillion), thousands % kEntries);
+  }
+  return WriteThreeDigits(to, value % kEntries);
+}
+
+// Writes all nine digits of `value`, below a billion, at `to`; returns where they end.
+char* WriteNineDigits(char* to, std::uint32_t value) {
+  to = WriteThreeDigits(to, value / kMillion);
+  to = WriteThreeDigits(to, value / kEntries % kEntries);
+  return WriteThreeDigits(to, value % kEntries);
+}
+
 // Writes a point and three digits of `thousandths`, below 1000, at `to`; returns where they end.
 char* WriteThousandths(char* to, std::size_t thousandths) {
   std::memcpy(to, &kThousandths[kEntrySize * thousandths], kEntrySize);
@@ -218,15 +240,19 @@ class Scanner {
 // Numbers, written into room that is known to suffice
 // ---------------------------------------------------------------------------------------------
 
-char* WriteDecimal(char* to, std::uint64_t value) {
-  if (value < kEntries) return WriteShortNumber(to, static_cast<std::uint32_t>(value));
-  return WriteThreeDigits(WriteDecimal(to, value / kEntries), value % kEntries);
+char* WriteDecimal(char* to, std::uint32_t value) {
+  return value < kBillion ? WriteBelowBillion(to, value) : WriteDecimal(to, std::uint64_t{value});
 }
 
-char* WriteDecimal(char* to, std::uint32_t value) {
-  if (value < kEntries) return WriteShortNumber(to, value);
-  if (value >= kEntries * kEntries) return WriteDecimal(to, std::uint64_t{value});
-  return WriteThreeDigits(WriteShortNumber(to, value / kEntries), value % kEntries);
+char* WriteDecimal(char* to, std::uint64_t value) {
+  const auto low = static_cast<std::uint32_t>(value % kBillion);
+  const std::uint64_t billions = value / kBillion;
+  if (billions == 0) return WriteBelowBillion(to, low);
+  const auto middle = static_cast<std::uint32_t>(billions % kBillion);
+  const auto high = static_cast<std::uint32_t>(billions / kBillion);
+  to = high == 0 ? WriteBelowBillion(to, middle)
+                 : WriteNineDigits(WriteBelowBillion(to, high), middle);
+  return WriteNineDigits(to, low);
 }
 
 char* WriteHex(char* to, std::uint32_t value, int width) {
@@ -245,13 +271,27 @@ char* WriteHex(char* to, std::uint32_t value, int width) {
 
 char* WriteFixed3(char* to, double value) {
   std::uint64_t thousandths = 0;
-  if (!ExactThousandths(value, thousandths) || thousandths >= kEntries * kEntries) {
+  if (!ExactThousandths(value, thousandths) || thousandths >= kMillion) {
     return WriteLongFixed3(to, value);
   }
   *to = '-';
   char* const digits = to + (std::signbit(value) ? 1 : 0);
   const auto narrow = static_cast<std::uint32_t>(thousandths);
   return WriteThousandths(WriteShortNumber(digits, narrow / kEntries), narrow % kEntries);
+}
+
+char* WritePower(char* to, double milliwatts, double dbm) {
+  constexpr std::string_view kMilliwatts = " mW, ";
+  constexpr std::string_view kDbm = " dBm";
+  static_assert(kPowerRoom == 2 * kFixed3Room + kMilliwatts.size() + kDbm.size());
+  to = WriteText(WriteFixed3(to, milliwatts), kMilliwatts);
+  return WriteText(WriteFixed3(to, dbm), kDbm);
+}
+
+char* WriteBias(char* to, double milliamperes) {
+  constexpr std::string_view kMilliamperes = " mA";
+  static_assert(kBiasRoom == kFixed3Room + kMilliamperes.size());
+  return WriteText(WriteFixed3(to, milliamperes), kMilliamperes);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -487,15 +527,6 @@ void AppendTemperature(TextBuffer& out, std::uint8_t technology, std::int8_t tem
 
 void AppendVoltage(TextBuffer& out, std::uint16_t raw) {
   out.AppendDecimal(raw * kMicrovoltsPerUnit).Append("uV");
-}
-
-void AppendPower(TextBuffer& out, double milliwatts, double dbm) {
-  constexpr std::string_view kMilliwatts = " mW, ";
-  constexpr std::string_view kDbm = " dBm";
-  out.AppendWithin(2 * kFixed3Room + kMilliwatts.size() + kDbm.size(), [=](char* to) {
-    to = WriteText(WriteFixed3(to, milliwatts), kMilliwatts);
-    return WriteText(WriteFixed3(to, dbm), kDbm);
-  });
 }
 
 void AppendCableInfoVSStatus(TextBuffer& out, std::uint8_t status) {

@@ -300,6 +300,16 @@ inline char* WritePrefixedHex(char* to, std::uint32_t value, int width) {
 inline constexpr std::size_t kFixed3Room = 314;
 /// As `printf` writes "%.3f" in the C locale.
 char* WriteFixed3(char* to, double value);
+
+/// The room of a power in both of its units.
+inline constexpr std::size_t kPowerRoom = 2 * kFixed3Room + 9;
+/// A power in both of its units, "... mW, ... dBm", with three decimals.
+char* WritePower(char* to, double milliwatts, double dbm);
+
+/// The room of a bias.
+inline constexpr std::size_t kBiasRoom = kFixed3Room + 3;
+/// A bias, "... mA", with three decimals.
+char* WriteBias(char* to, double milliamperes);
 /// @}
 
 /// Writes `text` at `to`, where there must be room for it; returns where it ends.
@@ -450,8 +460,6 @@ void AppendTemperature(TextBuffer& out, std::uint8_t technology, std::int8_t tem
                        std::string_view fallback);
 /// What `VoltageToStr` returns.
 void AppendVoltage(TextBuffer& out, std::uint16_t raw);
-/// A power in both of its units, "... mW, ... dBm", with three decimals.
-void AppendPower(TextBuffer& out, double milliwatts, double dbm);
 /// What `ConvertCableInfoVSStatusToStr` returns.
 void AppendCableInfoVSStatus(TextBuffer& out, std::uint8_t status);
 /// @}
@@ -534,20 +542,23 @@ class ReportLines {
   /// Writes what is not written yet.
   void Finish();
 
-  /// The text as it stands.
-  void Text(std::string_view label, std::string_view text) {
-    out_.Append(label).Append(text);
-    EndLine();
+  /// What `write(to)` writes at `to`, where `room` characters are free, up to what it returns.
+  template <typename Write>
+  void LineWithin(std::string_view label, std::size_t room, const Write& write) {
+    out_.AppendWithin(label.size() + room + 1,
+                      [&](char* to) { return WithNewline(write(WriteText(to, label))); });
+    CountLine();
   }
-  /// All digits, with `unit` behind them.
-  void Decimal(std::string_view label, std::uint32_t value, std::string_view unit = {}) {
-    out_.Append(label).AppendDecimal(value).Append(unit);
-    EndLine();
-  }
-  /// "0x" and at least `width` digits.
-  void Hex(std::string_view label, std::uint32_t value, int width) {
-    out_.Append(label).AppendPrefixedHex(value, width);
-    EndLine();
+
+  /// The same under a label that names a lane: `lane`, 1..9, stands in place of its "#".
+  template <typename Write>
+  void LaneLineWithin(std::string_view label, int lane, std::size_t room, const Write& write) {
+    out_.AppendWithin(label.size() + room + 1, [&](char* to) {
+      char* const value = WriteText(to, label);
+      *(to + label.find('#')) = static_cast<char>('0' + lane);
+      return WithNewline(write(value));
+    });
+    CountLine();
   }
 
   /// What `append(buffer, args...)` writes.
@@ -555,25 +566,47 @@ class ReportLines {
   void Line(std::string_view label, Append&& append, const Args&... args) {
     out_.Append(label);
     append(out_, args...);
-    EndLine();
+    out_.Append('\n');
+    CountLine();
   }
 
-  /// The same under a label that names a lane: `lane`, 1..9, stands in place of its "#".
-  template <typename Append, typename... Args>
-  void LaneLine(std::string_view label, int lane, Append&& append, const Args&... args) {
-    const std::size_t mark = out_.size() + label.find('#');
-    out_.Append(label);
-    out_.Replace(mark, static_cast<char>('0' + lane));
-    append(out_, args...);
-    EndLine();
+  /// The text as it stands.
+  void Text(std::string_view label, std::string_view text) {
+    LineWithin(label, text.size(), [=](char* to) { return WriteText(to, text); });
+  }
+  /// The text as it stands, under a label that names a lane.
+  void LaneText(std::string_view label, int lane, std::string_view text) {
+    LaneLineWithin(label, lane, text.size(), [=](char* to) { return WriteText(to, text); });
+  }
+  /// All digits, with `unit` behind them.
+  void Decimal(std::string_view label, std::uint32_t value, std::string_view unit = {}) {
+    LineWithin(label, kDecimalRoom + unit.size(),
+               [=](char* to) { return WriteText(WriteDecimal(to, value), unit); });
+  }
+  /// "0x" and at least `width` digits.
+  void Hex(std::string_view label, std::uint32_t value, int width) {
+    LineWithin(label, PrefixedHexRoom(width),
+               [=](char* to) { return WritePrefixedHex(to, value, width); });
+  }
+  /// A lane's power in both of its units.
+  void LanePower(std::string_view label, int lane, double milliwatts, double dbm) {
+    LaneLineWithin(label, lane, kPowerRoom,
+                   [=](char* to) { return WritePower(to, milliwatts, dbm); });
+  }
+  /// A lane's bias.
+  void LaneBias(std::string_view label, int lane, double milliamperes) {
+    LaneLineWithin(label, lane, kBiasRoom, [=](char* to) { return WriteBias(to, milliamperes); });
   }
 
   /// The lines that were kept. Valid until the next line.
   std::string_view view() const { return out_.view(); }
 
  private:
-  void EndLine() {
-    out_.Append('\n');
+  static char* WithNewline(char* end) {
+    *end = '\n';
+    return end + 1;
+  }
+  void CountLine() {
     ends_[waiting_++] = out_.size();
     if (waiting_ == ends_.size()) Finish();
   }

@@ -430,6 +430,10 @@ TEST(Numbers, StayWithinTheirRoom) {
     expect_text(PrintfFixed3(value), kFixed3Room,
                 [value](char* to) { return WriteFixed3(to, value); });
   }
+  const std::string longest = PrintfFixed3(-DBL_MAX);
+  expect_text(longest + " mW, " + longest + " dBm", kPowerRoom,
+              [](char* to) { return WritePower(to, -DBL_MAX, -DBL_MAX); });
+  expect_text(longest + " mA", kBiasRoom, [](char* to) { return WriteBias(to, -DBL_MAX); });
 }
 
 TEST(TextBuffer, WritesHexadecimalOfAnySize) {
@@ -490,17 +494,6 @@ TEST(TextBuffer, HasRoomForTheLongestNumbersAtEveryFillLevel) {
     expect_behind(text, "-1.79769e+308", [](TextBuffer& out) { out.AppendGeneral(-DBL_MAX); });
     expect_behind(text, PrintfFixed3(-DBL_MAX),
                   [](TextBuffer& out) { out.AppendFixed3(-DBL_MAX); });
-  }
-}
-
-TEST(TextBuffer, HasRoomForTheLongestPowersAtEveryFillLevel) {
-  for (std::size_t size = 3400; size <= 4100; ++size) {
-    const std::string text(size, 'x');
-    TextBuffer out;
-    out.Append(text);
-    AppendPower(out, -DBL_MAX, -DBL_MAX);
-    EXPECT_EQ(out.view(),
-              text + PrintfFixed3(-DBL_MAX) + " mW, " + PrintfFixed3(-DBL_MAX) + " dBm");
   }
 }
 
@@ -608,10 +601,36 @@ TEST(ReportLines, WritesEveryFormOfLine) {
   lines.Hex("Hex: ", 0x1F, 4);
   lines.Line(
       "Line: ", [](TextBuffer& out, int value) { out.AppendDecimal(value); }, -7);
-  lines.LaneLine("RX# Power: ", 8, [](TextBuffer& out) { out.Append("low"); });
+  lines.LineWithin("Within: ", 2, [](char* to) { return WriteText(to, "in"); });
+  lines.LaneText("RX# Power: ", 8, "low");
+  lines.LanePower("TX# Power: ", 1, 0.523, -2.815);
+  lines.LaneBias("TX# Bias: ", 9, 7.25);
+  lines.LaneLineWithin("#: ", 2, 0, [](char* to) { return to; });
   EXPECT_EQ(lines.view(),
-            "Text: a, \"b\"\nDecimal: 4294967295\nUnit: 7 m\nHex: 0x001f\nLine: -7\n"
-            "RX8 Power: low\n");
+            "Text: a, \"b\"\nDecimal: 4294967295\nUnit: 7 m\nHex: 0x001f\nLine: -7\nWithin: in\n"
+            "RX8 Power: low\nTX1 Power: 0.523 mW, -2.815 dBm\nTX9 Bias: 7.250 mA\n2: \n");
+}
+
+TEST(ReportLines, HaveRoomForEveryLineAtEveryFillLevel) {
+  const std::string longest = PrintfFixed3(-DBL_MAX);
+  for (std::size_t size = 3400; size <= 4100; ++size) {
+    const std::string text(size, 'x');
+    const auto expect_behind = [&](const std::string& line, auto write) {
+      ReportLines lines;
+      lines.Text("", text);
+      write(lines);
+      EXPECT_EQ(lines.view(), text + '\n' + line + '\n');
+    };
+    expect_behind("Text: text", [](ReportLines& lines) { lines.Text("Text: ", "text"); });
+    expect_behind("Decimal: 4294967295 m",
+                  [](ReportLines& lines) { lines.Decimal("Decimal: ", UINT32_MAX, " m"); });
+    expect_behind("Hex: 0xffffffff", [](ReportLines& lines) { lines.Hex("Hex: ", UINT32_MAX, 2); });
+    expect_behind("3: text", [](ReportLines& lines) { lines.LaneText("#: ", 3, "text"); });
+    expect_behind("3: " + longest + " mW, " + longest + " dBm",
+                  [](ReportLines& lines) { lines.LanePower("#: ", 3, -DBL_MAX, -DBL_MAX); });
+    expect_behind("3: " + longest + " mA",
+                  [](ReportLines& lines) { lines.LaneBias("#: ", 3, -DBL_MAX); });
+  }
 }
 
 // Notes what a stream asks of its buffer. The call that is number `bad_call` fails.
