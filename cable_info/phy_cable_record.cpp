@@ -533,17 +533,16 @@ void Voltage(TextBuffer& out, const PhyCableRecord& r, std::uint16_t ModuleRecor
            [&](TextBuffer& o, const ModuleRecord& m) { decode::Voltage(o, m.*word, csv); });
 }
 
-// Any number of the module, in decimal.
+// Any number of the module, in decimal; only rows show these.
 template <typename Number>
-void Decimal(TextBuffer& out, const PhyCableRecord& r, Number ModuleRecord::*field, bool csv) {
-  OfModule(out, r, MissingValue(csv),
+void Decimal(TextBuffer& out, const PhyCableRecord& r, Number ModuleRecord::*field) {
+  OfModule(out, r, na_val,
            [&](TextBuffer& o, const ModuleRecord& m) { o.AppendDecimal(m.*field); });
 }
 
-// A code of the module, in hexadecimal.
-void HexByte(TextBuffer& out, const PhyCableRecord& r, std::uint8_t ModuleRecord::*field,
-             bool csv) {
-  OfModule(out, r, MissingValue(csv),
+// A code of the module, in hexadecimal; only rows show these.
+void HexByte(TextBuffer& out, const PhyCableRecord& r, std::uint8_t ModuleRecord::*field) {
+  OfModule(out, r, na_val,
            [&](TextBuffer& o, const ModuleRecord& m) { o.AppendPrefixedHex(m.*field, 2); });
 }
 
@@ -688,17 +687,17 @@ void AppendTechnologyCell(TextBuffer& out, const PhyCableRecord& r) {
 }
 
 void AppendTypeCells(CsvRow& row, const PhyCableRecord& r) {
-  const auto decimal = [&](auto field) { row.Cell(render::Decimal<std::uint8_t>, r, field, kCsv); };
-  row.Cell(render::Decimal<std::uint16_t>, r, &ModuleRecord::smf_length, kCsv);
+  const auto decimal = [&](auto field) { row.Cell(render::Decimal<std::uint8_t>, r, field); };
+  row.Cell(render::Decimal<std::uint16_t>, r, &ModuleRecord::smf_length);
   decimal(&ModuleRecord::length_om5);
   decimal(&ModuleRecord::length_om4);
   decimal(&ModuleRecord::length_om3);
   decimal(&ModuleRecord::length_om2);
   decimal(&ModuleRecord::length_om1);
   decimal(&ModuleRecord::cable_length);
-  row.Cell(render::HexByte, r, &ModuleRecord::cable_identifier, kCsv);
+  row.Cell(render::HexByte, r, &ModuleRecord::cable_identifier);
   row.QuotedCell(render::Identifier, r, kCsv);
-  row.Cell(render::HexByte, r, &ModuleRecord::connector_type, kCsv);
+  row.Cell(render::HexByte, r, &ModuleRecord::connector_type);
   row.Cell(AppendTechnologyCell, r);
   decimal(&ModuleRecord::ib_compliance_code);
   row.Cell(render::Length, r, kCsv);
@@ -733,7 +732,7 @@ void AppendSettingCells(CsvRow& row, const PhyCableRecord& r) {
 }
 
 void AppendMonitorCells(CsvRow& row, const PhyCableRecord& r) {
-  row.Cell(render::Decimal<std::uint8_t>, r, &ModuleRecord::rx_power_type, kCsv);
+  row.Cell(render::Decimal<std::uint8_t>, r, &ModuleRecord::rx_power_type);
   for (int lane = 1; lane <= kLanes; ++lane) {
     row.Cell(render::LanePower, r, &ModuleRecord::rx_power, lane, kCsv);
   }
@@ -777,7 +776,7 @@ void AppendTransmitterCells(CsvRow& row, const PhyCableRecord& r) {
 }
 
 void AppendThresholdCells(CsvRow& row, const PhyCableRecord& r) {
-  const auto raw = [&](auto field) { row.Cell(render::Decimal<std::uint16_t>, r, field, kCsv); };
+  const auto raw = [&](auto field) { row.Cell(render::Decimal<std::uint16_t>, r, field); };
   row.Cell(render::Temperature, r, &ModuleRecord::temp_high_threshold, kCsv);
   row.Cell(render::Temperature, r, &ModuleRecord::temp_low_threshold, kCsv);
   row.Missing(2);  // temperature warnings
@@ -806,8 +805,8 @@ void AppendRow(CsvRow& row, const PhyCableRecord& r) {
   row.Missing();   // RX output disable
   row.Missing();   // TX adaptive equalization enable
   row.Cell(render::MaxPower, r, kCsv);
-  row.Cell(render::Decimal<std::uint8_t>, r, &ModuleRecord::cdr_vendor, kCsv);
-  row.Cell(render::Decimal<std::uint16_t>, r, &ModuleRecord::max_fiber_length, kCsv);
+  row.Cell(render::Decimal<std::uint8_t>, r, &ModuleRecord::cdr_vendor);
+  row.Cell(render::Decimal<std::uint16_t>, r, &ModuleRecord::max_fiber_length);
 }
 
 // ---------------------------------------------------------------------------------------------
