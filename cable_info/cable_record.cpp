@@ -323,7 +323,7 @@ void AppendPowerLines(ReportLines& lines, std::string_view label, const float (&
     const auto mw = static_cast<double>(powers[lane - 1]);
     lines.LanePower(label, lane, mw, MilliwattsToDbm(mw));
   }
-  AppendMissingLanes(lines, label, "N/A N/A");
+  AppendMissingLanes(lines, label, kReportNoPower);
 }
 
 void AppendBiasLines(ReportLines& lines, std::string_view label, const float (&biases)[kLanes]) {

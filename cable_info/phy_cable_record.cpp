@@ -567,7 +567,7 @@ void PowerLine(TextBuffer& out, double raw, std::uint16_t unit_flag, bool csv) {
   out.AppendWithin(kPowerRoom, [=](char* to) { return WritePower(to, mw, dbm); });
 }
 
-std::string_view EmptyPowerLine(bool csv) { return csv ? na_val : "N/A N/A"; }
+std::string_view EmptyPowerLine(bool csv) { return csv ? na_val : kReportNoPower; }
 
 void LanePower(TextBuffer& out, const PhyCableRecord& r, LaneWords lanes, int lane, bool csv) {
   OfModule(out, r, EmptyPowerLine(csv), [&](TextBuffer& o, const ModuleRecord& m) {

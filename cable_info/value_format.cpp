@@ -51,10 +51,10 @@ constexpr std::array<char, 512> HexPairs() {
 }
 constexpr auto kHexPairs = HexPairs();
 
-// Writes `value`, below 256, at `begin`; returns where it ends.
-char* WriteHexPair(char* begin, std::uint32_t value) {
-  std::memcpy(begin, &kHexPairs[2 * std::size_t{value}], 2);
-  return begin + 2;
+// Writes `value`, below 256, at `to`; returns where it ends.
+char* WriteHexPair(char* to, std::uint32_t value) {
+  std::memcpy(to, &kHexPairs[2 * std::size_t{value}], 2);
+  return to + 2;
 }
 
 // Numbers are written three digits at a time, so that how many digits one has is hardly ever a
@@ -192,14 +192,19 @@ bool ExactThousandths(double value, std::uint64_t& thousandths) {
   return true;
 }
 
+// Writes "-" at `to` when `value` has that sign, without a branch; returns where it ends.
+char* WriteSign(char* to, double value) {
+  *to = '-';
+  return to + (std::signbit(value) ? 1 : 0);
+}
+
 // `WriteFixed3` of a thousand and more, infinities and NaN.
 [[gnu::noinline]] char* WriteLongFixed3(char* to, double value) {
   std::uint64_t thousandths = 0;
   if (!ExactThousandths(value, thousandths)) {
     return std::to_chars(to, to + kFixed3Room, value, std::chars_format::fixed, 3).ptr;
   }
-  *to = '-';
-  char* const digits = to + (std::signbit(value) ? 1 : 0);
+  char* const digits = WriteSign(to, value);
   return WriteThousandths(WriteDecimal(digits, thousandths / kEntries), thousandths % kEntries);
 }
 
@@ -274,8 +279,7 @@ char* WriteFixed3(char* to, double value) {
   if (!ExactThousandths(value, thousandths) || thousandths >= kMillion) {
     return WriteLongFixed3(to, value);
   }
-  *to = '-';
-  char* const digits = to + (std::signbit(value) ? 1 : 0);
+  char* const digits = WriteSign(to, value);
   const auto narrow = static_cast<std::uint32_t>(thousandths);
   return WriteThousandths(WriteShortNumber(digits, narrow / kEntries), narrow % kEntries);
 }

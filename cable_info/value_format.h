@@ -29,6 +29,8 @@ inline constexpr std::string_view kBareNa = "NA";
 inline constexpr std::string_view na_val = "\"NA\"";
 /// The missing value of the text report.
 inline constexpr std::string_view kReportNa = "N/A";
+/// The missing value of the text report for a power, which has two units.
+inline constexpr std::string_view kReportNoPower = "N/A N/A";
 
 /// The missing value of the CSV row (`csv` true) or of the text report.
 constexpr std::string_view MissingValue(bool csv) { return csv ? na_val : kReportNa; }
