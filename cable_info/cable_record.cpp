@@ -303,7 +303,7 @@ void AppendIdentifier(TextBuffer& out, const CableRecord& r) {
 
 // The block is made of C strings: a text ends at its first NUL. No more of it than the whole block
 // holds is ever shown.
-void AppendTextLine(ReportLines& lines, std::string_view label, std::string_view text) {
+void AppendTextLine(ReportBlock& lines, std::string_view label, std::string_view text) {
   lines.Text(label, UpToNul(text.substr(0, kBlockLimit)));
 }
 
@@ -314,26 +314,26 @@ void AppendDateCodeUpToNul(TextBuffer& out, const CableRecord& r) {
 }
 
 // The four lanes that the pages lack.
-void AppendMissingLanes(ReportLines& lines, std::string_view label, std::string_view missing) {
+void AppendMissingLanes(ReportBlock& lines, std::string_view label, std::string_view missing) {
   for (int lane = kLanes + 1; lane <= 2 * kLanes; ++lane) lines.LaneText(label, lane, missing);
 }
 
-void AppendPowerLines(ReportLines& lines, std::string_view label, const float (&powers)[kLanes]) {
+void AppendPowerLines(ReportBlock& lines, std::string_view label, const float (&powers)[kLanes]) {
   for (int lane = 1; lane <= kLanes; ++lane) {
     const auto mw = static_cast<double>(powers[lane - 1]);
-    lines.LanePower(label, lane, mw, MilliwattsToDbm(mw));
+    lines.LanePower(label, lane, mw, MilliwattsToDbm);
   }
   AppendMissingLanes(lines, label, kReportNoPower);
 }
 
-void AppendBiasLines(ReportLines& lines, std::string_view label, const float (&biases)[kLanes]) {
+void AppendBiasLines(ReportBlock& lines, std::string_view label, const float (&biases)[kLanes]) {
   for (int lane = 1; lane <= kLanes; ++lane) {
     lines.LaneBias(label, lane, static_cast<double>(biases[lane - 1]));
   }
   AppendMissingLanes(lines, label, "N/A mA");
 }
 
-void AppendIdentityLines(ReportLines& lines, const CableRecord& r) {
+void AppendIdentityLines(ReportBlock& lines, const CableRecord& r) {
   lines.Line("Identifier: ", AppendIdentifier, r);
   AppendTextLine(lines, "Vendor: ", r.VendorName);
   AppendTextLine(lines, "OUI: ", r.Oui);
@@ -348,7 +348,7 @@ void AppendIdentityLines(ReportLines& lines, const CableRecord& r) {
   lines.Line("Temperature: ", AppendTemperatureWord, r, r.Temperature, kReport);
 }
 
-void AppendSettingLines(ReportLines& lines, const CableRecord& r) {
+void AppendSettingLines(ReportBlock& lines, const CableRecord& r) {
   lines.Decimal("PowerClass: ", r.PowerClass);
   lines.Decimal("NominalBitrate: ", r.NominalBitrate, " Gb/s");
   lines.Line("CDREnableTxRx: ", AppendCdrEnable, r, kReport);
@@ -359,14 +359,14 @@ void AppendSettingLines(ReportLines& lines, const CableRecord& r) {
   lines.Line("Attenuation(2.5,5,7,12): ", AppendAttenuation, r, kReport);
 }
 
-void AppendMonitorLines(ReportLines& lines, const CableRecord& r) {
+void AppendMonitorLines(ReportBlock& lines, const CableRecord& r) {
   lines.Text("RX power type: ", RxPowerTypeName(r.RxPowerIsAverage));
   AppendPowerLines(lines, "RX# Power: ", r.RxPower);
   AppendBiasLines(lines, "TX# Bias: ", r.TxBias);
   AppendPowerLines(lines, "TX# Power: ", r.TxPower);
 }
 
-void AppendFlagLines(ReportLines& lines, const CableRecord& r) {
+void AppendFlagLines(ReportBlock& lines, const CableRecord& r) {
   lines.Hex("CDR Latched TX/RX Loss Indicator: ", r.LatchedCdrLos, 2);
   lines.Hex("Latched Adaptive Equalization Fault: ", r.LatchedAdaptiveEqFault, 2);
   lines.Hex("Latched  TX / RX LOL Indicator: ", r.LatchedCdrLol, 2);
@@ -377,7 +377,7 @@ void AppendFlagLines(ReportLines& lines, const CableRecord& r) {
   lines.Hex("TX Power Alarm and Warning: ", r.TxPowerAlarms, 4);
 }
 
-void AppendThresholdLines(ReportLines& lines, const CableRecord& r) {
+void AppendThresholdLines(ReportBlock& lines, const CableRecord& r) {
   lines.Line("AlarmTemperatureHighThresh: ", AppendTemperatureWord, r, r.TempHighAlarmThresh,
              kReport);
   lines.Line("AlarmTemperatureLowThresh: ", AppendTemperatureWord, r, r.TempLowAlarmThresh,
@@ -397,7 +397,7 @@ void AppendThresholdLines(ReportLines& lines, const CableRecord& r) {
   lines.Text("TXBiasLowThresh: ", kReportNa);
 }
 
-void AppendBlock(ReportLines& lines, const CableRecord& r, bool with_phy_lines) {
+void AppendBlock(ReportBlock& lines, const CableRecord& r, bool with_phy_lines) {
   if (with_phy_lines) lines.Text("Source: ", CableRecord::kSource);
   AppendIdentityLines(lines, r);
   AppendSettingLines(lines, r);
@@ -627,13 +627,13 @@ std::string CableRecord::ConvertTXAdaptiveEqualizationEnableToStr() const {
 // ---------------------------------------------------------------------------------------------
 
 std::string CableRecord::c_str(bool with_phy_lines) const {
-  ReportLines lines;
+  ReportBlock lines;
   AppendBlock(lines, *this, with_phy_lines);
   return std::string(lines.view().substr(0, kBlockLimit));
 }
 
 void CableRecord::ToFileStream(std::ostream& os) const {
-  ReportLines lines;
+  ReportBlock lines;
   AppendBlock(lines, *this, true);
   const std::string_view block = lines.view().substr(0, kBlockLimit);
   os.write(block.data(), static_cast<std::streamsize>(block.size()));

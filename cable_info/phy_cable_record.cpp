@@ -63,6 +63,8 @@ constexpr int kNoSmfUnit = -1;
 constexpr std::uint16_t kDbmUnit = 0;  // of the power unit flag; all others stand for milliwatts
 constexpr double kMilliwattsPerUnit = 0.0001;
 constexpr double kBiasUnitsPerMilliampere = 500.0;
+constexpr std::uint32_t kMicroamperesPerUnit = 2;
+static_assert(kMicroamperesPerUnit * kBiasUnitsPerMilliampere == 1000.0);
 
 // The maximum power comes in quarters of a watt: what stands behind the whole ones.
 constexpr std::array<std::string_view, 4> kQuarters = {"", ".25", ".5", ".75"};
@@ -250,9 +252,7 @@ void DateCode(TextBuffer& out, const ModuleRecord& m, std::string_view na) {
     }
   }
   const auto& d = m.date_code;  // last character first
-  out.Append(d[5]).Append(d[4]).Append('-');
-  out.Append(d[3]).Append(d[2]).Append('-');
-  out.Append(d[1]).Append(d[0]);
+  out.AppendPart(std::array{d[5], d[4], '-', d[3], d[2], '-', d[1], d[0]});
 }
 
 void CdrEnable(TextBuffer& out, const ModuleRecord& m, bool rx, std::string_view na, bool always) {
@@ -550,11 +550,6 @@ double Milliwatts(double raw, std::uint16_t unit_flag) {
   return unit_flag == kDbmUnit ? DbmToMilliwatts(raw) : raw * kMilliwattsPerUnit;
 }
 
-// The decibels beside `mw`, which is what `Milliwatts` returns.
-double Dbm(double raw, std::uint16_t unit_flag, double mw) {
-  return unit_flag == kDbmUnit ? raw : MilliwattsToDbm(mw);
-}
-
 double Milliamperes(double raw) { return raw / kBiasUnitsPerMilliampere; }
 
 void PowerLine(TextBuffer& out, double raw, std::uint16_t unit_flag, bool csv) {
@@ -563,8 +558,9 @@ void PowerLine(TextBuffer& out, double raw, std::uint16_t unit_flag, bool csv) {
     out.AppendFixed3(mw);
     return;
   }
-  const double dbm = Dbm(raw, unit_flag, mw);
-  out.AppendWithin(kPowerRoom, [=](char* to) { return WritePower(to, mw, dbm); });
+  out.AppendWithin(kPowerRoom, [=](char* to) {
+    return unit_flag == kDbmUnit ? WritePower(to, mw, raw) : WritePower(to, mw, MilliwattsToDbm);
+  });
 }
 
 std::string_view EmptyPowerLine(bool csv) { return csv ? na_val : kReportNoPower; }
@@ -849,16 +845,20 @@ void AppendSettingLines(ReportLines& lines, const PhyCableRecord& r) {
     }
     return;
   }
-  // Logarithms take long, but several of them at a time hardly longer than one.
+  // A power of ten takes long, but several of them at a time hardly longer than one.
   double mw[kLanes];
-  double dbm[kLanes];
   const std::uint16_t unit_flag = r.module->power_unit_flag;
   for (int i = 0; i < kLanes; ++i) {
-    const double raw = LaneValue(r.module->*lanes, i + 1);
-    mw[i] = render::Milliwatts(raw, unit_flag);
-    dbm[i] = render::Dbm(raw, unit_flag, mw[i]);
+    mw[i] = render::Milliwatts(LaneValue(r.module->*lanes, i + 1), unit_flag);
   }
-  for (int i = 0; i < kLanes; ++i) lines.LanePower(label, i + 1, mw[i], dbm[i]);
+  if (unit_flag == kDbmUnit) {
+    for (int i = 0; i < kLanes; ++i) {
+      const double dbm = LaneValue(r.module->*lanes, i + 1);
+      lines.LanePower(label, i + 1, mw[i], dbm);
+    }
+    return;
+  }
+  for (int i = 0; i < kLanes; ++i) lines.LanePower(label, i + 1, mw[i], MilliwattsToDbm);
 }
 
 [[gnu::always_inline]] inline void AppendBiasLines(ReportLines& lines, std::string_view label,
@@ -868,7 +868,8 @@ void AppendSettingLines(ReportLines& lines, const PhyCableRecord& r) {
     return;
   }
   for (int lane = 1; lane <= kLanes; ++lane) {
-    lines.LaneBias(label, lane, render::Milliamperes(LaneValue(r.module->tx_bias, lane)));
+    const std::uint32_t raw = LaneValue(r.module->tx_bias, lane);
+    lines.LaneBias(label, lane, raw * kMicroamperesPerUnit);
   }
 }
 
@@ -879,32 +880,39 @@ void AppendMonitorLines(ReportLines& lines, const PhyCableRecord& r) {
   AppendPowerLines(lines, "TX# Power: ", r, &ModuleRecord::tx_power);
 }
 
-void AppendFlagLines(ReportLines& lines, const PhyCableRecord& r) {
-  const auto line = [&](std::string_view label, auto select) {
-    if (r.latched_flags == nullptr) {
-      lines.Text(label, kReportNa);
-    } else {
-      lines.Hex(label, select(*r.latched_flags), flags::Digits(select));
-    }
-  };
-  line("CDR Latched TX/RX Loss Indicator: ", flags::Loss);
-  line("Latched Adaptive Equalization Fault: ", flags::AdaptiveEqFault);
-  line("Latched  TX / RX LOL Indicator: ", flags::LossOfLock);
-  line("Latched Temperature Alarm and Warning: ", flags::Temperature);
-  line("Latched Voltage Alarm and Warning: ", flags::Voltage);
-  line("RX Power Alarm and Warning: ", flags::RxPowerAlarms);
-  line("TX Bias Alarm and Warning:  ", flags::TxBiasAlarms);
-  line("TX Power Alarm and Warning: ", flags::TxPowerAlarms);
+template <typename Flags>
+[[gnu::always_inline]] inline void AppendFlagLine(ReportLines& lines, std::string_view label,
+                                                  const LatchedFlagsPage* page,
+                                                  Flags (*select)(const LatchedFlagsPage&)) {
+  if (page == nullptr) {
+    lines.Text(label, kReportNa);
+  } else {
+    lines.Hex(label, select(*page), flags::Digits(select));
+  }
+}
+
+void AppendFlagLines(ReportLines& lines, const LatchedFlagsPage* page) {
+  AppendFlagLine(lines, "CDR Latched TX/RX Loss Indicator: ", page, flags::Loss);
+  AppendFlagLine(lines, "Latched Adaptive Equalization Fault: ", page, flags::AdaptiveEqFault);
+  AppendFlagLine(lines, "Latched  TX / RX LOL Indicator: ", page, flags::LossOfLock);
+  AppendFlagLine(lines, "Latched Temperature Alarm and Warning: ", page, flags::Temperature);
+  AppendFlagLine(lines, "Latched Voltage Alarm and Warning: ", page, flags::Voltage);
+  AppendFlagLine(lines, "RX Power Alarm and Warning: ", page, flags::RxPowerAlarms);
+  AppendFlagLine(lines, "TX Bias Alarm and Warning:  ", page, flags::TxBiasAlarms);
+  AppendFlagLine(lines, "TX Power Alarm and Warning: ", page, flags::TxPowerAlarms);
+}
+
+[[gnu::always_inline]] inline void AppendRawLine(ReportLines& lines, std::string_view label,
+                                                 const PhyCableRecord& r,
+                                                 std::uint16_t ModuleRecord::*field) {
+  if (r.module == nullptr) {
+    lines.Text(label, kReportNa);
+  } else {
+    lines.Decimal(label, r.module->*field);
+  }
 }
 
 void AppendThresholdLines(ReportLines& lines, const PhyCableRecord& r) {
-  const auto raw = [&](std::string_view label, std::uint16_t ModuleRecord::*field) {
-    if (r.module == nullptr) {
-      lines.Text(label, kReportNa);
-    } else {
-      lines.Decimal(label, r.module->*field);
-    }
-  };
   lines.Line("AlarmTemperatureHighThresh: ", render::Temperature, r,
              &ModuleRecord::temp_high_threshold, kReport);
   lines.Line("AlarmTemperatureLowThresh: ", render::Temperature, r,
@@ -917,19 +925,19 @@ void AppendThresholdLines(ReportLines& lines, const PhyCableRecord& r) {
              kReport);
   lines.Text("WarnVoltageHighThresh: ", kReportNa);
   lines.Text("WarnVoltageLowThresh: ", kReportNa);
-  raw("RXPowerHighThresh: ", &ModuleRecord::rx_power_high_threshold);
-  raw("RXPowerLowThresh: ", &ModuleRecord::rx_power_low_threshold);
-  raw("TXPowerHighThresh: ", &ModuleRecord::tx_power_high_threshold);
-  raw("TXPowerLowThresh: ", &ModuleRecord::tx_power_low_threshold);
-  raw("TXBiasHighThresh: ", &ModuleRecord::tx_bias_high_threshold);
-  raw("TXBiasLowThresh: ", &ModuleRecord::tx_bias_low_threshold);
+  AppendRawLine(lines, "RXPowerHighThresh: ", r, &ModuleRecord::rx_power_high_threshold);
+  AppendRawLine(lines, "RXPowerLowThresh: ", r, &ModuleRecord::rx_power_low_threshold);
+  AppendRawLine(lines, "TXPowerHighThresh: ", r, &ModuleRecord::tx_power_high_threshold);
+  AppendRawLine(lines, "TXPowerLowThresh: ", r, &ModuleRecord::tx_power_low_threshold);
+  AppendRawLine(lines, "TXBiasHighThresh: ", r, &ModuleRecord::tx_bias_high_threshold);
+  AppendRawLine(lines, "TXBiasLowThresh: ", r, &ModuleRecord::tx_bias_low_threshold);
 }
 
 void AppendReport(ReportLines& lines, const PhyCableRecord& r) {
   AppendIdentityLines(lines, r);
   AppendSettingLines(lines, r);
   AppendMonitorLines(lines, r);
-  AppendFlagLines(lines, r);
+  AppendFlagLines(lines, r.latched_flags);
   lines.Line("Supply Voltage Reporting: ", render::Voltage, r, &ModuleRecord::voltage, kReport);
   lines.Line("Transmitter Technology: ", render::Technology, r, kReport);
   lines.Line("Extended Specification Compliance Codes: ", render::ComplianceCode, r, kReport);

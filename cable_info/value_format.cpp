@@ -30,6 +30,26 @@ constexpr std::array<std::string_view, 9> kCableInfoVSStatusTexts = {
     "Bad QSFP cable (cable ignore ModSel# signal)",
 };
 
+// The names of the speeds of each mask, lowest first and joined.
+struct SpeedList {
+  std::array<char, 32> text;
+  std::size_t size;
+};
+
+constexpr std::array<SpeedList, 1 << ib_compliance_code_arr.size()> SpeedLists() {
+  std::array<SpeedList, 1 << ib_compliance_code_arr.size()> lists{};
+  for (std::size_t mask = 1; mask < lists.size(); ++mask) {
+    SpeedList& list = lists[mask];
+    for (std::size_t bit = 0; bit < ib_compliance_code_arr.size(); ++bit) {
+      if (((mask >> bit) & 1) == 0) continue;
+      for (const char c : ib_compliance_code_arr[bit]) list.text[list.size++] = c;
+    }
+    --list.size;  // the separator behind the last speed
+  }
+  return lists;
+}
+constexpr auto kSpeedLists = SpeedLists();
+
 constexpr std::string_view kUnknownStatus = "UNKNOWN";
 
 // What the C locale calls blank; also what is trimmed from vendor texts.
@@ -39,23 +59,6 @@ constexpr int kLowestTemperature = -40;
 constexpr int kHighestTemperature = 125;
 
 constexpr std::uint32_t kMicrovoltsPerUnit = 100;
-
-// The digits of 00..ff, two characters each.
-constexpr std::array<char, 512> HexPairs() {
-  std::array<char, 512> pairs{};
-  for (std::size_t i = 0; i < 256; ++i) {
-    pairs[2 * i] = "0123456789abcdef"[i / 16];
-    pairs[2 * i + 1] = "0123456789abcdef"[i % 16];
-  }
-  return pairs;
-}
-constexpr auto kHexPairs = HexPairs();
-
-// Writes `value`, below 256, at `to`; returns where it ends.
-char* WriteHexPair(char* to, std::uint32_t value) {
-  std::memcpy(to, &kHexPairs[2 * std::size_t{value}], 2);
-  return to + 2;
-}
 
 // Numbers are written three digits at a time, so that how many digits one has is hardly ever a
 // matter of branches. Entry i begins at 4 i.
@@ -169,22 +172,31 @@ char* WriteThousandths(char* to, std::size_t thousandths) {
   return to + kEntrySize;
 }
 
+// The parts of a double: 1 bit of sign, 11 of exponent, 52 of fraction.
+static_assert(std::numeric_limits<double>::is_iec559);
+constexpr int kFractionBits = 52;
+constexpr std::uint64_t kFractionMask = (std::uint64_t{1} << kFractionBits) - 1;
+constexpr int kExponentMask = 0x7FF;
+constexpr int kExponentBias = 1023;
+
+std::uint64_t BitsOf(double value) {
+  std::uint64_t bits = 0;
+  std::memcpy(&bits, &value, sizeof(bits));
+  return bits;
+}
+
 // |value| * 1000, rounded half to even as `printf` rounds; false for magnitudes of 2^52 and more,
 // infinities and NaN. A double is m * 2^-shift with m < 2^53, so 1000 * m is exact in 64 bits.
 bool ExactThousandths(double value, std::uint64_t& thousandths) {
-  static_assert(std::numeric_limits<double>::is_iec559);
-  constexpr int kStoredBits = 52;
-  constexpr int kExponentBias = 1023;
-  std::uint64_t bits = 0;
-  std::memcpy(&bits, &value, sizeof(bits));
-  const auto exponent = static_cast<int>((bits >> kStoredBits) & 0x7FF);
-  const std::uint64_t fraction = bits & ((std::uint64_t{1} << kStoredBits) - 1);
-  const int shift = kExponentBias + kStoredBits - exponent;
+  const std::uint64_t bits = BitsOf(value);
+  const int exponent = static_cast<int>(bits >> kFractionBits) & kExponentMask;
+  const int shift = kExponentBias + kFractionBits - exponent;
   if (shift <= 0) return false;
 
   thousandths = 0;
   if (shift >= 64) return true;  // below 2^63 / 2^64, less than half a thousandth
-  const std::uint64_t product = (fraction | (std::uint64_t{1} << kStoredBits)) * 1000;
+  const std::uint64_t product =
+      ((bits & kFractionMask) | (std::uint64_t{1} << kFractionBits)) * 1000;
   const std::uint64_t half = std::uint64_t{1} << (shift - 1);
   const std::uint64_t is_odd = (product >> shift) & 1;
   // A little less than half carries what lies above half; the whole half, ties of odd numbers.
@@ -192,20 +204,94 @@ bool ExactThousandths(double value, std::uint64_t& thousandths) {
   return true;
 }
 
-// Writes "-" at `to` when `value` has that sign, without a branch; returns where it ends.
-char* WriteSign(char* to, double value) {
+constexpr std::string_view kMilliwattText = " mW, ";
+constexpr std::string_view kDbmText = " dBm";
+constexpr std::string_view kMilliampereText = " mA";
+
+// Logarithms, in thousandths of a decibel.
+constexpr double kLn2 = 0.69314718055994530942;
+constexpr double kLn10 = 2.30258509299404568402;
+constexpr double kPerLn = 10'000.0 / kLn10;
+constexpr double kPerOctave = kPerLn * kLn2;
+
+// The significands 1 to 2 in equal steps: what brings the middle of a step to 1, and the logarithm
+// of that middle.
+struct LogStep {
+  double reciprocal;
+  double logarithm;
+};
+constexpr int kLogStepBits = 7;
+using LogSteps = std::array<LogStep, 1 << kLogStepBits>;
+
+// The natural logarithm of `x`, 1 to 2: twice the series of the inverse hyperbolic tangent.
+constexpr double Ln(double x) {
+  constexpr int kTerms = 20;  // each is at most a ninth of the one before
+  const double tangent = (x - 1.0) / (x + 1.0);
+  double sum = 0.0;
+  double power = tangent;
+  for (int i = 0; i < kTerms; ++i) {
+    sum += power / (2 * i + 1);
+    power *= tangent * tangent;
+  }
+  return 2.0 * sum;
+}
+
+constexpr LogSteps MakeLogSteps() {
+  LogSteps steps{};
+  for (std::size_t i = 0; i < steps.size(); ++i) {
+    const double middle = 1.0 + (static_cast<double>(i) + 0.5) / static_cast<double>(steps.size());
+    steps[i] = {1.0 / middle, kPerLn * Ln(middle)};
+  }
+  return steps;
+}
+constexpr LogSteps kLogSteps = MakeLogSteps();
+
+// 10'000 * log10(milliwatts), rounded as `printf` rounds the decibels. False where that is not
+// sure: close to a tie, and for what rounds to zero, which has a sign of its own; and for a million
+// and more. The sum is off by less than 1e-6: the first term that its series lacks is rest^4 / 4,
+// and |rest| is below 2^-8.
+bool SureThousandthsOfDbm(double milliwatts, std::int32_t& thousandths) {
+  constexpr double kClose = 1e-4;
+  constexpr std::int32_t kOffset = 1 << 24;  // makes the sum positive, for a cast rounds to zero
+  constexpr std::uint64_t kOne = std::uint64_t{kExponentBias} << kFractionBits;
+  const std::uint64_t bits = BitsOf(milliwatts);
+  const std::uint64_t fraction = bits & kFractionMask;
+  // That of zero, negative numbers, infinities and NaN leads to a million and more.
+  const int exponent = static_cast<int>(bits >> kFractionBits) - kExponentBias;
+  const LogStep& step = kLogSteps[fraction >> (kFractionBits - kLogStepBits)];
+  const std::uint64_t significand_bits = kOne | fraction;
+  double significand = 0.0;
+  std::memcpy(&significand, &significand_bits, sizeof(significand));
+  const double rest = significand * step.reciprocal - 1.0;
+  const double series = rest * (1.0 - rest * (1.0 / 2.0 - rest * (1.0 / 3.0)));
+  const double sum = exponent * kPerOctave + step.logarithm + kPerLn * series + (kOffset + 0.5);
+  const auto rounded = static_cast<std::int32_t>(sum);
+  thousandths = rounded - kOffset;
+  const bool is_sure = std::abs(sum - rounded - 0.5) < 0.5 - kClose;
+  const auto magnitude = static_cast<std::uint32_t>(std::abs(thousandths));
+  return is_sure && magnitude != 0 && magnitude < kMillion;
+}
+
+// Writes "-" at `to` when `is_negative`, without a branch; returns where it ends.
+char* WriteSign(char* to, bool is_negative) {
   *to = '-';
-  return to + (std::signbit(value) ? 1 : 0);
+  return to + (is_negative ? 1 : 0);
+}
+
+// Writes `thousandths`, below a million, at `to` with the point before the last three digits;
+// returns where they end.
+char* WriteShortFixed3(char* to, std::uint32_t thousandths) {
+  return WriteThousandths(WriteShortNumber(to, thousandths / kEntries), thousandths % kEntries);
 }
 
 // `WriteFixed3` of a thousand and more, infinities and NaN.
-[[gnu::noinline]] char* WriteLongFixed3(char* to, double value) {
+[[gnu::cold, gnu::noinline]] char* WriteLongFixed3(char* to, double value) {
   std::uint64_t thousandths = 0;
   if (!ExactThousandths(value, thousandths)) {
     return std::to_chars(to, to + kFixed3Room, value, std::chars_format::fixed, 3).ptr;
   }
-  char* const digits = WriteSign(to, value);
-  return WriteThousandths(WriteDecimal(digits, thousandths / kEntries), thousandths % kEntries);
+  to = WriteSign(to, std::signbit(value));
+  return WriteThousandths(WriteDecimal(to, thousandths / kEntries), thousandths % kEntries);
 }
 
 // Scans as the conversions of C's scanf do: each step fails at the end of the text or at a
@@ -260,8 +346,7 @@ char* WriteDecimal(char* to, std::uint64_t value) {
   return WriteNineDigits(to, low);
 }
 
-char* WriteHex(char* to, std::uint32_t value, int width) {
-  if (width == 2 && value < 0x100) return WriteHexPair(to, value);
+char* WriteAnyHex(char* to, std::uint32_t value, int width) {
   int digits = width > 1 ? width : 1;
   while (digits < kMostHexDigits && value >> (4 * digits) != 0) ++digits;
   char* const end = to + digits;
@@ -279,23 +364,32 @@ char* WriteFixed3(char* to, double value) {
   if (!ExactThousandths(value, thousandths) || thousandths >= kMillion) {
     return WriteLongFixed3(to, value);
   }
-  char* const digits = WriteSign(to, value);
-  const auto narrow = static_cast<std::uint32_t>(thousandths);
-  return WriteThousandths(WriteShortNumber(digits, narrow / kEntries), narrow % kEntries);
+  to = WriteSign(to, std::signbit(value));
+  return WriteShortFixed3(to, static_cast<std::uint32_t>(thousandths));
 }
 
 char* WritePower(char* to, double milliwatts, double dbm) {
-  constexpr std::string_view kMilliwatts = " mW, ";
-  constexpr std::string_view kDbm = " dBm";
-  static_assert(kPowerRoom == 2 * kFixed3Room + kMilliwatts.size() + kDbm.size());
-  to = WriteText(WriteFixed3(to, milliwatts), kMilliwatts);
-  return WriteText(WriteFixed3(to, dbm), kDbm);
+  static_assert(kPowerRoom == 2 * kFixed3Room + kMilliwattText.size() + kDbmText.size());
+  to = WriteText(WriteFixed3(to, milliwatts), kMilliwattText);
+  return WriteText(WriteFixed3(to, dbm), kDbmText);
+}
+
+char* WritePower(char* to, double milliwatts, double (*to_dbm)(double milliwatts)) {
+  std::int32_t dbm = 0;
+  if (!SureThousandthsOfDbm(milliwatts, dbm)) return WritePower(to, milliwatts, to_dbm(milliwatts));
+  to = WriteText(WriteFixed3(to, milliwatts), kMilliwattText);
+  to = WriteSign(to, dbm < 0);
+  return WriteText(WriteShortFixed3(to, static_cast<std::uint32_t>(std::abs(dbm))), kDbmText);
 }
 
 char* WriteBias(char* to, double milliamperes) {
-  constexpr std::string_view kMilliamperes = " mA";
-  static_assert(kBiasRoom == kFixed3Room + kMilliamperes.size());
-  return WriteText(WriteFixed3(to, milliamperes), kMilliamperes);
+  static_assert(kBiasRoom == kFixed3Room + kMilliampereText.size());
+  return WriteText(WriteFixed3(to, milliamperes), kMilliampereText);
+}
+
+char* WriteBias(char* to, std::uint32_t microamperes) {
+  to = WriteThousandths(WriteDecimal(to, microamperes / kEntries), microamperes % kEntries);
+  return WriteText(to, kMilliampereText);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -357,6 +451,13 @@ void CsvRow::WriteTo(std::ostream& os) {
 
 namespace {
 
+// The line whose size stands at `at`.
+std::string_view LineAt(const char* at) {
+  std::size_t size = 0;
+  std::memcpy(&size, at, sizeof(size));
+  return {at + sizeof(size), size};
+}
+
 // What a stream's own output functions do behind an exception of its buffer. True when the caller
 // wants to see that exception.
 bool MarkBad(std::ostream& os) {
@@ -370,43 +471,47 @@ bool MarkBad(std::ostream& os) {
 
 }  // namespace
 
-void ReportLines::Finish() {
-  if (os_ == nullptr) {
-    waiting_ = 0;
-    return;
+void FlushedLines::MakeRoom(std::size_t room) {
+  Finish();
+  out_.Room(room);
+}
+
+void FlushedLines::Finish() {
+  const char* at = os_.good() ? WriteFast() : out_.view().data();
+  while (at != out_.end()) {
+    const std::string_view line = LineAt(at);
+    os_.write(line.data(), static_cast<std::streamsize>(line.size()));
+    os_.flush();
+    at = line.data() + line.size();
   }
-  std::size_t i = os_->good() ? WriteFast() : 0;
-  for (std::size_t begin = i == 0 ? 0 : ends_[i - 1]; i < waiting_; begin = ends_[i], ++i) {
-    os_->write(out_.view().data() + begin, static_cast<std::streamsize>(ends_[i] - begin));
-    os_->flush();
-  }
-  waiting_ = 0;
   out_.Truncate(0);
 }
 
-// Writes the lines past the stream, straight to its buffer, as long as all goes well; returns how
-// many. When the buffer fails, the stream ends up as if it had written that line itself.
-std::size_t ReportLines::WriteFast() {
-  std::streambuf* const buffer = os_->rdbuf();
-  const char* const text = out_.view().data();
-  const char* begin = text;  // of what is not written yet
-  const std::size_t* end = ends_.data();
-  const std::size_t* const last = end + waiting_;
+// Writes the lines past the stream, straight to its buffer, as long as all goes well; returns where
+// the others begin. When the buffer fails, the stream ends up as if it had written that line
+// itself.
+const char* FlushedLines::WriteFast() {
+  std::streambuf* const buffer = os_.rdbuf();
+  const char* const end = out_.end();
+  const char* at = out_.view().data();
+  bool is_put = false;
   try {
-    for (; end != last; ++end) {
-      const std::streamsize size = text + *end - begin;
-      if (buffer->sputn(begin, size) != size) break;
-      begin += size;
+    while (at != end) {
+      const std::string_view line = LineAt(at);
+      const auto size = static_cast<std::streamsize>(line.size());
+      is_put = false;
+      if (buffer->sputn(line.data(), size) != size) break;
+      is_put = true;
       if (buffer->pubsync() == -1) break;
+      at = line.data() + size;
     }
   } catch (...) {
-    if (MarkBad(*os_)) throw;
+    if (MarkBad(os_)) throw;
   }
-  const auto written = static_cast<std::size_t>(end - ends_.data());
-  if (end == last) return written;
-  os_->setstate(std::ios_base::badbit);
-  if (begin != text + *end) os_->flush();
-  return written + 1;
+  if (at == end) return end;
+  os_.setstate(std::ios_base::badbit);
+  if (!is_put) os_.flush();
+  return LineAt(at).data() + LineAt(at).size();
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -509,15 +614,12 @@ void AppendCableType(TextBuffer& out, std::uint8_t technology, std::string_view 
 }
 
 void AppendSupportedSpeed(TextBuffer& out, std::uint8_t mask, std::string_view fallback) {
-  const std::size_t begin = out.size();
-  for (std::size_t bit = 0; bit < ib_compliance_code_arr.size(); ++bit) {
-    if (((mask >> bit) & 1) != 0) out.Append(ib_compliance_code_arr[bit]);
-  }
-  if (out.size() == begin) {
+  const SpeedList& list = kSpeedLists[mask % kSpeedLists.size()];
+  if (list.size == 0) {
     out.Append(fallback);
-    return;
+  } else {
+    out.AppendPart(list.text, list.size);
   }
-  out.Truncate(out.size() - 1);  // the separator behind the last speed
 }
 
 void AppendTemperature(TextBuffer& out, std::uint8_t technology, std::int8_t temperature,
@@ -530,7 +632,10 @@ void AppendTemperature(TextBuffer& out, std::uint8_t technology, std::int8_t tem
 }
 
 void AppendVoltage(TextBuffer& out, std::uint16_t raw) {
-  out.AppendDecimal(raw * kMicrovoltsPerUnit).Append("uV");
+  constexpr std::string_view kUnit = "uV";
+  out.AppendWithin(kDecimalRoom + kUnit.size(), [=](char* to) {
+    return WriteText(WriteDecimal(to, raw * kMicrovoltsPerUnit), kUnit);
+  });
 }
 
 void AppendCableInfoVSStatus(TextBuffer& out, std::uint8_t status) {

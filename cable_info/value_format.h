@@ -10,8 +10,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
-#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -286,13 +286,37 @@ inline constexpr int kMostHexDigits = 8;
 constexpr std::size_t HexRoom(int width) {
   return static_cast<std::size_t>(width > kMostHexDigits ? width : kMostHexDigits);
 }
+/// What `WriteHex` writes of any value and width.
+char* WriteAnyHex(char* to, std::uint32_t value, int width);
+/// The digits of 00..ff, two characters each.
+constexpr std::array<char, 512> HexPairs() {
+  std::array<char, 512> pairs{};
+  for (std::size_t i = 0; i < 256; ++i) {
+    pairs[2 * i] = "0123456789abcdef"[i / 16];
+    pairs[2 * i + 1] = "0123456789abcdef"[i % 16];
+  }
+  return pairs;
+}
+/// The same, made once.
+inline constexpr std::array<char, 512> kHexPairs = HexPairs();
+/// Both digits of `value`, which is below 256.
+inline char* WriteHexPair(char* to, std::uint32_t value) {
+  std::memcpy(to, &kHexPairs[2 * std::size_t{value}], 2);
+  return to + 2;
+}
 /// Lower-case hexadecimal, filled with "0" to at least `width` digits.
-char* WriteHex(char* to, std::uint32_t value, int width);
+[[gnu::always_inline]] inline char* WriteHex(char* to, std::uint32_t value, int width) {
+  if (width == 2 && value < 0x100) return WriteHexPair(to, value);
+  if (width == 4 && value < 0x10000) {
+    return WriteHexPair(WriteHexPair(to, value / 0x100), value % 0x100);
+  }
+  return WriteAnyHex(to, value, width);
+}
 
 /// The room of the same behind "0x".
 constexpr std::size_t PrefixedHexRoom(int width) { return 2 + HexRoom(width); }
 /// The same behind "0x".
-inline char* WritePrefixedHex(char* to, std::uint32_t value, int width) {
+[[gnu::always_inline]] inline char* WritePrefixedHex(char* to, std::uint32_t value, int width) {
   *to = '0';
   *(to + 1) = 'x';
   return WriteHex(to + 2, value, width);
@@ -307,11 +331,16 @@ char* WriteFixed3(char* to, double value);
 inline constexpr std::size_t kPowerRoom = 2 * kFixed3Room + 9;
 /// A power in both of its units, "... mW, ... dBm", with three decimals.
 char* WritePower(char* to, double milliwatts, double dbm);
+/// The same with `to_dbm(milliwatts)`, which must be 10 log10 of every positive power: it is asked
+/// only where a shorter way is not sure to lead to the same text.
+char* WritePower(char* to, double milliwatts, double (*to_dbm)(double milliwatts));
 
 /// The room of a bias.
 inline constexpr std::size_t kBiasRoom = kFixed3Room + 3;
 /// A bias, "... mA", with three decimals.
 char* WriteBias(char* to, double milliamperes);
+/// The same, given in microamperes.
+char* WriteBias(char* to, std::uint32_t microamperes);
 /// @}
 
 /// Writes `text` at `to`, where there must be room for it; returns where it ends.
@@ -332,10 +361,22 @@ class TextBuffer {
   TextBuffer& operator=(TextBuffer&&) = delete;
   ~TextBuffer() = default;
 
+  /// True when `count` more characters fit without moving the text.
+  bool HasRoom(std::size_t count) const { return static_cast<std::size_t>(limit_ - end_) >= count; }
+  /// Where the next characters go, `count` of which are free.
+  char* Room(std::size_t count) {
+    if (!HasRoom(count)) Grow(count);
+    return end_;
+  }
+  /// Where the text ends.
+  char* end() { return end_; }
+  /// Takes in what was written behind the text, up to `end`.
+  void EndAt(char* end) { end_ = end; }
+
   /// What `write(to)` writes at `to`, where `room` characters are free, up to what it returns.
   template <typename Write>
   TextBuffer& AppendWithin(std::size_t room, Write&& write) {
-    end_ = write(Room(room));
+    EndAt(write(Room(room)));
     return *this;
   }
 
@@ -414,11 +455,6 @@ class TextBuffer {
   std::string_view view() const { return {begin_, size()}; }
 
  private:
-  /// Where the next `count` characters go.
-  char* Room(std::size_t count) {
-    if (static_cast<std::size_t>(limit_ - end_) < count) Grow(count);
-    return end_;
-  }
   [[gnu::cold, gnu::noinline]] void Grow(std::size_t count);
 
   char* begin_;
@@ -531,96 +567,140 @@ class CsvRow {
   TextBuffer out_;
 };
 
-/// The lines of a text report, each a label and a value.
-class ReportLines {
+/// The forms of a text report's lines, each a label and a value, above what becomes of the lines.
+/// All are inlined: then copying a label is a move or two instead of a call.
+template <typename Sink>
+class LineForms : public Sink {
  public:
-  /// Keeps the lines for `view()`.
-  ReportLines() = default;
-  /// Writes the lines to `os`, each with a flush behind it: the stream and its buffer see what
-  /// `os.write` and `os.flush` would do line by line, though for speed several lines may be put
-  /// together before the first of them is written. Call `Finish` behind the last line.
-  explicit ReportLines(std::ostream& os) : os_(&os), sentry_(std::in_place, os) {}
-
-  /// Writes what is not written yet.
-  void Finish();
+  using Sink::Sink;
 
   /// What `write(to)` writes at `to`, where `room` characters are free, up to what it returns.
   template <typename Write>
-  void LineWithin(std::string_view label, std::size_t room, const Write& write) {
-    out_.AppendWithin(label.size() + room + 1,
-                      [&](char* to) { return WithNewline(write(WriteText(to, label))); });
-    CountLine();
+  [[gnu::always_inline]] void LineWithin(std::string_view label, std::size_t room,
+                                         const Write& write) {
+    char* const line = this->BeginLine(label.size() + room + 1);
+    EndLine(line, write(WriteText(line, label)));
   }
 
   /// The same under a label that names a lane: `lane`, 1..9, stands in place of its "#".
   template <typename Write>
-  void LaneLineWithin(std::string_view label, int lane, std::size_t room, const Write& write) {
-    out_.AppendWithin(label.size() + room + 1, [&](char* to) {
-      char* const value = WriteText(to, label);
-      *(to + label.find('#')) = static_cast<char>('0' + lane);
-      return WithNewline(write(value));
-    });
-    CountLine();
+  [[gnu::always_inline]] void LaneLineWithin(std::string_view label, int lane, std::size_t room,
+                                             const Write& write) {
+    char* const line = this->BeginLine(label.size() + room + 1);
+    char* const value = WriteText(line, label);
+    *(line + label.find('#')) = static_cast<char>('0' + lane);
+    EndLine(line, write(value));
   }
 
   /// What `append(buffer, args...)` writes.
   template <typename Append, typename... Args>
-  void Line(std::string_view label, Append&& append, const Args&... args) {
-    out_.Append(label);
-    append(out_, args...);
-    out_.Append('\n');
-    CountLine();
+  [[gnu::always_inline]] void Line(std::string_view label, Append&& append, const Args&... args) {
+    TextBuffer& out = this->Buffer();
+    out.EndAt(WriteText(this->BeginLine(label.size()), label));
+    const std::size_t before = out.size();
+    append(out, args...);
+    char* const end = out.Room(1);  // where that may be only now
+    EndLine(end - (out.size() - before) - label.size(), end);
   }
 
   /// The text as it stands.
-  void Text(std::string_view label, std::string_view text) {
+  [[gnu::always_inline]] void Text(std::string_view label, std::string_view text) {
     LineWithin(label, text.size(), [=](char* to) { return WriteText(to, text); });
   }
   /// The text as it stands, under a label that names a lane.
-  void LaneText(std::string_view label, int lane, std::string_view text) {
+  [[gnu::always_inline]] void LaneText(std::string_view label, int lane, std::string_view text) {
     LaneLineWithin(label, lane, text.size(), [=](char* to) { return WriteText(to, text); });
   }
   /// All digits, with `unit` behind them.
-  void Decimal(std::string_view label, std::uint32_t value, std::string_view unit = {}) {
+  [[gnu::always_inline]] void Decimal(std::string_view label, std::uint32_t value,
+                                      std::string_view unit = {}) {
     LineWithin(label, kDecimalRoom + unit.size(),
                [=](char* to) { return WriteText(WriteDecimal(to, value), unit); });
   }
   /// "0x" and at least `width` digits.
-  void Hex(std::string_view label, std::uint32_t value, int width) {
+  [[gnu::always_inline]] void Hex(std::string_view label, std::uint32_t value, int width) {
     LineWithin(label, PrefixedHexRoom(width),
                [=](char* to) { return WritePrefixedHex(to, value, width); });
   }
-  /// A lane's power in both of its units.
-  void LanePower(std::string_view label, int lane, double milliwatts, double dbm) {
+  /// A lane's power in both of its units; `dbm` is what `WritePower` takes.
+  template <typename Dbm>
+  [[gnu::always_inline]] void LanePower(std::string_view label, int lane, double milliwatts,
+                                        Dbm dbm) {
     LaneLineWithin(label, lane, kPowerRoom,
                    [=](char* to) { return WritePower(to, milliwatts, dbm); });
   }
-  /// A lane's bias.
-  void LaneBias(std::string_view label, int lane, double milliamperes) {
-    LaneLineWithin(label, lane, kBiasRoom, [=](char* to) { return WriteBias(to, milliamperes); });
+  /// A lane's bias; `bias` is what `WriteBias` takes.
+  template <typename Bias>
+  [[gnu::always_inline]] void LaneBias(std::string_view label, int lane, Bias bias) {
+    LaneLineWithin(label, lane, kBiasRoom, [=](char* to) { return WriteBias(to, bias); });
   }
-
-  /// The lines that were kept. Valid until the next line.
-  std::string_view view() const { return out_.view(); }
 
  private:
-  static char* WithNewline(char* end) {
+  [[gnu::always_inline]] void EndLine(char* line, char* end) {
     *end = '\n';
-    return end + 1;
+    Sink::EndLine(line, end + 1);
   }
-  void CountLine() {
-    ends_[waiting_++] = out_.size();
-    if (waiting_ == ends_.size()) Finish();
+};
+
+/// Keeps lines as one text.
+class KeptLines {
+ public:
+  /// The lines so far. Valid until the next line.
+  std::string_view view() const { return out_.view(); }
+
+ protected:
+  /// Where the next line goes; `room` characters are free there.
+  char* BeginLine(std::size_t room) { return out_.Room(room); }
+  /// Takes in the line up to `end`.
+  void EndLine(const char* /*line*/, char* end) { out_.EndAt(end); }
+  /// Where the lines are put together.
+  TextBuffer& Buffer() { return out_; }
+
+ private:
+  TextBuffer out_;
+};
+
+/// Writes lines to a stream, each with a flush behind it: the stream and its buffer see what
+/// `write` and `flush` would do line by line, though for speed many lines may be put together
+/// before the first of them is written. Call `Finish` behind the last line.
+class FlushedLines {
+ public:
+  /// `os` must outlive the lines.
+  explicit FlushedLines(std::ostream& os) : os_(os), sentry_(os) {}
+
+  /// Writes what is not written yet.
+  void Finish();
+
+ protected:
+  /// Where the next line goes; `room` characters are free there.
+  char* BeginLine(std::size_t room) {
+    if (!out_.HasRoom(kSizeRoom + room)) MakeRoom(kSizeRoom + room);
+    return out_.end() + kSizeRoom;
   }
-  std::size_t WriteFast();
+  /// Takes in the line up to `end`.
+  void EndLine(char* line, char* end) {
+    const auto size = static_cast<std::size_t>(end - line);
+    std::memcpy(line - kSizeRoom, &size, kSizeRoom);
+    out_.EndAt(end);
+  }
+  /// Where the lines are put together.
+  TextBuffer& Buffer() { return out_; }
+
+ private:
+  // A line's size stands before it while it waits.
+  static constexpr std::size_t kSizeRoom = sizeof(std::size_t);
+
+  [[gnu::cold, gnu::noinline]] void MakeRoom(std::size_t room);
+  const char* WriteFast();
 
   TextBuffer out_;
-  std::ostream* os_ = nullptr;
-  std::optional<std::ostream::sentry> sentry_;  // the stream is prepared once for all lines
-  // Where the lines that wait to be written end. Bytes that were just put together from small
-  // pieces are slow to read; a little later they are not.
-  std::array<std::size_t, 16> ends_{};
-  std::size_t waiting_ = 0;
+  std::ostream& os_;
+  std::ostream::sentry sentry_;  // the stream is prepared once for all lines
 };
+
+/// A report that is kept as one text.
+using ReportBlock = LineForms<KeptLines>;
+/// A report that goes to a stream line by line.
+using ReportLines = LineForms<FlushedLines>;
 
 }  // namespace cable_info

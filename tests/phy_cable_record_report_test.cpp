@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <sstream>
 #include <string>
@@ -207,6 +210,42 @@ TEST(PhyCableRecordReport, ShowsPassiveCopperAndAbsentCdrs) {
   r.module->attenuation[3] = 16;
   EXPECT_EQ(Lines(Report(r))[12], "Temperature: N/A");
   EXPECT_EQ(Lines(Report(r))[20], "Attenuation(5,7,12,25): 0 0 0 16");
+}
+
+// As the C library writes powers in units of 0.1 uW and biases in units of 2 uA.
+std::vector<std::string> MonitorLines(const ModuleRecord& m) {
+  std::vector<std::string> lines;
+  char text[100];
+  const auto power = [&](const char* direction, int lane, std::uint16_t raw) {
+    const double mw = raw * 0.0001;
+    const double dbm = raw == 0 ? -999.999 : 10.0 * std::log10(mw);
+    std::snprintf(text, sizeof(text), "%s%d Power: %.3f mW, %.3f dBm", direction, lane, mw, dbm);
+    lines.emplace_back(text);
+  };
+  for (int i = 0; i < 8; ++i) power("RX", i + 1, m.rx_power[i ^ 1]);
+  for (int i = 0; i < 8; ++i) {
+    std::snprintf(text, sizeof(text), "TX%d Bias: %.3f mA", i + 1, m.tx_bias[i ^ 1] / 500.0);
+    lines.emplace_back(text);
+  }
+  for (int i = 0; i < 8; ++i) power("TX", i + 1, m.tx_power[i ^ 1]);
+  return lines;
+}
+
+TEST(PhyCableRecordReport, ShowsEveryValueOfItsMonitors) {
+  constexpr std::size_t kFirst = 22;
+  PhyCableRecord r;
+  r.module = new ModuleRecord;
+  r.module->power_unit_flag = 1;
+  for (unsigned raw = 0; raw <= UINT16_MAX; raw += 8) {
+    for (unsigned i = 0; i < 8; ++i) {
+      r.module->rx_power[i] = static_cast<std::uint16_t>(raw + i);
+      r.module->tx_power[i] = static_cast<std::uint16_t>(raw + 7 - i);
+      r.module->tx_bias[i] = static_cast<std::uint16_t>(raw + i);
+    }
+    const std::vector<std::string> expected = MonitorLines(*r.module);
+    const std::vector<std::string> lines = Lines(Report(r));
+    ASSERT_TRUE(std::equal(expected.begin(), expected.end(), lines.begin() + kFirst)) << raw;
+  }
 }
 
 TEST(PhyCableRecordReport, FlushesEveryLine) {

@@ -433,7 +433,109 @@ TEST(Numbers, StayWithinTheirRoom) {
   const std::string longest = PrintfFixed3(-DBL_MAX);
   expect_text(longest + " mW, " + longest + " dBm", kPowerRoom,
               [](char* to) { return WritePower(to, -DBL_MAX, -DBL_MAX); });
+  expect_text(PrintfFixed3(DBL_MAX) + " mW, 3082.547 dBm", kPowerRoom, [](char* to) {
+    return WritePower(to, DBL_MAX, [](double mw) { return 10.0 * std::log10(mw); });
+  });
   expect_text(longest + " mA", kBiasRoom, [](char* to) { return WriteBias(to, -DBL_MAX); });
+  expect_text("4294967.295 mA", kBiasRoom, [](char* to) { return WriteBias(to, UINT32_MAX); });
+}
+
+// ---------------------------------------------------------------------------------------------
+// Powers and biases
+// ---------------------------------------------------------------------------------------------
+
+double PlainDbm(double milliwatts) {
+  if (milliwatts <= 0.0) return kUnrepresentablePower;
+  return 10.0 * std::log10(milliwatts);
+}
+
+std::string PlainPower(double milliwatts) {
+  return PrintfFixed3(milliwatts) + " mW, " + PrintfFixed3(PlainDbm(milliwatts)) + " dBm";
+}
+
+std::string Power(double milliwatts) {
+  char text[kPowerRoom];
+  return {text, WritePower(text, milliwatts, PlainDbm)};
+}
+
+TEST(Power, ShowsBothUnits) {
+  EXPECT_EQ(Power(0.523), "0.523 mW, -2.815 dBm");
+  EXPECT_EQ(Power(1.0), "1.000 mW, 0.000 dBm");
+  EXPECT_EQ(Power(100.0), "100.000 mW, 20.000 dBm");
+  EXPECT_EQ(Power(0.001), "0.001 mW, -30.000 dBm");
+  EXPECT_EQ(Power(0.0), "0.000 mW, -999.999 dBm");
+  EXPECT_EQ(Power(-0.0), "-0.000 mW, -999.999 dBm");
+  EXPECT_EQ(Power(std::nextafter(1.0, 0.0)), "1.000 mW, -0.000 dBm");
+  EXPECT_EQ(Power(std::nextafter(1.0, 2.0)), "1.000 mW, 0.000 dBm");
+}
+
+TEST(Power, IsThatOfThePlainExpression) {
+  for (const double value : DelicateDoubles()) {
+    ASSERT_EQ(Power(value), PlainPower(value));
+    ASSERT_EQ(Power(-value), PlainPower(-value));
+  }
+  for (int raw = 1; raw <= UINT16_MAX; ++raw) {
+    ASSERT_EQ(Power(raw * 0.0001), PlainPower(raw * 0.0001)) << raw;
+  }
+  std::mt19937_64 random(20);
+  for (int i = 0; i < 50'000; ++i) {
+    const auto value = std::bit_cast<double>(random());
+    ASSERT_EQ(Power(value), PlainPower(value)) << value;
+  }
+}
+
+// The powers between those that are shown as one thousandth of a decibel and as the next.
+TEST(Power, IsThatOfThePlainExpressionAtEveryTie) {
+  for (int thousandths = -40'000; thousandths < 9'000; ++thousandths) {
+    const double tie = std::pow(10.0, (thousandths + 0.5) / 10'000.0);
+    for (const double distance : {-2e-8, -1e-12, 1e-12, 2e-8}) {
+      const double value = tie * (1.0 + distance);
+      ASSERT_EQ(Power(value), PlainPower(value)) << value;
+    }
+    for (double value = std::nextafter(tie, 0.0); value < tie * (1.0 + 1e-15);
+         value = std::nextafter(value, DBL_MAX)) {
+      ASSERT_EQ(Power(value), PlainPower(value)) << value;
+    }
+  }
+}
+
+// Where the magnitude of the decibels goes beyond three digits.
+TEST(Power, IsThatOfThePlainExpressionAtEveryMagnitude) {
+  for (int exponent = -1074; exponent <= 1023; ++exponent) {
+    for (const double significand : {1.0, 1.25, 1.5, 1.99}) {
+      const double value = std::ldexp(significand, exponent);
+      ASSERT_EQ(Power(value), PlainPower(value)) << value;
+    }
+  }
+  for (double value = 9.99e99; value < 1.001e100; value *= 1.00001) {
+    ASSERT_EQ(Power(value), PlainPower(value)) << value;
+    ASSERT_EQ(Power(1.0 / value), PlainPower(1.0 / value)) << value;
+  }
+}
+
+TEST(Power, HardlyEverNeedsThePlainExpression) {
+  static int asked = 0;
+  for (int raw = 1; raw <= UINT16_MAX; ++raw) {
+    char text[kPowerRoom];
+    WritePower(text, raw * 0.0001, [](double milliwatts) {
+      ++asked;
+      return PlainDbm(milliwatts);
+    });
+  }
+  EXPECT_LT(asked, 65);
+}
+
+TEST(Bias, IsGivenInMilliamperesOrMicroamperes) {
+  const auto bias = [](auto value) {
+    char text[kBiasRoom];
+    return std::string(text, WriteBias(text, value));
+  };
+  EXPECT_EQ(bias(7.0), "7.000 mA");
+  EXPECT_EQ(bias(std::uint32_t{7000}), "7.000 mA");
+  EXPECT_EQ(bias(std::uint32_t{0}), "0.000 mA");
+  EXPECT_EQ(bias(std::uint32_t{1}), "0.001 mA");
+  EXPECT_EQ(bias(std::uint32_t{131'070}), "131.070 mA");
+  EXPECT_EQ(bias(UINT32_MAX), "4294967.295 mA");
 }
 
 TEST(TextBuffer, WritesHexadecimalOfAnySize) {
@@ -593,8 +695,8 @@ TEST(CsvRow, IgnoresTheFormattingOfTheStream) {
 // ReportLines
 // ---------------------------------------------------------------------------------------------
 
-TEST(ReportLines, WritesEveryFormOfLine) {
-  ReportLines lines;
+TEST(ReportBlock, WritesEveryFormOfLine) {
+  ReportBlock lines;
   lines.Text("Text: ", "a, \"b\"");
   lines.Decimal("Decimal: ", 4294967295U);
   lines.Decimal("Unit: ", 7, " m");
@@ -611,25 +713,25 @@ TEST(ReportLines, WritesEveryFormOfLine) {
             "RX8 Power: low\nTX1 Power: 0.523 mW, -2.815 dBm\nTX9 Bias: 7.250 mA\n2: \n");
 }
 
-TEST(ReportLines, HaveRoomForEveryLineAtEveryFillLevel) {
+TEST(ReportBlock, HaveRoomForEveryLineAtEveryFillLevel) {
   const std::string longest = PrintfFixed3(-DBL_MAX);
   for (std::size_t size = 3400; size <= 4100; ++size) {
     const std::string text(size, 'x');
     const auto expect_behind = [&](const std::string& line, auto write) {
-      ReportLines lines;
+      ReportBlock lines;
       lines.Text("", text);
       write(lines);
       EXPECT_EQ(lines.view(), text + '\n' + line + '\n');
     };
-    expect_behind("Text: text", [](ReportLines& lines) { lines.Text("Text: ", "text"); });
+    expect_behind("Text: text", [](ReportBlock& lines) { lines.Text("Text: ", "text"); });
     expect_behind("Decimal: 4294967295 m",
-                  [](ReportLines& lines) { lines.Decimal("Decimal: ", UINT32_MAX, " m"); });
-    expect_behind("Hex: 0xffffffff", [](ReportLines& lines) { lines.Hex("Hex: ", UINT32_MAX, 2); });
-    expect_behind("3: text", [](ReportLines& lines) { lines.LaneText("#: ", 3, "text"); });
+                  [](ReportBlock& lines) { lines.Decimal("Decimal: ", UINT32_MAX, " m"); });
+    expect_behind("Hex: 0xffffffff", [](ReportBlock& lines) { lines.Hex("Hex: ", UINT32_MAX, 2); });
+    expect_behind("3: text", [](ReportBlock& lines) { lines.LaneText("#: ", 3, "text"); });
     expect_behind("3: " + longest + " mW, " + longest + " dBm",
-                  [](ReportLines& lines) { lines.LanePower("#: ", 3, -DBL_MAX, -DBL_MAX); });
+                  [](ReportBlock& lines) { lines.LanePower("#: ", 3, -DBL_MAX, -DBL_MAX); });
     expect_behind("3: " + longest + " mA",
-                  [](ReportLines& lines) { lines.LaneBias("#: ", 3, -DBL_MAX); });
+                  [](ReportBlock& lines) { lines.LaneBias("#: ", 3, -DBL_MAX); });
   }
 }
 
@@ -687,17 +789,18 @@ Outcome OutcomeOf(const WriteLines& write_lines, std::size_t bad_call, FaultyBuf
 }
 
 TEST(ReportLines, TreatStreamsAsWritingAndFlushingEachLineDoes) {
-  constexpr std::size_t kLines = 70;  // more than are ever put together
-  const auto plainly = [](std::ostream& os) {
+  constexpr std::size_t kLines = 70;
+  const std::string label(100, 'L');  // so that the lines are more than are ever put together
+  const auto plainly = [&](std::ostream& os) {
     for (std::size_t i = 0; i < kLines; ++i) {
-      const std::string line = "Line: " + std::to_string(i) + "\n";
+      const std::string line = label + std::to_string(i) + "\n";
       os.write(line.data(), static_cast<std::streamsize>(line.size()));
       os.flush();
     }
   };
-  const auto fast = [](std::ostream& os) {
+  const auto fast = [&](std::ostream& os) {
     ReportLines lines(os);
-    for (std::uint32_t i = 0; i < kLines; ++i) lines.Decimal("Line: ", i);
+    for (std::uint32_t i = 0; i < kLines; ++i) lines.Decimal(label, i);
     lines.Finish();
   };
   for (const auto fault : {FaultyBuffer::Fault::kReturns, FaultyBuffer::Fault::kThrows}) {
@@ -710,6 +813,46 @@ TEST(ReportLines, TreatStreamsAsWritingAndFlushingEachLineDoes) {
       }
     }
   }
+}
+
+TEST(ReportLines, WriteLinesOfAnyLength) {
+  const auto append = [](TextBuffer& out, std::string_view text) { out.Append(text); };
+  for (const std::size_t size :
+       {0U, 1U, 1000U, 4000U, 4070U, 4080U, 4088U, 4096U, 5000U, 100000U}) {
+    const std::string text(size, 'x');
+    FlushCounter buffer;
+    std::ostream os(&buffer);
+    ReportLines lines(os);
+    std::string expected;
+    for (int i = 0; i < 3; ++i) {
+      lines.Text("Text: ", text);
+      lines.Line("Line: ", append, std::string_view(text));
+      lines.Decimal("Decimal: ", 7);
+      expected += "Text: " + text + "\nLine: " + text + "\nDecimal: 7\n";
+    }
+    lines.Finish();
+    EXPECT_TRUE(buffer.str() == expected) << size;
+    EXPECT_EQ(buffer.flushes(), 9) << size;
+    lines.Finish();
+    EXPECT_EQ(buffer.flushes(), 9) << size;
+  }
+}
+
+TEST(ReportLines, WriteEveryFormOfLine) {
+  FlushCounter buffer;
+  std::ostream os(&buffer);
+  ReportLines lines(os);
+  lines.Hex("Hex: ", 0x1F, 4);
+  lines.LineWithin("Within: ", 2, [](char* to) { return WriteText(to, "in"); });
+  lines.LaneText("RX# Power: ", 8, "low");
+  lines.LanePower("TX# Power: ", 1, 0.523, PlainDbm);
+  lines.LanePower("TX# Power: ", 2, 0.523, -2.5);
+  lines.LaneBias("TX# Bias: ", 9, 7.25);
+  lines.LaneBias("TX# Bias: ", 1, std::uint32_t{7250});
+  lines.Finish();
+  EXPECT_EQ(buffer.str(),
+            "Hex: 0x001f\nWithin: in\nRX8 Power: low\nTX1 Power: 0.523 mW, -2.815 dBm\n"
+            "TX2 Power: 0.523 mW, -2.500 dBm\nTX9 Bias: 7.250 mA\nTX1 Bias: 7.250 mA\n");
 }
 
 TEST(ReportLines, WriteNothingToABadStream) {
