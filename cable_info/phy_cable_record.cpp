@@ -1,5 +1,6 @@
 #include "cable_info/phy_cable_record.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <ostream>
@@ -65,6 +66,9 @@ constexpr double kMilliwattsPerUnit = 0.0001;
 constexpr double kBiasUnitsPerMilliampere = 500.0;
 constexpr std::uint32_t kMicroamperesPerUnit = 2;
 static_assert(kMicroamperesPerUnit * kBiasUnitsPerMilliampere == 1000.0);
+
+// The four cells of an attenuation that is not known.
+constexpr std::string_view kCsvNoAttenuation = R"("NA","NA","NA","NA")";
 
 // The maximum power comes in quarters of a watt: what stands behind the whole ones.
 constexpr std::array<std::string_view, 4> kQuarters = {"", ".25", ".5", ".75"};
@@ -266,15 +270,14 @@ void CdrEnable(TextBuffer& out, const ModuleRecord& m, bool rx, std::string_view
 }
 
 void Attenuation(TextBuffer& out, const ModuleRecord& m, bool csv) {
+  if (!m.IsPassiveCable()) {
+    out.Append(csv ? kCsvNoAttenuation : "NA NA NA NA");
+    return;
+  }
   const char separator = csv ? ',' : ' ';
-  const std::string_view na = csv ? na_val : kBareNa;
   for (std::size_t i = 0; i < std::size(m.attenuation); ++i) {
     if (i > 0) out.Append(separator);
-    if (m.IsPassiveCable()) {
-      out.AppendDecimal(m.attenuation[i]);
-    } else {
-      out.Append(na);
-    }
+    out.AppendDecimal(m.attenuation[i]);
   }
 }
 
@@ -285,13 +288,13 @@ void LaneSetting(TextBuffer& out, const ModuleRecord& m, std::uint8_t value, boo
     out.Append(na);
     return;
   }
+  std::array<char, kDecimalRoom> text{};
+  const char* const end =
+      hex ? WriteHex(text.data(), value, 2) : WriteDecimal(text.data(), std::uint32_t{value});
+  const auto size = static_cast<std::size_t>(end - text.data());
   for (int lane = 1; lane <= 4; ++lane) {
-    if (hex) {
-      out.AppendHex(value, 2);
-      continue;
-    }
-    if (lane > 1) out.Append(' ');
-    out.AppendDecimal(value);
+    if (lane > 1 && !hex) out.Append(' ');
+    out.AppendPart(text, size);
   }
 }
 
@@ -416,9 +419,7 @@ void SupportedSpeed(TextBuffer& out, const PhyCableRecord& r, bool csv) {
 }
 
 void Attenuation(TextBuffer& out, const PhyCableRecord& r, bool csv) {
-  constexpr std::string_view kCsvMissing = R"("NA","NA","NA","NA")";
-  constexpr std::string_view kReportMissing = "N/A N/A N/A N/A";
-  OfModule(out, r, csv ? kCsvMissing : kReportMissing,
+  OfModule(out, r, csv ? kCsvNoAttenuation : "N/A N/A N/A N/A",
            [csv](TextBuffer& o, const ModuleRecord& m) { decode::Attenuation(o, m, csv); });
 }
 
@@ -453,12 +454,6 @@ void LaneSetting(TextBuffer& out, const PhyCableRecord& r, std::uint8_t ModuleRe
   });
 }
 
-void Vendor(TextBuffer& out, const PhyCableRecord& r) {
-  OfModule(out, r, kBareNa, [](TextBuffer& o, const ModuleRecord& m) {
-    o.Append(Trimmed(ArrayText(m.vendor_name)));
-  });
-}
-
 void OUI(TextBuffer& out, const PhyCableRecord& r) {
   OfModule(out, r, kBareNa,
            [](TextBuffer& o, const ModuleRecord& m) { o.AppendPrefixedHex(m.vendor_oui, 1); });
@@ -478,16 +473,37 @@ void Description(TextBuffer& out, std::string_view text, std::string_view blank)
   }
 }
 
-void Pn(TextBuffer& out, const PhyCableRecord& r) {
-  OfModule(out, r, kBareNa, [](TextBuffer& o, const ModuleRecord& m) {
-    Description(o, ArrayText(m.vendor_pn), kBareNa);
+// A vendor's field, trimmed, with `comma` in place of commas; `blank` when nothing is left. It is
+// copied as a whole, for a copy of known size is a few moves.
+template <std::size_t N>
+void VendorText(TextBuffer& out, const char (&field)[N], char comma, std::string_view blank) {
+  const std::string_view trimmed = Trimmed(ArrayText(field));
+  if (trimmed.empty()) {
+    out.Append(blank);
+    return;
+  }
+  std::array<char, 2 * N> shown{};  // the field may begin with up to N blanks
+  for (std::size_t i = 0; i < N; ++i) shown[i] = field[i] == ',' ? comma : field[i];
+  const char* const text = shown.data() + (trimmed.data() - field);
+  out.AppendWithin(N, [=](char* to) {
+    std::copy_n(text, N, to);
+    return to + trimmed.size();
   });
 }
 
+void Vendor(TextBuffer& out, const PhyCableRecord& r) {
+  OfModule(out, r, kBareNa,
+           [](TextBuffer& o, const ModuleRecord& m) { VendorText(o, m.vendor_name, ',', {}); });
+}
+
+void Pn(TextBuffer& out, const PhyCableRecord& r) {
+  OfModule(out, r, kBareNa,
+           [](TextBuffer& o, const ModuleRecord& m) { VendorText(o, m.vendor_pn, '-', kBareNa); });
+}
+
 void Sn(TextBuffer& out, const PhyCableRecord& r) {
-  OfModule(out, r, kBareNa, [](TextBuffer& o, const ModuleRecord& m) {
-    Description(o, ArrayText(m.vendor_sn), kBareNa);
-  });
+  OfModule(out, r, kBareNa,
+           [](TextBuffer& o, const ModuleRecord& m) { VendorText(o, m.vendor_sn, '-', kBareNa); });
 }
 
 void Revision(TextBuffer& out, const PhyCableRecord& r) {
