@@ -57,7 +57,7 @@ WORDS = {"true": "false", "false": "true", "kCsv": "kReport", "kReport": "kCsv"}
 WORDS_DEFINED_HERE = re.compile(r"constexpr bool k(Csv|Report) ")
 
 # A cell of a row, a line of a report, an entry of a table: their order is what users see.
-ORDERED_STATEMENT = re.compile(r"^ +(?:row|lines)\.|^ +(?:decimal|raw|line)\(|"
+ORDERED_STATEMENT = re.compile(r"^ +(?:row|lines)\.|^ +(?:decimal|raw)\(|"
                                r"^ +Append\w+\((?:row|lines)\b")
 TABLE_ENTRY = re.compile(r'^ +(?:".*"|\{.*\}|[A-Z]\w*(?:\[\d\])?),$')
 
