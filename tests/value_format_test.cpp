@@ -713,25 +713,31 @@ TEST(ReportBlock, WritesEveryFormOfLine) {
             "RX8 Power: low\nTX1 Power: 0.523 mW, -2.815 dBm\nTX9 Bias: 7.250 mA\n2: \n");
 }
 
-TEST(ReportBlock, HaveRoomForEveryLineAtEveryFillLevel) {
+TEST(ReportLines, HaveRoomForEveryLineAtEveryFillLevel) {
   const std::string longest = PrintfFixed3(-DBL_MAX);
   for (std::size_t size = 3400; size <= 4100; ++size) {
     const std::string text(size, 'x');
     const auto expect_behind = [&](const std::string& line, auto write) {
-      ReportBlock lines;
+      const std::string expected = text + '\n' + line + '\n';
+      ReportBlock block;
+      block.Text("", text);
+      write(block);
+      EXPECT_EQ(block.view(), expected);
+      std::ostringstream os;
+      ReportLines lines(os);
       lines.Text("", text);
       write(lines);
-      EXPECT_EQ(lines.view(), text + '\n' + line + '\n');
+      lines.Finish();
+      EXPECT_EQ(os.str(), expected);
     };
-    expect_behind("Text: text", [](ReportBlock& lines) { lines.Text("Text: ", "text"); });
+    expect_behind("Text: text", [](auto& lines) { lines.Text("Text: ", "text"); });
     expect_behind("Decimal: 4294967295 m",
-                  [](ReportBlock& lines) { lines.Decimal("Decimal: ", UINT32_MAX, " m"); });
-    expect_behind("Hex: 0xffffffff", [](ReportBlock& lines) { lines.Hex("Hex: ", UINT32_MAX, 2); });
-    expect_behind("3: text", [](ReportBlock& lines) { lines.LaneText("#: ", 3, "text"); });
+                  [](auto& lines) { lines.Decimal("Decimal: ", UINT32_MAX, " m"); });
+    expect_behind("Hex: 0xffffffff", [](auto& lines) { lines.Hex("Hex: ", UINT32_MAX, 2); });
+    expect_behind("3: text", [](auto& lines) { lines.LaneText("#: ", 3, "text"); });
     expect_behind("3: " + longest + " mW, " + longest + " dBm",
-                  [](ReportBlock& lines) { lines.LanePower("#: ", 3, -DBL_MAX, -DBL_MAX); });
-    expect_behind("3: " + longest + " mA",
-                  [](ReportBlock& lines) { lines.LaneBias("#: ", 3, -DBL_MAX); });
+                  [](auto& lines) { lines.LanePower("#: ", 3, -DBL_MAX, -DBL_MAX); });
+    expect_behind("3: " + longest + " mA", [](auto& lines) { lines.LaneBias("#: ", 3, -DBL_MAX); });
   }
 }
 
