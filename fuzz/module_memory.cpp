@@ -1,6 +1,6 @@
 // Dumps of module memories: whatever the bytes are, they are decoded or refused.
 
-#include "host/module_memory.h"
+#include "cable_info/module_memory/module_memory.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -14,7 +14,9 @@
 
 namespace {
 
-void Show(host::ModuleReading reading) {
+namespace module_memory = cable_info::module_memory;
+
+void Show(module_memory::ModuleReading reading) {
   cable_info::CombinedCableInfo port;
   port.AttachCableRecord(std::move(reading.cable));
   port.AttachPhyCableRecord(std::move(reading.phy));
@@ -26,30 +28,31 @@ void Show(host::ModuleReading reading) {
 // The dump as an image or a listing.
 void DecodeWhole(std::string_view content) {
   try {
-    Show(host::ReadModule(host::DumpFromContent(content)));
-  } catch (const host::BadModule&) {  // refused
+    Show(module_memory::ReadModule(module_memory::DumpFromContent(content)));
+  } catch (const module_memory::BadModule&) {  // refused
   }
 }
 
 // The dump as pages, each behind a byte that names it.
 void DecodePages(std::string_view content) {
-  constexpr std::size_t kSize = 1 + host::ModuleImage::kHalf;
-  constexpr host::Page kPages[] = {
-      host::Page::kLower, host::Page::k00, host::Page::k01, host::Page::k02, host::Page::k03,
-      host::Page::k10,    host::Page::k11, host::Page::kA0, host::Page::kA2,
+  constexpr std::size_t kSize = 1 + module_memory::ModuleImage::kHalf;
+  constexpr module_memory::Page kPages[] = {
+      module_memory::Page::kLower, module_memory::Page::k00, module_memory::Page::k01,
+      module_memory::Page::k02,    module_memory::Page::k03, module_memory::Page::k10,
+      module_memory::Page::k11,    module_memory::Page::kA0, module_memory::Page::kA2,
   };
   try {
-    host::ModuleImage image;
+    module_memory::ModuleImage image;
     for (; !content.empty(); content.remove_prefix(std::min(kSize, content.size()))) {
       const auto name = static_cast<std::uint8_t>(content.front());
-      host::DumpBytes bytes;
+      module_memory::DumpBytes bytes;
       for (const char c : content.substr(1, kSize - 1)) {
         bytes.emplace_back(static_cast<std::uint8_t>(c));
       }
-      host::PutPage(image, kPages[name % std::size(kPages)], bytes);
+      module_memory::PutPage(image, kPages[name % std::size(kPages)], bytes);
     }
-    Show(host::ReadModule(std::move(image)));
-  } catch (const host::BadModule&) {  // refused
+    Show(module_memory::ReadModule(std::move(image)));
+  } catch (const module_memory::BadModule&) {  // refused
   }
 }
 

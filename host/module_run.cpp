@@ -7,13 +7,23 @@
 #include <utility>
 #include <vector>
 
+#include "cable_info/module_memory/module_memory.h"
+#include "host/dump_file.h"
 #include "host/message.h"
-#include "host/module_memory.h"
 #include "host/output_file.h"
 
 namespace host {
 
 namespace {
+
+using cable_info::module_memory::BadModule;
+using cable_info::module_memory::DumpBytes;
+using cable_info::module_memory::ModuleImage;
+using cable_info::module_memory::ModuleReading;
+using cable_info::module_memory::Page;
+using cable_info::module_memory::PageFile;
+using cable_info::module_memory::ParsePageFile;
+using cable_info::module_memory::ReadModule;
 
 // The dump of one module: one file, or a file a page.
 struct Dump {

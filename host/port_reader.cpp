@@ -12,9 +12,10 @@
 #include <utility>
 #include <vector>
 
+#include "cable_info/module_memory/module_memory.h"
 #include "cable_info/prtl_record.h"
+#include "host/dump_file.h"
 #include "host/line_reader.h"
-#include "host/module_memory.h"
 #include "host/spelling.h"
 
 namespace host {
@@ -24,6 +25,11 @@ namespace {
 using cable_info::CableRecord;
 using cable_info::PhyCableRecord;
 using cable_info::PrtlRecord;
+using cable_info::module_memory::BadModule;
+using cable_info::module_memory::DumpBytes;
+using cable_info::module_memory::ModuleReading;
+using cable_info::module_memory::ParseListing;
+using cable_info::module_memory::ReadModule;
 using ModuleRecord = PhyCableRecord::ModuleRecord;
 using LatchedFlagsPage = PhyCableRecord::LatchedFlagsPage;
 using Json = simdjson::dom::element;

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace host {
+namespace cable_info::module_memory {
 
 /// Why a dump is no module's memory, as people read it.
 class BadModule : public std::runtime_error {
@@ -30,4 +30,4 @@ bool IsListing(std::string_view content);
 /// tool for module EEPROMs. Throws `BadModule`.
 DumpBytes ParseListing(std::string_view text);
 
-}  // namespace host
+}  // namespace cable_info::module_memory

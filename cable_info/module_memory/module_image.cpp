@@ -1,57 +1,17 @@
-#include "host/module_image.h"
-
-#include <fcntl.h>
-#include <unistd.h>
+#include "cable_info/module_memory/module_image.h"
 
 #include <algorithm>
 #include <cctype>
-#include <cerrno>
 #include <charconv>
 #include <iterator>
-#include <system_error>
 
-namespace host {
+namespace cable_info::module_memory {
 
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 bool IsUpperPage(Page page) { return page < Page::kLower; }
-
-// Reads a file up to `limit` bytes and one more.
-class File {
- public:
-  explicit File(const std::string& path)
-      : fd_(path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
-    if (fd_ < 0) Fail();
-  }
-  File(const File&) = delete;
-  File& operator=(const File&) = delete;
-  File(File&&) = delete;
-  File& operator=(File&&) = delete;
-  ~File() {
-    if (fd_ != STDIN_FILENO) close(fd_);
-  }
-
-  std::string Read(std::size_t limit) const {
-    std::string content(limit + 1, '\0');
-    std::size_t size = 0;
-    while (size < content.size()) {
-      const ssize_t got = read(fd_, content.data() + size, content.size() - size);
-      if (got < 0 && errno == EINTR) continue;
-      if (got < 0) Fail();
-      if (got == 0) break;
-      size += static_cast<std::size_t>(got);
-    }
-    content.resize(size);
-    return content;
-  }
-
- private:
-  [[noreturn]] static void Fail() { throw std::system_error(errno, std::generic_category()); }
-
-  int fd_;
-};
 
 }  // namespace
 
@@ -69,7 +29,7 @@ DumpByte ModuleImage::At(Page page, std::size_t byte) const {
   return found != pages_.end() && byte < kWhole ? found->second[byte] : DumpByte();
 }
 
-bool ModuleImage::Has(Page page) const { return pages_.contains(page); }
+bool ModuleImage::Has(Page page) const { return pages_.count(page) != 0; }
 
 void ModuleImage::Put(Page page, std::size_t first, const DumpBytes& bytes) {
   for (std::size_t i = 0; i < bytes.size() && first + i < kWhole; ++i) {
@@ -93,7 +53,8 @@ void ModuleImage::DropUnanswered() {
 
 DumpBytes DumpFromContent(std::string_view content) {
   if (content.empty()) throw BadModule("the dump is empty");
-  if (content.starts_with(kByteOrderMark)) content.remove_prefix(kByteOrderMark.size());
+  if (content.substr(0, kByteOrderMark.size()) == kByteOrderMark)
+    content.remove_prefix(kByteOrderMark.size());
   if (IsListing(content)) return ParseListing(content);
   if (content.size() > kLongestDump) {
     throw BadModule("an image of more than " + std::to_string(kLongestDump) +
@@ -103,16 +64,6 @@ DumpBytes DumpFromContent(std::string_view content) {
   bytes.reserve(content.size());
   for (const char c : content) bytes.emplace_back(static_cast<std::uint8_t>(c));
   return bytes;
-}
-
-DumpBytes ReadDump(const std::string& path) {
-  constexpr std::size_t kLongestFile = 64 * kLongestDump;
-  const std::string content = File(path).Read(kLongestFile);
-  if (content.size() > kLongestFile) {
-    throw BadModule("a file of more than " + std::to_string(kLongestFile) +
-                    " bytes is no module's memory");
-  }
-  return DumpFromContent(content);
 }
 
 std::optional<PageFile> ParsePageFile(std::string_view argument) {
@@ -125,9 +76,9 @@ std::optional<PageFile> ParsePageFile(std::string_view argument) {
   std::string path(argument.substr(colon + 1));
   if (name == "lower") return PageFile{Page::kLower, std::move(path)};
   std::string_view digits = name;
-  if (digits.starts_with("0x")) {
+  if (digits.substr(0, 2) == "0x") {
     digits.remove_prefix(2);
-  } else if (digits.ends_with('h')) {
+  } else if (!digits.empty() && digits.back() == 'h') {
     digits.remove_suffix(1);
   }
   if (digits == "a0") return PageFile{Page::kA0, std::move(path)};
@@ -152,4 +103,4 @@ void PutPage(ModuleImage& image, Page page, const DumpBytes& bytes) {
   if (!image.Has(Page::kLower)) image.Put(Page::kLower, 0, DumpBytes(bytes.begin(), middle));
 }
 
-}  // namespace host
+}  // namespace cable_info::module_memory

@@ -7,10 +7,10 @@
 #include <vector>
 
 #include "cable_info/cable_record.h"
+#include "cable_info/module_memory/module_image.h"
 #include "cable_info/phy_cable_record.h"
-#include "host/module_image.h"
 
-namespace host {
+namespace cable_info::module_memory {
 
 /// How rows and reports name the source of a `PhyCableRecord` that comes from a module's memory.
 inline constexpr std::string_view kModuleSource = "MODULE";
@@ -36,4 +36,4 @@ ModuleReading ReadModule(ModuleImage pages);
 /// `strict` is set a `BadModule`.
 void Judge(const ModuleReading& reading, bool strict, std::vector<std::string>& remarks);
 
-}  // namespace host
+}  // namespace cable_info::module_memory

@@ -1,16 +1,16 @@
-#include "host/module_memory.h"
+#include "cable_info/module_memory/module_memory.h"
 
 #include <algorithm>
 #include <array>
-#include <span>
+#include <iterator>
 #include <utility>
 
+#include "cable_info/module_memory/cmis.h"
+#include "cable_info/module_memory/sff8472.h"
+#include "cable_info/module_memory/sff8636.h"
 #include "cable_info/value_format.h"
-#include "host/cmis.h"
-#include "host/sff8472.h"
-#include "host/sff8636.h"
 
-namespace host {
+namespace cable_info::module_memory {
 
 namespace {
 
@@ -23,17 +23,13 @@ struct Identifier {
   std::uint8_t form_factor;  // the `cable_identifier` of a `PhyCableRecord`
 };
 
-constexpr auto kIdentifiers = std::to_array<Identifier>({
-    {0x03, "SFP", Family::kSff8472, 2},
-    {0x0C, "QSFP", Family::kSff8636, 0},
-    {0x0D, "QSFP+", Family::kSff8636, 0},
-    {0x11, "QSFP28", Family::kSff8636, 0},
-    {0x18, "QSFP-DD", Family::kCmis, 6},
-    {0x19, "OSFP", Family::kCmis, 8},
-    {0x1A, "SFP-DD", Family::kCmis, 5},
-    {0x1B, "DSFP", Family::kCmis, 10},
+constexpr Identifier kIdentifiers[] = {
+    {0x03, "SFP", Family::kSff8472, 2},         {0x0C, "QSFP", Family::kSff8636, 0},
+    {0x0D, "QSFP+", Family::kSff8636, 0},       {0x11, "QSFP28", Family::kSff8636, 0},
+    {0x18, "QSFP-DD", Family::kCmis, 6},        {0x19, "OSFP", Family::kCmis, 8},
+    {0x1A, "SFP-DD", Family::kCmis, 5},         {0x1B, "DSFP", Family::kCmis, 10},
     {0x1E, "QSFP with CMIS", Family::kCmis, 7},
-});
+};
 
 // A half of a page in an image.
 struct Part {
@@ -61,7 +57,7 @@ constexpr Part kA0Upper = {Page::kA0, kUpper};
 constexpr Part kA2Lower = {Page::kA2, 0};
 constexpr Part kA2Upper = {Page::kA2, kUpper};
 
-constexpr auto kLayouts = std::to_array<Layout>({
+constexpr Layout kLayouts[] = {
     {Family::kSff8636, 256, {kLowerPart, kPart00}},
     {Family::kSff8636, 384, {kLowerPart, kPart00, kPart03}},
     {Family::kSff8636, 640, {kLowerPart, kPart00, kPart01, kPart02, kPart03}},
@@ -73,7 +69,7 @@ constexpr auto kLayouts = std::to_array<Layout>({
     {Family::kSff8472, 256, {kA0Lower, kA0Upper}},
     {Family::kSff8472, 384, {kA0Lower, kA0Upper, kA2Lower}},
     {Family::kSff8472, 512, {kA0Lower, kA0Upper, kA2Lower, kA2Upper}},
-});
+};
 
 std::string Hex(std::uint8_t byte) {
   return cable_info::ToText(
@@ -87,9 +83,9 @@ std::string Shown(const Identifier& identifier) {
 const Identifier* FindIdentifier(DumpByte code) {
   if (!code) return nullptr;
   const auto* const found =
-      std::find_if(kIdentifiers.begin(), kIdentifiers.end(),
+      std::find_if(std::begin(kIdentifiers), std::end(kIdentifiers),
                    [code](const Identifier& identifier) { return identifier.code == *code; });
-  return found == kIdentifiers.end() ? nullptr : found;
+  return found == std::end(kIdentifiers) ? nullptr : found;
 }
 
 std::string Shown(DumpByte byte) { return byte ? Hex(*byte) : "missing"; }
@@ -161,7 +157,7 @@ void DropBlankDiagnostics(ModuleImage& image) {
   image.Drop(Page::kA2);
 }
 
-void Verify(const ModuleImage& image, std::span<const Checksum> checksums,
+void Verify(const ModuleImage& image, const ChecksumList& checksums,
             std::vector<std::string>& mismatches) {
   for (const Checksum& checksum : checksums) {
     unsigned sum = 0;
@@ -234,4 +230,4 @@ void Judge(const ModuleReading& reading, bool strict, std::vector<std::string>& 
   remarks.insert(remarks.end(), reading.remarks.begin(), reading.remarks.end());
 }
 
-}  // namespace host
+}  // namespace cable_info::module_memory

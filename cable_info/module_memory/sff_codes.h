@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-namespace host {
+namespace cable_info::module_memory {
 
 /// The bit of `ib_compliance_code` that a host electrical interface of SFF-8024, table 4-5, stands
 /// for; 0 for interfaces that are not InfiniBand's. The codes of SDR to NDR follow each other as
@@ -14,4 +14,4 @@ constexpr std::uint8_t InfiniBandSpeedOfHostInterface(std::uint8_t code) {
                                       : std::uint8_t{0};
 }
 
-}  // namespace host
+}  // namespace cable_info::module_memory

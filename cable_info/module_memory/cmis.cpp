@@ -1,13 +1,12 @@
-#include "host/cmis.h"
+#include "cable_info/module_memory/cmis.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 
+#include "cable_info/module_memory/sff_codes.h"
 #include "cable_info/value_format.h"
-#include "host/sff_codes.h"
 
-namespace host {
+namespace cable_info::module_memory {
 
 namespace {
 
@@ -69,7 +68,7 @@ void ToApplications(Draft& draft, const FieldValue& value) {
 constexpr Bits kAll = {};
 constexpr bool kText = true;
 
-constexpr auto kMap = std::to_array<MapField<Draft>>({
+constexpr MapField<Draft> kMap[] = {
     // The lower page
     {"Latched temperature flags",
      Page::kLower,
@@ -205,7 +204,7 @@ constexpr auto kMap = std::to_array<MapField<Draft>>({
      1,
      {3, 0},
      ToModule<&ModuleRecord::rx_output_amp>},
-});
+};
 
 // Page 01h's first two bytes, the inactive firmware's, may change while a module runs.
 constexpr Checksum kChecksums[] = {
@@ -269,7 +268,7 @@ Draft UnknownModule(std::uint8_t form_factor) {
 std::unique_ptr<PhyCableRecord> CableFromCmis(const ModuleImage& image, std::uint8_t form_factor,
                                               std::vector<std::string>& remarks) {
   Draft draft = UnknownModule(form_factor);
-  SetFields<Draft>(image, kMap, draft);
+  SetFields(image, kMap, draft);
   draft.module.smf_length = SmfLength(draft);
   MultiplyBias(draft);
   DropTemperaturesOfPassiveCopper(draft.module);
@@ -291,10 +290,10 @@ std::unique_ptr<PhyCableRecord> CableFromCmis(const ModuleImage& image, std::uin
   return record;
 }
 
-std::span<const Checksum> CmisChecksums() { return kChecksums; }
+ChecksumList CmisChecksums() { return ChecksumList(kChecksums); }
 
 bool IsFlatCmis(const ModuleImage& image) {
   return (image.At(Page::kLower, 2).value_or(0) >> kFlatMemoryBit & 1) != 0;
 }
 
-}  // namespace host
+}  // namespace cable_info::module_memory

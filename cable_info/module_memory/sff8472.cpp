@@ -1,12 +1,11 @@
-#include "host/sff8472.h"
+#include "cable_info/module_memory/sff8472.h"
 
 #include <algorithm>
-#include <array>
-#include <bit>
 #include <cmath>
+#include <cstring>
 #include <iterator>
 
-namespace host {
+namespace cable_info::module_memory {
 
 namespace {
 
@@ -85,14 +84,17 @@ void ToRxPowerCalibration(Draft& draft, const FieldValue& value) {
   for (std::size_t i = 0; i < std::size(draft.rx_power); ++i) {
     const auto high = static_cast<std::uint32_t>(value.Word(2 * i));
     const std::uint32_t bits = high << 16 | value.Word(2 * i + 1);
-    draft.rx_power[i] = static_cast<double>(std::bit_cast<float>(bits));
+    float coefficient = 0.0F;
+    static_assert(sizeof(coefficient) == sizeof(bits));
+    std::memcpy(&coefficient, &bits, sizeof(coefficient));
+    draft.rx_power[i] = static_cast<double>(coefficient);
   }
 }
 
 constexpr Bits kAll = {};
 constexpr bool kText = true;
 
-constexpr auto kMap = std::to_array<MapField<Draft>>({
+constexpr MapField<Draft> kMap[] = {
     // A0h
     {"Connector", Page::kA0, 2, 1, kAll, ToModule<&ModuleRecord::connector_type>},
     {"Active cable", Page::kA0, 8, 1, {3, 3}, ToDraft<&Draft::is_active_cable>},
@@ -271,7 +273,7 @@ constexpr auto kMap = std::to_array<MapField<Draft>>({
      1,
      {6, 6},
      ToFlags<&LatchedFlagsPage::latched_rx_power_low_warning>},
-});
+};
 
 constexpr Checksum kChecksums[] = {
     {Page::kA0, 0, 62, 63},
@@ -397,7 +399,7 @@ Draft UnknownModule() {
 
 std::unique_ptr<PhyCableRecord> CableFromSff8472(const ModuleImage& image) {
   Draft draft = UnknownModule();
-  SetFields<Draft>(image, kMap, draft);
+  SetFields(image, kMap, draft);
   FinishIdentity(draft);
 
   auto record = std::make_unique<PhyCableRecord>();
@@ -416,6 +418,6 @@ std::unique_ptr<PhyCableRecord> CableFromSff8472(const ModuleImage& image) {
   return record;
 }
 
-std::span<const Checksum> Sff8472Checksums() { return kChecksums; }
+ChecksumList Sff8472Checksums() { return ChecksumList(kChecksums); }
 
-}  // namespace host
+}  // namespace cable_info::module_memory

@@ -1,10 +1,10 @@
-#include "host/module_listing.h"
+#include "cable_info/module_memory/module_listing.h"
 
 #include <algorithm>
 #include <charconv>
 #include <string>
 
-namespace host {
+namespace cable_info::module_memory {
 
 namespace {
 
@@ -19,8 +19,12 @@ bool IsHex(std::string_view text) {
   return !text.empty() && std::all_of(text.begin(), text.end(), IsHexDigit);
 }
 
+bool StartsWith(std::string_view text, std::string_view prefix) {
+  return text.substr(0, prefix.size()) == prefix;
+}
+
 std::string_view WithoutPrefix(std::string_view text) {
-  return text.starts_with("0x") || text.starts_with("0X") ? text.substr(2) : text;
+  return StartsWith(text, "0x") || StartsWith(text, "0X") ? text.substr(2) : text;
 }
 
 // The blank-separated words of a line.
@@ -57,9 +61,9 @@ Row SplitRow(std::string_view line, bool has_offsets) {
   const std::string_view digits = WithoutPrefix(word);
   if (!IsHex(digits)) return {{}, line};
   std::string_view rest = line.substr(word_end);
-  if (!rest.starts_with(':')) {
+  if (!StartsWith(rest, ":")) {
     // The last line of such a listing is an offset alone; in plain hexadecimal it is four bytes.
-    const bool is_offset = rest.empty() ? has_offsets : rest.starts_with("  ");
+    const bool is_offset = rest.empty() ? has_offsets : StartsWith(rest, "  ");
     if (word.size() != kLongOffset || !is_offset) return {{}, line};
     return {Offset(digits), rest.substr(0, rest.find('|'))};
   }
@@ -78,7 +82,7 @@ bool IsHeading(std::string_view line) {
   constexpr std::string_view kSizeRemark = "No size specified";
   constexpr std::string_view kColumnDigits = "0123456789abcdef";
   if (line.find_first_not_of("- \t\r") == std::string_view::npos) return true;
-  if (line.starts_with(kSizeRemark)) return true;
+  if (StartsWith(line, kSizeRemark)) return true;
   const std::vector<std::string_view> words = Words(line);
   if (words == std::vector<std::string_view>{"Offset", "Values"}) return true;
   if (words.size() < kBytesPerRow) return false;
@@ -148,7 +152,7 @@ class Listing {
 
   // "11", "0x11", "11," or several bytes at once, "1100".
   void AddWord(std::string_view word) {
-    if (word.ends_with(',')) word.remove_suffix(1);
+    if (!word.empty() && word.back() == ',') word.remove_suffix(1);
     const std::string_view digits = WithoutPrefix(word);
     if (!IsHex(digits) || digits.size() % 2 != 0) {
       constexpr std::size_t kShown = 20;
@@ -200,4 +204,4 @@ DumpBytes ParseListing(std::string_view text) {
   return listing.Take();
 }
 
-}  // namespace host
+}  // namespace cable_info::module_memory

@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include "host/module_listing.h"
+#include "cable_info/module_memory/module_listing.h"
 
-namespace host {
+namespace cable_info::module_memory {
 
 /// A page of a module's memory, called as the standards call it. Bytes 0..127 are those of
 /// the lower page, 128..255 those of an upper page; SFP modules have two devices of 256 bytes.
@@ -38,7 +38,6 @@ class ModuleImage {
   DumpByte At(Page page, std::size_t byte) const;
   /// True when any byte of the page is known.
   bool Has(Page page) const;
-  bool IsEmpty() const { return pages_.empty(); }
 
   /// Stores `bytes` from byte `first` of the page on; what lies behind its end is dropped.
   void Put(Page page, std::size_t first, const DumpBytes& bytes);
@@ -52,12 +51,8 @@ class ModuleImage {
   std::map<Page, std::array<DumpByte, kWhole>> pages_;
 };
 
-/// The bytes of a dump: an image, or a hex listing.
+/// The bytes of a dump: an image, or a hex listing. Throws `BadModule`.
 DumpBytes DumpFromContent(std::string_view content);
-
-/// The bytes of the file at `path`, "-" for standard input. Throws `std::system_error` and
-/// `BadModule`.
-DumpBytes ReadDump(const std::string& path);
 
 /// A page of a dump that is given page by page.
 struct PageFile {
@@ -73,4 +68,4 @@ std::optional<PageFile> ParsePageFile(std::string_view argument);
 /// Throws `BadModule`.
 void PutPage(ModuleImage& image, Page page, const DumpBytes& bytes);
 
-}  // namespace host
+}  // namespace cable_info::module_memory

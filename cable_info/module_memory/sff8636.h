@@ -1,12 +1,11 @@
 #pragma once
 
 #include <memory>
-#include <span>
 
 #include "cable_info/cable_record.h"
-#include "host/field_map.h"
+#include "cable_info/module_memory/field_map.h"
 
-namespace host {
+namespace cable_info::module_memory {
 
 /// The cable of a QSFP, QSFP+ or QSFP28 module, whose memory is that of SFF-8636. `identifier`
 /// is the code that chose this family.
@@ -14,9 +13,9 @@ std::unique_ptr<cable_info::CableRecord> CableFromSff8636(const ModuleImage& ima
                                                           std::uint8_t identifier);
 
 /// The checksums of SFF-8636.
-std::span<const Checksum> Sff8636Checksums();
+ChecksumList Sff8636Checksums();
 
 /// True when the module says that it has pages 00h only, behind the lower one.
 bool IsFlatSff8636(const ModuleImage& image);
 
-}  // namespace host
+}  // namespace cable_info::module_memory

@@ -1,13 +1,12 @@
-#include "host/sff8636.h"
+#include "cable_info/module_memory/sff8636.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 #include <utility>
 
 #include "cable_info/value_format.h"
 
-namespace host {
+namespace cable_info::module_memory {
 
 namespace {
 
@@ -72,7 +71,7 @@ constexpr int kBiasUnit = 2000;  // 2 uA
 constexpr Bits kAll = {};
 constexpr bool kText = true;
 
-constexpr auto kMap = std::to_array<MapField<Draft>>({
+constexpr MapField<Draft> kMap[] = {
     // The lower page
     {"Latched loss of signal, TX and RX", Page::kLower, 3, 1, kAll,
      ToRecord<&CableRecord::LatchedCdrLos>},
@@ -154,7 +153,7 @@ constexpr auto kMap = std::to_array<MapField<Draft>>({
     {"RX output amplitude", Page::k03, 238, 2, kAll, ToRecord<&CableRecord::OutputAmp>},
     {"RX output disable, TX adaptive equalization enable", Page::k03, 241, 1, kAll,
      ToRecord<&CableRecord::RxOutputDisableTxAdaptiveEq>},
-});
+};
 
 constexpr Checksum kChecksums[] = {
     {Page::k00, 128, 190, 191},
@@ -224,7 +223,7 @@ Draft UnknownCable(std::uint8_t identifier) {
 
 std::unique_ptr<CableRecord> CableFromSff8636(const ModuleImage& image, std::uint8_t identifier) {
   Draft draft = UnknownCable(identifier);
-  SetFields<Draft>(image, kMap, draft);
+  SetFields(image, kMap, draft);
   CableRecord& record = draft.record;
   record.PowerClass = PowerClass(draft);
   record.NominalBitrate = NominalBitrate(draft);
@@ -235,10 +234,10 @@ std::unique_ptr<CableRecord> CableFromSff8636(const ModuleImage& image, std::uin
   return std::make_unique<CableRecord>(std::move(record));
 }
 
-std::span<const Checksum> Sff8636Checksums() { return kChecksums; }
+ChecksumList Sff8636Checksums() { return ChecksumList(kChecksums); }
 
 bool IsFlatSff8636(const ModuleImage& image) {
   return (image.At(Page::kLower, 2).value_or(0) >> kFlatMemoryBit & 1) != 0;
 }
 
-}  // namespace host
+}  // namespace cable_info::module_memory

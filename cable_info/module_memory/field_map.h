@@ -6,15 +6,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <span>
 #include <string>
 #include <string_view>
 #include <type_traits>
 
+#include "cable_info/module_memory/module_image.h"
 #include "cable_info/phy_cable_record.h"
-#include "host/module_image.h"
 
-namespace host {
+namespace cable_info::module_memory {
 
 /// Bits of a byte, as the standards write them: 7..4. All eight unless something else is said.
 struct Bits {
@@ -26,12 +25,12 @@ struct Bits {
 class FieldValue {
  public:
   FieldValue(const std::uint8_t* bytes, std::size_t count, Bits bits)
-      : bytes_(bytes, count), bits_(bits) {}
+      : bytes_(bytes), size_(count), bits_(bits) {}
 
-  std::size_t size() const { return bytes_.size(); }
+  std::size_t size() const { return size_; }
   /// The byte at `index`; 0 behind the end.
   std::uint8_t operator[](std::size_t index) const {
-    return index < bytes_.size() ? bytes_[index] : std::uint8_t{0};
+    return index < size_ ? bytes_[index] : std::uint8_t{0};
   }
   /// The big-endian word number `index`.
   std::uint16_t Word(std::size_t index) const {
@@ -40,16 +39,17 @@ class FieldValue {
   /// The whole as one big-endian number of at most four bytes; of a single byte, its bits.
   std::uint32_t Number() const {
     std::uint32_t number = 0;
-    for (const std::uint8_t byte : bytes_) number = number << 8 | byte;
+    for (std::size_t i = 0; i < size_; ++i) number = number << 8 | bytes_[i];
     const unsigned width = bits_.high - bits_.low + 1U;
-    return bytes_.size() == 1 ? number >> bits_.low & ((1U << width) - 1) : number;
+    return size_ == 1 ? number >> bits_.low & ((1U << width) - 1) : number;
   }
   /// As text that is fit for one cell: NULs are blanks, other control characters "?", and the
   /// blanks at both ends are gone.
   std::string Text() const;
 
  private:
-  std::span<const std::uint8_t> bytes_;
+  const std::uint8_t* bytes_;
+  std::size_t size_;
   Bits bits_;
 };
 
@@ -103,8 +103,8 @@ std::size_t ReadField(const ModuleImage& image, Page page, std::size_t byte, std
                       std::uint8_t (&bytes)[kLongestField]);
 
 /// Sets what the image tells; what it lacks stays as it is.
-template <typename Target>
-void SetFields(const ModuleImage& image, std::span<const MapField<Target>> map, Target& target) {
+template <typename Target, std::size_t N>
+void SetFields(const ModuleImage& image, const MapField<Target> (&map)[N], Target& target) {
   for (const MapField<Target>& field : map) {
     std::uint8_t bytes[kLongestField] = {};
     const std::size_t known = ReadField(image, field.page, field.byte, field.count, bytes);
@@ -119,6 +119,19 @@ struct Checksum {
   std::uint8_t first;
   std::uint8_t last;
   std::uint8_t stored;
+};
+
+/// The checksums of a module family, in a table that lives as long as the program.
+class ChecksumList {
+ public:
+  template <std::size_t N>
+  explicit constexpr ChecksumList(const Checksum (&table)[N]) : begin_(table), end_(table + N) {}
+  const Checksum* begin() const { return begin_; }
+  const Checksum* end() const { return end_; }
+
+ private:
+  const Checksum* begin_;
+  const Checksum* end_;
 };
 
 /// \name What maps have in common
@@ -143,4 +156,4 @@ inline std::uint16_t& LaneOf(std::uint16_t (&lanes)[8], std::size_t lane) {
 }
 /// @}
 
-}  // namespace host
+}  // namespace cable_info::module_memory

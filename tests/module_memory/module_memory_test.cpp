@@ -1,4 +1,4 @@
-#include "host/module_memory.h"
+#include "cable_info/module_memory/module_memory.h"
 
 #include <gtest/gtest.h>
 
@@ -17,12 +17,12 @@ namespace {
 
 using cable_info::CableRecord;
 using cable_info::PhyCableRecord;
-using host::BadModule;
-using host::DumpBytes;
-using host::ModuleImage;
-using host::ModuleReading;
-using host::Page;
-using host::ReadModule;
+using cable_info::module_memory::BadModule;
+using cable_info::module_memory::DumpBytes;
+using cable_info::module_memory::ModuleImage;
+using cable_info::module_memory::ModuleReading;
+using cable_info::module_memory::Page;
+using cable_info::module_memory::ReadModule;
 using module_images::Memory;
 using module_images::Place;
 namespace cmis = module_images::cmis;
@@ -748,11 +748,11 @@ TEST(ModuleMemory, JudgesMismatchesAsErrorsWhenStrict) {
   reading.mismatches = {"page 00h is wrong"};
   reading.remarks = {"odd"};
   Texts remarks;
-  host::Judge(reading, false, remarks);
+  cable_info::module_memory::Judge(reading, false, remarks);
   EXPECT_EQ(remarks, (Texts{"page 00h is wrong", "odd"}));
-  EXPECT_THROW(host::Judge(reading, true, remarks), BadModule);
+  EXPECT_THROW(cable_info::module_memory::Judge(reading, true, remarks), BadModule);
   reading.mismatches.clear();
-  EXPECT_NO_THROW(host::Judge(reading, true, remarks));
+  EXPECT_NO_THROW(cable_info::module_memory::Judge(reading, true, remarks));
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -769,7 +769,7 @@ TEST(ModulePages, MakeTheSameModuleAsTheWholeImage) {
   const Page kPages[] = {Page::kLower, Page::k00, Page::k01, Page::k02, Page::k10, Page::k11};
   ModuleImage pages;
   for (std::size_t i = 0; i < std::size(kPages); ++i)
-    host::PutPage(pages, kPages[i], Half(image, i));
+    cable_info::module_memory::PutPage(pages, kPages[i], Half(image, i));
   const ModuleReading reading = ReadModule(pages);
   std::ostringstream from_pages;
   std::ostringstream from_image;
@@ -784,7 +784,7 @@ TEST(ModulePages, MayComeWithTheLowerPageBeforeThem) {
   const DumpBytes upper = Half(image, 2);
   third.insert(third.end(), upper.begin(), upper.end());
   ModuleImage pages;
-  host::PutPage(pages, Page::k03, third);
+  cable_info::module_memory::PutPage(pages, Page::k03, third);
   const ModuleReading reading = ReadModule(pages);
   EXPECT_EQ(reading.cable->GetTemperatureStr(), "26C");
   EXPECT_EQ(reading.cable->GetHighTemperatureThresholdStr(), "75C");
@@ -794,8 +794,8 @@ TEST(ModulePages, MayComeWithTheLowerPageBeforeThem) {
 TEST(ModulePages, RemarkAMissingMultiplier) {
   const DumpBytes image = cmis::Optic().Image();
   ModuleImage pages;
-  host::PutPage(pages, Page::kLower, Half(image, 0));
-  host::PutPage(pages, Page::k11, Half(image, 5));
+  cable_info::module_memory::PutPage(pages, Page::kLower, Half(image, 0));
+  cable_info::module_memory::PutPage(pages, Page::k11, Half(image, 5));
   const ModuleReading reading = ReadModule(pages);
   EXPECT_EQ(reading.phy->module->tx_bias[1], 2001);
   EXPECT_EQ(reading.remarks, Texts{"page 01h with the multiplier of the bias currents is missing; "
@@ -805,12 +805,13 @@ TEST(ModulePages, RemarkAMissingMultiplier) {
 TEST(ModulePages, HaveNamesOfTheirOwnForSfp) {
   const DumpBytes image = sfp::Optic().Image();
   ModuleImage pages;
-  host::PutPage(pages, Page::kA0, DumpBytes(image.begin(), image.begin() + 256));
-  host::PutPage(pages, Page::kA2, DumpBytes(image.begin() + 256, image.end()));
+  cable_info::module_memory::PutPage(pages, Page::kA0,
+                                     DumpBytes(image.begin(), image.begin() + 256));
+  cable_info::module_memory::PutPage(pages, Page::kA2, DumpBytes(image.begin() + 256, image.end()));
   EXPECT_EQ(ReadModule(pages).phy->GetTemperatureStr(), "34C");
 
   ModuleImage lower;
-  host::PutPage(lower, Page::kLower, Half(image, 0));
+  cable_info::module_memory::PutPage(lower, Page::kLower, Half(image, 0));
   try {
     ReadModule(lower);
     FAIL();
@@ -821,34 +822,35 @@ TEST(ModulePages, HaveNamesOfTheirOwnForSfp) {
 
 TEST(ModulePages, HaveAtMostTheirSize) {
   ModuleImage pages;
-  EXPECT_THROW(host::PutPage(pages, Page::kLower, DumpBytes(129, 0)), BadModule);
-  EXPECT_THROW(host::PutPage(pages, Page::k00, DumpBytes(257, 0)), BadModule);
-  EXPECT_THROW(host::PutPage(pages, Page::kA2, DumpBytes(257, 0)), BadModule);
-  EXPECT_TRUE(pages.IsEmpty());
+  EXPECT_THROW(cable_info::module_memory::PutPage(pages, Page::kLower, DumpBytes(129, 0)),
+               BadModule);
+  EXPECT_THROW(cable_info::module_memory::PutPage(pages, Page::k00, DumpBytes(257, 0)), BadModule);
+  EXPECT_THROW(cable_info::module_memory::PutPage(pages, Page::kA2, DumpBytes(257, 0)), BadModule);
+  EXPECT_FALSE(pages.Has(Page::kLower) || pages.Has(Page::k00) || pages.Has(Page::kA2));
 }
 
 TEST(ModulePages, AreToldFromPlainFiles) {
   for (const char* const argument : {"03:a.bin", "03h:a.bin", "0x03:a.bin", "03H:a.bin"}) {
-    const auto file = host::ParsePageFile(argument);
+    const auto file = cable_info::module_memory::ParsePageFile(argument);
     ASSERT_TRUE(file) << argument;
     EXPECT_EQ(file->page, Page::k03) << argument;
     EXPECT_EQ(file->path, "a.bin") << argument;
   }
-  EXPECT_EQ(host::ParsePageFile("lower:x:y")->path, "x:y");
-  EXPECT_EQ(host::ParsePageFile("lower:x")->page, Page::kLower);
-  EXPECT_EQ(host::ParsePageFile("A2:x")->page, Page::kA2);
+  EXPECT_EQ(cable_info::module_memory::ParsePageFile("lower:x:y")->path, "x:y");
+  EXPECT_EQ(cable_info::module_memory::ParsePageFile("lower:x")->page, Page::kLower);
+  EXPECT_EQ(cable_info::module_memory::ParsePageFile("A2:x")->page, Page::kA2);
   for (const char* const argument : {"a.bin", "./03:a.bin", "3:a.bin", "123:a", "zz:a", ":a", ""}) {
-    EXPECT_FALSE(host::ParsePageFile(argument)) << argument;
+    EXPECT_FALSE(cable_info::module_memory::ParsePageFile(argument)) << argument;
   }
 }
 
 TEST(ModulePages, AnswerForBytesThatTheyHaveNot) {
   ModuleImage image;
-  EXPECT_EQ(image.At(Page::k03, 128), host::DumpByte());
+  EXPECT_EQ(image.At(Page::k03, 128), cable_info::module_memory::DumpByte());
   image.Put(Page::k03, 250, DumpBytes(100, 7));
-  EXPECT_EQ(image.At(Page::k03, 255), host::DumpByte(7));
-  EXPECT_EQ(image.At(Page::k03, 256), host::DumpByte());
-  EXPECT_EQ(image.At(Page::k03, 249), host::DumpByte());
+  EXPECT_EQ(image.At(Page::k03, 255), cable_info::module_memory::DumpByte(7));
+  EXPECT_EQ(image.At(Page::k03, 256), cable_info::module_memory::DumpByte());
+  EXPECT_EQ(image.At(Page::k03, 249), cable_info::module_memory::DumpByte());
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -895,7 +897,8 @@ TEST(HostileModules, OfRightSizesAndRandomBytesAreDecoded) {
       DumpBytes image;
       for (std::size_t i = 0; i < size; ++i) {
         const auto value = random();
-        image.push_back((value & 0x1F00) == 0 ? host::DumpByte() : host::DumpByte(value & 0xFF));
+        image.push_back((value & 0x1F00) == 0 ? cable_info::module_memory::DumpByte()
+                                              : cable_info::module_memory::DumpByte(value & 0xFF));
       }
       image[0] = identifier;
       EXPECT_EQ(Problem(image), "");
@@ -913,7 +916,7 @@ TEST(HostileModules, AsRandomTextAreReadOrRefused) {
       text += kCharacters[random() % kCharacters.size()];
     }
     try {
-      Show(host::DumpFromContent(text));
+      Show(cable_info::module_memory::DumpFromContent(text));
     } catch (const BadModule& bad) {
       EXPECT_STRNE(bad.what(), "");
     }

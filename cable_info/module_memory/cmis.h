@@ -1,14 +1,13 @@
 #pragma once
 
 #include <memory>
-#include <span>
 #include <string>
 #include <vector>
 
+#include "cable_info/module_memory/field_map.h"
 #include "cable_info/phy_cable_record.h"
-#include "host/field_map.h"
 
-namespace host {
+namespace cable_info::module_memory {
 
 /// The cable of a CMIS module (QSFP-DD, OSFP, SFP-DD, DSFP, QSFP with CMIS). `form_factor` is the
 /// record's `cable_identifier`. What there is to remark goes to `remarks`.
@@ -17,9 +16,9 @@ std::unique_ptr<cable_info::PhyCableRecord> CableFromCmis(const ModuleImage& ima
                                                           std::vector<std::string>& remarks);
 
 /// The checksums of CMIS.
-std::span<const Checksum> CmisChecksums();
+ChecksumList CmisChecksums();
 
 /// True when the module says that it has page 00h only, behind the lower one.
 bool IsFlatCmis(const ModuleImage& image);
 
-}  // namespace host
+}  // namespace cable_info::module_memory

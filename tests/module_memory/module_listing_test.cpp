@@ -1,4 +1,4 @@
-#include "host/module_listing.h"
+#include "cable_info/module_memory/module_listing.h"
 
 #include <gtest/gtest.h>
 
@@ -6,11 +6,11 @@
 
 namespace {
 
-using host::BadModule;
-using host::DumpByte;
-using host::DumpBytes;
-using host::IsListing;
-using host::ParseListing;
+using cable_info::module_memory::BadModule;
+using cable_info::module_memory::DumpByte;
+using cable_info::module_memory::DumpBytes;
+using cable_info::module_memory::IsListing;
+using cable_info::module_memory::ParseListing;
 
 std::string Problem(std::string_view text) {
   try {

@@ -12,14 +12,14 @@
 #include <utility>
 #include <vector>
 
-#include "host/module_image.h"
+#include "cable_info/module_memory/module_image.h"
 
 namespace module_images {
 
-using host::DumpByte;
-using host::DumpBytes;
-using host::ModuleImage;
-using host::Page;
+using cable_info::module_memory::DumpByte;
+using cable_info::module_memory::DumpBytes;
+using cable_info::module_memory::ModuleImage;
+using cable_info::module_memory::Page;
 
 struct Place {
   Page page;

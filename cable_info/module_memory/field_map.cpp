@@ -1,12 +1,13 @@
-#include "host/field_map.h"
+#include "cable_info/module_memory/field_map.h"
 
 #include "cable_info/value_format.h"
 
-namespace host {
+namespace cable_info::module_memory {
 
 std::string FieldValue::Text() const {
   std::string text;
-  for (const std::uint8_t byte : bytes_) {
+  for (std::size_t i = 0; i < size_; ++i) {
+    const std::uint8_t byte = bytes_[i];
     const bool is_control = byte < ' ' || byte == 0x7F;
     text += byte == 0 ? ' ' : is_control ? '?' : static_cast<char>(byte);
   }
@@ -23,4 +24,4 @@ std::size_t ReadField(const ModuleImage& image, Page page, std::size_t byte, std
   return std::min(count, kLongestField);
 }
 
-}  // namespace host
+}  // namespace cable_info::module_memory
