@@ -10,13 +10,13 @@
 #include <exception>
 #include <string_view>
 
-#include "host/line_reader.h"
+#include "cli/input/line_reader.h"
 
 namespace {
 
 std::uint64_t ParseLines(simdjson::dom::parser& parser, const char* path) {
   std::uint64_t ports = 0;
-  host::LineReader lines(path);
+  cli::LineReader lines(path);
   while (const auto line = lines.Next()) {
     simdjson::dom::element port;
     const auto error = parser.parse(line->text.data(), line->text.size(), false).get(port);

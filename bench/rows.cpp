@@ -23,15 +23,15 @@
 
 #include "bench/fabric.h"
 #include "cable_info/combined_cable_info.h"
-#include "host/line_reader.h"
-#include "host/port_reader.h"
+#include "cli/input/line_reader.h"
+#include "cli/input/port_reader.h"
 
 namespace bench {
 namespace {
 
 using cable_info::CableRecord;
 using cable_info::PhyCableRecord;
-using host::Port;
+using cli::Port;
 
 constexpr std::uint64_t kPorts = 1000;
 constexpr std::size_t kRoom = 1U << 14;  // more than a row or a report needs
@@ -44,12 +44,12 @@ using Ports = std::vector<std::unique_ptr<Port>>;
 
 Ports ReadPorts() {
   const Fabric fabric(BENCH_SAMPLE);
-  host::PortReader reader;
+  cli::PortReader reader;
   Ports ports;
   for (std::uint64_t n = 0; n < kPorts; ++n) {
     std::string line = fabric.Line(n);
     const std::size_t size = line.size();
-    line.resize(size + host::LineReader::kPadding);
+    line.resize(size + cli::LineReader::kPadding);
     const auto& port = ports.emplace_back(std::make_unique<Port>());
     reader.Read(std::string_view(line).substr(0, size), *port);
   }

@@ -26,7 +26,7 @@ def measure(command):
 
 
 def table(jobs, fabric, output="/dev/null"):
-    return [str(BUILD / "host/cableinfo"), "table", "-q", "-j", str(jobs), "-o", output, fabric]
+    return [str(BUILD / "cli/cableinfo"), "table", "-q", "-j", str(jobs), "-o", output, fabric]
 
 
 def digest(jobs, fabric):

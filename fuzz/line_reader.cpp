@@ -1,6 +1,6 @@
 // Any bytes through the reader of lines, as a file longer than its buffer now and then.
 
-#include "host/line_reader.h"
+#include "cli/input/line_reader.h"
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -56,16 +56,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (!expected.empty() && expected[0].starts_with("\xEF\xBB\xBF")) expected[0].erase(0, 3);
 
   const File file(text);
-  host::LineReader reader(file.path());
+  cli::LineReader reader(file.path());
   for (std::size_t i = 0; i < expected.size(); ++i) {
     const auto line = reader.Next();
     Check(line.has_value(), "there is a line more");
     CheckEqual(reader.number(), i + 1, "number of a line");
-    CheckEqual(line->too_long, expected[i].size() > host::LineReader::kLongestLine, "a long line");
+    CheckEqual(line->too_long, expected[i].size() > cli::LineReader::kMaxLine, "a long line");
     if (line->too_long) continue;
     CheckEqual(line->text, expected[i], "line");
     const volatile char* const padding = line->text.data() + line->text.size();
-    static_cast<void>(padding[host::LineReader::kPadding - 1]);  // the sanitizer sees it read
+    static_cast<void>(padding[cli::LineReader::kPadding - 1]);  // the sanitizer sees it read
   }
   Check(!reader.Next().has_value(), "there is no line more");
   CheckEqual(reader.bytes(), text.size(), "bytes of all lines");

@@ -1,6 +1,6 @@
 // Any lines through the reader of JSON, and what it accepts through all three writers.
 
-#include "host/port_reader.h"
+#include "cli/input/port_reader.h"
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
@@ -8,23 +8,24 @@
 #include <string>
 
 #include "check.h"
-#include "host/export_writer.h"
-#include "host/line_reader.h"
-#include "host/port_writer.h"
+#include "cli/input/line_reader.h"
+#include "cli/output/export_writer.h"
+#include "cli/output/report_writer.h"
+#include "cli/output/table_writer.h"
 #include "test_support.h"
 
 namespace {
 
+using cli::Port;
 using fuzz::Check;
 using fuzz::CheckEqual;
-using host::Port;
 
 // A line as the line reader hands it over: its bytes end where its padding ends.
 class PaddedLine {
  public:
   explicit PaddedLine(std::string_view text)
       : size_(text.size()), bytes_(text.begin(), text.end()) {
-    bytes_.resize(size_ + host::LineReader::kPadding, '"');  // what misleads most
+    bytes_.resize(size_ + cli::LineReader::kPadding, '"');  // what misleads most
     bytes_.shrink_to_fit();
   }
   std::string_view text() const { return {bytes_.data(), size_}; }
@@ -34,16 +35,16 @@ class PaddedLine {
   std::vector<char> bytes_;
 };
 
-std::string Written(const host::PortWriter& writer, Port& port) {
+std::string Written(const cli::PortWriter& writer, Port& port) {
   return cable_info::test::Written([&](std::ostream& os) { writer.Write(os, port); });
 }
 
 void CheckTable(Port& port) {
-  const host::TableWriter writer(false);
+  const cli::TableWriter writer(cli::TableWriter::Header::kOmitted);
   const std::string row = Written(writer, port);
-  const std::string host_cells = host::GuidText(port.node_guid) + ',' +
-                                 host::GuidText(port.port_guid) + ',' +
-                                 std::to_string(port.number) + ',';
+  const std::string host_cells = cli::GuidText(port.node_guid) + ',' +
+                                 cli::GuidText(port.port_guid) + ',' + std::to_string(port.number) +
+                                 ',';
   Check(row.starts_with(host_cells), "a row starts with the host's cells");
   CheckEqual(row.back(), '\n', "end of a row");
   const bool has_record = port.cable_record != nullptr || port.phy_cable_record != nullptr;
@@ -51,15 +52,15 @@ void CheckTable(Port& port) {
 }
 
 void CheckReport(Port& port) {
-  const host::ReportWriter writer;
+  const cli::ReportWriter writer;
   const std::string block = Written(writer, port);
-  Check(block.starts_with("NodeGuid: " + host::GuidText(port.node_guid)), "heading of a block");
+  Check(block.starts_with("NodeGuid: " + cli::GuidText(port.node_guid)), "heading of a block");
   CheckEqual(block.back(), '\n', "end of a block");
   CheckEqual(block, Written(writer, port), "a block is the same a second time");
 }
 
 void CheckExport(Port& port) {
-  const host::ExportWriter writer;
+  const cli::ExportWriter writer;
   const std::string line = Written(writer, port);
   CheckEqual(line.find('\n'), line.size() - 1, "an object stands on one line");
   Check(std::all_of(line.begin(), line.end() - 1, [](char c) { return c >= ' ' && c < 0x7F; }),
@@ -83,12 +84,12 @@ void CheckUntouched(const Port& port) {
         "a refused port is untouched");
 }
 
-void ReadAndWrite(host::PortReader& reader, std::string_view line) {
+void ReadAndWrite(cli::PortReader& reader, std::string_view line) {
   const PaddedLine padded(line);
   Port port;
   try {
     reader.Read(padded.text(), port);
-  } catch (const host::BadPort& bad) {
+  } catch (const cli::BadPort& bad) {
     CheckMessage(bad.what());
     CheckUntouched(port);
     return;
@@ -102,7 +103,7 @@ void ReadAndWrite(host::PortReader& reader, std::string_view line) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  host::PortReader reader;  // one for all lines, as the program has it
+  cli::PortReader reader;  // one for all lines, as the program has it
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   for (const std::string& line : cable_info::test::Split(text, '\n')) ReadAndWrite(reader, line);
   const PaddedLine good(R"({"node_guid": 7, "cable": {"VendorName": "Acme"}})");

@@ -10,7 +10,7 @@ need "${build_packages[@]}"
   cmake --build --preset release --target cableinfo
 } >&2
 
-cableinfo=build/release/host/cableinfo
+cableinfo=build/release/cli/cableinfo
 table=build/cables.csv
 report=build/cables.txt
 echo 'Two links of the sample have registers that give no length, which cableinfo remarks:' >&2

@@ -14,5 +14,5 @@ git ls-files '*.cpp' | cppcheck --file-list=- --quiet --error-exitcode=1 -j "$(n
   --enable=warning,style,performance,portability --suppressions-list=cppcheck-suppressions.txt
 
 cmake --preset debug -DCMAKE_EXPORT_COMPILE_COMMANDS=ON >/dev/null
-git ls-files -z 'cable_info/*.cpp' 'host/*.cpp' 'examples/*.cpp' |
+git ls-files -z 'cable_info/*.cpp' 'cli/*.cpp' 'examples/*.cpp' |
   xargs -0 -n 1 -P "$(nproc)" clang-tidy -p build/debug --quiet

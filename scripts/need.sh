@@ -1,7 +1,7 @@
 # Sourced by the scripts beside it: `need PACKAGE...` installs the Debian packages that are missing.
 
 # What library and program are built with.
-build_packages=(g++ cmake ninja-build libcli11-dev libsimdjson-dev nlohmann-json3-dev libtbb-dev)
+build_packages=(g++ cmake ninja-build libcli11-dev libsimdjson-dev nlohmann-json3-dev)
 
 need() {
   if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then

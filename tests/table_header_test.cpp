@@ -226,7 +226,7 @@ TEST(TableHeader, GivesEveryColumnAMeaning) {
 
 TEST(TableHeader, MeansWhatPeopleAreTold) {
   // What `cableinfo columns` must list: number, name and meaning, each at its place in the line.
-  const std::string listed = FileText(CABLE_INFO_EXPECTED_DIR "/../host/expected/columns.txt");
+  const std::string listed = FileText(CABLE_INFO_EXPECTED_DIR "/../cli/expected/columns.txt");
   const std::vector<std::string> lines = Lines(listed);
   ASSERT_EQ(lines.size(), kCsvColumns.size() + 1);
   const std::size_t name = lines[0].find("Column");

@@ -9,8 +9,6 @@ namespace cable_info::module_memory {
 
 namespace {
 
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
 bool IsUpperPage(Page page) { return page < Page::kLower; }
 
 }  // namespace
@@ -53,8 +51,6 @@ void ModuleImage::DropUnanswered() {
 
 DumpBytes DumpFromContent(std::string_view content) {
   if (content.empty()) throw BadModule("the dump is empty");
-  if (content.substr(0, kByteOrderMark.size()) == kByteOrderMark)
-    content.remove_prefix(kByteOrderMark.size());
   if (IsListing(content)) return ParseListing(content);
   if (content.size() > kLongestDump) {
     throw BadModule("an image of more than " + std::to_string(kLongestDump) +

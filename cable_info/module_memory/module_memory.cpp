@@ -224,8 +224,11 @@ ModuleReading ReadModule(ModuleImage pages) {
   return reading;
 }
 
-void Judge(const ModuleReading& reading, bool strict, std::vector<std::string>& remarks) {
-  if (strict && !reading.mismatches.empty()) throw BadModule(reading.mismatches.front());
+void ReportChecksums(const ModuleReading& reading, ChecksumPolicy policy,
+                     std::vector<std::string>& remarks) {
+  if (policy == ChecksumPolicy::kRefuse && !reading.mismatches.empty()) {
+    throw BadModule(reading.mismatches.front());
+  }
   remarks.insert(remarks.end(), reading.mismatches.begin(), reading.mismatches.end());
   remarks.insert(remarks.end(), reading.remarks.begin(), reading.remarks.end());
 }

@@ -32,8 +32,15 @@ ModuleReading ReadModule(const DumpBytes& image);
 /// Decodes a memory that was given page by page. Throws `BadModule`.
 ModuleReading ReadModule(ModuleImage pages);
 
-/// Adds what the reading has to remark to `remarks`. Mismatches of checksums are remarks, or when
-/// `strict` is set a `BadModule`.
-void Judge(const ModuleReading& reading, bool strict, std::vector<std::string>& remarks);
+/// What becomes of a module whose memory has a wrong checksum.
+enum class ChecksumPolicy {
+  kReport,  ///< it is decoded, with a remark
+  kRefuse,  ///< it is a `BadModule`
+};
+
+/// Appends the remarks of a reading to `remarks`, those on checksums first. Throws `BadModule` for
+/// a mismatch that is refused.
+void ReportChecksums(const ModuleReading& reading, ChecksumPolicy policy,
+                     std::vector<std::string>& remarks);
 
 }  // namespace cable_info::module_memory

@@ -18,11 +18,13 @@ namespace {
 using cable_info::CableRecord;
 using cable_info::PhyCableRecord;
 using cable_info::module_memory::BadModule;
+using cable_info::module_memory::ChecksumPolicy;
 using cable_info::module_memory::DumpBytes;
 using cable_info::module_memory::ModuleImage;
 using cable_info::module_memory::ModuleReading;
 using cable_info::module_memory::Page;
 using cable_info::module_memory::ReadModule;
+using cable_info::module_memory::ReportChecksums;
 using module_images::Memory;
 using module_images::Place;
 namespace cmis = module_images::cmis;
@@ -748,11 +750,11 @@ TEST(ModuleMemory, JudgesMismatchesAsErrorsWhenStrict) {
   reading.mismatches = {"page 00h is wrong"};
   reading.remarks = {"odd"};
   Texts remarks;
-  cable_info::module_memory::Judge(reading, false, remarks);
+  ReportChecksums(reading, ChecksumPolicy::kReport, remarks);
   EXPECT_EQ(remarks, (Texts{"page 00h is wrong", "odd"}));
-  EXPECT_THROW(cable_info::module_memory::Judge(reading, true, remarks), BadModule);
+  EXPECT_THROW(ReportChecksums(reading, ChecksumPolicy::kRefuse, remarks), BadModule);
   reading.mismatches.clear();
-  EXPECT_NO_THROW(cable_info::module_memory::Judge(reading, true, remarks));
+  EXPECT_NO_THROW(ReportChecksums(reading, ChecksumPolicy::kRefuse, remarks));
 }
 
 // ---------------------------------------------------------------------------------------------

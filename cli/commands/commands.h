@@ -1,0 +1,22 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+
+#include "cli/exit_status.h"
+
+namespace cli {
+
+/// What the program does once the command line is parsed.
+using Action = std::function<ExitStatus()>;
+
+/// \name The subcommands
+/// Each function adds one; when it is given on the command line, parsing sets `action`.
+/// @{
+void AddTableCommand(CLI::App& app, Action& action);
+void AddReportCommand(CLI::App& app, Action& action);
+void AddExportCommand(CLI::App& app, Action& action);
+void AddColumnsCommand(CLI::App& app, Action& action);
+/// @}
+
+}  // namespace cli

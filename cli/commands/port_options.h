@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace cli {
+
+/// The most threads of a run.
+inline constexpr unsigned kMaxJobs = 32;
+
+/// The options that the commands that read ports have in common.
+struct PortOptions {
+  std::vector<std::string> inputs;   ///< "-" or none: standard input
+  std::vector<std::string> modules;  ///< dumps of modules, instead of the inputs
+  std::string output;                ///< empty: standard output
+  bool strict = false;               ///< stop at the first bad port
+  bool quiet = false;                ///< no progress meter
+  unsigned jobs = 0;                 ///< threads; 0: one for each processor
+};
+
+}  // namespace cli

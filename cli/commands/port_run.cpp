@@ -1,0 +1,184 @@
+// A run over the inputs, by any number of threads.
+//
+// Every thread is a worker that repeats the same three steps with a work item of its own: it reads
+// a block of lines (R), decodes it (D) and writes what it became (W). Only one worker reads at a
+// time, and only one writes:
+//
+//     worker 1   R0 DDDDDDDD W0 R2 DDDDDDD   W2
+//     worker 2      R1 DDDDDD   W1 R3 DDDDDDDD  W3
+//
+// Blocks are numbered as they are read, and the block that is written has the lowest number of all
+// blocks under way:
+//
+//     written_ <= number of each block under way < read_,    read_ - written_ <= workers
+//
+// Hence output and messages are those of one thread, and memory is bounded by the number of
+// threads. A worker waits for the blocks before its own, which costs little because blocks are of
+// similar size; with one thread the cost is an uncontended lock per step.
+
+#include "cli/commands/port_run.h"
+
+#include <algorithm>
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <exception>
+#include <mutex>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+#include "cli/commands/decoded_block.h"
+#include "cli/input/input_name.h"
+#include "cli/input/line_block.h"
+#include "cli/input/port_reader.h"
+#include "cli/message.h"
+#include "cli/output/progress.h"
+#include "cli/output/whole_output.h"
+
+namespace cli {
+
+namespace {
+
+// The size of all inputs; none when one of them has no size.
+std::optional<std::uint64_t> TotalSize(const std::vector<std::string>& inputs) {
+  std::uint64_t total = 0;
+  for (const std::string& input : inputs) {
+    const std::optional<std::uint64_t> size = FileSize(input);
+    if (!size) return std::nullopt;
+    total += *size;
+  }
+  return total;
+}
+
+std::vector<std::string> InputsOf(const PortOptions& options) {
+  return options.inputs.empty() ? std::vector<std::string>{kStandardInput} : options.inputs;
+}
+
+unsigned ThreadsOf(const PortOptions& options) {
+  const unsigned wanted = options.jobs == 0 ? std::thread::hardware_concurrency() : options.jobs;
+  return std::clamp(wanted, 1U, kMaxJobs);
+}
+
+Progress::Meter MeterOf(const PortOptions& options, const OutputFile& output) {
+  const bool is_shown = !options.quiet && !output.is_terminal() && StandardErrorIsTerminal();
+  return is_shown ? Progress::Meter::kShown : Progress::Meter::kHidden;
+}
+
+// What a worker works on, used for block after block.
+struct WorkItem {
+  explicit WorkItem(ChecksumPolicy checksums) : reader(checksums) {}
+
+  std::uint64_t number = 0;  // of the block
+  LineBlock block;
+  PortReader reader;
+  DecodedBlock decoded;
+};
+
+class Run {
+ public:
+  Run(const PortOptions& options, const PortWriter& writer, OutputFile& output)
+      : on_bad_port_(options.strict ? OnBadPort::kStop : OnBadPort::kContinue),
+        threads_(ThreadsOf(options)),
+        writer_(writer),
+        inputs_(InputsOf(options)),
+        os_(&output),
+        progress_(MeterOf(options, output), TotalSize(InputsOf(options))) {}
+
+  Outcome Do() {
+    writer_.Begin(os_);
+    std::vector<std::thread> others;
+    for (unsigned i = 1; i < threads_; ++i) {
+      try {
+        others.emplace_back([this] { Work(); });
+      } catch (const std::system_error&) {
+        break;  // go on with the threads that there are
+      }
+    }
+    Work();
+    for (std::thread& other : others) other.join();
+    if (failure_) std::rethrow_exception(failure_);
+    return {status_, !is_stopped_};
+  }
+
+ private:
+  void Work() {
+    try {
+      WorkItem item(on_bad_port_ == OnBadPort::kStop ? ChecksumPolicy::kRefuse
+                                                     : ChecksumPolicy::kReport);
+      while (Read(item)) {
+        DecodeBlock(item.block, item.reader, writer_, on_bad_port_, item.decoded);
+        WriteInOrder(item);
+      }
+    } catch (...) {
+      const std::scoped_lock lock(writing_);
+      if (!failure_) failure_ = std::current_exception();
+      is_stopped_ = true;
+      turn_.notify_all();
+    }
+  }
+
+  bool Read(WorkItem& item) {
+    const std::scoped_lock lock(reading_);
+    if (is_stopped_ || !inputs_.Next(item.block)) return false;
+    item.number = read_++;
+    return true;
+  }
+
+  void WriteInOrder(const WorkItem& item) {
+    std::unique_lock lock(writing_);
+    turn_.wait(lock, [&] { return written_ == item.number || failure_; });
+    if (!is_stopped_) Write(item.block, item.decoded);
+    ++written_;
+    turn_.notify_all();
+  }
+
+  void Write(const LineBlock& block, const DecodedBlock& decoded) {
+    if (!decoded.messages.empty() || block.input_error) progress_.Clear();
+    for (const std::string& message : decoded.messages) PrintError(message);
+    if (block.input_error) {
+      status_ = Worse(status_, FileFailed(InputName(block.path()), block.input_error));
+    }
+    status_ = Worse(status_, decoded.status);
+    if (decoded.ports > 0) {
+      if (ports_ > 0) os_ << writer_.Separator();
+      os_.write(decoded.text.data(), static_cast<std::streamsize>(decoded.text.size()));
+      os_.flush();
+    }
+    ports_ += decoded.ports;
+    const bool ends_here = on_bad_port_ == OnBadPort::kStop && decoded.status != ExitStatus::kGood;
+    if (!os_.good() || ends_here) is_stopped_ = true;
+    progress_.Update(ports_, block.input_bytes);
+  }
+
+  const OnBadPort on_bad_port_;
+  const unsigned threads_;
+  const PortWriter& writer_;
+
+  std::mutex reading_;  // guards the next two
+  BlockReader inputs_;
+  std::uint64_t read_ = 0;  // blocks
+
+  std::mutex writing_;  // guards all of the following
+  std::condition_variable turn_;
+  std::uint64_t written_ = 0;  // blocks
+  std::ostream os_;
+  Progress progress_;
+  ExitStatus status_ = ExitStatus::kGood;
+  std::uint64_t ports_ = 0;
+  std::exception_ptr failure_;
+
+  std::atomic<bool> is_stopped_ = false;  // the rest of the input does not matter any more
+};
+
+}  // namespace
+
+ExitStatus RunPorts(const PortOptions& options, const PortWriter& writer) {
+  return WriteWhole(options.output,
+                    [&](OutputFile& output) { return Run(options, writer, output).Do(); });
+}
+
+}  // namespace cli

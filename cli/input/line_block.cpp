@@ -1,0 +1,72 @@
+#include "cli/input/line_block.h"
+
+namespace cli {
+
+namespace {
+
+// Short lines may have reports of kilobytes, so that both are limited.
+constexpr std::size_t kMaxLines = 256;
+constexpr std::size_t kMaxBytes = 256U << 10;
+
+}  // namespace
+
+void LineBlock::Restart(const std::string& path) {
+  path_ = path;
+  bytes_.clear();
+  lines_.clear();
+  input_error.clear();
+}
+
+void LineBlock::Add(const LineReader::Line& line, std::uint64_t number) {
+  if (lines_.empty()) first_number_ = number;
+  const std::string_view kept = line.too_long ? std::string_view() : line.text;
+  lines_.push_back({bytes_.size(), kept.size(), line.too_long});
+  bytes_ += kept;
+}
+
+void LineBlock::Finish() { bytes_.append(LineReader::kPadding, ' '); }
+
+bool LineBlock::IsFull() const { return lines_.size() >= kMaxLines || bytes_.size() >= kMaxBytes; }
+
+LineBlock::Line LineBlock::operator[](std::size_t index) const {
+  const Span& span = lines_[index];
+  return {std::string_view(bytes_).substr(span.begin, span.size), first_number_ + index,
+          span.too_long};
+}
+
+bool BlockReader::Next(LineBlock& block) {
+  while (lines_ || next_ < paths_.size()) {
+    const std::string& path = paths_[lines_ ? next_ - 1 : next_];
+    block.Restart(path);
+    block.input_bytes = bytes_before_;
+    try {
+      if (!lines_) {
+        ++next_;
+        lines_.emplace(path);
+      }
+      if (!Fill(block)) continue;
+    } catch (const std::system_error& error) {
+      lines_.reset();
+      block.input_error = error.code();
+    }
+    block.Finish();
+    return true;
+  }
+  return false;
+}
+
+bool BlockReader::Fill(LineBlock& block) {
+  do {
+    const std::optional<LineReader::Line> line = lines_->Next();
+    if (!line) {
+      bytes_before_ += lines_->bytes();
+      lines_.reset();
+      break;
+    }
+    block.Add(*line, lines_->number());
+  } while (!block.IsFull() && lines_->HasNext());
+  block.input_bytes = bytes_before_ + (lines_ ? lines_->bytes() : 0);
+  return block.size() > 0;
+}
+
+}  // namespace cli

@@ -1,0 +1,23 @@
+#include "cli/input/port.h"
+
+#include <utility>
+
+namespace cli {
+
+void Port::Attach(std::unique_ptr<cable_info::CableRecord> cable_pages,
+                  std::unique_ptr<cable_info::PhyCableRecord> phy) {
+  cable_record = cable_pages.get();
+  phy_cable_record = phy.get();
+  cable.AttachCableRecord(std::move(cable_pages));
+  cable.AttachPhyCableRecord(std::move(phy));
+}
+
+void AppendGuid(cable_info::TextBuffer& out, std::uint64_t guid) {
+  constexpr int kHalfDigits = 8;
+  out.AppendPrefixedHex(static_cast<std::uint32_t>(guid >> 32), kHalfDigits);
+  out.AppendHex(static_cast<std::uint32_t>(guid), kHalfDigits);
+}
+
+std::string GuidText(std::uint64_t guid) { return cable_info::ToText(AppendGuid, guid); }
+
+}  // namespace cli

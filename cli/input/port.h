@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "cable_info/combined_cable_info.h"
+#include "cable_info/value_format.h"
+
+namespace cli {
+
+/// A port as it was read: its identity and its cable.
+struct Port {
+  /// Attaches the records that there are; either may be null.
+  void Attach(std::unique_ptr<cable_info::CableRecord> cable_pages,
+              std::unique_ptr<cable_info::PhyCableRecord> phy);
+
+  std::uint64_t node_guid = 0;
+  std::uint64_t port_guid = 0;
+  std::uint32_t number = 0;
+  cable_info::CombinedCableInfo cable;
+  /// The records that `cable` owns; null where it has none.
+  const cable_info::CableRecord* cable_record = nullptr;
+  const cable_info::PhyCableRecord* phy_cable_record = nullptr;
+};
+
+/// A GUID as the table writes it: "0x" and 16 digits.
+void AppendGuid(cable_info::TextBuffer& out, std::uint64_t guid);
+std::string GuidText(std::uint64_t guid);
+
+}  // namespace cli

@@ -1,0 +1,410 @@
+#include "cli/input/port_reader.h"
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <iterator>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+#include "cable_info/module_memory/module_memory.h"
+#include "cable_info/prtl_record.h"
+#include "cli/format_version.h"
+#include "cli/input/dump_file.h"
+#include "cli/input/input_name.h"
+#include "cli/input/json_fields.h"
+#include "cli/input/line_reader.h"
+
+namespace cli {
+
+namespace {
+
+using cable_info::CableRecord;
+using cable_info::PhyCableRecord;
+using cable_info::PrtlRecord;
+using cable_info::module_memory::BadModule;
+using cable_info::module_memory::DumpBytes;
+using cable_info::module_memory::ModuleReading;
+using cable_info::module_memory::ParseListing;
+using cable_info::module_memory::ReadModule;
+using ModuleRecord = PhyCableRecord::ModuleRecord;
+using LatchedFlagsPage = PhyCableRecord::LatchedFlagsPage;
+
+static_assert(LineReader::kPadding >= simdjson::SIMDJSON_PADDING);
+
+// Lanes 1..8, which the record stores pairwise swapped.
+template <auto kMember>
+void SetLanes(ModuleRecord& module, Json value) {
+  auto& lanes = module.*kMember;
+  AssignElements(value, std::size(lanes),
+                 [&](std::size_t i) -> std::uint16_t& { return lanes[i ^ 1]; });
+}
+
+void SetDateCode(ModuleRecord& module, Json value) {
+  module.SetDateCode(ShortText(sizeof(module.date_code), value));
+}
+
+constexpr auto kCableFields = std::to_array<Field<CableRecord>>({
+    {"QueryStatus", Set<&CableRecord::QueryStatus>},
+    {"Identifier", Set<&CableRecord::Identifier>},
+    {"Connector", Set<&CableRecord::Connector>},
+    {"SupportedSpeedMask", Set<&CableRecord::SupportedSpeedMask>},
+    {"TransmitterTechnologyCode", Set<&CableRecord::TransmitterTechnologyCode>},
+    {"LengthSmf", Set<&CableRecord::LengthSmf>},
+    {"LengthOm3", Set<&CableRecord::LengthOm3>},
+    {"LengthOm2", Set<&CableRecord::LengthOm2>},
+    {"LengthOm1", Set<&CableRecord::LengthOm1>},
+    {"LengthCopperOrActive", Set<&CableRecord::LengthCopperOrActive>},
+    {"Temperature", Set<&CableRecord::Temperature>},
+    {"OpaqueByte1", Set<&CableRecord::OpaqueByte1>},
+    {"NominalBitrate", Set<&CableRecord::NominalBitrate>},
+    {"PowerClass", Set<&CableRecord::PowerClass>},
+    {"CdrControl", Set<&CableRecord::CdrControl>},
+    {"CdrPresence", Set<&CableRecord::CdrPresence>},
+    {"VendorModuleKind", Set<&CableRecord::VendorModuleKind>},
+    {"Attenuation", Set<&CableRecord::Attenuation>},
+    {"OpaqueByte2", Set<&CableRecord::OpaqueByte2>},
+    {"ExtSpecCompliance", Set<&CableRecord::ExtSpecCompliance>},
+    {"OpaqueByte3", Set<&CableRecord::OpaqueByte3>},
+    {"LatchedCdrLos", Set<&CableRecord::LatchedCdrLos>},
+    {"LatchedAdaptiveEqFault", Set<&CableRecord::LatchedAdaptiveEqFault>},
+    {"LatchedCdrLol", Set<&CableRecord::LatchedCdrLol>},
+    {"LatchedTemperatureAlarms", Set<&CableRecord::LatchedTemperatureAlarms>},
+    {"LatchedVoltageAlarms", Set<&CableRecord::LatchedVoltageAlarms>},
+    {"TransmitterTechnologyRaw", Set<&CableRecord::TransmitterTechnologyRaw>},
+    {"TxAdaptiveEqFreeze", Set<&CableRecord::TxAdaptiveEqFreeze>},
+    {"RxOutputDisableTxAdaptiveEq", Set<&CableRecord::RxOutputDisableTxAdaptiveEq>},
+    {"InputEq", Set<&CableRecord::InputEq>},
+    {"OutputAmp", Set<&CableRecord::OutputAmp>},
+    {"OutputEmp", Set<&CableRecord::OutputEmp>},
+    {"OpaqueWord1", Set<&CableRecord::OpaqueWord1>},
+    {"SupplyVoltage", Set<&CableRecord::SupplyVoltage>},
+    {"RxPowerAlarms", Set<&CableRecord::RxPowerAlarms>},
+    {"TxBiasAlarms", Set<&CableRecord::TxBiasAlarms>},
+    {"TxPowerAlarms", Set<&CableRecord::TxPowerAlarms>},
+    {"Lot", Set<&CableRecord::Lot>},
+    {"TempHighAlarmThresh", Set<&CableRecord::TempHighAlarmThresh>},
+    {"TempHighWarnThresh", Set<&CableRecord::TempHighWarnThresh>},
+    {"TempLowAlarmThresh", Set<&CableRecord::TempLowAlarmThresh>},
+    {"TempLowWarnThresh", Set<&CableRecord::TempLowWarnThresh>},
+    {"VoltHighAlarmThresh", Set<&CableRecord::VoltHighAlarmThresh>},
+    {"VoltHighWarnThresh", Set<&CableRecord::VoltHighWarnThresh>},
+    {"VoltLowAlarmThresh", Set<&CableRecord::VoltLowAlarmThresh>},
+    {"VoltLowWarnThresh", Set<&CableRecord::VoltLowWarnThresh>},
+    {"RxPower", Set<&CableRecord::RxPower>},
+    {"TxBias", Set<&CableRecord::TxBias>},
+    {"TxPower", Set<&CableRecord::TxPower>},
+    {"RxPowerIsAverage", Set<&CableRecord::RxPowerIsAverage>},
+    {"OpaqueDword1", Set<&CableRecord::OpaqueDword1>},
+    {"VendorName", Set<&CableRecord::VendorName>},
+    {"Oui", Set<&CableRecord::Oui>},
+    {"PartNumber", Set<&CableRecord::PartNumber>},
+    {"SerialNumber", Set<&CableRecord::SerialNumber>},
+    {"Revision", Set<&CableRecord::Revision>},
+    {"LengthText", Set<&CableRecord::LengthText>},
+    {"ExtraText", Set<&CableRecord::ExtraText>},
+    {"FwVersionText", Set<&CableRecord::FwVersionText>},
+    {"DateCodeText", Set<&CableRecord::DateCodeText>},
+    {"PrtlLengthText", Set<&CableRecord::PrtlLengthText>},
+});
+
+constexpr auto kModuleFields = std::to_array<Field<ModuleRecord>>({
+    {"power_unit_flag", Set<&ModuleRecord::power_unit_flag>},
+    {"compliance_code", Set<&ModuleRecord::compliance_code>},
+    {"cable_technology", Set<&ModuleRecord::cable_technology>},
+    {"power_class", Set<&ModuleRecord::power_class>},
+    {"cable_identifier", Set<&ModuleRecord::cable_identifier>},
+    {"cable_length", Set<&ModuleRecord::cable_length>},
+    {"tx_input_eq", Set<&ModuleRecord::tx_input_eq>},
+    {"rx_output_pre_emp", Set<&ModuleRecord::rx_output_pre_emp>},
+    {"rx_output_amp", Set<&ModuleRecord::rx_output_amp>},
+    {"max_power", Set<&ModuleRecord::max_power>},
+    {"attenuation", Set<&ModuleRecord::attenuation>},
+    {"tx_cdr_state", Set<&ModuleRecord::tx_cdr_state>},
+    {"rx_cdr_state", Set<&ModuleRecord::rx_cdr_state>},
+    {"tx_cdr_cap", Set<&ModuleRecord::tx_cdr_cap>},
+    {"rx_cdr_cap", Set<&ModuleRecord::rx_cdr_cap>},
+    {"rx_output_post_emp", Set<&ModuleRecord::rx_output_post_emp>},
+    {"vendor_name", Set<&ModuleRecord::vendor_name>},
+    {"vendor_pn", Set<&ModuleRecord::vendor_pn>},
+    {"vendor_rev", Set<&ModuleRecord::vendor_rev>},
+    {"fw_version", Set<&ModuleRecord::fw_version>},
+    {"vendor_sn", Set<&ModuleRecord::vendor_sn>},
+    {"voltage", Set<&ModuleRecord::voltage>},
+    {"temperature", Set<&ModuleRecord::temperature>},
+    {"rx_power", SetLanes<&ModuleRecord::rx_power>},
+    {"rx_power_raw", Set<&ModuleRecord::rx_power>},
+    {"tx_power", SetLanes<&ModuleRecord::tx_power>},
+    {"tx_power_raw", Set<&ModuleRecord::tx_power>},
+    {"tx_bias", SetLanes<&ModuleRecord::tx_bias>},
+    {"tx_bias_raw", Set<&ModuleRecord::tx_bias>},
+    {"temp_low_threshold", Set<&ModuleRecord::temp_low_threshold>},
+    {"temp_high_threshold", Set<&ModuleRecord::temp_high_threshold>},
+    {"voltage_low_threshold", Set<&ModuleRecord::voltage_low_threshold>},
+    {"voltage_high_threshold", Set<&ModuleRecord::voltage_high_threshold>},
+    {"rx_power_low_threshold", Set<&ModuleRecord::rx_power_low_threshold>},
+    {"rx_power_high_threshold", Set<&ModuleRecord::rx_power_high_threshold>},
+    {"tx_power_low_threshold", Set<&ModuleRecord::tx_power_low_threshold>},
+    {"tx_power_high_threshold", Set<&ModuleRecord::tx_power_high_threshold>},
+    {"tx_bias_low_threshold", Set<&ModuleRecord::tx_bias_low_threshold>},
+    {"tx_bias_high_threshold", Set<&ModuleRecord::tx_bias_high_threshold>},
+    {"smf_length", Set<&ModuleRecord::smf_length>},
+    {"rx_power_type", Set<&ModuleRecord::rx_power_type>},
+    {"ib_compliance_code", Set<&ModuleRecord::ib_compliance_code>},
+    {"nominal_bitrate", Set<&ModuleRecord::nominal_bitrate>},
+    {"extended_bitrate", Set<&ModuleRecord::extended_bitrate>},
+    {"length_om5", Set<&ModuleRecord::length_om5>},
+    {"length_om4", Set<&ModuleRecord::length_om4>},
+    {"length_om3", Set<&ModuleRecord::length_om3>},
+    {"length_om2", Set<&ModuleRecord::length_om2>},
+    {"length_om1", Set<&ModuleRecord::length_om1>},
+    {"lot", Set<&ModuleRecord::lot>},
+    {"date_code", SetDateCode},
+    {"vendor_oui", Set<&ModuleRecord::vendor_oui>},
+    {"connector_type", Set<&ModuleRecord::connector_type>},
+    {"cdr_vendor", Set<&ModuleRecord::cdr_vendor>},
+    {"max_fiber_length", Set<&ModuleRecord::max_fiber_length>},
+});
+
+constexpr auto kLatchedFlagsFields = std::to_array<Field<LatchedFlagsPage>>({
+    {"latched_voltage_flags", Set<&LatchedFlagsPage::latched_voltage_flags>},
+    {"latched_temperature_flags", Set<&LatchedFlagsPage::latched_temperature_flags>},
+    {"latched_tx_adaptive_eq_fault", Set<&LatchedFlagsPage::latched_tx_adaptive_eq_fault>},
+    {"latched_tx_cdr_lol", Set<&LatchedFlagsPage::latched_tx_cdr_lol>},
+    {"latched_tx_los", Set<&LatchedFlagsPage::latched_tx_los>},
+    {"latched_tx_power_low_warning", Set<&LatchedFlagsPage::latched_tx_power_low_warning>},
+    {"latched_tx_power_high_warning", Set<&LatchedFlagsPage::latched_tx_power_high_warning>},
+    {"latched_tx_power_low_alarm", Set<&LatchedFlagsPage::latched_tx_power_low_alarm>},
+    {"latched_tx_power_high_alarm", Set<&LatchedFlagsPage::latched_tx_power_high_alarm>},
+    {"latched_tx_bias_low_warning", Set<&LatchedFlagsPage::latched_tx_bias_low_warning>},
+    {"latched_tx_bias_high_warning", Set<&LatchedFlagsPage::latched_tx_bias_high_warning>},
+    {"latched_tx_bias_low_alarm", Set<&LatchedFlagsPage::latched_tx_bias_low_alarm>},
+    {"latched_tx_bias_high_alarm", Set<&LatchedFlagsPage::latched_tx_bias_high_alarm>},
+    {"latched_rx_cdr_lol", Set<&LatchedFlagsPage::latched_rx_cdr_lol>},
+    {"latched_rx_los", Set<&LatchedFlagsPage::latched_rx_los>},
+    {"latched_rx_power_low_warning", Set<&LatchedFlagsPage::latched_rx_power_low_warning>},
+    {"latched_rx_power_high_warning", Set<&LatchedFlagsPage::latched_rx_power_high_warning>},
+    {"latched_rx_power_low_alarm", Set<&LatchedFlagsPage::latched_rx_power_low_alarm>},
+    {"latched_rx_power_high_alarm", Set<&LatchedFlagsPage::latched_rx_power_high_alarm>},
+});
+
+constexpr auto kPrtlRecordFields = std::to_array<Field<PrtlRecord>>({
+    {"head_word", Set<&PrtlRecord::head_word>},
+    {"latency_res", Set<&PrtlRecord::latency_res>},
+    {"local_phy_latency", Set<&PrtlRecord::local_phy_latency>},
+    {"local_mod_dp_latency", Set<&PrtlRecord::local_mod_dp_latency>},
+    {"round_trip_latency", Set<&PrtlRecord::round_trip_latency>},
+});
+
+void SetModule(PhyCableRecord& phy, Json value) {
+  auto module = std::make_unique<ModuleRecord>();
+  SetFields(*module, value, kModuleFields);
+  delete std::exchange(phy.module, module.release());
+}
+
+void SetLatchedFlags(PhyCableRecord& phy, Json value) {
+  auto page = std::make_unique<LatchedFlagsPage>();
+  if (value.is_array()) {
+    std::uint8_t bytes[sizeof(LatchedFlagsPage)] = {};
+    Assign(bytes, value);
+    std::memcpy(page.get(), bytes, sizeof(bytes));
+  } else if (value.is_object()) {
+    SetFields(*page, value, kLatchedFlagsFields);
+  } else {
+    Expected("an object or an array", value);
+  }
+  delete std::exchange(phy.latched_flags, page.release());
+}
+
+constexpr auto kPhyFields = std::to_array<Field<PhyCableRecord>>({
+    {"source", Set<&PhyCableRecord::source>},
+    {"module", SetModule},
+    {"latched_flags", SetLatchedFlags},
+    {"prtl_length", Set<&PhyCableRecord::prtl_length>},
+});
+
+struct PrtlEnds {
+  std::optional<PrtlRecord> local;
+  std::optional<PrtlRecord> remote;
+};
+
+template <auto kEnd>
+void SetPrtlEnd(PrtlEnds& ends, Json value) {
+  SetFields((ends.*kEnd).emplace(), value, kPrtlRecordFields);
+}
+
+constexpr auto kPrtlFields = std::to_array<Field<PrtlEnds>>({
+    {"local", SetPrtlEnd<&PrtlEnds::local>},
+    {"remote", SetPrtlEnd<&PrtlEnds::remote>},
+});
+
+// What a line holds, before it becomes a port.
+struct Draft {
+  std::uint64_t node_guid = 0;
+  std::uint64_t port_guid = 0;
+  std::uint32_t port_num = 0;
+  std::unique_ptr<CableRecord> cable;
+  std::unique_ptr<PhyCableRecord> phy;
+  std::optional<DumpBytes> module_memory;
+  PrtlEnds prtl;
+  std::optional<float> prtl_metres;
+  std::optional<std::string> prtl_text;
+};
+
+void CheckFormatVersion(Draft& /*draft*/, Json value) {
+  std::uint64_t version = 0;
+  if (value.get(version) != simdjson::SUCCESS || version != kFormatVersion) {
+    Expected(std::to_string(kFormatVersion), value);
+  }
+}
+
+void SetCable(Draft& draft, Json value) {
+  draft.cable = std::make_unique<CableRecord>();
+  SetFields(*draft.cable, value, kCableFields);
+}
+
+void SetPhy(Draft& draft, Json value) {
+  draft.phy = std::make_unique<PhyCableRecord>();
+  SetFields(*draft.phy, value, kPhyFields);
+}
+
+void SetDumpFile(DumpBytes& dump, Json value) {
+  std::string path;
+  Assign(path, value);
+  if (IsStandardInput(path)) Expected("the name of a file", value);
+  try {
+    dump = ReadDump(path);
+  } catch (const std::system_error& error) {
+    throw FieldError{{}, "cannot read " + Shown(path) + ": " + error.code().message()};
+  } catch (const BadModule& bad) {
+    throw FieldError{{}, bad.what()};
+  }
+}
+
+void SetDumpListing(DumpBytes& dump, Json value) {
+  std::string text;
+  Assign(text, value);
+  try {
+    dump = ParseListing(text);
+  } catch (const BadModule& bad) {
+    throw FieldError{{}, bad.what()};
+  }
+}
+
+constexpr auto kModuleMemoryFields = std::to_array<Field<DumpBytes>>({
+    {"file", SetDumpFile},
+    {"hex", SetDumpListing},
+});
+
+void SetModuleMemory(Draft& draft, Json value) {
+  simdjson::dom::object object;
+  if (value.get(object) == simdjson::SUCCESS && object.size() != 1) {
+    Expected(R"(either "file" or "hex")", value);
+  }
+  SetFields(draft.module_memory.emplace(), value, kModuleMemoryFields);
+}
+
+void SetPrtl(Draft& draft, Json value) { SetFields(draft.prtl, value, kPrtlFields); }
+
+void SetPrtlLength(Draft& draft, Json value) {
+  if (value.is_string()) {
+    Assign(draft.prtl_text.emplace(), value);
+  } else if (value.is_number()) {
+    Assign(draft.prtl_metres.emplace(), value);
+  } else {
+    Expected("a number or a text", value);
+  }
+}
+
+constexpr auto kPortFields = std::to_array<Field<Draft>>({
+    {"format_version", CheckFormatVersion},
+    {"node_guid", Set<&Draft::node_guid>},
+    {"port_guid", Set<&Draft::port_guid>},
+    {"port_num", Set<&Draft::port_num>},
+    {"cable", SetCable},
+    {"phy", SetPhy},
+    {"module_memory", SetModuleMemory},
+    {"prtl", SetPrtl},
+    {"prtl_length", SetPrtlLength},
+});
+
+// A port has one record of each kind: a memory must not replace a record that the line holds.
+template <typename Record>
+void Place(std::unique_ptr<Record>& place, std::unique_ptr<Record> record, std::string_view key) {
+  if (record == nullptr) return;
+  if (place != nullptr) {
+    throw BadModule("expected no \"" + std::string(key) +
+                    "\" beside it, for the memory of this module fills that record");
+  }
+  place = std::move(record);
+}
+
+// Decodes the module memory of the port, if it has one, and appends its remarks to `remarks`.
+void DecodeModuleMemory(Draft& draft, ChecksumPolicy checksums, std::vector<std::string>& remarks) {
+  if (!draft.module_memory) return;
+  try {
+    ModuleReading reading = ReadModule(*draft.module_memory);
+    ReportChecksums(reading, checksums, remarks);
+    Place(draft.cable, std::move(reading.cable), "cable");
+    Place(draft.phy, std::move(reading.phy), "phy");
+  } catch (const BadModule& bad) {
+    throw FieldError{"module_memory", bad.what()};
+  }
+}
+
+// Stores the measured length of the port; returns the reason where the registers give none.
+std::string StorePrtlLength(const Draft& draft, Port& port) {
+  std::string error;
+  if (draft.prtl_text) {
+    port.cable.SetPrtlLength(*draft.prtl_text);
+  } else if (draft.prtl_metres) {
+    port.cable.SetPrtlLength(*draft.prtl_metres);
+  } else if (draft.prtl.local && draft.prtl.remote) {
+    const float length = draft.prtl.local->CalculateLength(*draft.prtl.remote, error);
+    if (error.empty()) port.cable.SetPrtlLength(length);
+  }
+  return error;
+}
+
+}  // namespace
+
+class PortReader::Parser {
+ public:
+  Json Parse(std::string_view line) {
+    Json document;
+    // The line is padded, so the parser need not copy it.
+    const auto error = parser_.parse(line.data(), line.size(), false).get(document);
+    if (error != simdjson::SUCCESS) {
+      throw FieldError{{}, std::string("not valid JSON: ") + simdjson::error_message(error)};
+    }
+    return document;
+  }
+
+ private:
+  simdjson::dom::parser parser_;
+};
+
+PortReader::PortReader(ChecksumPolicy checksums)
+    : parser_(std::make_unique<Parser>()), checksums_(checksums) {}
+PortReader::~PortReader() = default;
+
+std::vector<std::string> PortReader::Read(std::string_view line, Port& port) {
+  std::vector<std::string> remarks;
+  Draft draft;
+  try {
+    SetFields(draft, parser_->Parse(line), kPortFields);
+    DecodeModuleMemory(draft, checksums_, remarks);
+  } catch (const FieldError& error) {
+    throw BadPort(error.path.empty() ? error.problem : error.path + ": " + error.problem);
+  }
+  port.node_guid = draft.node_guid;
+  port.port_guid = draft.port_guid;
+  port.number = draft.port_num;
+  port.Attach(std::move(draft.cable), std::move(draft.phy));
+  std::string no_length = StorePrtlLength(draft, port);
+  if (!no_length.empty()) remarks.push_back(std::move(no_length));
+  return remarks;
+}
+
+}  // namespace cli

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "cli/output/port_writer.h"
+
+namespace cli {
+
+/// The values of a port as one line of JSON; docs/export.schema.json describes it.
+class ExportWriter : public PortWriter {
+ public:
+  void Write(std::ostream& os, Port& port) const override;
+};
+
+}  // namespace cli

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <iosfwd>
+#include <string_view>
+
+#include "cli/input/port.h"
+
+namespace cli {
+
+/// An output format, written port by port. A writer keeps no state of a port, so that several
+/// threads may use one writer at the same time.
+class PortWriter {
+ public:
+  PortWriter() = default;
+  PortWriter(const PortWriter&) = delete;
+  PortWriter& operator=(const PortWriter&) = delete;
+  PortWriter(PortWriter&&) = delete;
+  PortWriter& operator=(PortWriter&&) = delete;
+  virtual ~PortWriter() = default;
+
+  /// Writes what comes before the first port.
+  virtual void Begin(std::ostream& /*os*/) const {}
+  /// What comes between two ports.
+  virtual std::string_view Separator() const { return ""; }
+  virtual void Write(std::ostream& os, Port& port) const = 0;
+};
+
+}  // namespace cli

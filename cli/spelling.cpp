@@ -1,0 +1,47 @@
+#include "cli/spelling.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstddef>
+
+namespace cli {
+
+namespace {
+
+bool SameLetter(char a, char b) {
+  return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
+}
+
+// How many letters must be put in, left out or replaced to get from one word to the other.
+std::size_t EditDistance(std::string_view from, std::string_view to) {
+  std::vector<std::size_t> row(to.size() + 1);
+  for (std::size_t i = 0; i <= to.size(); ++i) row[i] = i;
+  for (std::size_t i = 0; i < from.size(); ++i) {
+    std::size_t diagonal = row[0];
+    row[0] = i + 1;
+    for (std::size_t j = 0; j < to.size(); ++j) {
+      const std::size_t replaced = diagonal + (SameLetter(from[i], to[j]) ? 0 : 1);
+      diagonal = row[j + 1];
+      row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
+    }
+  }
+  return row.back();
+}
+
+}  // namespace
+
+std::string_view Nearest(std::string_view word, const std::vector<std::string_view>& candidates) {
+  constexpr std::size_t kLongestWord = 64;
+  if (word.size() > kLongestWord) return {};
+  std::string_view nearest;
+  std::size_t least = std::max<std::size_t>(2, word.size() / 3) + 1;
+  for (const std::string_view candidate : candidates) {
+    const std::size_t distance = EditDistance(word, candidate);
+    if (distance >= least) continue;
+    least = distance;
+    nearest = candidate;
+  }
+  return nearest;
+}
+
+}  // namespace cli

@@ -1,9 +1,0 @@
-#include "host/message.h"
-
-#include <iostream>
-
-namespace host {
-
-void Say(std::string line) { std::cerr << line.append("\n"); }
-
-}  // namespace host

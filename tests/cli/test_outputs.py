@@ -1,0 +1,239 @@
+"""What the commands write for the sample fabric, and how other readers see it."""
+
+import csv
+import io
+import json
+import re
+import sqlite3
+import subprocess
+import unittest
+
+import jsonschema
+
+from program import EXPECTED, FABRIC, ROOT, ProgramTest, program, run
+
+HEADER_COLUMNS = 177
+# The ports whose registers give no length, by their lines in the sample.
+PRTL_REMARKS = (
+    f"{FABRIC}:28: port 0xa0b1c200001a7700/3: "
+    "The PRTL round trip latency exceeds its maximal possible value.\n"
+    f"{FABRIC}:29: port 0xa0b1c200001a7700/4: "
+    "The cable's length is below latency resolution. PRTL registers details: "
+    "local=(round_trip_latency=40, latency_res=1, local_mod_dp_latency=20, local_phy_latency=30)"
+    " and "
+    "remote=(round_trip_latency=0, latency_res=0, local_mod_dp_latency=20, local_phy_latency=30)\n")
+
+
+def ports():
+    return [json.loads(line) for line in FABRIC.read_text().splitlines()]
+
+
+class WholeOutputs(ProgramTest):
+    def assert_output(self, command, expected):
+        result = run(command, FABRIC)
+        self.assert_run(result, stderr=PRTL_REMARKS)
+        self.assertEqual(result.stdout.decode(), (EXPECTED / expected).read_text())
+
+    def test_table(self):
+        self.assert_output("table", "table.csv")
+
+    def test_report(self):
+        self.assert_output("report", "report.txt")
+
+    def test_export(self):
+        self.assert_output("export", "export.jsonl")
+
+    def test_table_without_header(self):
+        result = run("table", "--no-header", FABRIC)
+        rows = (EXPECTED / "table.csv").read_text().split("\n", 1)[1]
+        self.assertEqual(result.stdout.decode(), rows)
+
+    def test_sample_is_a_small_fabric(self):
+        self.assertGreaterEqual(len(ports()), 24)
+
+
+class Schemas(ProgramTest):
+    def assert_valid(self, schema, lines):
+        schema = json.loads((ROOT / "docs" / schema).read_text())
+        jsonschema.Draft202012Validator.check_schema(schema)
+        validator = jsonschema.Draft202012Validator(schema)
+        for line in lines:
+            validator.validate(json.loads(line))
+
+    def test_sample_is_valid_input(self):
+        self.assert_valid("port.schema.json", FABRIC.read_text().splitlines())
+
+    def test_export_is_valid(self):
+        lines = run("export", FABRIC).stdout.decode().splitlines()
+        self.assertEqual(len(lines), len(ports()))
+        self.assert_valid("export.schema.json", lines)
+
+    def test_schema_knows_every_key_that_the_program_knows(self):
+        schema = json.loads((ROOT / "docs" / "port.schema.json").read_text())["properties"]
+        pages = schema["phy"]["properties"]["latched_flags"]["anyOf"][0]["properties"]
+        samples = {
+            "cable": {key: None for key in schema["cable"]["properties"]},
+            "phy": {"source": None, "prtl_length": None, "latched_flags": {key: None for key in pages},
+                    "module": {key: None for key in schema["phy"]["properties"]["module"]["properties"]}},
+            "prtl": {"local": {key: None for key in
+                               schema["prtl"]["properties"]["local"].get("properties", {})}},
+        }
+        self.assert_run(run("export", stdin=[{**{key: None for key in schema}, **samples}]))
+
+
+class Export(ProgramTest):
+    def test_keys_never_depend_on_what_is_present(self):
+        def keys(value):
+            return {key: keys(inner) for key, inner in value.items()} if isinstance(value, dict) else None
+
+        lines = [json.loads(line) for line in run("export", FABRIC).stdout.splitlines()]
+        for line in lines:
+            for optional in ("record", "firmware"):
+                line[optional] = None
+        self.assertEqual([keys(line) for line in lines], [keys(lines[0])] * len(lines))
+
+    def test_texts_of_any_bytes_are_ascii(self):
+        text = "caf\u00e9 \u4e2d\t\"\\\u0001\u007f"
+        result = run("export", stdin=[{"cable": {"VendorName": text, "ExtraText": "a\u0000b"}}])
+        self.assert_run(result)
+        self.assertTrue(result.stdout.isascii())
+        record = json.loads(result.stdout)["record"]
+        self.assertEqual(record["vendor"], text.encode().decode("latin-1"))
+        self.assertEqual(record["extra"], "a")
+
+    def test_a_text_cut_inside_a_character_is_valid(self):
+        result = run("export", stdin=[{"cable": {"VendorName": "x" * 31 + "\u00e9"}}])
+        self.assertEqual(json.loads(result.stdout)["record"]["vendor"], "x" * 31 + "\u00c3")
+
+    def test_numbers_that_are_none_are_null(self):
+        result = run("export", stdin=[{"cable": {"RxPower": ["nan", "inf", "-inf", 0.1]}}])
+        self.assertEqual(json.loads(result.stdout)["record"]["monitors"][:4], [None, None, None, 0.1])
+
+    def test_guids_keep_all_their_bits(self):
+        result = run("export", stdin=[{"node_guid": 2**64 - 1, "port_guid": "0xFFFFFFFFFFFFFFFE"}])
+        port = json.loads(result.stdout)
+        self.assertEqual(port["node_guid"], "0xffffffffffffffff")
+        self.assertEqual(port["port_guid"], "0xfffffffffffffffe")
+
+
+class Report(ProgramTest):
+    def test_a_cut_block_ends_its_line(self):
+        long = {"cable": {"VendorName": "v" * 3000}}
+        lines = run("report", stdin=[long, {"port_num": 2}]).stdout.decode().split("\n")
+        self.assertEqual(len("\n".join(lines[1:-3])), 2047)
+        self.assertEqual(lines[-3:], [
+            "", "NodeGuid: 0x0000000000000000, PortGuid: 0x0000000000000000, PortNum: 2", ""])
+
+
+class OtherReaders(ProgramTest):
+    """The table, read back by programs that people paste it into."""
+
+    def rows_by_csv_module(self):
+        text = run("table", FABRIC).stdout.decode()
+        return list(csv.reader(io.StringIO(text, newline="")))
+
+    def test_python_finds_every_cell_under_its_column(self):
+        header, *rows = self.rows_by_csv_module()
+        self.assertEqual(len(header), HEADER_COLUMNS)
+        for port, row in zip(ports(), rows, strict=True):
+            has_record = "cable" in port or "phy" in port
+            self.assertEqual(len(row), HEADER_COLUMNS if has_record else 4)
+            cells = dict(zip(header, row))
+            self.assertEqual(cells["NodeGuid"], port["node_guid"])
+            self.assertEqual(cells["PortNum"], str(port["port_num"]))
+            if "cable" in port:
+                self.assertEqual(cells["Source"], "CABLE")
+                self.assertEqual(cells["Vendor"], port["cable"].get("VendorName", ""))
+                self.assertEqual(cells["SN"], port["cable"].get("SerialNumber", ""))
+            elif port.get("phy", {}).get("module"):
+                self.assertEqual(cells["Source"], "PHY")
+                self.assertEqual(cells["PN"], port["phy"]["module"]["vendor_pn"].replace(",", "-"))
+                self.assertEqual(cells["CdrVendor"], str(port["phy"]["module"]["cdr_vendor"]))
+
+    def test_python_sees_the_doubled_quotes_of_a_missing_module(self):
+        header, *rows = self.rows_by_csv_module()
+        for port, row in zip(ports(), rows):
+            if "phy" in port and "cable" not in port and "module" not in port["phy"]:
+                self.assertEqual(row[header.index("IdentifierStr")], 'NA""')
+
+    def test_sqlite_finds_every_cell_under_its_column(self):
+        table = self.folder / "cables.csv"
+        database = self.folder / "cables.db"
+        # A port without record has no cells for sqlite to import.
+        lines = run("table", FABRIC).stdout.decode().splitlines(keepends=True)
+        table.write_text("".join(line for line in lines if line.count(",") > 3))
+        subprocess.run(["sqlite3", str(database), f".import --csv {table} cables"], check=True,
+                       capture_output=True)
+        with sqlite3.connect(database) as connection:
+            connection.row_factory = sqlite3.Row
+            rows = connection.execute("select * from cables").fetchall()
+        expected = [port for port in ports() if "cable" in port or "phy" in port]
+        self.assertEqual(len(rows), len(expected))
+        for port, row in zip(expected, rows):
+            self.assertEqual(len(row.keys()), HEADER_COLUMNS)
+            self.assertEqual(row["PortGuid"], port["port_guid"])
+            if "cable" in port:
+                self.assertEqual(row["PN"], port["cable"].get("PartNumber", ""))
+                self.assertEqual(row["MaxFiberLength"], "NA")
+            elif "module" in port["phy"]:
+                self.assertEqual(row["MaxFiberLength"],
+                                 str(port["phy"]["module"].get("max_fiber_length", 0)))
+
+
+class Columns(ProgramTest):
+    def names(self):
+        header = (EXPECTED / "table.csv").read_text().split("\n", 1)[0]
+        return header.split(",")
+
+    def test_text_lists_number_name_and_meaning(self):
+        result = run("columns")
+        self.assert_run(result)
+        self.assertEqual(result.stdout.decode(), (EXPECTED / "columns.txt").read_text())
+
+    def test_json_lists_the_same(self):
+        lines = [json.loads(line) for line in run("columns", "--json").stdout.splitlines()]
+        self.assertEqual([line["name"] for line in lines], self.names())
+        self.assertEqual([line["number"] for line in lines], list(range(1, HEADER_COLUMNS + 1)))
+        text = (EXPECTED / "columns.txt").read_text().splitlines()[1:]
+        self.assertEqual([line["meaning"] for line in lines],
+                         [re.split("  +", line.strip())[2] for line in text])
+        for line in lines:
+            self.assertEqual(sorted(line), ["format_version", "meaning", "name", "number"])
+            self.assertEqual(line["format_version"], 1)
+
+
+class Help(ProgramTest):
+    def test_version(self):
+        header = (ROOT / "cable_info" / "version.h").read_text()
+        version = re.search(r'"(\d+\.\d+\.\d+)"', header).group(1)
+        result = run("--version")
+        self.assert_run(result)
+        self.assertEqual(result.stdout.decode(), f"cableinfo {version}\n")
+
+    def test_every_command_shows_examples(self):
+        self.assertIn("Exit status:", run("--help").stdout.decode())
+        for command in ("table", "report", "export", "columns"):
+            result = run(command, "--help")
+            self.assert_run(result)
+            self.assertIn("Examples:", result.stdout.decode())
+            self.assertIn(f"cableinfo {command}", result.stdout.decode())
+
+    def test_manual_and_completion_know_every_option(self):
+        manual = (ROOT / "docs" / "cableinfo.1").read_text().replace("\\-", "-")
+        completion = (ROOT / "cli" / "completions" / "cableinfo.bash").read_text()
+        for command in ("table", "report", "export", "columns"):
+            self.assertIn(command, manual)
+            self.assertIn(command, completion)
+            for option in re.findall(r"--[a-z-]+", run(command, "--help").stdout.decode()):
+                self.assertIn(f"Fl {option[1:]}", manual)
+                self.assertIn(option, completion)
+
+    def test_completion_completes(self):
+        script = (f"source {ROOT}/cli/completions/cableinfo.bash; COMP_WORDS=(cableinfo ta);"
+                  "COMP_CWORD=1; _cableinfo; echo ${COMPREPLY[@]}")
+        result = subprocess.run(["bash", "-c", script], capture_output=True, check=True)
+        self.assertEqual(result.stdout.decode(), "table\n")
+
+
+if __name__ == "__main__":
+    unittest.main()
