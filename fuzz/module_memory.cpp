@@ -35,14 +35,14 @@ void DecodeWhole(std::string_view content) {
 
 // The dump as pages, each behind a byte that names it.
 void DecodePages(std::string_view content) {
-  constexpr std::size_t kSize = 1 + module_memory::ModuleImage::kHalf;
-  constexpr module_memory::Page kPages[] = {
-      module_memory::Page::kLower, module_memory::Page::k00, module_memory::Page::k01,
-      module_memory::Page::k02,    module_memory::Page::k03, module_memory::Page::k10,
-      module_memory::Page::k11,    module_memory::Page::kA0, module_memory::Page::kA2,
+  constexpr std::size_t kSize = 1 + cable_info::ModuleImage::kHalf;
+  constexpr cable_info::Page kPages[] = {
+      cable_info::Page::kLower, cable_info::Page::k00, cable_info::Page::k01,
+      cable_info::Page::k02,    cable_info::Page::k03, cable_info::Page::k10,
+      cable_info::Page::k11,    cable_info::Page::kA0, cable_info::Page::kA2,
   };
   try {
-    module_memory::ModuleImage image;
+    cable_info::ModuleImage image;
     for (; !content.empty(); content.remove_prefix(std::min(kSize, content.size()))) {
       const auto name = static_cast<std::uint8_t>(content.front());
       module_memory::DumpBytes bytes;

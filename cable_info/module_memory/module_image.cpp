@@ -5,49 +5,133 @@
 #include <charconv>
 #include <iterator>
 
-namespace cable_info::module_memory {
-
-namespace {
-
-bool IsUpperPage(Page page) { return page < Page::kLower; }
-
-}  // namespace
+namespace cable_info {
 
 std::string PageName(Page page) {
   if (page == Page::kLower) return "the lower page";
   if (page == Page::kA0) return "A0h";
   if (page == Page::kA2) return "A2h";
   constexpr std::string_view kDigits = "0123456789ABCDEF";
-  const auto number = static_cast<unsigned>(page);
-  return std::string("page ") + kDigits[number >> 4 & 0xF] + kDigits[number & 0xF] + 'h';
+  const unsigned number = NumberOf(page);
+  std::string name = std::string("page ") + kDigits[number >> 4] + kDigits[number & 0xF] + 'h';
+  if (BankOf(page) != 0) name += " of bank " + std::to_string(BankOf(page));
+  return name;
 }
 
-DumpByte ModuleImage::At(Page page, std::size_t byte) const {
-  const auto found = pages_.find(page);
-  return found != pages_.end() && byte < kWhole ? found->second[byte] : DumpByte();
-}
-
-bool ModuleImage::Has(Page page) const { return pages_.count(page) != 0; }
-
-void ModuleImage::Put(Page page, std::size_t first, const DumpBytes& bytes) {
-  for (std::size_t i = 0; i < bytes.size() && first + i < kWhole; ++i) {
-    if (bytes[i]) pages_[page][first + i] = bytes[i];
+bool ModuleImage::Half::Has(std::size_t byte, std::size_t count) const {
+  for (std::size_t i = 0; i < count; ++i) {
+    if (!Has(byte + i)) return false;
   }
+  return true;
+}
+
+bool ModuleImage::Half::IsUniform(std::uint8_t value) const {
+  for (std::size_t i = 0; i < kHalf; ++i) {
+    if (Has(first_ + i) && bytes_[i] != value) return false;
+  }
+  return true;
+}
+
+bool ModuleImage::Half::IsAll(std::uint8_t value) const {
+  return Has(first_, kHalf) && IsUniform(value);
+}
+
+bool ModuleImage::Half::Repeats(const Half& other) const {
+  return known_[0] == other.known_[0] && known_[1] == other.known_[1] &&
+         std::equal(std::begin(bytes_), std::end(bytes_), std::begin(other.bytes_));
+}
+
+const ModuleImage::Half& ModuleImage::HalfOf(Page page, std::size_t byte) const {
+  static const Half kNothing;
+  const std::size_t first = byte < kHalf ? 0 : kHalf;
+  for (const Half& half : halves_) {
+    if (half.page() == page && half.first() == first) return half;
+  }
+  return kNothing;
+}
+
+std::optional<std::uint8_t> ModuleImage::At(Page page, std::size_t byte) const {
+  const Half& half = HalfOf(page, byte);
+  if (!half.Has(byte)) return std::nullopt;
+  return half[byte];
+}
+
+bool ModuleImage::Has(Page page) const {
+  return std::any_of(halves_.begin(), halves_.end(),
+                     [page](const Half& half) { return half.page() == page && !half.IsEmpty(); });
+}
+
+ModuleImage::Half& ModuleImage::Add(Page page, std::size_t byte) {
+  const std::size_t first = byte < kHalf ? 0 : kHalf;
+  for (Half& half : halves_) {
+    if (half.page() == page && half.first() == first) return half;
+  }
+  return halves_.emplace_back(page, first);
+}
+
+void ModuleImage::Put(Page page, std::size_t first, const module_memory::DumpBytes& bytes) {
+  Half* half = nullptr;
+  for (std::size_t i = 0; i < bytes.size() && first + i < kWhole; ++i) {
+    const std::size_t byte = first + i;
+    if (!bytes[i]) continue;
+    if (half == nullptr || byte == kHalf) half = &Add(page, byte);
+    half->Put(byte, *bytes[i]);
+  }
+}
+
+void ModuleImage::Put(Page page, std::size_t first, const std::uint8_t* bytes, std::size_t size) {
+  Half* half = nullptr;
+  for (std::size_t i = 0; i < size && first + i < kWhole; ++i) {
+    const std::size_t byte = first + i;
+    if (half == nullptr || byte == kHalf) half = &Add(page, byte);
+    half->Put(byte, bytes[i]);
+  }
+}
+
+void ModuleImage::Put(const Half& half) {
+  Half& place = Add(half.page(), half.first());
+  if (place.IsEmpty()) {
+    place = half;
+    return;
+  }
+  for (std::size_t i = 0; i < kHalf; ++i) {
+    if (half.Has(half.first() + i)) place.Put(half.first() + i, half[half.first() + i]);
+  }
+}
+
+void ModuleImage::Drop(Page page) {
+  const auto is_of_page = [page](const Half& half) { return half.page() == page; };
+  halves_.erase(std::remove_if(halves_.begin(), halves_.end(), is_of_page), halves_.end());
 }
 
 void ModuleImage::DropUnanswered() {
-  const auto is_known = [](DumpByte byte) { return byte.has_value(); };
-  for (auto page = pages_.begin(); page != pages_.end();) {
-    auto& bytes = page->second;
-    for (auto* half = bytes.begin(); half != bytes.end(); half += kHalf) {
-      const bool unanswered = std::all_of(
-          half, half + kHalf, [](DumpByte byte) { return byte.value_or(0xFF) == 0xFF; });
-      if (unanswered) std::fill(half, half + kHalf, DumpByte());
-    }
-    const bool is_empty = std::none_of(bytes.begin(), bytes.end(), is_known);
-    page = is_empty ? pages_.erase(page) : std::next(page);
-  }
+  const auto is_unanswered = [](const Half& half) { return half.IsUniform(0xFF); };
+  halves_.erase(std::remove_if(halves_.begin(), halves_.end(), is_unanswered), halves_.end());
 }
+
+}  // namespace cable_info
+
+namespace cable_info::module_memory {
+
+namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr unsigned kHighestBank = 255;
+
+bool ParseAll(std::string_view digits, int base, unsigned& number) {
+  const char* const end = digits.data() + digits.size();
+  const auto read = std::from_chars(digits.data(), end, number, base);
+  return read.ec == std::errc() && read.ptr == end;
+}
+
+// "03" of "0x03" and "03h".
+std::string_view WithoutPageMarks(std::string_view name) {
+  if (name.substr(0, 2) == "0x") return name.substr(2);
+  if (!name.empty() && name.back() == 'h') name.remove_suffix(1);
+  return name;
+}
+
+}  // namespace
 
 DumpBytes DumpFromContent(std::string_view content) {
   if (content.empty()) throw BadModule("the dump is empty");
@@ -71,19 +155,18 @@ std::optional<PageFile> ParsePageFile(std::string_view argument) {
   }
   std::string path(argument.substr(colon + 1));
   if (name == "lower") return PageFile{Page::kLower, std::move(path)};
-  std::string_view digits = name;
-  if (digits.substr(0, 2) == "0x") {
-    digits.remove_prefix(2);
-  } else if (!digits.empty() && digits.back() == 'h') {
-    digits.remove_suffix(1);
+  std::string_view digits = WithoutPageMarks(name);
+  unsigned bank = 0;
+  const std::size_t dot = digits.find('.');
+  if (dot != std::string_view::npos) {
+    if (!ParseAll(digits.substr(dot + 1), 10, bank) || bank > kHighestBank) return std::nullopt;
+    digits = WithoutPageMarks(digits.substr(0, dot));
   }
   if (digits == "a0") return PageFile{Page::kA0, std::move(path)};
   if (digits == "a2") return PageFile{Page::kA2, std::move(path)};
-  std::uint8_t number = 0;
-  const char* const end = digits.data() + digits.size();
-  const auto read = std::from_chars(digits.data(), end, number, 16);
-  if (digits.size() != 2 || read.ec != std::errc() || read.ptr != end) return std::nullopt;
-  return PageFile{static_cast<Page>(number), std::move(path)};
+  unsigned number = 0;
+  if (digits.size() != 2 || !ParseAll(digits, 16, number)) return std::nullopt;
+  return PageFile{PageOf(static_cast<std::uint8_t>(number), bank), std::move(path)};
 }
 
 void PutPage(ModuleImage& image, Page page, const DumpBytes& bytes) {

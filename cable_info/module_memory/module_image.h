@@ -1,31 +1,49 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <map>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "cable_info/module_memory/module_listing.h"
 
-namespace cable_info::module_memory {
+namespace cable_info {
 
 /// A page of a module's memory, called as the standards call it. Bytes 0..127 are those of
 /// the lower page, 128..255 those of an upper page; SFP modules have two devices of 256 bytes.
-enum class Page : std::uint16_t {
+/// Upper pages have a number, 00h..FFh, and CMIS pages a bank, too: see `PageOf`.
+enum class Page : std::uint32_t {
   k00 = 0x00,
   k01 = 0x01,
   k02 = 0x02,
   k03 = 0x03,
+  k04 = 0x04,
   k10 = 0x10,
   k11 = 0x11,
+  k12 = 0x12,
+  k13 = 0x13,
+  k14 = 0x14,
+  k20 = 0x20,
+  k21 = 0x21,
   kLower = 0x100,
   kA0 = 0x1A0,
   kA2 = 0x1A2,
 };
 
-/// "the lower page", "page 03h", "A2h".
+/// The upper page of a number, in a bank.
+constexpr Page PageOf(std::uint8_t number, unsigned bank = 0) {
+  return static_cast<Page>((bank & 0xFFU) << 16U | number);
+}
+/// The bank of a page; 0 for pages without banks.
+constexpr unsigned BankOf(Page page) { return static_cast<std::uint32_t>(page) >> 16U; }
+/// The number of an upper page.
+constexpr std::uint8_t NumberOf(Page page) { return static_cast<std::uint8_t>(page); }
+/// True for the pages that have a number: all but the lower page, A0h and A2h.
+constexpr bool IsUpperPage(Page page) { return (static_cast<std::uint32_t>(page) & 0x100U) == 0; }
+
+/// "the lower page", "page 03h", "page 11h of bank 1", "A2h".
 std::string PageName(Page page);
 
 /// What is known of a module's memory. Whatever is asked, the answer is a byte or that there is
@@ -35,21 +53,85 @@ class ModuleImage {
   static constexpr std::size_t kHalf = 128;  ///< where upper pages begin
   static constexpr std::size_t kWhole = 256;
 
-  DumpByte At(Page page, std::size_t byte) const;
+  /// 128 bytes of a page, each of which may be missing. Bytes are counted as in the page: those of
+  /// an upper half are 128..255.
+  class Half {
+   public:
+    Half() = default;
+    /// A half with no bytes; `first` is 0 or 128.
+    Half(Page page, std::size_t first) : page_(page), first_(static_cast<std::uint8_t>(first)) {}
+
+    Page page() const { return page_; }
+    /// The number of its first byte: 0 or 128.
+    std::size_t first() const { return first_; }
+    /// True when the byte is known.
+    bool Has(std::size_t byte) const {
+      const std::size_t at = byte - first_;
+      return at < kHalf && (known_[at / 64] >> at % 64 & 1U) != 0;
+    }
+    /// True when all of `count` bytes from `byte` on are known.
+    bool Has(std::size_t byte, std::size_t count) const;
+    /// The byte; 0 when it is missing.
+    std::uint8_t operator[](std::size_t byte) const {
+      const std::size_t at = byte - first_;
+      return at < kHalf ? bytes_[at] : std::uint8_t{0};
+    }
+    /// True when no byte is known.
+    bool IsEmpty() const { return (known_[0] | known_[1]) == 0; }
+    /// True when every byte is known and `value`.
+    bool IsAll(std::uint8_t value) const;
+    /// True when every byte that is known is `value`.
+    bool IsUniform(std::uint8_t value) const;
+    /// True when both know the same bytes, and no other.
+    bool Repeats(const Half& other) const;
+    /// Stores a byte; what is not in this half is dropped.
+    void Put(std::size_t byte, std::uint8_t value) {
+      const std::size_t at = byte - first_;
+      if (at >= kHalf) return;
+      bytes_[at] = value;
+      known_[at / 64] |= std::uint64_t{1} << at % 64;
+    }
+
+   private:
+    Page page_ = Page::kLower;
+    std::uint8_t first_ = 0;
+    std::uint64_t known_[2] = {};
+    std::uint8_t bytes_[kHalf] = {};
+  };
+
+  /// The byte of a page; none when it is not known.
+  std::optional<std::uint8_t> At(Page page, std::size_t byte) const;
   /// True when any byte of the page is known.
   bool Has(Page page) const;
+  /// The half of the page that has the byte; one without bytes when nothing is known of it. Valid
+  /// until the image changes.
+  const Half& HalfOf(Page page, std::size_t byte) const;
+  /// What is known, in the order in which it was stored.
+  const std::vector<Half>& halves() const { return halves_; }
 
   /// Stores `bytes` from byte `first` of the page on; what lies behind its end is dropped.
-  void Put(Page page, std::size_t first, const DumpBytes& bytes);
+  void Put(Page page, std::size_t first, const module_memory::DumpBytes& bytes);
+  /// Stores `size` bytes in the same way.
+  void Put(Page page, std::size_t first, const std::uint8_t* bytes, std::size_t size);
+  /// Stores a half in the same way.
+  void Put(const Half& half);
   /// Forgets the page.
-  void Drop(Page page) { pages_.erase(page); }
+  void Drop(Page page);
   /// Forgets every half page whose bytes are all 0xFF: that is what a bus reads that nobody
   /// answers.
   void DropUnanswered();
+  /// Forgets everything, and keeps the room for it.
+  void Clear() { halves_.clear(); }
 
  private:
-  std::map<Page, std::array<DumpByte, kWhole>> pages_;
+  Half& Add(Page page, std::size_t byte);
+
+  std::vector<Half> halves_;
 };
+
+}  // namespace cable_info
+
+namespace cable_info::module_memory {
 
 /// The bytes of a dump: an image, or a hex listing. Throws `BadModule`.
 DumpBytes DumpFromContent(std::string_view content);
@@ -61,7 +143,8 @@ struct PageFile {
 };
 
 /// Takes "03:page3.bin" apart; none when nothing before the first colon is a page's name. Pages are
-/// called "lower", "00" to "ff", with "h" behind or "0x" before it, or "a0" and "a2".
+/// called "lower", "00" to "ff", with "h" behind or "0x" before it, or "a0" and "a2". A bank other
+/// than 0 follows the page: "11.1:page11bank1.bin".
 std::optional<PageFile> ParsePageFile(std::string_view argument);
 
 /// Stores the dump of one page. An upper page may come alone or with the lower page before it.

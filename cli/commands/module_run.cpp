@@ -17,14 +17,15 @@ namespace cli {
 
 namespace {
 
+using cable_info::ModuleImage;
+using cable_info::Page;
 using cable_info::module_memory::BadModule;
 using cable_info::module_memory::ChecksumPolicy;
 using cable_info::module_memory::DumpBytes;
-using cable_info::module_memory::ModuleImage;
 using cable_info::module_memory::ModuleReading;
-using cable_info::module_memory::Page;
 using cable_info::module_memory::PageFile;
 using cable_info::module_memory::ParsePageFile;
+using cable_info::module_memory::PutPage;
 using cable_info::module_memory::ReadModule;
 using cable_info::module_memory::ReportChecksums;
 

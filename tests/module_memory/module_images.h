@@ -16,10 +16,10 @@
 
 namespace module_images {
 
+using cable_info::ModuleImage;
+using cable_info::Page;
 using cable_info::module_memory::DumpByte;
 using cable_info::module_memory::DumpBytes;
-using cable_info::module_memory::ModuleImage;
-using cable_info::module_memory::Page;
 
 struct Place {
   Page page;

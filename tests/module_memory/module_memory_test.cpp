@@ -16,13 +16,13 @@
 namespace {
 
 using cable_info::CableRecord;
+using cable_info::ModuleImage;
+using cable_info::Page;
 using cable_info::PhyCableRecord;
 using cable_info::module_memory::BadModule;
 using cable_info::module_memory::ChecksumPolicy;
 using cable_info::module_memory::DumpBytes;
-using cable_info::module_memory::ModuleImage;
 using cable_info::module_memory::ModuleReading;
-using cable_info::module_memory::Page;
 using cable_info::module_memory::ReadModule;
 using cable_info::module_memory::ReportChecksums;
 using module_images::Memory;

@@ -1,0 +1,63 @@
+#pragma once
+
+// The decoders of the families, and what they decide in common.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "cable_info/module_memory/memory_map.h"
+
+namespace cable_info::module_memory {
+
+/// The family that an identifier (SFF-8024, table 4-1) stands for.
+ModuleFamily FamilyOf(std::uint8_t identifier);
+
+/// \name The families' decoders
+/// The image is that of a `ModuleMemory`. What they fill is a `ModuleInfo` that knows its family
+/// and the pages that were read.
+/// @{
+void DecodeSff8636(Decoding& to);
+void DecodeSff8472(Decoding& to);
+void DecodeCmis(Decoding& to);
+/// @}
+
+/// The memory of a module of a family, without what was not there:
+/// - halves whose bytes are all 0xFF, which is what a bus reads that nobody answers;
+/// - upper pages that repeat page 00h, which a module shows in place of a page that it does not
+/// have;
+/// - all upper pages but 00h when the module says that its memory is flat;
+/// - an A2h of equal bytes, or that repeats A0h: a module without that device.
+class ModuleMemory {
+ public:
+  /// `image` must outlive this.
+  explicit ModuleMemory(const ModuleImage& image);
+  ModuleMemory(const ModuleMemory&) = delete;
+  ModuleMemory& operator=(const ModuleMemory&) = delete;
+  ModuleMemory(ModuleMemory&&) = delete;
+  ModuleMemory& operator=(ModuleMemory&&) = delete;
+  ~ModuleMemory() = default;
+
+  ModuleFamily family() const { return family_; }
+  /// The identifier that decided the family: byte 0, or its copy.
+  std::uint8_t identifier() const { return identifier_; }
+  const ModuleImage& image() const { return *image_; }
+  /// What there is to remark on the identifier; why there is none when the family is unknown.
+  const std::string& remark() const { return remark_; }
+
+ private:
+  void Identify();
+  void IdentifySfp();
+  template <typename IsAbsent>
+  void Drop(const IsAbsent& is_absent);
+  void DropAbsent();
+  void Choose(ModuleFamily family, std::optional<std::uint8_t> identifier);
+
+  const ModuleImage* image_;
+  ModuleImage rest_;  // where image_ points when anything was not there
+  ModuleFamily family_ = ModuleFamily::kUnknown;
+  std::uint8_t identifier_ = 0;
+  std::string remark_;
+};
+
+}  // namespace cable_info::module_memory

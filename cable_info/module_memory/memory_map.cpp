@@ -1,0 +1,292 @@
+#include "cable_info/module_memory/memory_map.h"
+
+#include <cmath>
+#include <cstring>
+
+namespace cable_info::module_memory {
+
+namespace {
+
+constexpr unsigned kBitsPerByte = 8;
+
+bool IsBlank(char c) { return c == ' ' || c == '\0'; }
+
+// The page of a map's line in another bank.
+Page InBank(Page page, unsigned bank) { return bank == 0 ? page : PageOf(NumberOf(page), bank); }
+
+std::int32_t SignedOf(std::uint32_t raw, unsigned bits) {
+  const unsigned unused = 32 - bits;
+  return static_cast<std::int32_t>(raw << unused) >> unused;
+}
+
+unsigned WidthOf(Extent extent) {
+  return extent.bytes == 1 ? extent.high - extent.low + 1U : extent.bytes * kBitsPerByte;
+}
+
+double SingleOf(std::uint32_t raw) {
+  float number = 0.0F;
+  std::memcpy(&number, &raw, sizeof(number));
+  return static_cast<double>(number);
+}
+
+double ValueOf(const Format& format, Extent extent, std::uint32_t raw) {
+  double number = raw;
+  if (format.type == RawType::kSigned) number = SignedOf(raw, WidthOf(extent));
+  if (format.type == RawType::kSingle) number = SingleOf(raw);
+  return number * format.times / format.per;
+}
+
+void DecodeText(Decoding& to, const MapField& line, const ModuleImage::Half& half,
+                Advertised advertised) {
+  constexpr std::size_t kLongestText = 32;
+  char text[kLongestText];
+  std::size_t size = 0;
+  // A text that is cut short is still one.
+  while (size < line.extent.bytes && size < kLongestText && half.Has(line.byte + size)) {
+    text[size] = static_cast<char>(half[line.byte + size]);
+    ++size;
+  }
+  const bool is_known = size != 0;
+  while (size != 0 && IsBlank(text[size - 1])) --size;
+  const FieldState state = StateOf(advertised, is_known, size != 0);
+  if (state != FieldState::kPresent) return to.info.SetState(line.field, state);
+  if (size == 0) return to.info.SetState(line.field, FieldState::kNotImplemented);
+  to.info.SetText(line.field, {text, size});
+}
+
+void SetOui(ModuleInfo& info, Field field, std::uint32_t raw) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  constexpr std::size_t kOuiDigits = 6;
+  if (raw == 0) return info.SetState(field, FieldState::kNotImplemented);
+  char text[kOuiDigits];
+  for (std::size_t i = 0; i < kOuiDigits; ++i) {
+    text[kOuiDigits - 1 - i] = kDigits[raw >> 4 * i & 0xFU];
+  }
+  info.SetText(field, {text, kOuiDigits});
+}
+
+void SetVersion(ModuleInfo& info, Field field, std::uint32_t raw) {
+  constexpr std::uint32_t kInvalid = 0xFFFF;
+  if (raw == 0 || raw == kInvalid) return info.SetState(field, FieldState::kNotImplemented);
+  info.SetText(field, std::to_string(raw >> kBitsPerByte) + '.' + std::to_string(raw & 0xFFU));
+}
+
+void SetNumber(Decoding& to, const MapField& line, std::uint32_t raw) {
+  const Format& format = line.format;
+  const std::uint32_t highest = 0xFFFFFFFFU >> (32 - WidthOf(line.extent));
+  if (format.zero_is_none && raw == 0) {
+    return to.info.SetState(line.field, FieldState::kNotImplemented);
+  }
+  const double value = ValueOf(format, line.extent, raw);
+  if (format.highest_is_more && raw == highest) {
+    to.info.SetState(line.field, FieldState::kNotImplemented);
+    return WarnMoreThan(to, line.field, (raw - 1) * format.times / format.per);
+  }
+  to.info.SetNumber(line.field, value);
+}
+
+// The extent of one lane's value, and the byte that has it.
+struct LanePlace {
+  std::size_t byte;
+  Extent extent;
+};
+
+LanePlace PlaceOf(const LaneMapField& line, unsigned lane) {
+  const unsigned n = lane - 1;
+  const auto bit = [](unsigned number) { return Bit(static_cast<std::uint8_t>(number)); };
+  switch (line.order) {
+    case LaneOrder::kBitsUp:
+      return {line.byte, bit(line.extent.low + n)};
+    case LaneOrder::kBitsDown:
+      return {line.byte, bit(line.extent.high - n)};
+    case LaneOrder::kPairsUp: {
+      const auto low = static_cast<std::uint8_t>(n % 4 * 2);
+      return {line.byte + n / 4, Bits(low + 1, low)};
+    }
+    case LaneOrder::kHighNibbleFirst:
+      return {line.byte + n / 2, n % 2 == 0 ? Bits(7, 4) : Bits(3, 0)};
+    case LaneOrder::kLowNibbleFirst:
+      return {line.byte + n / 2, n % 2 == 0 ? Bits(3, 0) : Bits(7, 4)};
+    case LaneOrder::kApart:
+      return {line.byte + std::size_t{n} * line.extent.bytes, line.extent};
+    case LaneOrder::kModule:
+      break;
+  }
+  return {line.byte, line.extent};
+}
+
+AlarmFlags ReadFlags(const ModuleImage& image, const FlagPlaces& places, unsigned lane,
+                     unsigned bank) {
+  AlarmFlags flags;
+  const ModuleImage::Half& half = image.HalfOf(InBank(places.page, bank), places.byte);
+  const int first = places.byte * 8 + (7 - places.bit) + static_cast<int>(lane - 1) * places.lane;
+  for (unsigned level = 0; level < kAlarmLevels; ++level) {
+    const int at = first + static_cast<int>(level & 1U) * places.low +
+                   static_cast<int>(level >> 1U) * places.warning;
+    const auto byte = static_cast<std::size_t>(at / 8);
+    if (!half.Has(byte)) continue;
+    flags.known |= static_cast<std::uint8_t>(1U << level);
+    const unsigned is_raised = half[byte] >> (7 - at % 8) & 1U;
+    flags.raised |= static_cast<std::uint8_t>(is_raised << level);
+  }
+  return flags;
+}
+
+Thresholds ReadThresholds(const ModuleImage& image, const MapMonitor& line,
+                          const Conversion& conversion) {
+  constexpr std::uint32_t kAllSet = 0xFFFF;
+  Thresholds thresholds;
+  const ModuleImage::Half& half = image.HalfOf(line.threshold_page, line.threshold_byte);
+  std::uint32_t common = kAllSet;
+  std::uint32_t any = 0;
+  for (std::size_t level = 0; level < kAlarmLevels; ++level) {
+    const std::size_t byte = line.threshold_byte + 2 * level;
+    if (!half.Has(byte, 2)) continue;
+    const std::uint32_t raw = RawNumber(half, byte, kWord);
+    common &= raw;
+    any |= raw;
+    thresholds.values[level] = conversion(raw);
+    thresholds.given |= static_cast<std::uint8_t>(1U << level);
+  }
+  if (any == 0 || common == kAllSet) return {};
+  return thresholds;
+}
+
+}  // namespace
+
+std::string HexText(unsigned byte) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  return {'0', 'x', kDigits[byte >> 4U & 0xFU], kDigits[byte & 0xFU]};
+}
+
+void WarnMoreThan(Decoding& to, Field field, double value) {
+  const FieldInfo& info = DescribeField(field);
+  to.info.warnings.push_back(std::string(info.label) + ": more than " +
+                             std::to_string(std::lround(value)) + ' ' + std::string(info.unit));
+}
+
+Advertised AskBit(const ModuleImage& image, Page page, std::size_t byte, unsigned bit) {
+  const ModuleImage::Half& half = image.HalfOf(page, byte);
+  if (!half.Has(byte)) return Advertised::kUnknown;
+  return AdvertisedIf((half[byte] >> bit & 1U) != 0);
+}
+
+Advertised Ask(const ModuleImage& image, const Advertisement& advertisement) {
+  if (advertisement.is_always) return Advertised::kYes;
+  if (advertisement.rule != nullptr) return advertisement.rule(image);
+  return AskBit(image, advertisement.page, advertisement.byte, advertisement.bit);
+}
+
+FieldState StateOf(Advertised advertised, bool is_known, bool is_set) {
+  if (advertised == Advertised::kNo) return FieldState::kNotImplemented;
+  if (!is_known) return FieldState::kNotRead;
+  const bool is_present = advertised == Advertised::kYes || is_set;
+  return is_present ? FieldState::kPresent : FieldState::kNotRead;
+}
+
+std::optional<std::uint32_t> RawOf(const ModuleImage& image, const MapField& line) {
+  const ModuleImage::Half& half = image.HalfOf(line.page, line.byte);
+  if (!half.Has(line.byte, line.extent.bytes)) return std::nullopt;
+  return RawNumber(half, line.byte, line.extent);
+}
+
+void DecodeField(Decoding& to, const MapField& line, Advertised advertised) {
+  const ModuleImage::Half& half = to.image.HalfOf(line.page, line.byte);
+  if (line.format.type == RawType::kText) return DecodeText(to, line, half, advertised);
+  const bool is_known = half.Has(line.byte, line.extent.bytes);
+  const std::uint32_t raw = is_known ? RawNumber(half, line.byte, line.extent) : 0;
+  const FieldState state = StateOf(advertised, is_known, raw != 0);
+  if (state != FieldState::kPresent) return to.info.SetState(line.field, state);
+  switch (line.format.type) {
+    case RawType::kFlag:
+      return to.info.SetNumber(line.field, raw != 0 ? 1.0 : 0.0);
+    case RawType::kInverseFlag:
+      return to.info.SetNumber(line.field, raw != 0 ? 0.0 : 1.0);
+    case RawType::kCode:
+      if (line.format.zero_is_none && raw == 0) break;
+      return to.info.SetCode(line.field, raw, line.format.codes->Name(raw));
+    case RawType::kOui:
+      return SetOui(to.info, line.field, raw);
+    case RawType::kVersion:
+      return SetVersion(to.info, line.field, raw);
+    default:
+      return SetNumber(to, line, raw);
+  }
+  to.info.SetState(line.field, FieldState::kNotImplemented);
+}
+
+void DecodeFields(Decoding& to, Lines<MapField> map) {
+  for (const MapField& line : map) {
+    if (line.format.type != RawType::kOwn) DecodeField(to, line, Ask(to.image, line.advertised));
+  }
+}
+
+std::optional<std::uint32_t> RawOf(const ModuleImage& image, const LaneMapField& line,
+                                   unsigned lane, unsigned bank) {
+  const LanePlace place = PlaceOf(line, lane);
+  const ModuleImage::Half& half = image.HalfOf(InBank(line.page, bank), place.byte);
+  if (!half.Has(place.byte, place.extent.bytes)) return std::nullopt;
+  return RawNumber(half, place.byte, place.extent);
+}
+
+void DecodeLane(const ModuleImage& image, Lines<LaneMapField> map, unsigned lane, unsigned bank,
+                Lane& to) {
+  for (const LaneMapField& line : map) {
+    if (line.format.type == RawType::kOwn) continue;
+    LaneValue& value = to[line.field];
+    const std::optional<std::uint32_t> raw = RawOf(image, line, lane, bank);
+    value = {StateOf(Ask(image, line.advertised), raw.has_value(), raw.value_or(0) != 0), 0.0};
+    if (!value.IsPresent()) continue;
+    const bool is_inverse = line.format.type == RawType::kInverseFlag;
+    value.number = is_inverse ? (*raw == 0 ? 1.0 : 0.0)
+                              : ValueOf(line.format, PlaceOf(line, lane).extent, *raw);
+  }
+}
+
+double Conversion::operator()(std::uint32_t raw) const {
+  double number =
+      format.type == RawType::kSigned ? SignedOf(raw, WidthOf(kWord)) : static_cast<double>(raw);
+  if (calibrate != nullptr) number = calibrate(constants, number);
+  return number * (format.times * times) / format.per;
+}
+
+Monitor ReadMonitor(const ModuleImage& image, const MapMonitor& line, const Conversion& conversion,
+                    Advertised advertised, unsigned lane, unsigned bank) {
+  Monitor monitor;
+  const std::size_t byte = line.byte + 2 * std::size_t{lane - 1};
+  const ModuleImage::Half& half = image.HalfOf(InBank(line.page, bank), byte);
+  const bool is_known = half.Has(byte, 2);
+  const std::uint32_t raw = is_known ? RawNumber(half, byte, kWord) : 0;
+  monitor.state = StateOf(advertised, is_known, raw != 0);
+  if (monitor.state == FieldState::kNotImplemented) return monitor;
+  if (monitor.IsPresent()) monitor.value = conversion(raw);
+  monitor.thresholds = ReadThresholds(image, line, conversion);
+  monitor.flags = ReadFlags(image, line.flags, lane, bank);
+  return monitor;
+}
+
+void AddNames(const ModuleImage& image, Lines<NamedBit> bits, std::vector<std::string_view>& to) {
+  for (const NamedBit& bit : bits) {
+    if ((image.HalfOf(bit.page, bit.byte)[bit.byte] >> bit.bit & 1U) != 0) to.push_back(bit.name);
+  }
+}
+
+void AddChecksums(Decoding& to, Lines<Checksum> checksums) {
+  for (const Checksum& checksum : checksums) {
+    const ModuleImage::Half& half = to.image.HalfOf(checksum.page, checksum.first);
+    const std::size_t count = checksum.last - checksum.first + std::size_t{1};
+    if (!half.Has(checksum.first, count) || !half.Has(checksum.stored)) continue;
+    unsigned sum = 0;
+    for (std::size_t i = checksum.first; i <= checksum.last; ++i) sum += half[i];
+    const auto computed = static_cast<std::uint8_t>(sum);
+    const std::uint8_t stored = half[checksum.stored];
+    to.info.checksums.push_back({checksum.page, checksum.first, checksum.last, stored, computed});
+    if (stored == computed) continue;
+    to.info.warnings.push_back(
+        PageName(checksum.page) + ": the checksum of bytes " + std::to_string(checksum.first) +
+        " to " + std::to_string(checksum.last) + " is " + HexText(computed) + ", but byte " +
+        std::to_string(checksum.stored) + " says " + HexText(stored));
+  }
+}
+
+}  // namespace cable_info::module_memory

@@ -1,0 +1,340 @@
+#pragma once
+
+// How the memory map of a module family is written down as data, and read. A map is a table; what
+// decodes it, shows it, documents it and converts it into records reads the same lines.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "cable_info/module_memory/module_info.h"
+#include "cable_info/module_memory/sff8024.h"
+
+namespace cable_info::module_memory {
+
+// ---------------------------------------------------------------------------------------------
+// Where a field stands
+// ---------------------------------------------------------------------------------------------
+
+/// How much of its page a field takes: bits of one byte, or whole bytes.
+struct Extent {
+  std::uint8_t bytes;
+  std::uint8_t high;  ///< bits of a single byte: high..low
+  std::uint8_t low;
+};
+/// Bits of a byte, as the standards write them: 7..4.
+constexpr Extent Bits(std::uint8_t high, std::uint8_t low) { return {1, high, low}; }
+constexpr Extent Bit(std::uint8_t bit) { return {1, bit, bit}; }
+/// Whole bytes, the most significant first.
+constexpr Extent Bytes(std::uint8_t count) { return {count, 7, 0}; }
+inline constexpr Extent kByte = Bytes(1);
+inline constexpr Extent kWord = Bytes(2);
+
+/// The bytes of a field as one big-endian number of at most four bytes; of a single byte, its bits.
+inline std::uint32_t RawNumber(const ModuleImage::Half& half, std::size_t byte, Extent extent) {
+  if (extent.bytes == 1) {
+    return half[byte] >> extent.low & ((1U << (extent.high - extent.low + 1U)) - 1U);
+  }
+  std::uint32_t number = 0;
+  for (std::size_t i = 0; i < extent.bytes; ++i) number = number << 8U | half[byte + i];
+  return number;
+}
+
+// ---------------------------------------------------------------------------------------------
+// What its bytes mean
+// ---------------------------------------------------------------------------------------------
+
+enum class RawType : std::uint8_t {
+  kText,
+  kUnsigned,
+  kSigned,       ///< two's complement over all bits of the field
+  kSingle,       ///< IEEE-754 single precision
+  kFlag,         ///< set: true
+  kInverseFlag,  ///< clear: true
+  kCode,
+  kOui,      ///< three bytes as hexadecimal; all zero is none
+  kVersion,  ///< two bytes, "major.minor"; 0.0 and 255.255 are none
+  kOwn,      ///< decoded by the family's own code, with other fields
+};
+
+/// What the bits of a field mean.
+struct Format {
+  RawType type;
+  double times = 1.0;  ///< value = raw * times / per
+  double per = 1.0;
+  const CodeTable* codes = nullptr;  ///< the names of codes
+  bool zero_is_none = false;         ///< a raw 0 means that nothing is given
+  bool highest_is_more = false;      ///< all bits set means more than can be said
+
+  /// A raw 0 means that nothing is given.
+  constexpr Format ZeroIsNone() const {
+    Format format = *this;
+    format.zero_is_none = true;
+    return format;
+  }
+  /// All bits set means "more than the highest number".
+  constexpr Format HighestIsMore() const {
+    Format format = *this;
+    format.highest_is_more = true;
+    return format;
+  }
+};
+
+struct Scale {
+  double times;
+  double per;
+};
+/// The raw number times this is the value.
+constexpr Scale Times(double times) { return {times, 1.0}; }
+/// So many raw units are one unit of the value.
+constexpr Scale Per(double per) { return {1.0, per}; }
+
+inline constexpr Format kText = {RawType::kText};
+inline constexpr Format kFlag = {RawType::kFlag};
+inline constexpr Format kInverseFlag = {RawType::kInverseFlag};
+inline constexpr Format kOui = {RawType::kOui};
+inline constexpr Format kVersion = {RawType::kVersion};
+inline constexpr Format kOwn = {RawType::kOwn};
+inline constexpr Format kNumber = {RawType::kUnsigned};
+inline constexpr Format kSingle = {RawType::kSingle};
+constexpr Format Number(Scale scale) { return {RawType::kUnsigned, scale.times, scale.per}; }
+constexpr Format Signed(Scale scale) { return {RawType::kSigned, scale.times, scale.per}; }
+constexpr Format Code(const CodeTable& codes) { return {RawType::kCode, 1.0, 1.0, &codes}; }
+
+/// \name What the families have in common
+/// @{
+inline constexpr Format kCelsius = Signed(Per(256));       ///< 1/256 degrees Celsius, in degrees
+inline constexpr Format kVolts = Number(Per(10000));       ///< 100 uV, in V
+inline constexpr Format kMilliwatts = Number(Per(10000));  ///< 0.1 uW, in mW
+inline constexpr Format kMilliamperes = Number(Per(500));  ///< 2 uA, in mA
+/// @}
+
+// ---------------------------------------------------------------------------------------------
+// What advertises it
+// ---------------------------------------------------------------------------------------------
+
+enum class Advertised : std::uint8_t {
+  kNo,
+  kYes,
+  kUnknown,  ///< the page that says so was not read
+};
+
+/// Where a module says whether it implements a field.
+struct Advertisement {
+  /// Decides; null for a single bit.
+  Advertised (*rule)(const ModuleImage& image) = nullptr;
+  Page page = Page::k00;
+  std::uint8_t byte = 0;
+  std::uint8_t bit = 0;
+  std::string_view words;  ///< the rule for people; empty for a single bit
+  bool is_always = false;
+};
+
+/// Every module has the field, or it follows its page.
+inline constexpr Advertisement kAlways = {nullptr, Page::k00, 0, 0, {}, true};
+/// A bit says so when it is set.
+constexpr Advertisement On(Page page, std::uint8_t byte, std::uint8_t bit) {
+  return {nullptr, page, byte, bit, {}, false};
+}
+/// A rule says so; `words` says the rule to people.
+constexpr Advertisement By(Advertised (*rule)(const ModuleImage&), std::string_view words) {
+  return {rule, Page::k00, 0, 0, words, false};
+}
+
+/// The bit as an answer.
+Advertised AskBit(const ModuleImage& image, Page page, std::size_t byte, unsigned bit);
+/// Asks what advertises a field.
+Advertised Ask(const ModuleImage& image, const Advertisement& advertisement);
+/// Yes when all say yes, no when any says no.
+constexpr Advertised Both(Advertised a, Advertised b) {
+  if (a == Advertised::kNo || b == Advertised::kNo) return Advertised::kNo;
+  return a == Advertised::kYes ? b : a;
+}
+/// Yes when any says yes, no when all say no.
+constexpr Advertised Either(Advertised a, Advertised b) {
+  if (a == Advertised::kYes || b == Advertised::kYes) return Advertised::kYes;
+  return a == Advertised::kNo ? b : a;
+}
+constexpr Advertised AdvertisedIf(bool is_advertised) {
+  return is_advertised ? Advertised::kYes : Advertised::kNo;
+}
+
+/// The state of what is advertised so, when its bytes are known (`is_known`) and not all zero
+/// (`is_set`): where the page that advertises was not read, a value of 0 may be none.
+FieldState StateOf(Advertised advertised, bool is_known, bool is_set);
+
+// ---------------------------------------------------------------------------------------------
+// Maps
+// ---------------------------------------------------------------------------------------------
+
+/// A line of a map: a field of the module as a whole.
+struct MapField {
+  Field field;
+  Page page;
+  std::uint8_t byte;
+  Extent extent;
+  Format format;
+  Advertisement advertised;
+  std::string_view standard;  ///< the table of the standard
+};
+
+/// How the values of lanes 1, 2, ... follow each other.
+enum class LaneOrder : std::uint8_t {
+  kModule,           ///< one value for all
+  kBitsUp,           ///< a bit a lane, that of lane 1 is the lowest of the extent
+  kBitsDown,         ///< a bit a lane, that of lane 1 is the highest of the extent
+  kPairsUp,          ///< two bits a lane, bits 1..0 are those of lane 1
+  kHighNibbleFirst,  ///< four bits a lane, bits 7..4 of the first byte are those of lane 1
+  kLowNibbleFirst,   ///< four bits a lane, bits 3..0 of the first byte are those of lane 1
+  kApart,  ///< the extent of lane 1; each further lane so many bytes later as it has bytes
+};
+
+/// A line of a map: a field of each lane. The extent is that of lane 1, for bits that of all lanes.
+struct LaneMapField {
+  LaneField field;
+  Page page;
+  std::uint8_t byte;
+  Extent extent;
+  LaneOrder order;
+  Format format;
+  Advertisement advertised;
+  std::string_view standard;
+};
+
+/// Which of the monitored quantities of a module or of its lanes.
+enum class Quantity : std::uint8_t { kTemperature, kVoltage, kAux, kTxBias, kTxPower, kRxPower };
+
+/// Where the four flags of a quantity stand. Bits are counted through, bit 7 of a byte first: the
+/// flag of `level` of lane n is (level is low) * low + (level is a warning) * warning + (n - 1) *
+/// lane bits after that of the high alarm of lane 1.
+struct FlagPlaces {
+  Page page;
+  std::uint8_t byte;
+  std::uint8_t bit;  ///< of the high alarm of lane 1
+  std::int8_t low;
+  std::int8_t warning;
+  std::int8_t lane;
+};
+
+/// A line of a map: a monitored quantity with its thresholds and flags. Lanes follow each other
+/// word by word; thresholds are four words in the order of `AlarmLevel`.
+struct MapMonitor {
+  Quantity quantity;
+  std::string_view name;  ///< of an auxiliary monitor
+  Page page;
+  std::uint8_t byte;
+  Format format;
+  Page threshold_page;
+  std::uint8_t threshold_byte;
+  FlagPlaces flags;
+  Advertisement advertised;
+  std::string_view standard;
+};
+
+/// A bit with a name: an option, or a standard that the module follows.
+struct NamedBit {
+  Page page;
+  std::uint8_t byte;
+  std::uint8_t bit;
+  std::string_view name;
+};
+
+/// Bytes whose sum, cut to 8 bits, stands in another byte of the same page.
+struct Checksum {
+  Page page;
+  std::uint8_t first;
+  std::uint8_t last;
+  std::uint8_t stored;
+};
+
+/// Lines of a table, wherever they are kept.
+template <typename T>
+class Lines {
+ public:
+  constexpr Lines() = default;
+  template <std::size_t N>
+  constexpr Lines(const T (&lines)[N]) : begin_(lines), end_(lines + N) {}  // NOLINT: implicit
+  template <std::size_t N>
+  constexpr Lines(const std::array<T, N>& lines)  // NOLINT: implicit, as from an array
+      : begin_(lines.data()), end_(lines.data() + N) {}
+  constexpr const T* begin() const { return begin_; }
+  constexpr const T* end() const { return end_; }
+  constexpr std::size_t size() const { return static_cast<std::size_t>(end_ - begin_); }
+
+ private:
+  const T* begin_ = nullptr;
+  const T* end_ = nullptr;
+};
+
+/// Everything that the standard of a family defines as tables.
+struct MemoryMap {
+  Lines<MapField> fields;
+  Lines<LaneMapField> lane_fields;
+  Lines<MapMonitor> monitors;
+  Lines<NamedBit> compliance;
+  Lines<NamedBit> options;
+  Lines<Checksum> checksums;
+};
+
+/// \name The maps
+/// @{
+const MemoryMap& Sff8636Map();
+const MemoryMap& Sff8472Map();
+const MemoryMap& CmisMap();
+/// @}
+
+// ---------------------------------------------------------------------------------------------
+// Reading
+// ---------------------------------------------------------------------------------------------
+
+/// The image that a family decodes, and what it decodes into.
+struct Decoding {
+  const ModuleImage& image;
+  ModuleInfo& info;
+
+  void Warn(std::string_view warning) { info.warnings.emplace_back(warning); }
+};
+
+/// Decodes all fields of the map but those of `RawType::kOwn`.
+void DecodeFields(Decoding& to, Lines<MapField> map);
+/// Decodes one field, advertised as given.
+void DecodeField(Decoding& to, const MapField& line, Advertised advertised);
+
+/// Decodes the fields of lane `lane` (1: the first of the bank), whose pages are in bank `bank`.
+void DecodeLane(const ModuleImage& image, Lines<LaneMapField> map, unsigned lane, unsigned bank,
+                Lane& to);
+/// The raw number of a lane's field; none when it is not known.
+std::optional<std::uint32_t> RawOf(const ModuleImage& image, const LaneMapField& line,
+                                   unsigned lane, unsigned bank = 0);
+/// The raw number of a field; none when it is not known.
+std::optional<std::uint32_t> RawOf(const ModuleImage& image, const MapField& line);
+
+/// A raw monitor value into its unit. With a calibration, the raw value goes through it first.
+struct Conversion {
+  Format format;
+  double (*calibrate)(const void* constants, double raw) = nullptr;
+  const void* constants = nullptr;
+  double times = 1.0;  ///< of the result
+
+  double operator()(std::uint32_t raw) const;
+};
+
+/// Reads a quantity of lane `lane`, with its thresholds and flags, advertised as given. Thresholds
+/// that are all 0000h or all FFFFh are not given.
+Monitor ReadMonitor(const ModuleImage& image, const MapMonitor& line, const Conversion& conversion,
+                    Advertised advertised, unsigned lane = 1, unsigned bank = 0);
+
+/// Adds the names of the bits that are set.
+void AddNames(const ModuleImage& image, Lines<NamedBit> bits, std::vector<std::string_view>& to);
+
+/// Computes the checksums whose bytes are all known; a mismatch is a warning.
+void AddChecksums(Decoding& to, Lines<Checksum> checksums);
+
+/// "Length, SMF: more than 254 km", as a warning.
+void WarnMoreThan(Decoding& to, Field field, double value);
+
+/// "0x1a".
+std::string HexText(unsigned byte);
+
+}  // namespace cable_info::module_memory

@@ -1,0 +1,180 @@
+#include "cable_info/module_memory/module_fields.h"
+
+namespace cable_info {
+
+namespace {
+
+using G = FieldGroup;
+using K = FieldKind;
+
+// clang-format off
+constexpr std::array<FieldInfo, kFieldCount> kFields = {{
+    // field, key in JSON, label, kind, unit, group
+    {Field::kRevision, "revision", "Revision", K::kText, "", G::kModule},
+    {Field::kFlatMemory, "flat_memory", "Flat memory", K::kFlag, "", G::kModule},
+    {Field::kIdentifier, "identifier", "Identifier", K::kCode, "", G::kModule},
+    {Field::kState, "state", "State", K::kCode, "", G::kModule},
+    {Field::kVendor, "identity.vendor", "Vendor", K::kText, "", G::kIdentity},
+    {Field::kOui, "identity.oui", "OUI", K::kText, "", G::kIdentity},
+    {Field::kPartNumber, "identity.part_number", "Part number", K::kText, "", G::kIdentity},
+    {Field::kVendorRevision, "identity.revision", "Revision", K::kText, "", G::kIdentity},
+    {Field::kSerialNumber, "identity.serial_number", "Serial number", K::kText, "", G::kIdentity},
+    {Field::kDateCode, "identity.date_code", "Date code", K::kText, "", G::kIdentity},
+    {Field::kLot, "identity.lot", "Lot", K::kText, "", G::kIdentity},
+    {Field::kClei, "identity.clei", "CLEI code", K::kText, "", G::kIdentity},
+    {Field::kFirmwareActive, "firmware.active", "Active firmware", K::kText, "", G::kIdentity},
+    {Field::kFirmwareInactive, "firmware.inactive", "Inactive firmware", K::kText, "", G::kIdentity},
+    {Field::kHardware, "firmware.hardware", "Hardware", K::kText, "", G::kIdentity},
+    {Field::kPowerClass, "power.class", "Power class", K::kNumber, "", G::kPower},
+    {Field::kMaxPower, "power.max_w", "Maximum power", K::kNumber, "W", G::kPower},
+    {Field::kConnector, "connector", "Connector", K::kCode, "", G::kMedia},
+    {Field::kMediaType, "media.type", "Media type", K::kCode, "", G::kMedia},
+    {Field::kTechnology, "media.technology", "Technology", K::kCode, "", G::kMedia},
+    {Field::kWavelength, "media.wavelength_nm", "Wavelength", K::kNumber, "nm", G::kMedia},
+    {Field::kWavelengthTolerance, "media.wavelength_tolerance_nm", "Wavelength tolerance", K::kNumber, "nm", G::kMedia},
+    {Field::kLengthSmf, "media.length_m.smf", "Length, SMF", K::kNumber, "m", G::kMedia},
+    {Field::kLengthOm5, "media.length_m.om5", "Length, OM5", K::kNumber, "m", G::kMedia},
+    {Field::kLengthOm4, "media.length_m.om4", "Length, OM4", K::kNumber, "m", G::kMedia},
+    {Field::kLengthOm3, "media.length_m.om3", "Length, OM3", K::kNumber, "m", G::kMedia},
+    {Field::kLengthOm2, "media.length_m.om2", "Length, OM2", K::kNumber, "m", G::kMedia},
+    {Field::kLengthOm1, "media.length_m.om1", "Length, OM1", K::kNumber, "m", G::kMedia},
+    {Field::kLengthCable, "media.length_m.cable", "Length, cable", K::kNumber, "m", G::kMedia},
+    {Field::kAttenuation2p5, "media.attenuation_db.2p5ghz", "Attenuation at 2.5 GHz", K::kNumber, "dB", G::kMedia},
+    {Field::kAttenuation5, "media.attenuation_db.5ghz", "Attenuation at 5 GHz", K::kNumber, "dB", G::kMedia},
+    {Field::kAttenuation7, "media.attenuation_db.7ghz", "Attenuation at 7 GHz", K::kNumber, "dB", G::kMedia},
+    {Field::kAttenuation12p9, "media.attenuation_db.12p9ghz", "Attenuation at 12.9 GHz", K::kNumber, "dB", G::kMedia},
+    {Field::kAttenuation25p8, "media.attenuation_db.25p8ghz", "Attenuation at 25.8 GHz", K::kNumber, "dB", G::kMedia},
+    {Field::kAttenuation53p1, "media.attenuation_db.53p1ghz", "Attenuation at 53.1 GHz", K::kNumber, "dB", G::kMedia},
+    {Field::kEncoding, "encoding", "Encoding", K::kCode, "", G::kMedia},
+    {Field::kNominalBitrate, "nominal_bitrate_mbd", "Nominal rate", K::kNumber, "MBd", G::kMedia},
+    {Field::kInterruptAsserted, "details.interrupt_asserted", "Interrupt asserted", K::kFlag, "", G::kStatus},
+    {Field::kDataNotReady, "details.data_not_ready", "Data not ready", K::kFlag, "", G::kStatus},
+    {Field::kInitializationComplete, "details.initialization_complete", "Initialization complete", K::kFlag, "", G::kStatus},
+    {Field::kCoolerReady, "details.cooler_ready", "Cooler settled", K::kFlag, "", G::kStatus},
+    {Field::kTxDisablePin, "details.tx_disable_pin", "TX disable pin", K::kFlag, "", G::kStatus},
+    {Field::kRs0Pin, "details.rs0_pin", "RS0 pin", K::kFlag, "", G::kStatus},
+    {Field::kRs1Pin, "details.rs1_pin", "RS1 pin", K::kFlag, "", G::kStatus},
+    {Field::kPowerLevelState, "details.power_level_state", "Power level 2 or higher in use", K::kFlag, "", G::kStatus},
+    {Field::kPam4ModeTx, "details.pam4_mode_tx", "PAM4 mode, TX", K::kFlag, "", G::kStatus},
+    {Field::kPam4ModeRx, "details.pam4_mode_rx", "PAM4 mode, RX", K::kFlag, "", G::kStatus},
+    {Field::kExtendedIdentifier, "details.extended_identifier", "Extended identifier", K::kCode, "", G::kMedia},
+    {Field::kExtendedCompliance, "details.extended_compliance", "Extended compliance", K::kCode, "", G::kMedia},
+    {Field::kSecondaryExtendedCompliance, "details.secondary_extended_compliance", "Secondary extended compliance", K::kCode, "", G::kMedia},
+    {Field::kModuleSubtype, "details.module_subtype", "Module subtype", K::kCode, "", G::kMedia},
+    {Field::kFiberFace, "details.fiber_face", "Fiber face", K::kCode, "", G::kMedia},
+    {Field::kFarEnd, "details.far_end", "Far end", K::kCode, "", G::kMedia},
+    {Field::kNearEndLanes, "details.near_end_lanes", "Near-end lanes implemented", K::kNumber, "", G::kMedia},
+    {Field::kPropagationDelay, "details.propagation_delay_ns", "Propagation delay", K::kNumber, "ns", G::kMedia},
+    {Field::kTunableTransmitter, "details.tunable_transmitter", "Tunable transmitter", K::kFlag, "", G::kMedia},
+    {Field::kWavelengthControl, "details.wavelength_control", "Wavelength control", K::kFlag, "", G::kMedia},
+    {Field::kCooledTransmitter, "details.cooled_transmitter", "Cooled transmitter", K::kFlag, "", G::kMedia},
+    {Field::kDetector, "details.detector", "Detector", K::kCode, "", G::kMedia},
+    {Field::kRxPowerType, "details.rx_power_type", "RX power measurement", K::kCode, "", G::kCapabilities},
+    {Field::kMaxCaseTemperature, "details.max_case_temperature_c", "Maximum case temperature", K::kNumber, "C", G::kCapabilities},
+    {Field::kMinCaseTemperature, "details.min_case_temperature_c", "Minimum case temperature", K::kNumber, "C", G::kCapabilities},
+    {Field::kMinOperatingVoltage, "details.min_operating_voltage_v", "Minimum operating voltage", K::kNumber, "V", G::kCapabilities},
+    {Field::kAdvancedLowPower, "details.advanced_low_power_w", "Advanced low power", K::kNumber, "W", G::kCapabilities},
+    {Field::kFarSideManaged, "details.far_side_managed", "Far side managed", K::kFlag, "", G::kCapabilities},
+    {Field::kModselWaitTime, "details.modsel_wait_time_us", "ModSelL wait time", K::kNumber, "us", G::kCapabilities},
+    {Field::kTxTurnOnTime, "details.tx_turn_on_time", "Maximum TX turn-on time", K::kCode, "", G::kCapabilities},
+    {Field::kDataPathInitTime, "details.data_path_init_time", "Maximum data path initialization time", K::kCode, "", G::kCapabilities},
+    {Field::kRateSelectVersion, "details.rate_select_version", "Rate select version", K::kNumber, "", G::kCapabilities},
+    {Field::kRateIdentifier, "details.rate_identifier", "Rate identifier", K::kCode, "", G::kCapabilities},
+    {Field::kBitrateMax, "details.bitrate_max_percent", "Rate margin, upper", K::kNumber, "%", G::kCapabilities},
+    {Field::kBitrateMin, "details.bitrate_min_percent", "Rate margin, lower", K::kNumber, "%", G::kCapabilities},
+    {Field::kCalibration, "details.calibration", "Calibration", K::kCode, "", G::kCapabilities},
+    {Field::kAddressChange, "details.address_change", "Address change before A2h", K::kFlag, "", G::kCapabilities},
+    {Field::kMaxTxInputEq, "details.max_tx_input_eq_db", "Maximum TX input equalization", K::kNumber, "dB", G::kCapabilities},
+    {Field::kMaxRxEmphasis, "details.max_rx_emphasis_db", "Maximum RX output emphasis", K::kNumber, "dB", G::kCapabilities},
+    {Field::kMaxRxPreCursor, "details.max_rx_pre_cursor", "Maximum RX output pre-cursor code", K::kNumber, "", G::kCapabilities},
+    {Field::kMaxRxPostCursor, "details.max_rx_post_cursor", "Maximum RX output post-cursor code", K::kNumber, "", G::kCapabilities},
+    {Field::kRxEmphasisType, "details.rx_emphasis_type", "RX output emphasis type", K::kCode, "", G::kCapabilities},
+    {Field::kRxAmplitudes, "details.rx_amplitudes", "RX output amplitude codes", K::kNumber, "", G::kCapabilities},
+    {Field::kCoolerSettlingTime, "details.cooler_settling_time_s", "Maximum cooler settling time", K::kNumber, "s", G::kCapabilities},
+    {Field::kAdaptiveEqSettlingTime, "details.adaptive_eq_settling_time_ms", "Maximum adaptive equalization settling time", K::kNumber, "ms", G::kCapabilities},
+    {Field::kLowPowerOverride, "details.low_power_override", "Power override by software", K::kFlag, "", G::kControls},
+    {Field::kLowPowerRequest, "details.low_power_request", "Low power requested by software", K::kFlag, "", G::kControls},
+    {Field::kHighPowerEnable, "details.high_power_enable", "High power classes 5 to 7 enabled", K::kFlag, "", G::kControls},
+    {Field::kHighPowerClass8Enable, "details.high_power_class8_enable", "High power class 8 enabled", K::kFlag, "", G::kControls},
+    {Field::kSoftwareReset, "details.software_reset", "Software reset", K::kFlag, "", G::kControls},
+    {Field::kLowPowerPinIsTxDisable, "details.low_power_pin_is_tx_disable", "LPMode/TxDis pin", K::kCode, "", G::kControls},
+    {Field::kInterruptPinIsLos, "details.interrupt_pin_is_los", "IntL/RxLOSL pin", K::kCode, "", G::kControls},
+    {Field::kHostFec, "details.host_fec", "Host-side FEC enabled", K::kFlag, "", G::kControls},
+    {Field::kMediaFecBit, "details.media_fec_bit", "Media-side FEC control bit", K::kNumber, "", G::kControls},
+    {Field::kSoftTxDisable, "details.soft_tx_disable", "TX disable by software", K::kFlag, "", G::kControls},
+    {Field::kSoftRs0, "details.soft_rs0", "RS0 by software", K::kFlag, "", G::kControls},
+    {Field::kSoftRs1, "details.soft_rs1", "RS1 by software", K::kFlag, "", G::kControls},
+    {Field::kPowerLevel4Enable, "details.power_level4_enable", "Power level 4 enabled", K::kFlag, "", G::kControls},
+    {Field::kPowerLevelSelect, "details.power_level_select", "Power level 2 or 3 enabled", K::kFlag, "", G::kControls},
+    {Field::kMode64gfc, "details.mode64gfc", "64GFC mode", K::kFlag, "", G::kControls},
+    {Field::kTxInputEqHigh, "details.tx_input_eq_high_db", "TX input equalization at the high rate", K::kNumber, "dB", G::kControls},
+    {Field::kRxEmphasisHigh, "details.rx_emphasis_high_db", "RX output emphasis at the high rate", K::kNumber, "dB", G::kControls},
+    {Field::kTxInputEqLow, "details.tx_input_eq_low_db", "TX input equalization at the low rate", K::kNumber, "dB", G::kControls},
+    {Field::kRxEmphasisLow, "details.rx_emphasis_low_db", "RX output emphasis at the low rate", K::kNumber, "dB", G::kControls},
+    {Field::kRxPowerCalibration4, "details.rx_power_calibration4", "RX power calibration, fourth power", K::kNumber, "", G::kCalibration},
+    {Field::kRxPowerCalibration3, "details.rx_power_calibration3", "RX power calibration, third power", K::kNumber, "", G::kCalibration},
+    {Field::kRxPowerCalibration2, "details.rx_power_calibration2", "RX power calibration, second power", K::kNumber, "", G::kCalibration},
+    {Field::kRxPowerCalibration1, "details.rx_power_calibration1", "RX power calibration, first power", K::kNumber, "", G::kCalibration},
+    {Field::kRxPowerCalibration0, "details.rx_power_calibration0", "RX power calibration, constant", K::kNumber, "", G::kCalibration},
+    {Field::kTxBiasSlope, "details.tx_bias_slope", "TX bias calibration, slope", K::kNumber, "", G::kCalibration},
+    {Field::kTxBiasOffset, "details.tx_bias_offset", "TX bias calibration, offset", K::kNumber, "", G::kCalibration},
+    {Field::kTxPowerSlope, "details.tx_power_slope", "TX power calibration, slope", K::kNumber, "", G::kCalibration},
+    {Field::kTxPowerOffset, "details.tx_power_offset", "TX power calibration, offset", K::kNumber, "", G::kCalibration},
+    {Field::kTemperatureSlope, "details.temperature_slope", "Temperature calibration, slope", K::kNumber, "", G::kCalibration},
+    {Field::kTemperatureOffset, "details.temperature_offset", "Temperature calibration, offset", K::kNumber, "", G::kCalibration},
+    {Field::kVoltageSlope, "details.voltage_slope", "Voltage calibration, slope", K::kNumber, "", G::kCalibration},
+    {Field::kVoltageOffset, "details.voltage_offset", "Voltage calibration, offset", K::kNumber, "", G::kCalibration},
+}};
+
+constexpr std::array<LaneFieldInfo, kLaneFieldCount> kLaneFields = {{
+    // field, key in a lane of the JSON, label, kind, unit
+    {LaneField::kRxLos, "flags.rx_los", "RX LOS", K::kFlag, ""},
+    {LaneField::kTxLos, "flags.tx_los", "TX LOS", K::kFlag, ""},
+    {LaneField::kRxLol, "flags.rx_lol", "RX LOL", K::kFlag, ""},
+    {LaneField::kTxLol, "flags.tx_lol", "TX LOL", K::kFlag, ""},
+    {LaneField::kTxFault, "flags.tx_fault", "TX fault", K::kFlag, ""},
+    {LaneField::kTxAdaptiveEqFault, "flags.tx_adaptive_eq_fault", "TX adaptive equalization fault", K::kFlag, ""},
+    {LaneField::kTxDisable, "controls.tx_disable", "TX disable", K::kFlag, ""},
+    {LaneField::kRxOutputDisable, "controls.rx_output_disable", "RX output disable", K::kFlag, ""},
+    {LaneField::kTxCdr, "controls.tx_cdr", "TX CDR", K::kFlag, ""},
+    {LaneField::kRxCdr, "controls.rx_cdr", "RX CDR", K::kFlag, ""},
+    {LaneField::kTxInputEq, "controls.tx_input_eq", "TX input equalization", K::kNumber, ""},
+    {LaneField::kRxPreCursor, "controls.rx_pre_cursor", "RX pre-cursor", K::kNumber, ""},
+    {LaneField::kRxPostCursor, "controls.rx_post_cursor", "RX post-cursor", K::kNumber, ""},
+    {LaneField::kRxAmplitude, "controls.rx_amplitude", "RX amplitude", K::kNumber, ""},
+    {LaneField::kDataPathState, "data_path_state", "Data path state", K::kCode, ""},
+    {LaneField::kTxSquelchDisable, "details.tx_squelch_disable", "TX squelch disable", K::kFlag, ""},
+    {LaneField::kRxSquelchDisable, "details.rx_squelch_disable", "RX squelch disable", K::kFlag, ""},
+    {LaneField::kTxForceSquelch, "details.tx_force_squelch", "TX forced squelch", K::kFlag, ""},
+    {LaneField::kTxAdaptiveEq, "details.tx_adaptive_eq", "TX adaptive equalization", K::kFlag, ""},
+    {LaneField::kTxAdaptiveEqFreeze, "details.tx_adaptive_eq_freeze", "TX adaptive equalization freeze", K::kFlag, ""},
+    {LaneField::kTxRateSelect, "details.tx_rate_select", "TX rate select", K::kNumber, ""},
+    {LaneField::kRxRateSelect, "details.rx_rate_select", "RX rate select", K::kNumber, ""},
+    {LaneField::kRxLosMask, "details.rx_los_mask", "RX LOS masked", K::kFlag, ""},
+    {LaneField::kTxLosMask, "details.tx_los_mask", "TX LOS masked", K::kFlag, ""},
+    {LaneField::kRxLolMask, "details.rx_lol_mask", "RX LOL masked", K::kFlag, ""},
+    {LaneField::kTxLolMask, "details.tx_lol_mask", "TX LOL masked", K::kFlag, ""},
+    {LaneField::kTxFaultMask, "details.tx_fault_mask", "TX fault masked", K::kFlag, ""},
+    {LaneField::kTxAdaptiveEqFaultMask, "details.tx_adaptive_eq_fault_mask", "TX adaptive equalization fault masked", K::kFlag, ""},
+    {LaneField::kRxPowerMask, "details.rx_power_mask", "RX power flags masked", K::kNumber, ""},
+    {LaneField::kTxBiasMask, "details.tx_bias_mask", "TX bias flags masked", K::kNumber, ""},
+    {LaneField::kTxPowerMask, "details.tx_power_mask", "TX power flags masked", K::kNumber, ""},
+}};
+// clang-format on
+
+template <typename Table>
+constexpr bool IsInOrder(const Table& table) {
+  for (std::size_t i = 0; i < table.size(); ++i) {
+    if (static_cast<std::size_t>(table[i].field) != i || table[i].key.empty()) return false;
+  }
+  return true;
+}
+static_assert(IsInOrder(kFields) && IsInOrder(kLaneFields));
+
+}  // namespace
+
+const std::array<FieldInfo, kFieldCount>& ModuleFields() { return kFields; }
+
+const std::array<LaneFieldInfo, kLaneFieldCount>& LaneFields() { return kLaneFields; }
+
+}  // namespace cable_info

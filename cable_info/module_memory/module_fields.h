@@ -1,0 +1,221 @@
+#pragma once
+
+/// \file
+/// The names of everything that a module's memory can say: one vocabulary for all families.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace cable_info {
+
+/// What a field's value is.
+enum class FieldKind : std::uint8_t {
+  kText,
+  kNumber,  ///< in the field's unit
+  kCode,    ///< a number of a code table, with its name
+  kFlag,    ///< true or false
+};
+
+/// How data sheets group fields.
+enum class FieldGroup : std::uint8_t {
+  kModule,
+  kIdentity,
+  kPower,
+  kMedia,
+  kStatus,
+  kCapabilities,
+  kControls,
+  kCalibration,
+};
+
+/// The fields of a module as a whole. `DescribeField` has the key, name and unit of each.
+enum class Field : std::uint8_t {
+  kRevision,
+  kFlatMemory,
+  kIdentifier,
+  kState,
+  kVendor,
+  kOui,
+  kPartNumber,
+  kVendorRevision,
+  kSerialNumber,
+  kDateCode,
+  kLot,
+  kClei,
+  kFirmwareActive,
+  kFirmwareInactive,
+  kHardware,
+  kPowerClass,
+  kMaxPower,
+  kConnector,
+  kMediaType,
+  kTechnology,
+  kWavelength,
+  kWavelengthTolerance,
+  kLengthSmf,
+  kLengthOm5,
+  kLengthOm4,
+  kLengthOm3,
+  kLengthOm2,
+  kLengthOm1,
+  kLengthCable,
+  kAttenuation2p5,
+  kAttenuation5,
+  kAttenuation7,
+  kAttenuation12p9,
+  kAttenuation25p8,
+  kAttenuation53p1,
+  kEncoding,
+  kNominalBitrate,
+  kInterruptAsserted,
+  kDataNotReady,
+  kInitializationComplete,
+  kCoolerReady,
+  kTxDisablePin,
+  kRs0Pin,
+  kRs1Pin,
+  kPowerLevelState,
+  kPam4ModeTx,
+  kPam4ModeRx,
+  kExtendedIdentifier,
+  kExtendedCompliance,
+  kSecondaryExtendedCompliance,
+  kModuleSubtype,
+  kFiberFace,
+  kFarEnd,
+  kNearEndLanes,
+  kPropagationDelay,
+  kTunableTransmitter,
+  kWavelengthControl,
+  kCooledTransmitter,
+  kDetector,
+  kRxPowerType,
+  kMaxCaseTemperature,
+  kMinCaseTemperature,
+  kMinOperatingVoltage,
+  kAdvancedLowPower,
+  kFarSideManaged,
+  kModselWaitTime,
+  kTxTurnOnTime,
+  kDataPathInitTime,
+  kRateSelectVersion,
+  kRateIdentifier,
+  kBitrateMax,
+  kBitrateMin,
+  kCalibration,
+  kAddressChange,
+  kMaxTxInputEq,
+  kMaxRxEmphasis,
+  kMaxRxPreCursor,
+  kMaxRxPostCursor,
+  kRxEmphasisType,
+  kRxAmplitudes,
+  kCoolerSettlingTime,
+  kAdaptiveEqSettlingTime,
+  kLowPowerOverride,
+  kLowPowerRequest,
+  kHighPowerEnable,
+  kHighPowerClass8Enable,
+  kSoftwareReset,
+  kLowPowerPinIsTxDisable,
+  kInterruptPinIsLos,
+  kHostFec,
+  kMediaFecBit,
+  kSoftTxDisable,
+  kSoftRs0,
+  kSoftRs1,
+  kPowerLevel4Enable,
+  kPowerLevelSelect,
+  kMode64gfc,
+  kTxInputEqHigh,
+  kRxEmphasisHigh,
+  kTxInputEqLow,
+  kRxEmphasisLow,
+  kRxPowerCalibration4,
+  kRxPowerCalibration3,
+  kRxPowerCalibration2,
+  kRxPowerCalibration1,
+  kRxPowerCalibration0,
+  kTxBiasSlope,
+  kTxBiasOffset,
+  kTxPowerSlope,
+  kTxPowerOffset,
+  kTemperatureSlope,
+  kTemperatureOffset,
+  kVoltageSlope,
+  kVoltageOffset,
+  kCount,
+};
+inline constexpr std::size_t kFieldCount = static_cast<std::size_t>(Field::kCount);
+
+/// The fields that each lane has, besides its monitors.
+enum class LaneField : std::uint8_t {
+  kRxLos,
+  kTxLos,
+  kRxLol,
+  kTxLol,
+  kTxFault,
+  kTxAdaptiveEqFault,
+  kTxDisable,
+  kRxOutputDisable,
+  kTxCdr,
+  kRxCdr,
+  kTxInputEq,
+  kRxPreCursor,
+  kRxPostCursor,
+  kRxAmplitude,
+  kDataPathState,
+  kTxSquelchDisable,
+  kRxSquelchDisable,
+  kTxForceSquelch,
+  kTxAdaptiveEq,
+  kTxAdaptiveEqFreeze,
+  kTxRateSelect,
+  kRxRateSelect,
+  kRxLosMask,
+  kTxLosMask,
+  kRxLolMask,
+  kTxLolMask,
+  kTxFaultMask,
+  kTxAdaptiveEqFaultMask,
+  kRxPowerMask,
+  kTxBiasMask,
+  kTxPowerMask,
+  kCount,
+};
+inline constexpr std::size_t kLaneFieldCount = static_cast<std::size_t>(LaneField::kCount);
+
+/// What a field is called.
+struct FieldInfo {
+  Field field;
+  std::string_view key;    ///< where it stands in JSON: "identity.vendor"
+  std::string_view label;  ///< for people: "Vendor"
+  FieldKind kind;
+  std::string_view unit;  ///< of a number: "W"; empty for none
+  FieldGroup group;
+};
+
+/// What a field of a lane is called.
+struct LaneFieldInfo {
+  LaneField field;
+  std::string_view key;    ///< within the lane: "flags.rx_los"
+  std::string_view label;  ///< for people: "RX LOS"
+  FieldKind kind;
+  std::string_view unit;
+};
+
+/// All fields of a module, in the order of `Field`.
+const std::array<FieldInfo, kFieldCount>& ModuleFields();
+/// All fields of a lane, in the order of `LaneField`.
+const std::array<LaneFieldInfo, kLaneFieldCount>& LaneFields();
+
+inline const FieldInfo& DescribeField(Field field) {
+  return ModuleFields()[static_cast<std::size_t>(field)];
+}
+inline const LaneFieldInfo& DescribeField(LaneField field) {
+  return LaneFields()[static_cast<std::size_t>(field)];
+}
+
+}  // namespace cable_info

@@ -1,0 +1,211 @@
+#pragma once
+
+/// \file
+/// Everything that a module's memory says, as named values.
+///
+/// `Decode` takes what was read of a module's memory and never fails: whatever the bytes are, each
+/// value is there or says why it is not.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "cable_info/module_memory/field_state.h"
+#include "cable_info/module_memory/module_fields.h"
+#include "cable_info/module_memory/module_image.h"
+
+namespace cable_info {
+
+/// The standard that a module's memory map follows.
+enum class ModuleFamily : std::uint8_t {
+  kUnknown,  ///< no identifier that names a module; nothing is decoded
+  kSff8636,  ///< SFF-8636, and SFF-8436 before it: QSFP, QSFP+, QSFP28
+  kCmis,     ///< CMIS 3.0 to 5.x: QSFP-DD, OSFP, SFP-DD, DSFP, QSFP with CMIS
+  kSff8472,  ///< SFF-8472: SFP, SFP+, SFP28
+};
+
+/// "SFF-8636", "CMIS", "SFF-8472"; empty for an unknown family.
+std::string_view FamilyName(ModuleFamily family);
+
+/// The name in JSON: "present", "not_implemented", "not_read", "not_ready".
+std::string_view StateName(FieldState state);
+
+/// A value of a module.
+struct FieldValue {
+  FieldState state = FieldState::kNotImplemented;
+  /// A number in the unit of its field, a code, or 1 for a flag that is set; 0 for a text.
+  double number = 0.0;
+  /// A text in UTF-8, or the name of a code, empty for a code without one. Valid as long as the
+  /// `ModuleInfo` is not changed.
+  std::string_view text;
+
+  bool IsPresent() const { return state == FieldState::kPresent; }
+  /// The code as a number without fraction.
+  unsigned code() const { return static_cast<unsigned>(number); }
+};
+
+/// The four levels of a monitored quantity, in the order in which the standards list thresholds.
+enum class AlarmLevel : std::uint8_t { kHighAlarm, kLowAlarm, kHighWarning, kLowWarning };
+inline constexpr std::size_t kAlarmLevels = 4;
+
+/// The four thresholds of a quantity, in its unit. Each may be absent.
+struct Thresholds {
+  std::array<double, kAlarmLevels> values = {};  ///< by `AlarmLevel`
+  std::uint8_t given = 0;                        ///< bit n: level n has a threshold
+
+  std::optional<double> At(AlarmLevel level) const {
+    const auto n = static_cast<std::size_t>(level);
+    if ((given >> n & 1U) == 0) return std::nullopt;
+    return values[n];
+  }
+};
+
+/// The four flags of a quantity, as the module latched them (SFF-8472: latched or not, as the
+/// vendor chose). Each may be unknown.
+struct AlarmFlags {
+  std::uint8_t known = 0;   ///< bit n: the flag of level n was read
+  std::uint8_t raised = 0;  ///< bit n: it is set
+
+  std::optional<bool> At(AlarmLevel level) const {
+    const auto n = static_cast<unsigned>(level);
+    if ((known >> n & 1U) == 0) return std::nullopt;
+    return (raised >> n & 1U) != 0;
+  }
+};
+
+/// A monitored quantity with what belongs to it.
+struct Monitor {
+  FieldState state = FieldState::kNotImplemented;
+  double value = 0.0;  ///< in the unit of the quantity; only when `state` is present
+  Thresholds thresholds;
+  AlarmFlags flags;
+
+  bool IsPresent() const { return state == FieldState::kPresent; }
+};
+
+/// An auxiliary monitor, named after what it measures: "tec_current_percent",
+/// "laser_temperature_c", "vcc2_v", "aux1_custom", "custom", "tec_current_ma".
+struct AuxMonitor {
+  std::string_view name;
+  Monitor monitor;
+};
+
+/// What a lane value is: a number, a code, or a flag (0 or 1).
+struct LaneValue {
+  FieldState state = FieldState::kNotImplemented;
+  double number = 0.0;
+
+  bool IsPresent() const { return state == FieldState::kPresent; }
+};
+
+/// A lane of a module. Lanes of CMIS modules with several banks are counted through: the first
+/// lane of bank 1 is lane 9.
+struct Lane {
+  unsigned number = 1;  ///< from 1
+  Monitor rx_power;     ///< mW
+  Monitor tx_power;     ///< mW
+  Monitor tx_bias;      ///< mA
+  std::array<LaneValue, kLaneFieldCount> values;
+
+  const LaneValue& operator[](LaneField field) const {
+    return values[static_cast<std::size_t>(field)];
+  }
+  LaneValue& operator[](LaneField field) { return values[static_cast<std::size_t>(field)]; }
+};
+
+/// A code of one of the tables of SFF-8024; the name is empty for a code without one.
+struct NamedCode {
+  unsigned code = 0;
+  std::string_view name;
+};
+
+/// An application descriptor of a CMIS module.
+struct Application {
+  unsigned number = 1;  ///< the AppSel code
+  NamedCode host_interface;
+  NamedCode media_interface;
+  unsigned host_lanes = 0;
+  unsigned media_lanes = 0;
+  unsigned host_assignment = 0;              ///< bit n: may start on host lane n + 1
+  std::optional<unsigned> media_assignment;  ///< bit n: may start on media lane n + 1
+};
+
+/// A versatile diagnostics monitor: an observable with its value.
+struct VdmSample {
+  std::string_view observable;  ///< its name; empty when it has none
+  unsigned type = 0;            ///< the number that the standard gives the observable
+  std::string instance;         ///< "lane 1", "data path 1", "module"
+  unsigned lane = 0;            ///< the lane; 0 for the module
+  std::string_view unit;        ///< empty for ratios, counts and raw numbers
+  Monitor monitor;
+};
+
+/// A check code of a page: the low byte of the sum of its bytes `first` to `last`.
+struct PageChecksum {
+  Page page = Page::kLower;
+  std::uint8_t first = 0;
+  std::uint8_t last = 0;
+  std::uint8_t stored = 0;
+  std::uint8_t computed = 0;
+};
+
+/// Everything that a module's memory says. Fields that the module's family does not have are not
+/// implemented.
+class ModuleInfo {
+ public:
+  ModuleFamily family = ModuleFamily::kUnknown;
+  Monitor temperature;          ///< degrees Celsius
+  Monitor voltage;              ///< volts
+  std::vector<AuxMonitor> aux;  ///< the auxiliary monitors that the family can have
+  std::vector<Lane> lanes;      ///< lanes that the module has, lowest first
+  std::vector<Application> applications;
+  std::vector<VdmSample> vdm;
+  std::vector<std::string_view> compliance;        ///< the standards that the module follows
+  std::vector<std::string_view> supported_speeds;  ///< of InfiniBand: "SDR" ... "XDR", lowest first
+  std::vector<std::string_view> options;           ///< what is implemented, by name
+  std::vector<PageChecksum> checksums;             ///< those whose bytes were all read
+  std::vector<Page> pages_read;
+  std::vector<std::string> warnings;  ///< what a reader must not miss, a sentence each
+
+  /// The value of a field.
+  FieldValue operator[](Field field) const;
+  /// The value under a key such as "identity.vendor"; nothing for a key that no field has.
+  std::optional<FieldValue> Find(std::string_view key) const;
+
+  /// \name For decoders
+  /// @{
+  /// Forgets everything, and keeps the room for it.
+  void Clear();
+  void SetState(Field field, FieldState state);
+  void SetNumber(Field field, double number);
+  /// `name` must outlive everything; it is one of a code table.
+  void SetCode(Field field, unsigned code, std::string_view name);
+  /// A text of bytes of which each is the code point of its number.
+  void SetText(Field field, std::string_view latin1);
+  /// @}
+
+ private:
+  struct Slot {
+    FieldState state = FieldState::kNotImplemented;
+    std::uint16_t begin = 0;  // of the text in texts_
+    std::uint16_t size = 0;   // of it; 0 for others
+    double number = 0.0;
+    std::string_view name;
+  };
+
+  std::array<Slot, kFieldCount> slots_;
+  std::string texts_;
+};
+
+/// Decodes what was read of a module's memory. Never fails: an image that is no module's memory
+/// yields a `ModuleInfo` of unknown family with a warning that says why.
+ModuleInfo Decode(const ModuleImage& image);
+/// The same into `info`, whose room is used again.
+void Decode(const ModuleImage& image, ModuleInfo& info);
+
+}  // namespace cable_info
