@@ -1,14 +1,443 @@
-// The memory map of CMIS 3.0 to 5.x.
+// The memory map of CMIS 3.0 to 5.x. Columns: field, page, byte, bits or bytes, meaning, what
+// advertises it, and the standard's first revision that has it.
 
+#include "cable_info/module_memory/cmis_rules.h"
 #include "cable_info/module_memory/decode.h"
+#include "cable_info/module_memory/sff8024.h"
 
 namespace cable_info::module_memory {
 
+namespace {
+
+// ---------------------------------------------------------------------------------------------
+// Codes
+// ---------------------------------------------------------------------------------------------
+
+using Entry = cable_info::CodeName;
+
+// clang-format off
+constexpr Entry kCommissioningEntries[] = {{0, "none"}, {1, "regular"}, {2, "hot"}};
+constexpr Entry kFaultEntries[] = {
+    {0, "none"}, {1, "TEC runaway"}, {2, "data memory corrupted"}, {3, "program memory corrupted"},
+    {4, "transmitter fault"}, {5, "receiver fault"}, {6, "temperature fault"}};
+constexpr Entry kStateMachineEntries[] = {
+    {0, "undefined"}, {1, "none"}, {2, "module"}, {3, "module and data path"},
+    {4, "module, data path and network path"}};
+constexpr Entry kFunctionEntries[] = {{0, "transmission module"}, {1, "external laser source"}};
+constexpr Entry kSquelchEntries[] = {{0, "reduces OMA"}, {1, "reduces average power"}};
+constexpr Entry kSquelchMethodEntries[] = {
+    {0, "none"}, {1, "reduces OMA"}, {2, "reduces average power"}, {3, "selected by the host"}};
+constexpr Entry kDetectorEntries[] = {{0, "PIN"}, {1, "APD"}};
+constexpr Entry kRxPowerEntries[] = {{0, "OMA"}, {1, "average power"}};
+constexpr Entry kRxEqTypeEntries[] = {
+    {0, "peak-to-peak amplitude stays constant, or not known"}, {1, "steady state amplitude stays constant"},
+    {2, "average of both amplitudes stays constant"}};
+constexpr Entry kRxEqControlEntries[] = {
+    {0, "none"}, {1, "pre-cursor"}, {2, "post-cursor"}, {3, "pre-cursor and post-cursor"}};
+constexpr Entry kInputClockingEntries[] = {
+    {0, "lanes 1-8 together"}, {1, "lanes 1-4 and 5-8"}, {2, "pairs of lanes"}, {3, "each lane"}};
+constexpr Entry kBankEntries[] = {{0, "1"}, {1, "2"}, {2, "4"}, {3, "by 01h byte 174"}};
+constexpr Entry kDurationEntries[] = {
+    {0, "< 1 ms"}, {1, "< 5 ms"}, {2, "< 10 ms"}, {3, "< 50 ms"}, {4, "< 100 ms"},
+    {5, "< 500 ms"}, {6, "< 1 s"}, {7, "< 5 s"}, {8, "< 10 s"}, {9, "< 1 min"}, {10, "< 5 min"},
+    {11, "< 10 min"}, {12, "< 50 min"}, {13, ">= 50 min"}};
+constexpr Entry kFarEndEntries[] = {
+    {0, "separable"}, {1, "eight ends of 1 lane"}, {2, "one end of 8 lanes"},
+    {3, "two ends of 4 lanes"}, {12, "four ends of 2 lanes"}, {27, "one end of 16 lanes"}};
+constexpr Entry kGatingEntries[] = {{0, "none"}, {1, "<= 2 ms"}, {2, "<= 20 ms"}, {3, "> 20 ms"}};
+constexpr Entry kCdbEntries[] = {{0, "none"}, {1, "one"}, {2, "two"}};
+// clang-format on
+
+constexpr CodeTable kCommissioning("CMIS 5.3, byte 2", kCommissioningEntries);
+constexpr CodeTable kFaults("CMIS 5.3, byte 41", kFaultEntries);
+constexpr CodeTable kStateMachines("CMIS 5.3, byte 56", kStateMachineEntries);
+constexpr CodeTable kFunctions("CMIS 5.3, byte 57", kFunctionEntries);
+constexpr CodeTable kSquelch("CMIS 4.0, byte 26", kSquelchEntries);
+constexpr CodeTable kSquelchMethods("CMIS 4.0, 01h byte 155", kSquelchMethodEntries);
+constexpr CodeTable kDetectors("CMIS 4.0, 01h byte 151", kDetectorEntries);
+constexpr CodeTable kRxPowerTypes("CMIS 4.0, 01h byte 151", kRxPowerEntries);
+constexpr CodeTable kRxEqTypes("CMIS 4.0, 01h byte 151", kRxEqTypeEntries);
+constexpr CodeTable kRxEqControls("CMIS 4.0, 01h byte 162", kRxEqControlEntries);
+constexpr CodeTable kInputClockings("CMIS 4.0, 01h byte 145", kInputClockingEntries);
+constexpr CodeTable kBanks("CMIS 4.0, 01h byte 142", kBankEntries);
+constexpr CodeTable kDurations("CMIS 4.0, 01h byte 144", kDurationEntries);
+constexpr CodeTable kFarEnds("CMIS 4.0, 00h byte 211", kFarEndEntries);
+constexpr CodeTable kGatings("CMIS 4.0, 13h byte 129", kGatingEntries);
+constexpr CodeTable kCdbInstances("CMIS 4.0, 01h byte 163", kCdbEntries);
+
+// ---------------------------------------------------------------------------------------------
+// Where a module advertises what
+// ---------------------------------------------------------------------------------------------
+
+constexpr Advertisement kPaged = By(IsPaged, "paged memory: byte 2, bit 7 clear");
+constexpr Advertisement kSince50 = By(Since<0x50>, "CMIS 5.0 or later, paged memory");
+constexpr Advertisement kSince53 = By(Since<0x53>, "CMIS 5.3 or later");
+constexpr Advertisement kSince54 = By(Since<0x54>, "CMIS 5.4 or later");
+constexpr Advertisement kTunable = On(Page::k01, 155, 6);
+constexpr Advertisement kDiagnostics = On(Page::k01, 142, 5);
+constexpr Advertisement kVdm = On(Page::k01, 142, 6);
+
+// ---------------------------------------------------------------------------------------------
+// The module
+// ---------------------------------------------------------------------------------------------
+
+constexpr Page kLow = Page::kLower;
+
+// clang-format off
+constexpr MapField kFields[] = {
+    // Lower page
+    {Field::kIdentifier, kLow, 0, kByte, Code(kIdentifiers), kAlways, "CMIS 4.0"},
+    {Field::kRevision, kLow, 1, kByte, kOwn, kAlways, "CMIS 4.0"},
+    {Field::kFlatMemory, kLow, 2, Bit(7), kFlag, kAlways, "CMIS 4.0"},
+    {Field::kSteppedConfigOnly, kLow, 2, Bit(6), kFlag, kSince50, "CMIS 5.0"},
+    {Field::kManagementSpeed, kLow, 2, Bits(5, 2), kOwn, kAlways, "CMIS 5.3, bits 3-2 before"},
+    {Field::kAutoCommissioning, kLow, 2, Bits(1, 0), Code(kCommissioning), By(HasAutoCommissioning, "2.6, CMIS 5.3 or later"), "CMIS 5.3"},
+    {Field::kState, kLow, 3, Bits(3, 1), Code(kModuleStates), By(HasModuleState, "paged memory, or a state other than 0"), "CMIS 4.0"},
+    {Field::kInterruptAsserted, kLow, 3, Bit(0), kInverseFlag, kPaged, "CMIS 4.0"},
+    {Field::kCdb2Complete, kLow, 8, Bit(7), kFlag, On(Page::k01, 163, 7), "CMIS 4.0"},
+    {Field::kCdb1Complete, kLow, 8, Bit(6), kFlag, By(HasCdb, "01h:163.7-6 not 0"), "CMIS 4.0"},
+    {Field::kAbnormalFirmware, kLow, 8, Bit(3), kFlag, By(PagedSince<0x54>, "CMIS 5.4 or later, paged memory"), "CMIS 5.4"},
+    {Field::kDataPathFirmwareError, kLow, 8, Bit(2), kFlag, kPaged, "CMIS 4.0"},
+    {Field::kModuleFirmwareError, kLow, 8, Bit(1), kFlag, kPaged, "CMIS 4.0"},
+    {Field::kModuleStateChanged, kLow, 8, Bit(0), kFlag, kPaged, "CMIS 4.0"},
+    {Field::kBankBroadcast, kLow, 26, Bit(7), kFlag, By(BitSince<Page::k01, 156, 7, 0x52>, "01h:156.7, CMIS 5.2 or later"), "CMIS 5.2"},
+    {Field::kLowPowerPinEnabled, kLow, 26, Bit(6), kFlag, kPaged, "CMIS 4.0"},
+    {Field::kTxSquelch, kLow, 26, Bit(5), Code(kSquelch), By(HostSelectsSquelch, "01h:155.5-4 is 3"), "CMIS 4.0"},
+    {Field::kLowPowerRequest, kLow, 26, Bit(4), kFlag, kPaged, "CMIS 4.0"},
+    {Field::kSoftwareReset, kLow, 26, Bit(3), kFlag, kPaged, "CMIS 4.0"},
+    {Field::kFirmwareActive, kLow, 39, kWord, kVersion, kAlways, "CMIS 4.0"},
+    {Field::kFaultCause, kLow, 41, kByte, Code(kFaults), By(PagedSince<0x50>, "CMIS 5.0 or later, paged memory"), "CMIS 5.0"},
+    {Field::kStateMachines, kLow, 56, kByte, Code(kStateMachines), kSince53, "CMIS 5.3"},
+    {Field::kFunctionType, kLow, 57, kByte, Code(kFunctions), kSince53, "CMIS 5.3"},
+    {Field::kModuleSubtype, kLow, 60, Bits(3, 0), kOwn, kSince53, "CMIS 5.3, SFF-8024 Table 4-11"},
+    {Field::kHeatsink, kLow, 61, Bits(7, 4), Code(kHeatsinks), kSince54, "CMIS 5.4, SFF-8024 Table 4-13"},
+    {Field::kFiberFace, kLow, 61, Bits(1, 0), Code(kFiberFaces), kSince53, "CMIS 5.3, SFF-8024 Table 4-12"},
+    {Field::kLowPowerRestrictions, kLow, 62, Bits(3, 0), kNumber, By(BitSince<kLow, 62, 7, 0x53>, "62.7, CMIS 5.3 or later"), "CMIS 5.3"},
+    {Field::kMediaType, kLow, 85, kByte, Code(kMediaTypes), kAlways, "CMIS 4.0"},
+
+    // Page 00h
+    {Field::kVendor, Page::k00, 129, Bytes(16), kText, kAlways, "CMIS 4.0"},
+    {Field::kOui, Page::k00, 145, Bytes(3), kOui, kAlways, "CMIS 4.0"},
+    {Field::kPartNumber, Page::k00, 148, Bytes(16), kText, kAlways, "CMIS 4.0"},
+    {Field::kVendorRevision, Page::k00, 164, Bytes(2), kText, kAlways, "CMIS 4.0"},
+    {Field::kSerialNumber, Page::k00, 166, Bytes(16), kText, kAlways, "CMIS 4.0"},
+    {Field::kDateCode, Page::k00, 182, Bytes(6), kText, kAlways, "CMIS 4.0"},
+    {Field::kLot, Page::k00, 188, Bytes(2), kText, kAlways, "CMIS 4.0"},
+    {Field::kClei, Page::k00, 190, Bytes(10), kText, kAlways, "CMIS 4.0"},
+    {Field::kPowerClass, Page::k00, 200, Bits(7, 5), kOwn, kAlways, "CMIS 4.0"},
+    {Field::kMaxPower, Page::k00, 201, kByte, Number(Per(4)), kAlways, "CMIS 4.0"},
+    {Field::kLengthCable, Page::k00, 202, kByte, kOwn, kAlways, "CMIS 4.0"},
+    {Field::kConnector, Page::k00, 203, kByte, Code(kConnectors), kAlways, "CMIS 4.0"},
+    {Field::kAttenuation5, Page::k00, 204, kByte, kNumber.ZeroIsNone(), By(IsCopper, "copper technology"), "CMIS 4.0"},
+    {Field::kAttenuation7, Page::k00, 205, kByte, kNumber.ZeroIsNone(), By(IsCopper, "copper technology"), "CMIS 4.0"},
+    {Field::kAttenuation12p9, Page::k00, 206, kByte, kNumber.ZeroIsNone(), By(IsCopper, "copper technology"), "CMIS 4.0"},
+    {Field::kAttenuation25p8, Page::k00, 207, kByte, kNumber.ZeroIsNone(), By(IsCopper, "copper technology"), "CMIS 4.0"},
+    {Field::kAttenuation53p1, Page::k00, 208, kByte, kNumber.ZeroIsNone(), By(IsCopperSince53, "copper technology, CMIS 5.3 or later"), "CMIS 5.3"},
+    {Field::kFarEnd, Page::k00, 211, Bits(4, 0), Code(kFarEnds), kAlways, "CMIS 4.0"},
+    {Field::kTechnology, Page::k00, 212, kByte, Code(kMediaTechnologies), kAlways, "CMIS 4.0"},
+
+    // Page 01h
+    {Field::kFirmwareInactive, Page::k01, 128, kWord, kVersion, kAlways, "CMIS 4.0"},
+    {Field::kHardware, Page::k01, 130, kWord, kVersion, kAlways, "CMIS 4.0"},
+    {Field::kLengthSmf, Page::k01, 132, kByte, kOwn, kAlways, "CMIS 4.0, multiplier of 137 CMIS 5.3"},
+    {Field::kLengthOm5, Page::k01, 133, kByte, Number(Times(2)).ZeroIsNone(), kAlways, "CMIS 4.0"},
+    {Field::kLengthOm4, Page::k01, 134, kByte, Number(Times(2)).ZeroIsNone(), kAlways, "CMIS 4.0"},
+    {Field::kLengthOm3, Page::k01, 135, kByte, Number(Times(2)).ZeroIsNone(), kAlways, "CMIS 4.0"},
+    {Field::kLengthOm2, Page::k01, 136, kByte, kNumber.ZeroIsNone(), kAlways, "CMIS 4.0"},
+    {Field::kWavelength, Page::k01, 138, kWord, Number(Per(20)).ZeroIsNone(), kAlways, "CMIS 4.0"},
+    {Field::kWavelengthTolerance, Page::k01, 140, kWord, Number(Per(200)).ZeroIsNone(), kAlways, "CMIS 4.0"},
+    {Field::kBanks, Page::k01, 142, Bits(1, 0), Code(kBanks), kAlways, "CMIS 4.0"},
+    {Field::kModselWaitTime, Page::k01, 143, kByte, kOwn, kAlways, "CMIS 4.0"},
+    {Field::kDataPathDeinitTime, Page::k01, 144, Bits(7, 4), Code(kDurations), kAlways, "CMIS 4.0"},
+    {Field::kDataPathInitTime, Page::k01, 144, Bits(3, 0), Code(kDurations), kAlways, "CMIS 4.0"},
+    {Field::kCooledTransmitter, Page::k01, 145, Bit(7), kFlag, kAlways, "CMIS 4.0"},
+    {Field::kTxInputClocking, Page::k01, 145, Bits(6, 5), Code(kInputClockings), kAlways, "CMIS 4.0"},
+    {Field::kMaxCaseTemperature, Page::k01, 146, kByte, Signed(Times(1)), By(HasCaseTemperatures, "01h:146-147 not 0"), "CMIS 4.0"},
+    {Field::kMinCaseTemperature, Page::k01, 147, kByte, Signed(Times(1)), By(HasCaseTemperatures, "01h:146-147 not 0"), "CMIS 4.0"},
+    {Field::kPropagationDelay, Page::k01, 148, kWord, Number(Times(10)).ZeroIsNone(), kAlways, "CMIS 4.0"},
+    {Field::kMinOperatingVoltage, Page::k01, 150, kByte, Number(Per(50)).ZeroIsNone(), kAlways, "CMIS 4.0"},
+    {Field::kDetector, Page::k01, 151, Bit(7), Code(kDetectors), kAlways, "CMIS 4.0"},
+    {Field::kRxEmphasisType, Page::k01, 151, Bits(6, 5), Code(kRxEqTypes), kAlways, "CMIS 4.0"},
+    {Field::kRxPowerType, Page::k01, 151, Bit(4), Code(kRxPowerTypes), kAlways, "CMIS 4.0"},
+    {Field::kCdrPowerSaved, Page::k01, 152, kByte, Number(Per(100)).ZeroIsNone(), kAlways, "CMIS 4.0"},
+    {Field::kRxAmplitudes, Page::k01, 153, Bits(7, 4), kNumber, On(Page::k01, 162, 2), "CMIS 4.0"},
+    {Field::kMaxTxInputEq, Page::k01, 153, Bits(3, 0), kNumber, On(Page::k01, 161, 2), "CMIS 4.0"},
+    {Field::kMaxRxPostCursor, Page::k01, 154, Bits(7, 4), kNumber, On(Page::k01, 162, 4), "CMIS 4.0"},
+    {Field::kMaxRxPreCursor, Page::k01, 154, Bits(3, 0), kNumber, On(Page::k01, 162, 3), "CMIS 4.0"},
+    {Field::kWavelengthControl, Page::k01, 155, Bit(7), kFlag, kAlways, "CMIS 4.0"},
+    {Field::kTunableTransmitter, Page::k01, 155, Bit(6), kFlag, kAlways, "CMIS 4.0"},
+    {Field::kTxSquelchMethods, Page::k01, 155, Bits(5, 4), Code(kSquelchMethods), kAlways, "CMIS 4.0"},
+    {Field::kRxOutputEqControls, Page::k01, 162, Bits(4, 3), Code(kRxEqControls), kAlways, "CMIS 4.0"},
+    {Field::kCdbInstances, Page::k01, 163, Bits(7, 6), Code(kCdbInstances), kAlways, "CMIS 4.0"},
+    {Field::kModulePowerDownTime, Page::k01, 167, Bits(7, 4), Code(kDurations), kAlways, "CMIS 4.0"},
+    {Field::kModulePowerUpTime, Page::k01, 167, Bits(3, 0), Code(kDurations), kAlways, "CMIS 4.0"},
+    {Field::kTxTurnOffTime, Page::k01, 168, Bits(7, 4), Code(kDurations), kAlways, "CMIS 4.0"},
+    {Field::kTxTurnOnTime, Page::k01, 168, Bits(3, 0), Code(kDurations), kAlways, "CMIS 4.0"},
+    {Field::kPageChangeTime, Page::k01, 169, Bits(3, 0), kOwn, kSince53, "CMIS 5.3"},
+    {Field::kNadBanks, Page::k01, 175, kByte, kNumber, kSince53, "CMIS 5.3"},
+
+    // Page 04h
+    {Field::kGrid3p125Lowest, Page::k04, 130, kWord, Signed(Times(1)), By(HasGrid<128, 0>, "01h:155.6 and 04h:128.0"), "CMIS 4.0"},
+    {Field::kGrid3p125Highest, Page::k04, 132, kWord, Signed(Times(1)), By(HasGrid<128, 0>, "01h:155.6 and 04h:128.0"), "CMIS 4.0"},
+    {Field::kGrid6p25Lowest, Page::k04, 134, kWord, Signed(Times(1)), By(HasGrid<128, 1>, "01h:155.6 and 04h:128.1"), "CMIS 4.0"},
+    {Field::kGrid6p25Highest, Page::k04, 136, kWord, Signed(Times(1)), By(HasGrid<128, 1>, "01h:155.6 and 04h:128.1"), "CMIS 4.0"},
+    {Field::kGrid12p5Lowest, Page::k04, 138, kWord, Signed(Times(1)), By(HasGrid<128, 2>, "01h:155.6 and 04h:128.2"), "CMIS 4.0"},
+    {Field::kGrid12p5Highest, Page::k04, 140, kWord, Signed(Times(1)), By(HasGrid<128, 2>, "01h:155.6 and 04h:128.2"), "CMIS 4.0"},
+    {Field::kGrid25Lowest, Page::k04, 142, kWord, Signed(Times(1)), By(HasGrid<128, 3>, "01h:155.6 and 04h:128.3"), "CMIS 4.0"},
+    {Field::kGrid25Highest, Page::k04, 144, kWord, Signed(Times(1)), By(HasGrid<128, 3>, "01h:155.6 and 04h:128.3"), "CMIS 4.0"},
+    {Field::kGrid50Lowest, Page::k04, 146, kWord, Signed(Times(1)), By(HasGrid<128, 4>, "01h:155.6 and 04h:128.4"), "CMIS 4.0"},
+    {Field::kGrid50Highest, Page::k04, 148, kWord, Signed(Times(1)), By(HasGrid<128, 4>, "01h:155.6 and 04h:128.4"), "CMIS 4.0"},
+    {Field::kGrid100Lowest, Page::k04, 150, kWord, Signed(Times(1)), By(HasGrid<128, 5>, "01h:155.6 and 04h:128.5"), "CMIS 4.0"},
+    {Field::kGrid100Highest, Page::k04, 152, kWord, Signed(Times(1)), By(HasGrid<128, 5>, "01h:155.6 and 04h:128.5"), "CMIS 4.0"},
+    {Field::kGrid33Lowest, Page::k04, 154, kWord, Signed(Times(1)), By(HasGrid<128, 6>, "01h:155.6 and 04h:128.6"), "CMIS 4.0"},
+    {Field::kGrid33Highest, Page::k04, 156, kWord, Signed(Times(1)), By(HasGrid<128, 6>, "01h:155.6 and 04h:128.6"), "CMIS 4.0"},
+    {Field::kGrid75Lowest, Page::k04, 158, kWord, Signed(Times(1)), By(HasGrid<128, 7>, "01h:155.6 and 04h:128.7"), "CMIS 4.0"},
+    {Field::kGrid75Highest, Page::k04, 160, kWord, Signed(Times(1)), By(HasGrid<128, 7>, "01h:155.6 and 04h:128.7"), "CMIS 4.0"},
+    {Field::kGrid150Lowest, Page::k04, 162, kWord, Signed(Times(1)), By(HasGrid<129, 6, 0x53>, "01h:155.6 and 04h:129.6, CMIS 5.3 or later"), "CMIS 5.3"},
+    {Field::kGrid150Highest, Page::k04, 164, kWord, Signed(Times(1)), By(HasGrid<129, 6, 0x53>, "01h:155.6 and 04h:129.6, CMIS 5.3 or later"), "CMIS 5.3"},
+    {Field::kGrid300Lowest, Page::k04, 166, kWord, Signed(Times(1)), By(HasGrid<129, 5, 0x54>, "01h:155.6 and 04h:129.5, CMIS 5.4 or later"), "CMIS 5.4"},
+    {Field::kGrid300Highest, Page::k04, 168, kWord, Signed(Times(1)), By(HasGrid<129, 5, 0x54>, "01h:155.6 and 04h:129.5, CMIS 5.4 or later"), "CMIS 5.4"},
+    {Field::kFineTuningResolution, Page::k04, 190, kWord, Number(Per(1000)), By(HasGrid<129, 7>, "01h:155.6 and 04h:129.7"), "CMIS 4.0"},
+    {Field::kFineTuningLowest, Page::k04, 192, kWord, Signed(Per(1000)), By(HasGrid<129, 7>, "01h:155.6 and 04h:129.7"), "CMIS 4.0"},
+    {Field::kFineTuningHighest, Page::k04, 194, kWord, Signed(Per(1000)), By(HasGrid<129, 7>, "01h:155.6 and 04h:129.7"), "CMIS 4.0"},
+    {Field::kOutputPowerLowest, Page::k04, 198, kWord, Signed(Per(100)), By(HasGrid<196, 7>, "01h:155.6 and 04h:196.7"), "CMIS 4.0"},
+    {Field::kOutputPowerHighest, Page::k04, 200, kWord, Signed(Per(100)), By(HasGrid<196, 7>, "01h:155.6 and 04h:196.7"), "CMIS 4.0"},
+
+    // Pages 13h and 14h
+    {Field::kGatingSupport, Page::k13, 129, Bits(7, 6), Code(kGatings), kDiagnostics, "CMIS 4.0"},
+    {Field::kHostGeneratorPatterns, Page::k13, 132, kWord, kOwn, kDiagnostics, "CMIS 4.0"},
+    {Field::kMediaGeneratorPatterns, Page::k13, 134, kWord, kOwn, kDiagnostics, "CMIS 4.0"},
+    {Field::kHostCheckerPatterns, Page::k13, 136, kWord, kOwn, kDiagnostics, "CMIS 4.0"},
+    {Field::kMediaCheckerPatterns, Page::k13, 138, kWord, kOwn, kDiagnostics, "CMIS 4.0"},
+    {Field::kDiagnosticsSelector, Page::k14, 128, kByte, kNumber, kDiagnostics, "CMIS 4.0"},
+    {Field::kReferenceClockLost, Page::k14, 132, Bit(7), kFlag, kDiagnostics, "CMIS 4.0"},
+
+    // Page 2Fh
+    {Field::kVdmGroups, kPage2F, 128, Bits(1, 0), kOwn, kVdm, "CMIS 4.0"},
+    {Field::kVdmInterval, kPage2F, 129, kWord, Number(Per(10)).ZeroIsNone(), kVdm, "CMIS 4.0"},
+    {Field::kVdmFrozen, kPage2F, 145, Bit(7), kFlag, kVdm, "CMIS 4.0"},
+};
+
+// ---------------------------------------------------------------------------------------------
+// The lanes
+// ---------------------------------------------------------------------------------------------
+
+constexpr auto kByLane = LaneOrder::kBitsUp;
+constexpr auto kNibbles = LaneOrder::kLowNibbleFirst;
+constexpr auto kApart = LaneOrder::kApart;
+constexpr auto kHost = LaneSide::kHost;
+constexpr auto kMedia = LaneSide::kMedia;
+
+constexpr LaneMapField kLaneFields[] = {
+    // Page 10h
+    {LaneField::kDataPathDeinit, Page::k10, 128, kByte, kByLane, kOwn, kAlways, "CMIS 4.0, inverted in CMIS 3.0", kHost},
+    {LaneField::kTxPolarityFlip, Page::k10, 129, kByte, kByLane, kFlag, On(Page::k01, 155, 0), "CMIS 4.0", kHost},
+    {LaneField::kTxAdaptiveEqFreeze, Page::k10, 134, kByte, kByLane, kFlag, On(Page::k01, 161, 4), "CMIS 4.0", kHost},
+    {LaneField::kRxPolarityFlip, Page::k10, 137, kByte, kByLane, kFlag, On(Page::k01, 156, 0), "CMIS 4.0", kHost},
+    {LaneField::kRxOutputDisable, Page::k10, 138, kByte, kByLane, kFlag, On(Page::k01, 156, 1), "CMIS 4.0", kHost},
+    {LaneField::kRxSquelchDisable, Page::k10, 139, kByte, kByLane, kFlag, On(Page::k01, 156, 2), "CMIS 4.0", kHost},
+    {LaneField::kDataPathStateMask, Page::k10, 213, kByte, kByLane, kFlag, kAlways, "CMIS 4.0", kHost},
+    {LaneField::kTxLosMask, Page::k10, 215, kByte, kByLane, kFlag, On(Page::k01, 157, 1), "CMIS 4.0", kHost},
+    {LaneField::kTxLolMask, Page::k10, 216, kByte, kByLane, kFlag, On(Page::k01, 157, 2), "CMIS 4.0", kHost},
+    {LaneField::kTxAdaptiveEqFaultMask, Page::k10, 217, kByte, kByLane, kFlag, On(Page::k01, 157, 3), "CMIS 4.0", kHost},
+    {LaneField::kRxOutputStatusMask, Page::k10, 232, kByte, kByLane, kFlag, kSince50, "CMIS 5.0", kHost},
+    {LaneField::kTxDisable, Page::k10, 130, kByte, kByLane, kFlag, On(Page::k01, 155, 1), "CMIS 4.0", kMedia},
+    {LaneField::kTxSquelchDisable, Page::k10, 131, kByte, kByLane, kFlag, On(Page::k01, 155, 2), "CMIS 4.0", kMedia},
+    {LaneField::kTxForceSquelch, Page::k10, 132, kByte, kByLane, kFlag, On(Page::k01, 155, 3), "CMIS 4.0", kMedia},
+    {LaneField::kTxFaultMask, Page::k10, 214, kByte, kByLane, kFlag, On(Page::k01, 157, 0), "CMIS 4.0", kMedia},
+    {LaneField::kTxPowerMask, Page::k10, 218, kByte, kByLane, kOwn, On(Page::k01, 160, 1), "CMIS 4.0", kMedia},
+    {LaneField::kTxBiasMask, Page::k10, 222, kByte, kByLane, kOwn, On(Page::k01, 160, 0), "CMIS 4.0", kMedia},
+    {LaneField::kRxLosMask, Page::k10, 226, kByte, kByLane, kFlag, On(Page::k01, 158, 1), "CMIS 4.0", kMedia},
+    {LaneField::kRxLolMask, Page::k10, 227, kByte, kByLane, kFlag, On(Page::k01, 158, 2), "CMIS 4.0", kMedia},
+    {LaneField::kRxPowerMask, Page::k10, 228, kByte, kByLane, kOwn, On(Page::k01, 160, 2), "CMIS 4.0", kMedia},
+    // Page 11h
+    {LaneField::kDataPathState, Page::k11, 128, kByte, kNibbles, Code(kDataPathStates), kAlways, "CMIS 4.0", kHost},
+    {LaneField::kRxOutputValid, Page::k11, 132, kByte, kByLane, kFlag, kSince50, "CMIS 5.0", kHost},
+    {LaneField::kDataPathStateChanged, Page::k11, 134, kByte, kByLane, kFlag, kAlways, "CMIS 4.0", kHost},
+    {LaneField::kTxLos, Page::k11, 136, kByte, kByLane, kFlag, On(Page::k01, 157, 1), "CMIS 4.0", kHost},
+    {LaneField::kTxLol, Page::k11, 137, kByte, kByLane, kFlag, On(Page::k01, 157, 2), "CMIS 4.0", kHost},
+    {LaneField::kTxAdaptiveEqFault, Page::k11, 138, kByte, kByLane, kFlag, On(Page::k01, 157, 3), "CMIS 4.0", kHost},
+    {LaneField::kRxOutputStatusChanged, Page::k11, 153, kByte, kByLane, kFlag, kSince50, "CMIS 5.0", kHost},
+    {LaneField::kConfigStatus, Page::k11, 202, kByte, kNibbles, Code(kConfigStatuses), kAlways, "CMIS 4.0", kHost},
+    {LaneField::kApplication, Page::k11, 206, Bits(7, 4), kApart, kNumber, kAlways, "CMIS 4.0", kHost},
+    {LaneField::kDataPathFirstLane, Page::k11, 206, Bits(3, 1), kApart, kOwn, kAlways, "CMIS 4.0", kHost},
+    {LaneField::kExplicitControl, Page::k11, 206, Bit(0), kApart, kFlag, kAlways, "CMIS 4.0", kHost},
+    {LaneField::kTxAdaptiveEq, Page::k11, 214, kByte, kByLane, kFlag, On(Page::k01, 161, 3), "CMIS 4.0", kHost},
+    {LaneField::kTxEqRecalledBuffer, Page::k11, 215, kByte, LaneOrder::kPairsUp, kNumber, By(HasEqBuffers, "01h:161.6-5 not 0"), "CMIS 4.0", kHost},
+    {LaneField::kTxInputEq, Page::k11, 217, kByte, kNibbles, kNumber, On(Page::k01, 161, 2), "CMIS 4.0", kHost},
+    {LaneField::kTxCdr, Page::k11, 221, kByte, kByLane, kOwn, On(Page::k01, 161, 0), "CMIS 4.0", kHost},
+    {LaneField::kRxCdr, Page::k11, 222, kByte, kByLane, kOwn, On(Page::k01, 162, 0), "CMIS 4.0", kHost},
+    {LaneField::kRxPreCursor, Page::k11, 223, kByte, kNibbles, kOwn, On(Page::k01, 162, 3), "CMIS 4.0", kHost},
+    {LaneField::kRxPostCursor, Page::k11, 227, kByte, kNibbles, kNumber, On(Page::k01, 162, 4), "CMIS 4.0", kHost},
+    {LaneField::kRxAmplitude, Page::k11, 231, kByte, kNibbles, kNumber, On(Page::k01, 162, 2), "CMIS 4.0", kHost},
+    {LaneField::kDataPathInitPending, Page::k11, 235, kByte, kByLane, kFlag, kSince50, "CMIS 5.0", kHost},
+    {LaneField::kTxOutputValid, Page::k11, 133, kByte, kByLane, kFlag, kSince50, "CMIS 5.0", kMedia},
+    {LaneField::kTxFault, Page::k11, 135, kByte, kByLane, kFlag, On(Page::k01, 157, 0), "CMIS 4.0", kMedia},
+    {LaneField::kRxLos, Page::k11, 147, kByte, kByLane, kFlag, On(Page::k01, 158, 1), "CMIS 4.0", kMedia},
+    {LaneField::kRxLol, Page::k11, 148, kByte, kByLane, kFlag, On(Page::k01, 158, 2), "CMIS 4.0", kMedia},
+    {LaneField::kTxWavelengthNumber, Page::k11, 240, Bits(7, 4), kApart, kNumber.ZeroIsNone(), kAlways, "CMIS 4.0", kMedia},
+    {LaneField::kTxFiberNumber, Page::k11, 240, Bits(3, 0), kApart, kNumber.ZeroIsNone(), kAlways, "CMIS 4.0", kMedia},
+    {LaneField::kRxWavelengthNumber, Page::k11, 248, Bits(7, 4), kApart, kNumber.ZeroIsNone(), kAlways, "CMIS 4.0", kMedia},
+    {LaneField::kRxFiberNumber, Page::k11, 248, Bits(3, 0), kApart, kNumber.ZeroIsNone(), kAlways, "CMIS 4.0", kMedia},
+    // Page 12h
+    {LaneField::kGrid, Page::k12, 128, Bits(7, 4), kApart, kOwn, kTunable, "CMIS 4.0, codes 6 and 7 swapped in CMIS 5.0", kMedia},
+    {LaneField::kFineTuning, Page::k12, 128, Bit(0), kApart, kFlag, By(HasGrid<129, 7>, "01h:155.6 and 04h:129.7"), "CMIS 4.0", kMedia},
+    {LaneField::kChannel, Page::k12, 136, kWord, kApart, Signed(Times(1)), kTunable, "CMIS 4.0", kMedia},
+    {LaneField::kFineTuningOffset, Page::k12, 152, kWord, kApart, Signed(Per(1000)), By(HasGrid<129, 7>, "01h:155.6 and 04h:129.7"), "CMIS 4.0", kMedia},
+    {LaneField::kLaserFrequency, Page::k12, 168, Bytes(4), kApart, Number(Per(1000000)).ZeroIsNone(), kTunable, "CMIS 4.0", kMedia},
+    {LaneField::kTargetPower, Page::k12, 200, kWord, kApart, Signed(Per(100)), By(HasGrid<196, 7>, "01h:155.6 and 04h:196.7"), "CMIS 4.0", kMedia},
+    {LaneField::kTuningInProgress, Page::k12, 222, Bit(1), kApart, kFlag, kTunable, "CMIS 4.0", kMedia},
+    {LaneField::kWavelengthUnlocked, Page::k12, 222, Bit(0), kApart, kFlag, kTunable, "CMIS 4.0", kMedia},
+    {LaneField::kTargetPowerOutOfRange, Page::k12, 231, Bit(5), kApart, kFlag, kTunable, "CMIS 4.0", kMedia},
+    {LaneField::kFineTuningOutOfRange, Page::k12, 231, Bit(4), kApart, kFlag, kTunable, "CMIS 4.0", kMedia},
+    {LaneField::kTuningNotAccepted, Page::k12, 231, Bit(3), kApart, kFlag, kTunable, "CMIS 4.0", kMedia},
+    {LaneField::kInvalidChannel, Page::k12, 231, Bit(2), kApart, kFlag, kTunable, "CMIS 4.0", kMedia},
+    {LaneField::kWavelengthUnlockedLatched, Page::k12, 231, Bit(1), kApart, kFlag, kTunable, "CMIS 4.0", kMedia},
+    {LaneField::kTuningComplete, Page::k12, 231, Bit(0), kApart, kFlag, kTunable, "CMIS 4.0", kMedia},
+    // Pages 13h and 14h
+    {LaneField::kHostGenerator, Page::k13, 144, kByte, kByLane, kFlag, kDiagnostics, "CMIS 4.0", kHost},
+    {LaneField::kHostGeneratorPattern, Page::k13, 148, kByte, kNibbles, Code(kTestPatterns), kDiagnostics, "CMIS 4.0", kHost},
+    {LaneField::kHostChecker, Page::k13, 160, kByte, kByLane, kFlag, kDiagnostics, "CMIS 4.0", kHost},
+    {LaneField::kHostCheckerPattern, Page::k13, 164, kByte, kNibbles, Code(kTestPatterns), kDiagnostics, "CMIS 4.0", kHost},
+    {LaneField::kHostOutputLoopback, Page::k13, 182, kByte, kByLane, kFlag, By(HasLoopback<2>, "01h:142.5 and 13h:128.2"), "CMIS 4.0", kHost},
+    {LaneField::kHostInputLoopback, Page::k13, 183, kByte, kByLane, kFlag, By(HasLoopback<3>, "01h:142.5 and 13h:128.3"), "CMIS 4.0", kHost},
+    {LaneField::kHostGeneratorLol, Page::k14, 136, kByte, kByLane, kFlag, kDiagnostics, "CMIS 4.0", kHost},
+    {LaneField::kHostCheckerLol, Page::k14, 138, kByte, kByLane, kFlag, kDiagnostics, "CMIS 4.0", kHost},
+    {LaneField::kHostBer, Page::k14, 192, kWord, kApart, kOwn, kDiagnostics, "CMIS 4.0, selector 01h or 11h", kHost},
+    {LaneField::kHostSnr, Page::k14, 208, kWord, kApart, kOwn, kDiagnostics, "CMIS 4.0, selector 06h, little-endian", kHost},
+    {LaneField::kHostErrors, Page::k14, 192, Bytes(8), kApart, kOwn, kDiagnostics, "CMIS 4.0, selectors 02h, 03h, little-endian", kHost},
+    {LaneField::kHostBits, Page::k14, 200, Bytes(8), kApart, kOwn, kDiagnostics, "CMIS 4.0, selectors 02h, 03h, little-endian", kHost},
+    {LaneField::kMediaGenerator, Page::k13, 152, kByte, kByLane, kFlag, kDiagnostics, "CMIS 4.0", kMedia},
+    {LaneField::kMediaGeneratorPattern, Page::k13, 156, kByte, kNibbles, Code(kTestPatterns), kDiagnostics, "CMIS 4.0", kMedia},
+    {LaneField::kMediaChecker, Page::k13, 168, kByte, kByLane, kFlag, kDiagnostics, "CMIS 4.0", kMedia},
+    {LaneField::kMediaCheckerPattern, Page::k13, 172, kByte, kNibbles, Code(kTestPatterns), kDiagnostics, "CMIS 4.0", kMedia},
+    {LaneField::kMediaOutputLoopback, Page::k13, 180, kByte, kByLane, kFlag, By(HasLoopback<0>, "01h:142.5 and 13h:128.0"), "CMIS 4.0", kMedia},
+    {LaneField::kMediaInputLoopback, Page::k13, 181, kByte, kByLane, kFlag, By(HasLoopback<1>, "01h:142.5 and 13h:128.1"), "CMIS 4.0", kMedia},
+    {LaneField::kMediaGeneratorLol, Page::k14, 137, kByte, kByLane, kFlag, kDiagnostics, "CMIS 4.0", kMedia},
+    {LaneField::kMediaCheckerLol, Page::k14, 139, kByte, kByLane, kFlag, kDiagnostics, "CMIS 4.0", kMedia},
+    {LaneField::kMediaBer, Page::k14, 208, kWord, kApart, kOwn, kDiagnostics, "CMIS 4.0, selector 01h or 11h", kMedia},
+    {LaneField::kMediaSnr, Page::k14, 240, kWord, kApart, kOwn, kDiagnostics, "CMIS 4.0, selector 06h, little-endian", kMedia},
+    {LaneField::kMediaErrors, Page::k14, 192, Bytes(8), kApart, kOwn, kDiagnostics, "CMIS 4.0, selectors 04h, 05h, little-endian", kMedia},
+    {LaneField::kMediaBits, Page::k14, 200, Bytes(8), kApart, kOwn, kDiagnostics, "CMIS 4.0, selectors 04h, 05h, little-endian", kMedia},
+};
+
+// ---------------------------------------------------------------------------------------------
+// The monitors
+// ---------------------------------------------------------------------------------------------
+
+// The four flags of a module's quantity follow each other from its lowest bit up; those of the lanes
+// are a byte each with a bit a lane.
+constexpr FlagPlaces InByte(std::uint8_t byte, std::uint8_t bit) { return {kLow, byte, bit, -1, -2, 0}; }
+constexpr FlagPlaces FromByte(std::uint8_t byte) { return {Page::k11, byte, 0, 8, 16, -1}; }
+
+constexpr Format kTecCurrent = {RawType::kSigned, 100, 32767};
+constexpr Format kRaw = Signed(Times(1));
+
+constexpr MapMonitor kMonitors[] = {
+    {Quantity::kTemperature, "", kLow, 14, kCelsius, Page::k02, 128, InByte(9, 0), On(Page::k01, 159, 0), "CMIS 4.0"},
+    {Quantity::kVoltage, "", kLow, 16, kVolts, Page::k02, 136, InByte(9, 4), On(Page::k01, 159, 1), "CMIS 4.0"},
+    {Quantity::kAux, "tec_current_percent", kLow, 18, kTecCurrent, Page::k02, 144, InByte(10, 0), By(HasAux<2, 0, 1>, "01h:159.2 and 01h:145.0"), "CMIS 4.0"},
+    {Quantity::kAux, "aux1_custom", kLow, 18, kRaw, Page::k02, 144, InByte(10, 0), By(HasAux<2, 0, 0>, "01h:159.2, 01h:145.0 clear"), "CMIS 4.0"},
+    {Quantity::kAux, "laser_temperature_c", kLow, 20, kCelsius, Page::k02, 152, InByte(10, 4), By(HasAux<3, 1, 0>, "01h:159.3, 01h:145.1 clear"), "CMIS 4.0"},
+    {Quantity::kAux, "tec_current_percent", kLow, 20, kTecCurrent, Page::k02, 152, InByte(10, 4), By(HasAux<3, 1, 1>, "01h:159.3 and 01h:145.1"), "CMIS 4.0"},
+    {Quantity::kAux, "laser_temperature_c", kLow, 22, kCelsius, Page::k02, 160, InByte(11, 0), By(HasAux<4, 2, 0>, "01h:159.4, 01h:145.2 clear"), "CMIS 4.0"},
+    {Quantity::kAux, "vcc2_v", kLow, 22, kVolts, Page::k02, 160, InByte(11, 0), By(HasAux<4, 2, 1>, "01h:159.4 and 01h:145.2"), "CMIS 4.0"},
+    {Quantity::kAux, "custom", kLow, 24, kRaw, Page::k02, 168, InByte(11, 4), On(Page::k01, 159, 5), "CMIS 4.0"},
+    {Quantity::kTxPower, "", Page::k11, 154, kMilliwatts, Page::k02, 176, FromByte(139), On(Page::k01, 160, 1), "CMIS 4.0"},
+    {Quantity::kTxBias, "", Page::k11, 170, kMilliamperes, Page::k02, 184, FromByte(143), On(Page::k01, 160, 0), "CMIS 4.0"},
+    {Quantity::kRxPower, "", Page::k11, 186, kMilliwatts, Page::k02, 192, FromByte(149), On(Page::k01, 160, 2), "CMIS 4.0"},
+};
+
+constexpr NamedBit kOptions[] = {
+    {Page::k01, 142, 7, "Network path pages"},
+    {Page::k01, 142, 6, "Versatile diagnostics monitoring (VDM)"},
+    {Page::k01, 142, 5, "Diagnostic pages 13h, 14h"},
+    {Page::k01, 142, 4, "Coherent pages"},
+    {Page::k01, 142, 3, "Page 05h"},
+    {Page::k01, 142, 2, "User page 03h"},
+    {Page::k01, 145, 4, "ePPS"},
+    {Page::k01, 145, 3, "Timing page 15h"},
+    {Page::k01, 151, 3, "RX LOS on average power"},
+    {Page::k01, 151, 2, "Fast RX LOS"},
+    {Page::k01, 151, 1, "Fast TX disable"},
+    {Page::k01, 151, 0, "TX disable of the whole module"},
+    {Page::k01, 155, 7, "Wavelength control"},
+    {Page::k01, 155, 6, "Tunable transmitter"},
+    {Page::k01, 155, 3, "TX forced squelch"},
+    {Page::k01, 155, 2, "TX squelch disable"},
+    {Page::k01, 155, 1, "TX disable"},
+    {Page::k01, 155, 0, "TX polarity flip"},
+    {Page::k01, 156, 7, "Bank broadcast"},
+    {Page::k01, 156, 2, "RX squelch disable"},
+    {Page::k01, 156, 1, "RX output disable"},
+    {Page::k01, 156, 0, "RX polarity flip"},
+    {Page::k01, 157, 3, "TX adaptive equalization fault flag"},
+    {Page::k01, 157, 2, "TX LOL flag"},
+    {Page::k01, 157, 1, "TX LOS flag"},
+    {Page::k01, 157, 0, "TX fault flag"},
+    {Page::k01, 158, 2, "RX LOL flag"},
+    {Page::k01, 158, 1, "RX LOS flag"},
+    {Page::k01, 159, 5, "Custom monitor"},
+    {Page::k01, 159, 4, "Auxiliary monitor 3"},
+    {Page::k01, 159, 3, "Auxiliary monitor 2"},
+    {Page::k01, 159, 2, "Auxiliary monitor 1"},
+    {Page::k01, 159, 1, "Supply voltage monitor"},
+    {Page::k01, 159, 0, "Temperature monitor"},
+    {Page::k01, 160, 2, "RX power monitor"},
+    {Page::k01, 160, 1, "TX power monitor"},
+    {Page::k01, 160, 0, "TX bias monitor"},
+    {Page::k01, 161, 4, "TX adaptive equalization freeze"},
+    {Page::k01, 161, 3, "TX adaptive equalization"},
+    {Page::k01, 161, 2, "TX input equalization control"},
+    {Page::k01, 161, 1, "TX CDR bypass"},
+    {Page::k01, 161, 0, "TX CDR"},
+    {Page::k01, 162, 7, "Versatile control sets"},
+    {Page::k01, 162, 6, "Unidirectional reconfiguration"},
+    {Page::k01, 162, 5, "Staged control set 1"},
+    {Page::k01, 162, 4, "RX post-cursor control"},
+    {Page::k01, 162, 3, "RX pre-cursor control"},
+    {Page::k01, 162, 2, "RX amplitude control"},
+    {Page::k01, 162, 1, "RX CDR bypass"},
+    {Page::k01, 162, 0, "RX CDR"},
+    {Page::k01, 163, 5, "CDB in the background"},
+    {Page::k01, 163, 4, "CDB automatic paging"},
+    {Page::k13, 128, 6, "Host and media side loopback at once"},
+    {Page::k13, 128, 5, "Loopback per media lane"},
+    {Page::k13, 128, 4, "Loopback per host lane"},
+    {Page::k13, 128, 3, "Host side input loopback"},
+    {Page::k13, 128, 2, "Host side output loopback"},
+    {Page::k13, 128, 1, "Media side input loopback"},
+    {Page::k13, 128, 0, "Media side output loopback"},
+    {Page::k13, 130, 7, "Media side FEC error information"},
+    {Page::k13, 130, 6, "Host side FEC error information"},
+    {Page::k13, 130, 5, "Media side SNR"},
+    {Page::k13, 130, 4, "Host side SNR"},
+    {Page::k13, 130, 1, "Bit and error counters"},
+    {Page::k13, 130, 0, "Bit error ratio"},
+    {Page::k13, 131, 7, "Media side generator before FEC"},
+    {Page::k13, 131, 6, "Media side generator after FEC"},
+    {Page::k13, 131, 5, "Media side checker before FEC"},
+    {Page::k13, 131, 4, "Media side checker after FEC"},
+    {Page::k13, 131, 3, "Host side generator before FEC"},
+    {Page::k13, 131, 2, "Host side generator after FEC"},
+    {Page::k13, 131, 1, "Host side checker before FEC"},
+    {Page::k13, 131, 0, "Host side checker after FEC"},
+};
+
+// The first two bytes of page 01h, the inactive firmware's, may change while a module runs.
+constexpr Checksum kChecksums[] = {
+    {Page::k00, 128, 221, 222},
+    {Page::k01, 130, 254, 255},
+    {Page::k02, 128, 254, 255},
+    {Page::k04, 128, 254, 255},
+};
+// clang-format on
+
+}  // namespace
+
 const MemoryMap& CmisMap() {
-  static const MemoryMap kMap;
+  static constexpr MemoryMap kMap = {kFields, kLaneFields, kMonitors, {}, kOptions, kChecksums};
   return kMap;
 }
-
-void DecodeCmis(Decoding& /*to*/) {}
 
 }  // namespace cable_info::module_memory

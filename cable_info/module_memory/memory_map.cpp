@@ -229,17 +229,24 @@ std::optional<std::uint32_t> RawOf(const ModuleImage& image, const LaneMapField&
   return RawNumber(half, place.byte, place.extent);
 }
 
+LaneValue ReadLaneField(const ModuleImage& image, const LaneMapField& line, Advertised advertised,
+                        unsigned lane, unsigned bank) {
+  const std::optional<std::uint32_t> raw = RawOf(image, line, lane, bank);
+  LaneValue value;
+  value.state = StateOf(advertised, raw.has_value(), raw.value_or(0) != 0);
+  if (!value.IsPresent()) return value;
+  if (line.format.zero_is_none && *raw == 0) return {};
+  const bool is_inverse = line.format.type == RawType::kInverseFlag;
+  value.number =
+      is_inverse ? (*raw == 0 ? 1.0 : 0.0) : ValueOf(line.format, PlaceOf(line, lane).extent, *raw);
+  return value;
+}
+
 void DecodeLane(const ModuleImage& image, Lines<LaneMapField> map, unsigned lane, unsigned bank,
                 Lane& to) {
   for (const LaneMapField& line : map) {
     if (line.format.type == RawType::kOwn) continue;
-    LaneValue& value = to[line.field];
-    const std::optional<std::uint32_t> raw = RawOf(image, line, lane, bank);
-    value = {StateOf(Ask(image, line.advertised), raw.has_value(), raw.value_or(0) != 0), 0.0};
-    if (!value.IsPresent()) continue;
-    const bool is_inverse = line.format.type == RawType::kInverseFlag;
-    value.number = is_inverse ? (*raw == 0 ? 1.0 : 0.0)
-                              : ValueOf(line.format, PlaceOf(line, lane).extent, *raw);
+    to[line.field] = ReadLaneField(image, line, Ask(image, line.advertised), lane, bank);
   }
 }
 

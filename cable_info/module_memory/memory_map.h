@@ -190,6 +190,9 @@ enum class LaneOrder : std::uint8_t {
   kApart,  ///< the extent of lane 1; each further lane so many bytes later as it has bytes
 };
 
+/// Which lanes have a field. Modules may have host and media lanes in different numbers.
+enum class LaneSide : std::uint8_t { kBoth, kHost, kMedia };
+
 /// A line of a map: a field of each lane. The extent is that of lane 1, for bits that of all lanes.
 struct LaneMapField {
   LaneField field;
@@ -200,6 +203,7 @@ struct LaneMapField {
   Format format;
   Advertisement advertised;
   std::string_view standard;
+  LaneSide side = LaneSide::kBoth;
 };
 
 /// Which of the monitored quantities of a module or of its lanes.
@@ -301,7 +305,11 @@ void DecodeFields(Decoding& to, Lines<MapField> map);
 /// Decodes one field, advertised as given.
 void DecodeField(Decoding& to, const MapField& line, Advertised advertised);
 
-/// Decodes the fields of lane `lane` (1: the first of the bank), whose pages are in bank `bank`.
+/// Reads a field of lane `lane` (1: the first of the bank), whose pages are in bank `bank`,
+/// advertised as given.
+LaneValue ReadLaneField(const ModuleImage& image, const LaneMapField& line, Advertised advertised,
+                        unsigned lane, unsigned bank = 0);
+/// Decodes the fields of a lane in the same way, all but those of `RawType::kOwn`.
 void DecodeLane(const ModuleImage& image, Lines<LaneMapField> map, unsigned lane, unsigned bank,
                 Lane& to);
 /// The raw number of a lane's field; none when it is not known.

@@ -131,7 +131,8 @@ struct Application {
   NamedCode media_interface;
   unsigned host_lanes = 0;
   unsigned media_lanes = 0;
-  unsigned host_assignment = 0;              ///< bit n: may start on host lane n + 1
+  /// Bit n: may start on host lane n + 1; flat modules have none from CMIS 5.4 on.
+  std::optional<unsigned> host_assignment;
   std::optional<unsigned> media_assignment;  ///< bit n: may start on media lane n + 1
 };
 

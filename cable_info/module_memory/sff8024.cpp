@@ -644,6 +644,43 @@ constexpr CodeName kConfigStatusesEntries[] = {
     {0x0C, "ConfigInProgress"},
 };
 
+constexpr CodeName kFrequencyGridsEntries[] = {
+    {0, "3.125 GHz"},
+    {1, "6.25 GHz"},
+    {2, "12.5 GHz"},
+    {3, "25 GHz"},
+    {4, "50 GHz"},
+    {5, "100 GHz"},
+    {6, "33 GHz"},
+    {7, "75 GHz"},
+    {8, "150 GHz"},
+    {9, "300 GHz"},
+};
+
+constexpr CodeName kManagementSpeedsEntries[] = {
+    {0, "400 kHz"},
+    {1, "1 MHz"},
+    {2, "3.4 MHz"},
+};
+
+constexpr CodeName kTestPatternsEntries[] = {
+    {0, "PRBS31Q"},
+    {1, "PRBS31"},
+    {2, "PRBS23Q"},
+    {3, "PRBS23"},
+    {4, "PRBS15Q"},
+    {5, "PRBS15"},
+    {6, "PRBS13Q"},
+    {7, "PRBS13"},
+    {8, "PRBS9Q"},
+    {9, "PRBS9"},
+    {10, "PRBS7Q"},
+    {11, "PRBS7"},
+    {12, "SSPRQ"},
+    {14, "custom"},
+    {15, "user pattern"},
+};
+
 constexpr CodeName kSff8472ExtendedIdentifiersEntries[] = {
     {0x00, "GBIC: MOD_DEF not specified"},
     {0x01, "GBIC: MOD_DEF 1"},
@@ -700,6 +737,9 @@ constexpr CodeTable kSff8636Technologies("SFF-8636 rev 2.11, byte 147",
 constexpr CodeTable kModuleStates("CMIS 5.4, byte 3", kModuleStatesEntries);
 constexpr CodeTable kDataPathStates("CMIS 5.0, 11h bytes 128-131", kDataPathStatesEntries);
 constexpr CodeTable kConfigStatuses("CMIS 5.4, 11h bytes 202-205", kConfigStatusesEntries);
+constexpr CodeTable kFrequencyGrids("CMIS 5.4, 12h bytes 128-135", kFrequencyGridsEntries);
+constexpr CodeTable kManagementSpeeds("CMIS 5.3, byte 2", kManagementSpeedsEntries);
+constexpr CodeTable kTestPatterns("CMIS 5.4, 13h bytes 132-139", kTestPatternsEntries);
 constexpr CodeTable kSff8472ExtendedIdentifiers("SFF-8472 rev 12.4, A0h byte 1",
                                                 kSff8472ExtendedIdentifiersEntries);
 constexpr CodeTable kSff8472RateIdentifiers("SFF-8472 rev 12.4, A0h byte 13",

@@ -87,6 +87,13 @@ extern const CodeTable kModuleStates;
 extern const CodeTable kDataPathStates;
 /// Results of the last configuration command of CMIS, a nibble a lane.
 extern const CodeTable kConfigStatuses;
+/// Frequency grids of tunable CMIS modules, 12h bytes 128-135 bits 7..4, with the codes of CMIS 5.0
+/// and later; before that, 6 and 7 were swapped.
+extern const CodeTable kFrequencyGrids;
+/// Highest speeds of the I2C management interface of CMIS, lower byte 2.
+extern const CodeTable kManagementSpeeds;
+/// Test patterns of CMIS, by their numbers on page 13h.
+extern const CodeTable kTestPatterns;
 /// Extended identifiers of SFF-8472.
 extern const CodeTable kSff8472ExtendedIdentifiers;
 /// Rate identifiers of SFF-8472.

@@ -1,0 +1,714 @@
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "cable_info/module_memory/cmis_lanes.h"
+#include "cable_info/module_memory/cmis_rules.h"
+#include "cable_info/module_memory/cmis_vdm.h"
+#include "cable_info/module_memory/decode.h"
+#include "cable_info/module_memory/sff8024.h"
+
+namespace cable_info::module_memory {
+
+namespace {
+
+// ---------------------------------------------------------------------------------------------
+// The module
+// ---------------------------------------------------------------------------------------------
+
+// 00h:202. All bits set: longer than 6300 m.
+std::optional<double> CableLength(Decoding& to, unsigned raw) {
+  constexpr double kTimes[] = {1, 10, 100, 1000};  // tenths of a metre
+  constexpr unsigned kMore = 0xFF;
+  if (raw == kMore) {
+    WarnMoreThan(to, Field::kLengthCable, 6300);
+    return std::nullopt;
+  }
+  const unsigned base = raw & 0x3FU;
+  if (base == 0) return std::nullopt;
+  return base * kTimes[raw >> 6U] / 10;
+}
+
+// 01h:132, and 137.7-6 for the longest from CMIS 5.3 on; metres.
+std::optional<double> SmfLength(Decoding& to, unsigned raw) {
+  constexpr double kTimes[] = {100, 1000, 10000};
+  constexpr double kLongTimes[] = {50000, 100000, 200000, 500000};
+  const unsigned base = raw & 0x3FU;
+  const unsigned code = raw >> 6U;
+  if (base == 0) return std::nullopt;
+  if (code < 3) return base * kTimes[code];
+  const std::optional<unsigned> long_code = BitsOf(to.image, Page::k01, 137, 7, 6);
+  if (IsSince(to.image, 0x53) == Advertised::kYes && long_code) {
+    return base * kLongTimes[*long_code];
+  }
+  to.Warn("Length, SMF: multiplier 3 is not defined before CMIS 5.3");
+  return std::nullopt;
+}
+
+std::string Patterns(const ModuleImage& image, const MapField& line) {
+  std::string names;
+  for (unsigned id = 0; id < 16; ++id) {  // the low byte comes first
+    const unsigned bits = BitsOf(image, line.page, line.byte + id / 8).value_or(0);
+    if ((bits >> id % 8 & 1U) == 0) continue;
+    if (!names.empty()) names += ", ";
+    const std::string_view name = kTestPatterns.Name(id);
+    names += name.empty() ? std::to_string(id) : std::string(name);
+  }
+  return names;
+}
+
+// The number of a field in its unit; none when nothing is given.
+std::optional<double> NumberOf(Decoding& to, Field field, unsigned raw) {
+  switch (field) {
+    case Field::kLengthCable:
+      return CableLength(to, raw);
+    case Field::kLengthSmf:
+      return SmfLength(to, raw);
+    case Field::kModselWaitTime:  // us, mantissa in the low bits
+      if ((raw & 0x1FU) == 0) return std::nullopt;
+      return static_cast<double>((raw & 0x1FU) << (raw >> 5U));
+    case Field::kPageChangeTime:  // ms
+      return 10.0 / static_cast<double>(1U << raw);
+    case Field::kPowerClass:
+    case Field::kVdmGroups:
+      return raw + 1.0;
+    default:
+      return std::nullopt;
+  }
+}
+
+void DecodeOwnField(Decoding& to, const MapField& line, Advertised advertised) {
+  const std::optional<std::uint32_t> raw = RawOf(to.image, line);
+  const FieldState state = StateOf(advertised, raw.has_value(), raw.value_or(0) != 0);
+  if (state != FieldState::kPresent) return to.info.SetState(line.field, state);
+  switch (line.field) {
+    case Field::kRevision:
+      return to.info.SetText(line.field,
+                             std::to_string(*raw >> 4U) + '.' + std::to_string(*raw & 0xFU));
+    case Field::kManagementSpeed: {
+      constexpr unsigned kBitsBefore53 = 3;
+      const bool is_wide = IsSince(to.image, 0x53) == Advertised::kYes;
+      const unsigned code = is_wide ? *raw : *raw & kBitsBefore53;
+      return to.info.SetCode(line.field, code, kManagementSpeeds.Name(code));
+    }
+    case Field::kModuleSubtype: {
+      const CodeTable* subtypes = SubtypesOf(BitsOf(to.image, Page::kLower, 0).value_or(0));
+      return to.info.SetCode(line.field, *raw,
+                             subtypes != nullptr ? subtypes->Name(*raw) : std::string_view());
+    }
+    case Field::kHostGeneratorPatterns:
+    case Field::kMediaGeneratorPatterns:
+    case Field::kHostCheckerPatterns:
+    case Field::kMediaCheckerPatterns: {
+      const std::string names = Patterns(to.image, line);
+      if (names.empty()) break;
+      return to.info.SetText(line.field, names);
+    }
+    default: {
+      const std::optional<double> number = NumberOf(to, line.field, *raw);
+      if (!number) break;
+      return to.info.SetNumber(line.field, *number);
+    }
+  }
+  to.info.SetState(line.field, FieldState::kNotImplemented);
+}
+
+// Flat memory is the lower page and page 00h.
+bool IsInFlatMemory(Page page) { return page == Page::kLower || page == Page::k00; }
+
+void DecodeModule(Decoding& to, bool is_flat) {
+  for (const MapField& line : CmisMap().fields) {
+    const bool is_absent = is_flat && !IsInFlatMemory(line.page);
+    const Advertised advertised = is_absent ? Advertised::kNo : Ask(to.image, line.advertised);
+    if (line.format.type == RawType::kOwn) {
+      DecodeOwnField(to, line, advertised);
+    } else {
+      DecodeField(to, line, advertised);
+    }
+  }
+}
+
+// ---------------------------------------------------------------------------------------------
+// Applications
+// ---------------------------------------------------------------------------------------------
+
+constexpr unsigned kApplications = 15;
+
+// Descriptors 1 to 8 stand in the lower page, the others in page 01h.
+struct DescriptorPlace {
+  Page page;
+  std::size_t byte;
+};
+DescriptorPlace PlaceOfDescriptor(unsigned number) {
+  constexpr unsigned kInLowerPage = 8;
+  constexpr std::size_t kSize = 4;
+  if (number <= kInLowerPage) return {Page::kLower, 86 + kSize * (number - 1)};
+  return {Page::k01, 223 + kSize * (number - kInLowerPage - 1)};
+}
+
+NamedCode Named(unsigned code, const CodeTable* names) {
+  return {code, names != nullptr ? names->Name(code) : std::string_view()};
+}
+
+// Byte 3 of flat modules is something else from CMIS 5.4 on.
+std::optional<unsigned> HostAssignment(const ModuleImage& image, unsigned options) {
+  const bool is_other =
+      IsPaged(image) == Advertised::kNo && IsSince(image, 0x54) == Advertised::kYes;
+  return is_other ? std::nullopt : std::optional<unsigned>(options);
+}
+
+void DecodeApplications(Decoding& to) {
+  constexpr unsigned kEndOfList = 0xFF;
+  constexpr std::size_t kFirstMediaAssignment = 175;  // of application 0, which does not exist
+  const CodeTable* media_interfaces =
+      MediaInterfacesOf(BitsOf(to.image, Page::kLower, 85).value_or(0));
+  for (unsigned number = 1; number <= kApplications; ++number) {
+    const DescriptorPlace place = PlaceOfDescriptor(number);
+    const ModuleImage::Half& half = to.image.HalfOf(place.page, place.byte);
+    if (!half.Has(place.byte, 4) || half[place.byte] == kEndOfList) return;
+    const std::uint32_t descriptor = RawNumber(half, place.byte, Bytes(4));
+    if (descriptor == 0) continue;  // unused, and the list not ended as it should be
+    const unsigned lanes = half[place.byte + 2];
+    Application application;
+    application.number = number;
+    application.host_interface = Named(half[place.byte], &kHostInterfaces);
+    application.media_interface = Named(half[place.byte + 1], media_interfaces);
+    application.host_lanes = lanes >> 4U;
+    application.media_lanes = lanes & 0xFU;
+    application.host_assignment = HostAssignment(to.image, half[place.byte + 3]);
+    application.media_assignment = BitsOf(to.image, Page::k01, kFirstMediaAssignment + number);
+    to.info.applications.push_back(application);
+  }
+}
+
+void AddSpeeds(ModuleInfo& info) {
+  // The codes ascend with the speeds.
+  std::vector<unsigned> codes;
+  for (const Application& application : info.applications) {
+    codes.push_back(application.host_interface.code);
+  }
+  std::sort(codes.begin(), codes.end());
+  for (const unsigned code : codes) {
+    const std::string_view speed = InfiniBandSpeedOf(code);
+    const bool is_new = info.supported_speeds.empty() || info.supported_speeds.back() != speed;
+    if (!speed.empty() && is_new) info.supported_speeds.push_back(speed);
+  }
+}
+
+// ---------------------------------------------------------------------------------------------
+// Monitors
+// ---------------------------------------------------------------------------------------------
+
+// 01h:160.4-3.
+double BiasMultiplier(Decoding& to) {
+  constexpr double kMultipliers[] = {1, 2, 4};
+  constexpr unsigned kReserved = 3;
+  const std::optional<unsigned> code = BitsOf(to.image, Page::k01, 160, 4, 3);
+  if (!code) {
+    if (to.image.Has(Page::k02) || to.image.Has(Page::k11)) {
+      to.Warn("page 01h with the multiplier of the bias currents is missing; it is taken as 1");
+    }
+    return 1;
+  }
+  if (*code != kReserved) return kMultipliers[*code];
+  to.Warn("the multiplier of the bias currents has a reserved code; it is taken as 1");
+  return 1;
+}
+
+bool IsOfLanes(const MapMonitor& line) { return line.page == Page::k11; }
+
+void DecodeMonitors(Decoding& to, bool is_flat) {
+  for (const MapMonitor& line : CmisMap().monitors) {
+    if (IsOfLanes(line)) continue;
+    const Advertised advertised = is_flat ? Advertised::kNo : Ask(to.image, line.advertised);
+    // What an auxiliary monitor measures stands with what advertises it.
+    if (line.quantity == Quantity::kAux && advertised != Advertised::kYes) continue;
+    const Monitor monitor = ReadMonitor(to.image, line, {line.format}, advertised);
+    switch (line.quantity) {
+      case Quantity::kTemperature:
+        to.info.temperature = monitor;
+        break;
+      case Quantity::kVoltage:
+        to.info.voltage = monitor;
+        break;
+      default:
+        to.info.aux.push_back({line.name, monitor});
+        break;
+    }
+  }
+}
+
+Monitor& MonitorOf(Lane& lane, Quantity quantity) {
+  switch (quantity) {
+    case Quantity::kTxPower:
+      return lane.tx_power;
+    case Quantity::kTxBias:
+      return lane.tx_bias;
+    default:
+      return lane.rx_power;
+  }
+}
+
+// ---------------------------------------------------------------------------------------------
+// Lanes
+// ---------------------------------------------------------------------------------------------
+
+// Where a lane's fields stand.
+struct LanePosition {
+  unsigned lane;  // of the bank, from 1
+  unsigned bank;
+};
+
+Page InBank(Page page, unsigned bank) { return PageOf(NumberOf(page), bank); }
+
+LaneValue Present(double number) { return {FieldState::kPresent, number}; }
+LaneValue Absent(FieldState state) { return {state, 0.0}; }
+
+// A CDR that cannot be bypassed is on.
+LaneValue Cdr(const ModuleImage& image, const LaneMapField& line, Advertised advertised,
+              LanePosition at) {
+  constexpr std::uint8_t kBypass = 1;
+  const bool is_fixed = advertised == Advertised::kYes &&
+                        AskBit(image, Page::k01, line.advertised.byte, kBypass) == Advertised::kNo;
+  if (is_fixed) return Present(1);
+  return ReadLaneField(image, line, advertised, at.lane, at.bank);
+}
+
+// A module that controls the pre-cursor alone keeps it in the field of the post-cursor.
+LaneValue PreCursor(const ModuleImage& image, const LaneMapField& line, Advertised advertised,
+                    LanePosition at) {
+  constexpr unsigned kPreCursorOnly = 1;
+  LaneMapField place = line;
+  if (BitsOf(image, Page::k01, 162, 4, 3) == kPreCursorOnly) place.byte += 4;
+  return ReadLaneField(image, place, advertised, at.lane, at.bank);
+}
+
+// The masks of the four flags as one number, high alarm, low alarm, high warning and low warning
+// from bit 3 down; a byte each with a bit a lane.
+LaneValue Masks(const ModuleImage& image, const LaneMapField& line, Advertised advertised,
+                LanePosition at) {
+  const ModuleImage::Half& half = image.HalfOf(InBank(line.page, at.bank), line.byte);
+  unsigned masks = 0;
+  for (std::size_t level = 0; level < kAlarmLevels; ++level) {
+    masks = masks << 1U | (half[line.byte + level] >> (at.lane - 1U) & 1U);
+  }
+  const FieldState state = StateOf(advertised, half.Has(line.byte, kAlarmLevels), masks != 0);
+  return state == FieldState::kPresent ? Present(masks) : Absent(state);
+}
+
+// Until CMIS 5.0, 6 was 75 GHz and 7 was 33 GHz.
+LaneValue Grid(const ModuleImage& image, const LaneMapField& line, Advertised advertised,
+               LanePosition at) {
+  constexpr double k33 = 6;
+  constexpr double k75 = 7;
+  LaneValue value = ReadLaneField(image, line, advertised, at.lane, at.bank);
+  const bool is_swapped = value.number == k33 || value.number == k75;
+  if (is_swapped && IsSince(image, 0x50) == Advertised::kNo)
+    value.number = k33 + k75 - value.number;
+  return value;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Results of diagnostics, page 14h: what the selector, byte 128, has put there
+// ---------------------------------------------------------------------------------------------
+
+constexpr unsigned kGated = 0x10;  // a bit of the selector
+constexpr unsigned kSelectBer = 1;
+constexpr unsigned kSelectHostCounters = 2;   // of lanes 1 to 4; the next one of lanes 5 to 8
+constexpr unsigned kSelectMediaCounters = 4;  // the same
+constexpr unsigned kSelectSnr = 6;
+
+struct DiagnosticsPlace {
+  unsigned selector;
+  std::size_t byte;
+  std::size_t count;
+  std::uint8_t advertised_bit;  // of 13h:130
+};
+
+DiagnosticsPlace PlaceOfDiagnostics(LaneField field, unsigned lane) {
+  constexpr std::uint8_t kBerBit = 0;
+  constexpr std::uint8_t kCountersBit = 1;
+  constexpr std::uint8_t kHostSnrBit = 4;
+  constexpr std::uint8_t kMediaSnrBit = 5;
+  const std::size_t n = lane - 1;
+  const unsigned half = lane > 4 ? 1 : 0;
+  const std::size_t pair = 192 + 16 * (n % 4);
+  switch (field) {
+    case LaneField::kHostBer:
+      return {kSelectBer, 192 + 2 * n, 2, kBerBit};
+    case LaneField::kMediaBer:
+      return {kSelectBer, 208 + 2 * n, 2, kBerBit};
+    case LaneField::kHostSnr:
+      return {kSelectSnr, 208 + 2 * n, 2, kHostSnrBit};
+    case LaneField::kMediaSnr:
+      return {kSelectSnr, 240 + 2 * n, 2, kMediaSnrBit};
+    case LaneField::kHostErrors:
+      return {kSelectHostCounters + half, pair, 8, kCountersBit};
+    case LaneField::kHostBits:
+      return {kSelectHostCounters + half, pair + 8, 8, kCountersBit};
+    case LaneField::kMediaErrors:
+      return {kSelectMediaCounters + half, pair, 8, kCountersBit};
+    default:  // kMediaBits
+      return {kSelectMediaCounters + half, pair + 8, 8, kCountersBit};
+  }
+}
+
+std::uint64_t LittleEndian(const ModuleImage::Half& half, std::size_t byte, std::size_t count) {
+  std::uint64_t number = 0;
+  for (std::size_t i = count; i-- != 0;) number = number << 8U | half[byte + i];
+  return number;
+}
+
+bool IsBer(LaneField field) {
+  return field == LaneField::kHostBer || field == LaneField::kMediaBer;
+}
+bool IsSnr(LaneField field) {
+  return field == LaneField::kHostSnr || field == LaneField::kMediaSnr;
+}
+
+LaneValue Diagnostics(const ModuleImage& image, const LaneMapField& line, Advertised advertised,
+                      LanePosition at) {
+  const DiagnosticsPlace place = PlaceOfDiagnostics(line.field, at.lane);
+  const ModuleImage::Half& half = image.HalfOf(InBank(Page::k14, at.bank), 128);
+  const bool is_selected = half.Has(128) && (half[128] & ~kGated) == place.selector;
+  const bool is_known = is_selected && half.Has(place.byte, place.count);
+  const std::uint64_t raw = is_known ? LittleEndian(half, place.byte, place.count) : 0;
+  const Advertised all = Both(advertised, AskBit(image, Page::k13, 130, place.advertised_bit));
+  const FieldState state = StateOf(all, is_known, raw != 0);
+  if (state != FieldState::kPresent) return Absent(state);
+  if (IsBer(line.field)) {
+    return Present(Float16(static_cast<std::uint16_t>(RawNumber(half, place.byte, kWord))));
+  }
+  constexpr double kPerDecibel = 256;
+  const auto number = static_cast<double>(raw);
+  return Present(IsSnr(line.field) ? number / kPerDecibel : number);
+}
+
+// ---------------------------------------------------------------------------------------------
+
+LaneValue OwnLaneField(const ModuleImage& image, const LaneMapField& line, Advertised advertised,
+                       LanePosition at) {
+  switch (line.field) {
+    case LaneField::kTxCdr:
+    case LaneField::kRxCdr:
+      return Cdr(image, line, advertised, at);
+    case LaneField::kRxPreCursor:
+      return PreCursor(image, line, advertised, at);
+    case LaneField::kRxPowerMask:
+    case LaneField::kTxPowerMask:
+    case LaneField::kTxBiasMask:
+      return Masks(image, line, advertised, at);
+    case LaneField::kGrid:
+      return Grid(image, line, advertised, at);
+    case LaneField::kDataPathDeinit: {
+      LaneValue value = ReadLaneField(image, line, advertised, at.lane, at.bank);
+      const bool is_power_up = IsSince(image, 0x40) == Advertised::kNo;
+      if (value.IsPresent() && is_power_up) value.number = 1 - value.number;
+      return value;
+    }
+    case LaneField::kDataPathFirstLane: {
+      LaneValue value = ReadLaneField(image, line, advertised, at.lane, at.bank);
+      if (value.IsPresent()) value.number += 1 + at.bank * kLanesPerBank;
+      return value;
+    }
+    default:
+      return Diagnostics(image, line, advertised, at);
+  }
+}
+
+bool HasSide(const LaneLayout& layout, LaneSide side, unsigned lane) {
+  const unsigned lanes = side == LaneSide::kMedia  ? layout.media
+                         : side == LaneSide::kHost ? layout.host
+                                                   : layout.media | layout.host;
+  return (lanes >> (lane - 1U) & 1U) != 0;
+}
+
+// The answers of all lane fields and monitors, in the order of the map: they are the same for all
+// lanes.
+struct LaneAdvertisements {
+  std::vector<Advertised> fields;
+  std::vector<Advertised> monitors;
+};
+
+LaneAdvertisements AskForLanes(const ModuleImage& image, bool is_flat) {
+  LaneAdvertisements all;
+  for (const LaneMapField& line : CmisMap().lane_fields) {
+    all.fields.push_back(is_flat ? Advertised::kNo : Ask(image, line.advertised));
+  }
+  for (const MapMonitor& line : CmisMap().monitors) {
+    all.monitors.push_back(is_flat ? Advertised::kNo : Ask(image, line.advertised));
+  }
+  return all;
+}
+
+void DecodeLaneFields(const Decoding& to, const LaneLayout& layout,
+                      const LaneAdvertisements& advertisements, LanePosition at, Lane& lane) {
+  std::size_t i = 0;
+  for (const LaneMapField& line : CmisMap().lane_fields) {
+    const Advertised advertised = advertisements.fields[i++];
+    if (advertised == Advertised::kNo || !HasSide(layout, line.side, at.lane)) continue;
+    lane[line.field] = line.format.type == RawType::kOwn
+                           ? OwnLaneField(to.image, line, advertised, at)
+                           : ReadLaneField(to.image, line, advertised, at.lane, at.bank);
+  }
+}
+
+void DecodeLaneMonitors(const Decoding& to, const LaneLayout& layout,
+                        const LaneAdvertisements& advertisements, double bias_multiplier,
+                        LanePosition at, Lane& lane) {
+  if (!HasSide(layout, LaneSide::kMedia, at.lane)) return;
+  std::size_t i = 0;
+  for (const MapMonitor& line : CmisMap().monitors) {
+    const Advertised advertised = advertisements.monitors[i++];
+    if (!IsOfLanes(line)) continue;
+    Conversion conversion = {line.format};
+    if (line.quantity == Quantity::kTxBias) conversion.times = bias_multiplier;
+    MonitorOf(lane, line.quantity) =
+        ReadMonitor(to.image, line, conversion, advertised, at.lane, at.bank);
+  }
+}
+
+void DecodeLanes(Decoding& to, const LaneLayout& layout, bool is_flat) {
+  const LaneAdvertisements advertisements = AskForLanes(to.image, is_flat);
+  const double bias_multiplier = is_flat ? 1 : BiasMultiplier(to);
+  for (unsigned bank = 0; bank < layout.banks; ++bank) {
+    for (unsigned n = 1; n <= kLanesPerBank; ++n) {
+      if (!HasSide(layout, LaneSide::kBoth, n)) continue;
+      Lane& lane = to.info.lanes.emplace_back();
+      lane.number = bank * kLanesPerBank + n;
+      DecodeLaneFields(to, layout, advertisements, {n, bank}, lane);
+      DecodeLaneMonitors(to, layout, advertisements, bias_multiplier, {n, bank}, lane);
+    }
+  }
+}
+
+// ---------------------------------------------------------------------------------------------
+// Versatile diagnostics monitoring, pages 20h to 2Fh
+// ---------------------------------------------------------------------------------------------
+
+constexpr unsigned kVdmGroups = 4;
+constexpr unsigned kVdmInstances = 64;
+constexpr std::uint8_t kVdmDescriptors = 0x20;
+constexpr std::uint8_t kVdmValues = 0x24;
+constexpr std::uint8_t kVdmThresholds = 0x28;
+
+// An observable without a name is a number without a unit.
+constexpr VdmObservable kUnknownObservable = {{}, {}, 0, VdmNumberType::kUnsigned, 1, 1};
+
+Thresholds VdmThresholds(const ModuleImage::Half& half, std::size_t byte,
+                         const VdmObservable& observable) {
+  constexpr unsigned kAllSet = 0xFFFF;
+  Thresholds thresholds;
+  unsigned any = 0;
+  unsigned common = kAllSet;
+  for (std::size_t level = 0; level < kAlarmLevels; ++level) {
+    if (!half.Has(byte + 2 * level, 2)) continue;
+    const unsigned raw = RawNumber(half, byte + 2 * level, kWord);
+    any |= raw;
+    common &= raw;
+    const std::optional<double> threshold =
+        VdmThreshold(observable, static_cast<std::uint16_t>(raw));
+    if (!threshold) continue;
+    thresholds.values[level] = *threshold;
+    thresholds.given |= static_cast<std::uint8_t>(1U << level);
+  }
+  return any == 0 || common == kAllSet ? Thresholds() : thresholds;
+}
+
+// An instance of a group: the bank and number of its pages, and its place in them.
+struct VdmPlace {
+  unsigned bank;
+  std::uint8_t group;    // from 0
+  std::size_t instance;  // from 0
+};
+
+Monitor VdmMonitor(const ModuleImage& image, const VdmObservable& observable,
+                   unsigned threshold_set, VdmPlace at) {
+  constexpr std::size_t kThresholdSetSize = 8;
+  const auto page = [&](std::uint8_t first) -> const ModuleImage::Half& {
+    return image.HalfOf(PageOf(static_cast<std::uint8_t>(first + at.group), at.bank), 128);
+  };
+  Monitor monitor;
+  const ModuleImage::Half& values = page(kVdmValues);
+  const std::size_t byte = 128 + 2 * at.instance;
+  monitor.state = FieldState::kNotRead;
+  if (values.Has(byte, 2)) {
+    const auto raw = static_cast<std::uint16_t>(RawNumber(values, byte, kWord));
+    const std::optional<double> value = VdmValue(observable, raw);
+    monitor.state = value ? FieldState::kPresent : FieldState::kNotImplemented;
+    monitor.value = value.value_or(0);
+  }
+  monitor.thresholds =
+      VdmThresholds(page(kVdmThresholds), 128 + kThresholdSetSize * threshold_set, observable);
+  const ModuleImage::Half& flags = image.HalfOf(InBank(kPage2C, at.bank), 128);
+  const std::size_t flags_byte = 128 + std::size_t{32} * at.group + at.instance / 2;
+  if (flags.Has(flags_byte)) {
+    monitor.flags.known = 0xF;
+    monitor.flags.raised = flags[flags_byte] >> at.instance % 2 * 4 & 0xFU;
+  }
+  return monitor;
+}
+
+void DecodeVdmInstance(Decoding& to, unsigned descriptor, VdmPlace at) {
+  constexpr unsigned kWholeModule = 15;
+  const unsigned type = descriptor & 0xFFU;
+  if (type == 0) return;
+  const unsigned location = descriptor >> 8U & 0xFU;
+  const VdmObservable* observable = FindVdmObservable(type);
+  VdmSample sample;
+  sample.type = type;
+  if (observable != nullptr) {
+    sample.observable = observable->name;
+    sample.unit = observable->unit;
+  }
+  sample.lane = location == kWholeModule ? 0 : at.bank * kLanesPerBank + location + 1;
+  sample.instance = sample.lane == 0 ? "module" : "lane " + std::to_string(sample.lane);
+  sample.monitor = VdmMonitor(to.image, observable != nullptr ? *observable : kUnknownObservable,
+                              descriptor >> 12U, at);
+  to.info.vdm.push_back(std::move(sample));
+}
+
+bool HasVdmPages(const ModuleImage& image) {
+  const auto& halves = image.halves();
+  return std::any_of(halves.begin(), halves.end(), [](const ModuleImage::Half& half) {
+    return IsUpperPage(half.page()) && (NumberOf(half.page()) & 0xF0U) == kVdmDescriptors &&
+           !half.IsEmpty();
+  });
+}
+
+void DecodeVdm(Decoding& to, const LaneLayout& layout) {
+  if (!HasVdmPages(to.image)) return;
+  if (AskBit(to.image, Page::k01, 142, 6) == Advertised::kNo) {
+    return to.Warn("pages 20h to 2Fh (VDM) were read, but the module does not advertise them");
+  }
+  for (unsigned bank = 0; bank < layout.banks; ++bank) {
+    const std::optional<unsigned> last = BitsOf(to.image, InBank(kPage2F, bank), 128, 1, 0);
+    const unsigned groups = last ? *last + 1 : kVdmGroups;
+    for (std::uint8_t group = 0; group < groups; ++group) {
+      const Page page = PageOf(static_cast<std::uint8_t>(kVdmDescriptors + group), bank);
+      const ModuleImage::Half& half = to.image.HalfOf(page, 128);
+      for (std::size_t i = 0; i < kVdmInstances; ++i) {
+        if (!half.Has(128 + 2 * i, 2)) continue;
+        DecodeVdmInstance(to, RawNumber(half, 128 + 2 * i, kWord), {bank, group, i});
+      }
+    }
+  }
+}
+
+// ---------------------------------------------------------------------------------------------
+// What a reader must not miss
+// ---------------------------------------------------------------------------------------------
+
+// "1, 2, 8" of the lanes of a layout that `is_such` names, bank by bank.
+template <typename Predicate>
+std::string LaneList(const LaneLayout& layout, LaneSide side, Predicate is_such) {
+  std::string list;
+  for (unsigned bank = 0; bank < layout.banks; ++bank) {
+    for (unsigned n = 1; n <= kLanesPerBank; ++n) {
+      if (!HasSide(layout, side, n) || !is_such(LanePosition{n, bank})) continue;
+      if (!list.empty()) list += ", ";
+      list += std::to_string(bank * kLanesPerBank + n);
+    }
+  }
+  return list;
+}
+
+// A flag that is raised though the module does not advertise it.
+void WarnOfFlags(Decoding& to, const LaneLayout& layout) {
+  constexpr LaneField kLast = LaneField::kTxAdaptiveEqFault;
+  for (const LaneMapField& line : CmisMap().lane_fields) {
+    if (line.field > kLast || Ask(to.image, line.advertised) != Advertised::kNo) continue;
+    const std::string lanes = LaneList(layout, line.side, [&](LanePosition at) {
+      return RawOf(to.image, line, at.lane, at.bank).value_or(0) != 0;
+    });
+    if (lanes.empty()) continue;
+    to.info.warnings.push_back(std::string(DescribeField(line.field).label) +
+                               " is not advertised, but raised: lane " + lanes);
+  }
+}
+
+std::string_view NameOf(const MapMonitor& line) {
+  switch (line.quantity) {
+    case Quantity::kTemperature:
+      return "temperature";
+    case Quantity::kVoltage:
+      return "supply voltage";
+    case Quantity::kTxBias:
+      return "TX bias";
+    case Quantity::kTxPower:
+      return "TX power";
+    case Quantity::kRxPower:
+      return "RX power";
+    case Quantity::kAux:
+      break;
+  }
+  return line.name;
+}
+
+// A monitor that has a value, or a flag, though the module does not advertise it.
+void WarnOfMonitors(Decoding& to, const LaneLayout& layout) {
+  constexpr double kNotMeasured = 0xFFFF;
+  for (const MapMonitor& line : CmisMap().monitors) {
+    if (line.quantity == Quantity::kAux) continue;
+    if (Ask(to.image, line.advertised) != Advertised::kNo) continue;
+    const auto has_value = [&](LanePosition at) {
+      const Monitor monitor =
+          ReadMonitor(to.image, line, {kNumber}, Advertised::kUnknown, at.lane, at.bank);
+      return (monitor.IsPresent() && monitor.value != kNotMeasured) || monitor.flags.raised != 0;
+    };
+    std::string warning(NameOf(line));
+    warning += " is not advertised, but has a value or a raised flag";
+    if (IsOfLanes(line)) {
+      const std::string lanes = LaneList(layout, LaneSide::kMedia, has_value);
+      if (lanes.empty()) continue;
+      warning += ": lane " + lanes;
+    } else if (!has_value({1, 0})) {
+      continue;
+    }
+    to.info.warnings.push_back(std::move(warning));
+  }
+}
+
+// The pages that flat memory has; none when the image has no others.
+std::optional<ModuleImage> FlatMemoryOf(const ModuleImage& image) {
+  const auto& halves = image.halves();
+  const auto is_flat = [](const ModuleImage::Half& half) { return IsInFlatMemory(half.page()); };
+  if (std::all_of(halves.begin(), halves.end(), is_flat)) return std::nullopt;
+  ModuleImage rest;
+  for (const ModuleImage::Half& half : halves) {
+    if (is_flat(half)) rest.Put(half);
+  }
+  return rest;
+}
+
+void DecodePages(Decoding& to, bool is_flat) {
+  DecodeModule(to, is_flat);
+  DecodeApplications(to);
+  AddSpeeds(to.info);
+  const LaneLayout layout = LanesOf(to.image, to.info.applications);
+  DecodeMonitors(to, is_flat);
+  DecodeLanes(to, layout, is_flat);
+  if (!is_flat) {
+    AddNames(to.image, CmisMap().options, to.info.options);
+    DecodeVdm(to, layout);
+    WarnOfFlags(to, layout);
+    WarnOfMonitors(to, layout);
+  }
+  AddChecksums(to, CmisMap().checksums);
+}
+
+}  // namespace
+
+void DecodeCmis(Decoding& to) {
+  const bool is_flat = IsPaged(to.image) == Advertised::kNo;
+  if (is_flat) {
+    if (const std::optional<ModuleImage> rest = FlatMemoryOf(to.image)) {
+      to.Warn("the memory is flat; upper pages besides 00h are not used");
+      Decoding flat = {*rest, to.info};
+      return DecodePages(flat, is_flat);
+    }
+  }
+  DecodePages(to, is_flat);
+}
+
+}  // namespace cable_info::module_memory

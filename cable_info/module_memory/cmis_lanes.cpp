@@ -1,0 +1,108 @@
+#include "cable_info/module_memory/cmis_lanes.h"
+
+#include <algorithm>
+
+#include "cable_info/module_memory/cmis_rules.h"
+
+namespace cable_info::module_memory {
+
+namespace {
+
+// SFF-8024 Table 4-1: the lanes of the form factors that have other than eight.
+unsigned LanesOfFormFactor(unsigned identifier) {
+  switch (identifier) {
+    case 0x20:  // SFP+
+      return 1;
+    case 0x1A:  // SFP-DD
+    case 0x1B:  // DSFP
+    case 0x1F:  // SFP-DD with CMIS
+      return 2;
+    case 0x1E:  // QSFP
+    case 0x23:  // CDFP x4
+      return 4;
+    case 0x21:  // OSFP-XD
+    case 0x25:  // CDFP x16
+      return 16;
+    default:
+      return kLanesPerBank;
+  }
+}
+
+constexpr unsigned LowestLanes(unsigned count) {
+  return (1U << std::min(count, kLanesPerBank)) - 1U;
+}
+
+// Lanes that applications of `count` lanes take which may start where `starts` has a bit.
+unsigned LanesFrom(unsigned starts, unsigned count) {
+  unsigned lanes = 0;
+  for (unsigned n = 0; n < kLanesPerBank; ++n) {
+    if ((starts >> n & 1U) != 0) lanes |= LowestLanes(count) << n;
+  }
+  return lanes & LowestLanes(kLanesPerBank);
+}
+
+unsigned CountOf(unsigned bits) {
+  unsigned count = 0;
+  for (; bits != 0; bits &= bits - 1) ++count;
+  return count;
+}
+
+unsigned HostLanes(const Application& application) {
+  return LanesFrom(std::max(application.host_assignment.value_or(0), 1U), application.host_lanes);
+}
+
+// Without the media lanes that it may start on, an application runs once for each place where its
+// host lanes may start.
+unsigned MediaLanes(const Application& application) {
+  const unsigned starts = application.media_assignment.value_or(0);
+  if (starts != 0) return LanesFrom(starts, application.media_lanes);
+  const unsigned times = std::max(CountOf(application.host_assignment.value_or(0)), 1U);
+  return LowestLanes(application.media_lanes * times);
+}
+
+// A bank of a page that is there whatever the module says.
+unsigned HighestBankRead(const ModuleImage& image) {
+  unsigned highest = 0;
+  for (const ModuleImage::Half& half : image.halves()) {
+    if (!half.IsEmpty() && IsUpperPage(half.page())) {
+      highest = std::max(highest, BankOf(half.page()));
+    }
+  }
+  return highest;
+}
+
+// 01h:142.1-0, and 01h:174.4-0 from CMIS 5.4 on.
+unsigned BanksOf(const ModuleImage& image) {
+  constexpr unsigned kMostBanks = 32;
+  constexpr unsigned kBanksByCode[] = {1, 2, 4};
+  constexpr unsigned kExtended = 3;
+  const std::optional<unsigned> code = BitsOf(image, Page::k01, 142, 1, 0);
+  if (!code) return std::min(HighestBankRead(image) + 1U, kMostBanks);
+  if (*code < kExtended) return kBanksByCode[*code];
+  if (IsSince(image, 0x54) != Advertised::kYes) return 1;
+  return BitsOf(image, Page::k01, 174, 4, 0).value_or(0) + 1U;
+}
+
+}  // namespace
+
+LaneLayout LanesOf(const ModuleImage& image, const std::vector<Application>& applications) {
+  LaneLayout layout;
+  layout.banks = BanksOf(image);
+  for (const Application& application : applications) {
+    layout.host |= HostLanes(application);
+    layout.media |= MediaLanes(application);
+  }
+  const unsigned form_factor_lanes = LanesOfFormFactor(
+      BitsOf(image, Page::kLower, 0).value_or(BitsOf(image, Page::k00, 128).value_or(0)));
+  const unsigned all = LowestLanes(form_factor_lanes);
+  layout.host &= all;
+  layout.media &= all;
+  if (layout.host == 0) layout.host = all;
+  if (layout.media == 0) layout.media = layout.host;
+  if (form_factor_lanes <= kLanesPerBank && layout.banks == 1) {
+    layout.media &= ~BitsOf(image, Page::k00, 210).value_or(0);
+  }
+  return layout;
+}
+
+}  // namespace cable_info::module_memory

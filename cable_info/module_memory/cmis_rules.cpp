@@ -1,0 +1,87 @@
+#include "cable_info/module_memory/cmis_rules.h"
+
+namespace cable_info::module_memory {
+
+std::optional<unsigned> BitsOf(const ModuleImage& image, Page page, std::size_t byte, unsigned high,
+                               unsigned low) {
+  const ModuleImage::Half& half = image.HalfOf(page, byte);
+  if (!half.Has(byte)) return std::nullopt;
+  return half[byte] >> low & ((1U << (high - low + 1U)) - 1U);
+}
+
+namespace {
+
+// What a number says about the module; nothing when it was not read.
+template <typename Predicate>
+Advertised AdvertisedBy(std::optional<unsigned> number, Predicate predicate) {
+  if (!number) return Advertised::kUnknown;
+  return AdvertisedIf(predicate(*number));
+}
+
+bool IsNotZero(unsigned number) { return number != 0; }
+
+// SFF-8636 and CMIS share 10 to 15; CMIS 5.3 added the linear active ones.
+bool IsCopperTechnology(unsigned technology) {
+  return (technology >= 10 && technology <= 15) || (technology >= 18 && technology <= 20);
+}
+
+}  // namespace
+
+Advertised IsSince(const ModuleImage& image, unsigned revision) {
+  return AdvertisedBy(BitsOf(image, Page::kLower, 1),
+                      [revision](unsigned own) { return own >= revision; });
+}
+
+Advertised IsPaged(const ModuleImage& image) {
+  return AdvertisedBy(BitsOf(image, Page::kLower, 2, 7, 7),
+                      [](unsigned is_flat) { return is_flat == 0; });
+}
+
+Advertised HasAutoCommissioning(const ModuleImage& image) {
+  return Both(IsSince(image, 0x53), AskBit(image, Page::kLower, 2, 6));
+}
+
+Advertised HasModuleState(const ModuleImage& image) {
+  return Either(IsPaged(image), AdvertisedBy(BitsOf(image, Page::kLower, 3, 3, 1), IsNotZero));
+}
+
+Advertised HasCdb(const ModuleImage& image) {
+  return AdvertisedBy(BitsOf(image, Page::k01, 163, 7, 6), IsNotZero);
+}
+
+Advertised HostSelectsSquelch(const ModuleImage& image) {
+  return AdvertisedBy(BitsOf(image, Page::k01, 155, 5, 4),
+                      [](unsigned method) { return method == 3; });
+}
+
+Advertised IsCopper(const ModuleImage& image) {
+  return AdvertisedBy(BitsOf(image, Page::k00, 212), IsCopperTechnology);
+}
+
+Advertised IsCopperSince53(const ModuleImage& image) {
+  return Both(IsSince(image, 0x53), IsCopper(image));
+}
+
+Advertised HasCaseTemperatures(const ModuleImage& image) {
+  return Either(AdvertisedBy(BitsOf(image, Page::k01, 146), IsNotZero),
+                AdvertisedBy(BitsOf(image, Page::k01, 147), IsNotZero));
+}
+
+Advertised HasEqBuffers(const ModuleImage& image) {
+  return AdvertisedBy(BitsOf(image, Page::k01, 161, 6, 5), IsNotZero);
+}
+
+Advertised HasTunableBit(const ModuleImage& image, std::uint8_t byte, std::uint8_t bit,
+                         unsigned revision) {
+  return Both(Both(IsSince(image, revision), AskBit(image, Page::k01, 155, 6)),
+              AskBit(image, Page::k04, byte, bit));
+}
+
+Advertised HasAuxOf(const ModuleImage& image, unsigned monitor, unsigned observable,
+                    unsigned value) {
+  const Advertised measures = AdvertisedBy(BitsOf(image, Page::k01, 145, observable, observable),
+                                           [value](unsigned own) { return own == value; });
+  return Both(AskBit(image, Page::k01, 159, monitor), measures);
+}
+
+}  // namespace cable_info::module_memory

@@ -1,0 +1,41 @@
+#pragma once
+
+/// \file
+/// Observables of the versatile diagnostics monitoring (VDM) of CMIS, pages 20h to 2Fh.
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace cable_info {
+
+/// How the 16 bits of a VDM sample or threshold are read.
+enum class VdmNumberType : std::uint8_t { kUnsigned, kSigned, kFloat16 };
+
+/// A type of observable: CMIS 5.4, pages 20h to 23h, and the coherent extension from 128 on.
+struct VdmObservable {
+  std::string_view name;  ///< "esnr_media"; the side comes last
+  std::string_view unit;  ///< "dB"; empty for ratios
+  std::uint8_t type_id;
+  VdmNumberType number;
+  /// A value is the 16-bit number times `multiply` / `divide`.
+  std::uint16_t multiply;
+  std::uint16_t divide;
+};
+
+/// The observable with `type_id`; null for reserved and custom ones.
+const VdmObservable* FindVdmObservable(unsigned type_id);
+
+/// The number of `raw` in the unit of `observable`. None for a PAM4 level transition parameter of
+/// FFFFh, which means infinity.
+std::optional<double> VdmValue(const VdmObservable& observable, std::uint16_t raw);
+
+/// A threshold; none when `raw` is at an end of the range of its type, which means that it is not
+/// given.
+std::optional<double> VdmThreshold(const VdmObservable& observable, std::uint16_t raw);
+
+/// A 16-bit floating-point number: bits 15..11 are the decimal exponent plus 24, bits 10..0 the
+/// mantissa (CMIS type F16).
+double Float16(std::uint16_t raw);
+
+}  // namespace cable_info
