@@ -236,6 +236,13 @@ class CombinedCableInfo {
   void AttachPhyCableRecord(std::unique_ptr<PhyCableRecord> record);
   /// @}
 
+  /// \name The records held, null where there is none
+  /// They stay the object's own.
+  /// @{
+  const CableRecord* cable_record() const { return cable_record_; }
+  const PhyCableRecord* phy_cable_record() const { return phy_cable_record_; }
+  /// @}
+
   /// The table's header line: the 177 column names joined by commas, and a newline.
   static std::string GetCSVHeader();
 

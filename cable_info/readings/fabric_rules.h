@@ -1,0 +1,99 @@
+#pragma once
+
+/// \file
+/// The rules that compare a port with others of its fabric: `kOutlier`, `kLinkLoss` and
+/// `kEndMismatch`. Ports are added one by one, in any order, and judged once all are known; what is
+/// kept of a port takes little more than 100 bytes.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "cable_info/readings/readings.h"
+#include "cable_info/readings/rules.h"
+
+namespace cable_info {
+
+/// What names a port in its fabric.
+struct PortId {
+  std::uint64_t guid = 0;
+  std::uint32_t number = 0;
+};
+
+/// Ports by GUID, then by number.
+constexpr bool operator<(const PortId& a, const PortId& b) {
+  return a.guid != b.guid ? a.guid < b.guid : a.number < b.number;
+}
+
+/// The same GUID and the same number.
+constexpr bool operator==(const PortId& a, const PortId& b) {
+  return a.guid == b.guid && a.number == b.number;
+}
+
+/// What the rules need to know of a port.
+struct FabricPort {
+  FabricPort() = default;
+  /// The port's own part; `peer` is the port at the other end, if that is known.
+  FabricPort(const PortId& id_in, const std::optional<PortId>& peer_in, const Readings& readings);
+
+  PortId id;
+  std::optional<PortId> peer;
+  std::string part_number;
+  std::string serial_number;
+  bool is_separable = true;  ///< false for a cable without separable connectors
+  int lanes = 0;             ///< that the form factor offers
+  /// Powers by lane in milliwatts, NaN where a lane has none or is not in use.
+  std::array<float, kMostLanes> rx_power{};
+  std::array<float, kMostLanes> tx_power{};
+};
+
+/// Compares ports with each other.
+class FabricRules {
+ public:
+  /// Applies the rules that `settings` does not turn off.
+  explicit FabricRules(const RuleSettings& settings) : settings_(settings) {}
+
+  /// Adds a port; its index is the number of ports added before.
+  void Add(const FabricPort& port);
+
+  /// Judges all ports; `found(index, finding)` is called for each finding, rule by rule.
+  void Judge(const std::function<void(std::size_t index, const Finding& finding)>& found) const;
+
+ private:
+  using Found = std::function<void(std::size_t, const Finding&)>;
+
+  struct Kept {
+    PortId id;
+    PortId peer;
+    std::uint64_t serial_begin;  // in serial_numbers_
+    std::uint32_t serial_size;
+    std::uint32_t part;  // 0: unknown
+    std::uint8_t lanes;
+    bool has_peer;
+    bool is_separable;
+    std::array<float, kMostLanes> rx_power;
+    std::array<float, kMostLanes> tx_power;
+  };
+
+  void JudgeOutliers(const Found& found) const;
+  void JudgeOutliersAmong(const std::vector<std::uint32_t>& ports, const Found& found) const;
+  void JudgeLinks(const Found& found) const;
+  void JudgeLoss(std::size_t index, const Kept& far, const Found& found) const;
+  void JudgeEnds(std::size_t index, const Kept& far, const Found& found) const;
+  std::string_view SerialNumber(const Kept& port) const;
+
+  RuleSettings settings_;
+  std::deque<Kept> ports_;
+  std::string serial_numbers_;
+  std::unordered_map<std::string, std::uint32_t> parts_;
+  bool has_peers_ = false;
+};
+
+}  // namespace cable_info

@@ -1,0 +1,214 @@
+#pragma once
+
+/// \file
+/// One numeric view of a port, whatever it was read from: identity, lengths and speeds as values,
+/// and every measured value in one unit, lanes in reading order. No caller needs to know unit
+/// flags, swapped lanes or the bit orders of the sources.
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cable_info/readings/reading.h"
+
+namespace cable_info {
+
+class CableRecord;
+class CombinedCableInfo;
+class PhyCableRecord;
+
+/// What carries the signal.
+enum class Medium : std::uint8_t {
+  kUnknown,        ///< nothing says
+  kOptical,        ///< a module or an active optical cable
+  kPassiveCopper,  ///< unequalized or passive equalized copper
+  kActiveCopper,   ///< copper with active equalizers
+};
+
+/// "optical", "passive_copper" or "active_copper"; empty for `kUnknown`.
+std::string_view MediumName(Medium medium);
+
+/// A code as its source numbers it, with its name.
+struct CodeAndName {
+  std::uint8_t code = 0;
+  std::string name;  ///< empty for a code without name
+};
+
+/// What identifies a cable or module. Texts have no blanks at their ends; an empty one is unknown.
+struct Identity {
+  std::string vendor;
+  std::string oui;  ///< six lower-case hexadecimal digits
+  std::string part_number;
+  std::string revision;
+  std::string serial_number;
+  std::string date_code;  ///< YYMMDD
+  std::string firmware;   ///< major.minor.sub-minor in decimal, or as the source gives it
+  std::optional<std::uint16_t> lot;
+};
+
+/// Lengths in metres; what is empty is not given.
+struct Lengths {
+  std::optional<float> cable;     ///< the stated length of a cable without separable connectors
+  std::optional<float> measured;  ///< by round-trip latency
+  std::optional<float> smf;  ///< supported on single-mode fibre, as the next five on multi-mode
+  std::optional<float> om5;
+  std::optional<float> om4;
+  std::optional<float> om3;
+  std::optional<float> om2;
+  std::optional<float> om1;
+};
+
+/// Attenuation of copper in dB, by frequency in GHz; what is empty is not given.
+struct Attenuation {
+  std::optional<std::uint8_t> at_2p5;
+  std::optional<std::uint8_t> at_5;
+  std::optional<std::uint8_t> at_7;
+  std::optional<std::uint8_t> at_12p9;
+  std::optional<std::uint8_t> at_25p8;
+};
+
+/// A latched flag that each lane has of its own, besides those of its monitors.
+enum class LaneFlag : std::uint8_t {
+  kRxLos,            ///< loss of the received signal
+  kTxLos,            ///< loss of the host's signal
+  kRxLol,            ///< the receiver's CDR lost its lock
+  kTxLol,            ///< the transmitter's CDR lost its lock
+  kTxFault,          ///< transmitter fault
+  kAdaptiveEqFault,  ///< the adaptive equalization of the host's signal failed
+};
+
+/// All lane flags, in order.
+inline constexpr std::array<LaneFlag, 6> kAllLaneFlags = {
+    LaneFlag::kRxLos, LaneFlag::kTxLos,   LaneFlag::kRxLol,
+    LaneFlag::kTxLol, LaneFlag::kTxFault, LaneFlag::kAdaptiveEqFault};
+
+/// A value for each lane; empty where there is none. Lane n has index n - 1.
+using LaneValues = std::array<std::optional<std::uint8_t>, kMostLanes>;
+
+/// What is set in the module, lane by lane.
+struct Controls {
+  Flags tx_cdr;                 ///< the CDR of the transmitter is on
+  Flags rx_cdr;                 ///< the CDR of the receiver is on
+  Flags rx_output_disable;      ///< the output towards the host is off
+  Flags tx_adaptive_eq;         ///< the input adapts its equalization
+  Flags tx_adaptive_eq_freeze;  ///< the adapted equalization is frozen
+  LaneValues tx_input_eq;       ///< equalization of the input
+  LaneValues rx_amplitude;      ///< amplitude of the output
+  LaneValues rx_emphasis;       ///< emphasis of the output
+  LaneValues rx_pre_cursor;     ///< pre-emphasis of the output
+  LaneValues rx_post_cursor;    ///< post-emphasis of the output
+};
+
+/// A value that only some modules measure, such as an auxiliary monitor.
+struct Observable {
+  std::string name;   ///< what it measures, in lower case and with its unit, such as "vcc2_v"
+  std::string place;  ///< where, such as "lane 1"; empty for the module
+  std::string unit;   ///< empty for a plain number
+  Reading reading;    ///< its quantity and lane have no meaning
+};
+
+/// Everything that is known of a port as numbers.
+class Readings {
+ public:
+  /// Nothing is known.
+  Readings();
+
+  /// False when nothing was read of the cable; then all else is empty.
+  bool has_data = false;
+  /// How the source of the data is named; empty without data.
+  std::string source;
+  /// The status of the query that read the cable pages (see `ConvertCableInfoVSStatusToStr`); empty
+  /// for other sources. Unless it is 0 there is neither a reading nor a flag.
+  std::optional<std::uint8_t> query_status;
+  /// How many checksums of a module's memory do not match.
+  int checksum_mismatches = 0;
+
+  Identity identity;
+  /// The form factor: SFF-8024 table 4-1, or the number of the PHY's register.
+  std::optional<CodeAndName> identifier;
+  /// SFF-8024 table 4-3.
+  std::optional<CodeAndName> connector;
+  /// SFF-8636 byte 147 bits 7..4, or CMIS page 00h byte 212.
+  std::optional<CodeAndName> technology;
+  /// SFF-8024 table 4-4.
+  std::optional<CodeAndName> compliance;
+  Medium medium = Medium::kUnknown;
+  /// The CDR chip's vendor, as the PHY's register numbers it.
+  std::optional<std::uint8_t> cdr_vendor;
+
+  /// Bit 0 SDR, 1 DDR, 2 QDR, 3 FDR, 4 EDR, 5 HDR, 6 NDR.
+  std::optional<std::uint8_t> speeds;
+  std::optional<float> nominal_bitrate_gbps;
+  std::optional<std::uint8_t> power_class;
+  std::optional<float> max_power_w;
+  Lengths lengths;
+  Attenuation attenuation;
+  /// Received power is an average (true) or an OMA (false).
+  std::optional<bool> rx_power_is_average;
+
+  /// How many lanes the form factor offers, 0 to `kMostLanes`; `kMostLanes` when nothing says.
+  int lanes = 0;
+  /// Bit n - 1: lane n is offered, and not zero on all three of its monitors.
+  std::uint8_t lanes_in_use = 0;
+  Controls controls;
+  /// Auxiliary monitors and VDM observables of a module.
+  std::vector<Observable> observables;
+
+  /// A reading of the module (lane 0) or of a lane from 1 to `kMostLanes`. Temperature and voltage
+  /// have lane 0 only, the other quantities have the lanes only.
+  /// @{
+  const Reading& Of(Quantity quantity, int lane = 0) const {
+    return readings_[Index(quantity, lane)];
+  }
+  Reading& Of(Quantity quantity, int lane = 0) { return readings_[Index(quantity, lane)]; }
+  /// @}
+
+  /// All readings: temperature, voltage, then RX power, TX power and TX bias of lanes 1..8 each.
+  /// @{
+  const Reading* begin() const { return readings_.data(); }
+  const Reading* end() const { return readings_.data() + readings_.size(); }
+  /// @}
+
+  /// The latched flags of the lanes.
+  /// @{
+  const Flags& Of(LaneFlag flag) const { return flags_[static_cast<std::size_t>(flag)]; }
+  Flags& Of(LaneFlag flag) { return flags_[static_cast<std::size_t>(flag)]; }
+  /// @}
+
+  /// True for a lane from 1 to `kMostLanes` that is in use.
+  bool IsInUse(int lane) const { return (lanes_in_use >> (lane - 1) & 1) != 0; }
+
+ private:
+  static constexpr std::size_t kModuleReadings = 2;
+
+  static constexpr std::size_t Index(Quantity quantity, int lane) {
+    const auto number = static_cast<std::size_t>(quantity);
+    if (number < kModuleReadings) return number;
+    return kModuleReadings + (number - kModuleReadings) * kMostLanes +
+           static_cast<std::size_t>(lane) - 1;
+  }
+
+  std::array<Reading, kModuleReadings + (kQuantities - kModuleReadings) * kMostLanes> readings_;
+  std::array<Flags, kAllLaneFlags.size()> flags_;
+};
+
+/// What the cable-information pages report. Units and bit orders are those of SFF-8636.
+///
+/// The pages have thresholds of temperature and voltage only. A quantity whose four thresholds are
+/// all zero has none; temperatures and their thresholds outside -40..125 C are none. A module
+/// whose monitors are zero on all lanes has no monitors; one whose voltage is 0 measures none, and
+/// then a temperature word of 0 is none either. Passive copper measures nothing.
+Readings ReadingsOf(const CableRecord& record);
+
+/// What the PHY's registers report. The register has alarm thresholds only; the rules for missing
+/// values are those of the cable pages. With a unit flag of 0 lane powers and their thresholds are
+/// dBm: a lane of 0 dBm has no value, and a threshold above 40 dBm is none.
+Readings ReadingsOf(const PhyCableRecord& record);
+
+/// What the record that answers for the port reports; no data without records.
+Readings ReadingsOf(const CombinedCableInfo& cable);
+
+}  // namespace cable_info

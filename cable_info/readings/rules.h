@@ -1,0 +1,182 @@
+#pragma once
+
+/// \file
+/// Judges the readings of a port by rules, each with a stable name, a severity and its limits.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cable_info/readings/readings.h"
+
+namespace cable_info {
+
+/// How much a finding matters, and whether its rule is applied at all.
+enum class Severity : std::uint8_t { kOff, kUnknown, kWarning, kCritical };
+
+/// "off", "unknown", "warning" or "critical".
+std::string_view SeverityName(Severity severity);
+
+/// What all findings of a port, or of several ports, come to; each is worse than the one before.
+enum class Verdict : std::uint8_t { kOk, kUnknown, kWarning, kCritical };
+
+/// How many verdicts there are.
+inline constexpr std::size_t kVerdicts = 4;
+
+/// "ok", "unknown", "warning" or "critical".
+std::string_view VerdictName(Verdict verdict);
+
+/// A rule. Those of a quantity's bounds have no names here: see `ThresholdRule` and `LatchedRule`.
+enum class Rule : std::uint8_t {
+  kQueryFailed,
+  kNoData,
+  kFirstThreshold,                                          ///< 20 of them: quantity by bound
+  kFirstLatched = kFirstThreshold + kQuantities * kBounds,  ///< 20 of them, in the same order
+  kFirstLaneFlag = kFirstLatched + kQuantities * kBounds,   ///< in the order of `LaneFlag`
+  kLaneImbalance = kFirstLaneFlag + kAllLaneFlags.size(),
+  kOutlier,
+  kLinkLoss,
+  kEndMismatch,
+  kLengthMismatch,
+  kChecksum,
+};
+
+/// How many rules there are.
+inline constexpr std::size_t kRules = static_cast<std::size_t>(Rule::kChecksum) + 1;
+
+/// The rule that a value now lies beyond a bound.
+constexpr Rule ThresholdRule(Quantity quantity, Bound bound) {
+  return static_cast<Rule>(static_cast<std::size_t>(Rule::kFirstThreshold) +
+                           static_cast<std::size_t>(quantity) * kBounds +
+                           static_cast<std::size_t>(bound));
+}
+
+/// The rule that the flag of a bound is latched although the value does not lie beyond it now.
+constexpr Rule LatchedRule(Quantity quantity, Bound bound) {
+  return static_cast<Rule>(static_cast<std::size_t>(ThresholdRule(quantity, bound)) +
+                           kQuantities * kBounds);
+}
+
+/// The rule that a lane flag is latched.
+constexpr Rule LaneFlagRule(LaneFlag flag) {
+  return static_cast<Rule>(static_cast<std::size_t>(Rule::kFirstLaneFlag) +
+                           static_cast<std::size_t>(flag));
+}
+
+/// The rule of a number below `kRules`.
+constexpr Rule RuleOf(std::size_t number) { return static_cast<Rule>(number); }
+
+/// The stable name of a rule, such as "rx-power-low-alarm".
+std::string_view RuleName(Rule rule);
+
+/// The rule of a name; empty for a name of none.
+std::optional<Rule> FindRule(std::string_view name);
+
+/// What a rule finds, in one phrase.
+std::string_view RuleMeaning(Rule rule);
+
+/// The unit of a rule's values and first limit: "C", "V", "mW", "mA", "dB" or "m"; empty for a rule
+/// without a value.
+std::string_view RuleUnit(Rule rule);
+
+/// A limit, or a second severity, of a rule that has more than one.
+struct RuleParameter {
+  Rule rule;
+  std::string_view name;     ///< as `RuleSettings::Set` knows it, such as "outlier.modules"
+  std::string_view unit;     ///< empty for a plain number or a severity
+  float limit;               ///< the default; NaN where it is a severity
+  Severity severity;         ///< the default; `kOff` where it is a limit
+  std::string_view meaning;  ///< in one phrase
+};
+
+/// All of these parameters.
+inline constexpr std::array<RuleParameter, 5> kRuleParameters = {{
+    {LaneFlagRule(LaneFlag::kRxLos), "rx-los.dark", "", std::numeric_limits<float>::quiet_NaN(),
+     Severity::kCritical, "severity where the lane receives no light now"},
+    {LaneFlagRule(LaneFlag::kTxFault), "tx-fault.dark", "", std::numeric_limits<float>::quiet_NaN(),
+     Severity::kCritical, "severity where the lane transmits no light now"},
+    {Rule::kOutlier, "outlier.deviations", "", 4.0F, Severity::kOff,
+     "robust standard deviations below the median"},
+    {Rule::kOutlier, "outlier.modules", "", 8.0F, Severity::kOff,
+     "least number of modules with the same part number"},
+    {Rule::kLengthMismatch, "length-mismatch.percent", "%", 20.0F, Severity::kOff,
+     "difference from the stated length"},
+}};
+
+/// Severities and limits of all rules.
+class RuleSettings {
+ public:
+  /// The defaults.
+  RuleSettings();
+
+  /// What became of a setting.
+  enum class Outcome : std::uint8_t { kSet, kUnknownName, kBadValue };
+
+  /// Sets the severity or the limit of `name`, which is a rule or one of `kRuleParameters`: `value`
+  /// is "off", "unknown", "warning" or "critical", or a number in the rule's unit.
+  Outcome Set(std::string_view name, std::string_view value);
+
+  /// The severity of a rule; `kOff` for one that is not applied.
+  Severity SeverityOf(Rule rule) const { return severities_[Index(rule)]; }
+  /// The limit of a rule; empty where the module's own threshold counts, or the rule has none.
+  std::optional<float> LimitOf(Rule rule) const { return limits_[Index(rule)]; }
+  /// The severity of an entry of `kRuleParameters`.
+  Severity ParameterSeverity(std::size_t parameter) const {
+    return parameter_severities_[parameter];
+  }
+  /// The limit of an entry of `kRuleParameters`.
+  float ParameterLimit(std::size_t parameter) const { return parameter_limits_[parameter]; }
+
+ private:
+  static constexpr std::size_t Index(Rule rule) { return static_cast<std::size_t>(rule); }
+
+  std::array<Severity, kRules> severities_{};
+  std::array<std::optional<float>, kRules> limits_;
+  std::array<Severity, kRuleParameters.size()> parameter_severities_{};
+  std::array<float, kRuleParameters.size()> parameter_limits_{};
+};
+
+/// What a rule found. Numbers that a finding does not have are NaN.
+struct Finding {
+  static constexpr float kNone = std::numeric_limits<float>::quiet_NaN();
+
+  Rule rule = Rule::kNoData;
+  Severity severity = Severity::kUnknown;
+  std::uint8_t lane = 0;    ///< 1..8; 0 is the module
+  std::uint8_t detail = 0;  ///< of `kEndMismatch`: bit 0 the part number, bit 1 the serial number
+  /// In `RuleUnit`; the number of `kQueryFailed` is the status, of `kChecksum` how many there are.
+  float value = kNone;
+  float limit = kNone;      ///< in `RuleUnit`
+  float reference = kNone;  ///< what the value was compared with: see `Sentence`
+};
+
+/// What a finding says, in one sentence.
+std::string Sentence(const Finding& finding);
+
+/// What findings come to; `kOk` for none.
+Verdict VerdictOf(const Finding* first, const Finding* last);
+
+/// Puts the worst findings first, then in the order of the rules and lanes.
+void SortWorstFirst(std::vector<Finding>& findings);
+
+/// A power that counts as 0 dB apart from no light at all: the resolution of a module's registers,
+/// 0.1 uW, in dBm.
+inline constexpr double kDarkDbm = -40.0;
+
+/// A lane's power in dBm, and `kDarkDbm` where it is lower or there is no light.
+double DbmOrDark(double milliwatts);
+
+/// Adds what the rules that need one port alone find in it to `findings`: all but `kOutlier`,
+/// `kLinkLoss` and `kEndMismatch`, which need the fabric (see fabric_rules.h).
+///
+/// Lanes that are not in use, copper and modules without monitors raise no optical finding: none of
+/// power, bias, loss of light and transmitter faults. The flags of the host's side and of the CDRs
+/// count on active copper, too.
+void Judge(const Readings& port, const RuleSettings& settings, std::vector<Finding>& findings);
+
+}  // namespace cable_info
