@@ -23,6 +23,7 @@
 
 #include "bench/fabric.h"
 #include "cable_info/combined_cable_info.h"
+#include "cable_info/text/text_buffer.h"
 #include "cli/input/line_reader.h"
 #include "cli/input/port_reader.h"
 
@@ -543,7 +544,7 @@ void RegisterPieces() {
     return cable_info::VoltageToStr(static_cast<std::uint16_t>(high << 8));
   });
   benchmark::RegisterBenchmark("fixed3/library", [](benchmark::State& state) {
-    cable_info::TextBuffer out;
+    cable_info::text::TextBuffer out;
     Fixed3(state, [&](double value) {
       out.Truncate(0);
       benchmark::DoNotOptimize(out.AppendFixed3(value).view().data());

@@ -3,7 +3,12 @@
 #include <ostream>
 #include <utility>
 
+#include "cable_info/text/text_buffer.h"
+
 namespace cable_info {
+
+using text::TextBuffer;
+using text::ToText;
 
 namespace {
 

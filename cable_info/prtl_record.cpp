@@ -2,9 +2,12 @@
 
 #include <string_view>
 
-#include "cable_info/value_format.h"
+#include "cable_info/text/text_buffer.h"
 
 namespace cable_info {
+
+using text::TextBuffer;
+using text::ToText;
 
 namespace {
 

@@ -1,12 +1,10 @@
 // Compares the library's three-decimal numbers with the C library's, over many more values than a
-// unit test should: fixed3_sweep [floats COUNT] [doubles COUNT] [powers COUNT]. 4294967296 floats
-// are all there are; fewer are spread evenly over the patterns. Powers are such floats in
-// milliwatts, with the decibels beside them. Without arguments it compares all floats.
+// unit test should: fixed3_sweep [floats COUNT] [doubles COUNT]. There are 4294967296 floats; fewer
+// are spread evenly over the bit patterns. Without arguments it compares all floats.
 
 #include <algorithm>
 #include <bit>
 #include <charconv>
-#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -17,14 +15,14 @@
 #include <thread>
 #include <vector>
 
-#include "cable_info/value_format.h"
+#include "cable_info/text/text_buffer.h"
 
 namespace {
 
 constexpr std::uint64_t kAllFloats = std::uint64_t{1} << 32;
 
-// The most characters of a number with three decimals, and the NUL behind them.
-constexpr std::size_t kRoom = std::numeric_limits<double>::max_exponent10 + 8;
+// The size of the longest number with three decimals, and the NUL after it.
+constexpr std::size_t kMaxSize = std::numeric_limits<double>::max_exponent10 + 8;
 
 bool AreEqual(double value, std::string_view expected, std::string_view found) {
   if (expected == found) return true;
@@ -34,25 +32,11 @@ bool AreEqual(double value, std::string_view expected, std::string_view found) {
 }
 
 bool NumberIsAsPrintfWritesIt(double value) {
-  char expected[kRoom];
+  char expected[kMaxSize];
   const int length = std::snprintf(expected, sizeof(expected), "%.3f", value);
-  cable_info::TextBuffer text;
+  cable_info::text::TextBuffer text;
   text.AppendFixed3(value);
   return AreEqual(value, {expected, static_cast<std::size_t>(length)}, text.view());
-}
-
-double Dbm(double milliwatts) {
-  return milliwatts <= 0.0 ? cable_info::kUnrepresentablePower : 10.0 * std::log10(milliwatts);
-}
-
-bool PowerIsAsPrintfWritesIt(double milliwatts) {
-  char expected[2 * kRoom + 16];
-  const int length =
-      std::snprintf(expected, sizeof(expected), "%.3f mW, %.3f dBm", milliwatts, Dbm(milliwatts));
-  char found[cable_info::kPowerRoom];
-  const char* const end = cable_info::WritePower(found, milliwatts, Dbm);
-  return AreEqual(milliwatts, {expected, static_cast<std::size_t>(length)},
-                  {found, static_cast<std::size_t>(end - found)});
 }
 
 // The float whose pattern stands at `index` of `count` evenly spread ones.
@@ -88,10 +72,10 @@ bool Share(std::uint64_t count, const std::function<bool(std::uint64_t, std::uin
   return std::count(good.begin(), good.end(), 1) == static_cast<std::ptrdiff_t>(shares);
 }
 
-bool CheckFloats(std::uint64_t count, bool (*is_as_expected)(double)) {
+bool CheckFloats(std::uint64_t count) {
   return Share(count, [=](std::uint64_t first, std::uint64_t last) {
     for (std::uint64_t i = first; i < last; ++i) {
-      if (!is_as_expected(FloatAt(i, count))) return false;
+      if (!NumberIsAsPrintfWritesIt(FloatAt(i, count))) return false;
     }
     return true;
   });
@@ -108,9 +92,7 @@ bool CheckDoubles(std::uint64_t count) {
 }
 
 bool Check(std::string_view kind, std::uint64_t count) {
-  const bool good = kind == "floats"   ? CheckFloats(count, NumberIsAsPrintfWritesIt)
-                    : kind == "powers" ? CheckFloats(count, PowerIsAsPrintfWritesIt)
-                                       : CheckDoubles(count);
+  const bool good = kind == "floats" ? CheckFloats(count) : CheckDoubles(count);
   std::printf("%llu %.*s: %s\n", static_cast<unsigned long long>(count),
               static_cast<int>(kind.size()), kind.data(),
               good ? "all as printf writes them" : "not all as printf writes them");
@@ -127,10 +109,9 @@ int main(int argc, char** argv) {
     const std::string_view number = argv[i + 1];
     std::uint64_t count = 0;
     const auto result = std::from_chars(number.data(), number.data() + number.size(), count);
-    good = (kind == "floats" || kind == "doubles" || kind == "powers") &&
-           result.ec == std::errc() && count > 0 && count <= kAllFloats && Check(kind, count);
+    good = (kind == "floats" || kind == "doubles") && result.ec == std::errc() && count > 0 &&
+           count <= kAllFloats && Check(kind, count);
   }
-  if (!good)
-    std::fputs("usage: fixed3_sweep [floats COUNT] [doubles COUNT] [powers COUNT]\n", stderr);
+  if (!good) std::fputs("usage: fixed3_sweep [floats COUNT] [doubles COUNT]\n", stderr);
   return good ? 0 : 1;
 }

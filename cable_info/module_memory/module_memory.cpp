@@ -8,6 +8,7 @@
 #include "cable_info/module_memory/cmis.h"
 #include "cable_info/module_memory/sff8472.h"
 #include "cable_info/module_memory/sff8636.h"
+#include "cable_info/text/text_buffer.h"
 #include "cable_info/value_format.h"
 
 namespace cable_info::module_memory {
@@ -72,8 +73,8 @@ constexpr Layout kLayouts[] = {
 };
 
 std::string Hex(std::uint8_t byte) {
-  return cable_info::ToText(
-      [byte](cable_info::TextBuffer& out) { out.AppendPrefixedHex(byte, 2); });
+  return cable_info::text::ToText(
+      [byte](cable_info::text::TextBuffer& out) { out.AppendPrefixedHex(byte, 2); });
 }
 
 std::string Shown(const Identifier& identifier) {

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "cable_info/text/text_buffer.h"
 #include "cable_info/value_format.h"
 
 namespace cable_info::module_memory {
@@ -38,8 +39,8 @@ template <auto kMember>
 constexpr auto ToDraft = SetNumber<Draft, kMember>;
 
 void ToOui(Draft& draft, const FieldValue& value) {
-  draft.record.Oui = cable_info::ToText(
-      [&](cable_info::TextBuffer& out) { out.AppendPrefixedHex(value.Number(), 1); });
+  draft.record.Oui = cable_info::text::ToText(
+      [&](cable_info::text::TextBuffer& out) { out.AppendPrefixedHex(value.Number(), 1); });
 }
 
 void ToDate(Draft& draft, const FieldValue& value) {

@@ -9,6 +9,7 @@
 #include "cable_info/combined_cable_info.h"
 #include "cable_info/module_memory/sff8024.h"
 #include "cable_info/phy_cable_record.h"
+#include "cable_info/text/text_buffer.h"
 #include "cable_info/value_format.h"
 
 namespace cable_info {
@@ -63,7 +64,7 @@ constexpr int kOuiDigits = 6;
 
 std::string OuiText(std::uint32_t oui) {
   if (oui == 0) return {};
-  return ToText([oui](TextBuffer& out) { out.AppendHex(oui, kOuiDigits); });
+  return text::ToText([oui](text::TextBuffer& out) { out.AppendHex(oui, kOuiDigits); });
 }
 
 std::uint8_t LaneMask(int lanes) { return static_cast<std::uint8_t>((1U << lanes) - 1); }

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 
+#include "cable_info/text/text_buffer.h"
 #include "cable_info/value_format.h"
 
 namespace cable_info {
@@ -321,7 +322,7 @@ class Judgement {
 bool Has(float number) { return !std::isnan(number); }
 
 void AppendNumber(std::string& text, double number) {
-  TextBuffer out;
+  text::TextBuffer out;
   constexpr double kThousand = 1000;
   out.AppendGeneral(std::round(number * kThousand) / kThousand);
   text.append(out.view());

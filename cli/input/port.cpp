@@ -12,12 +12,12 @@ void Port::Attach(std::unique_ptr<cable_info::CableRecord> cable_pages,
   cable.AttachPhyCableRecord(std::move(phy));
 }
 
-void AppendGuid(cable_info::TextBuffer& out, std::uint64_t guid) {
+void AppendGuid(cable_info::text::TextBuffer& out, std::uint64_t guid) {
   constexpr int kHalfDigits = 8;
   out.AppendPrefixedHex(static_cast<std::uint32_t>(guid >> 32), kHalfDigits);
   out.AppendHex(static_cast<std::uint32_t>(guid), kHalfDigits);
 }
 
-std::string GuidText(std::uint64_t guid) { return cable_info::ToText(AppendGuid, guid); }
+std::string GuidText(std::uint64_t guid) { return cable_info::text::ToText(AppendGuid, guid); }
 
 }  // namespace cli

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "cable_info/combined_cable_info.h"
+#include "cable_info/text/text_buffer.h"
 #include "cable_info/value_format.h"
 
 namespace cli {
@@ -25,7 +26,7 @@ struct Port {
 };
 
 /// A GUID as the table writes it: "0x" and 16 digits.
-void AppendGuid(cable_info::TextBuffer& out, std::uint64_t guid);
+void AppendGuid(cable_info::text::TextBuffer& out, std::uint64_t guid);
 std::string GuidText(std::uint64_t guid);
 
 }  // namespace cli

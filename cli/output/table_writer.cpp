@@ -2,6 +2,8 @@
 
 #include <ostream>
 
+#include "cable_info/text/text_buffer.h"
+
 namespace cli {
 
 void TableWriter::Begin(std::ostream& os) const {
@@ -9,7 +11,7 @@ void TableWriter::Begin(std::ostream& os) const {
 }
 
 void TableWriter::Write(std::ostream& os, Port& port) const {
-  cable_info::TextBuffer cells;
+  cable_info::text::TextBuffer cells;
   AppendGuid(cells, port.node_guid);
   cells.Append(',');
   AppendGuid(cells, port.port_guid);

@@ -1,0 +1,24 @@
+#pragma once
+
+// The row and the report of a `CableRecord`. Internal; not installed.
+
+#include <iosfwd>
+#include <string>
+
+#include "cable_info/cable_record.h"
+
+namespace cable_info {
+namespace [[gnu::visibility("hidden")]] cable {
+
+/// Whether a block has the three lines that only the PHY fills: source, pre- and post-emphasis.
+enum class PhyLines { kLeftOut, kShown };
+
+/// What `CableRecord::ToCSVStream` writes.
+void WriteRow(std::ostream& os, const CableRecord& r);
+/// What `CableRecord::ToFileStream` writes.
+void WriteReport(std::ostream& os, const CableRecord& r);
+/// What `CableRecord::c_str` returns.
+std::string ReportBlock(const CableRecord& r, PhyLines phy_lines);
+
+}  // namespace gnu::visibility("hidden")]]cable
+}  // namespace cable_info

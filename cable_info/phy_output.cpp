@@ -1,0 +1,546 @@
+#include "cable_info/phy_output.h"
+
+#include "cable_info/csv_columns.h"
+#include "cable_info/phy_decode.h"
+#include "cable_info/report_labels.h"
+#include "cable_info/text/csv_row.h"
+#include "cable_info/text/flushed_lines.h"
+
+namespace cable_info {
+namespace phy {
+
+namespace {
+
+using text::CsvRow;
+using text::FlushedReport;
+
+// ---------------------------------------------------------------------------------------------
+// CSV row, in column order
+// ---------------------------------------------------------------------------------------------
+
+// Emits cells of a module record; without one all of them are missing.
+template <typename Row>
+class ModuleCells {
+ public:
+  ModuleCells(Row& row, const ModuleRecord* module) : row_(row), module_(module) {}
+
+  template <typename Number>
+  void Decimal(Number ModuleRecord::*field) const {
+    Cell([=](Row& row, const ModuleRecord& m) { row.Decimal(m.*field); });
+  }
+  void Hex(std::uint8_t ModuleRecord::*field) const {
+    Cell([=](Row& row, const ModuleRecord& m) { row.Hex(m.*field, 2); });
+  }
+  // Any cell, `emit(row, module)`; `missing` is the cell without a module record.
+  template <typename Emit>
+  void Cell(Emit emit, std::string_view missing = na_val) const {
+    if (module_ == nullptr) {
+      row_.MissingAs(missing);
+    } else {
+      emit(row_, *module_);
+    }
+  }
+  // The same for `count` cells.
+  template <typename Emit>
+  void Cells(int count, Emit emit) const {
+    if (module_ == nullptr) {
+      row_.Missing(count);
+    } else {
+      emit(row_, *module_);
+    }
+  }
+
+ private:
+  Row& row_;
+  const ModuleRecord* module_;
+};
+
+// A text that is missing when it is blank.
+template <typename Row>
+void DescriptionCell(Row& row, std::string_view text) {
+  const std::string_view trimmed = Trimmed(text);
+  if (trimmed.empty()) {
+    row.Missing();
+  } else {
+    row.TextOf(AppendDescription, trimmed, std::string_view());
+  }
+}
+
+template <typename Row>
+void RevisionCell(Row& row, const ModuleRecord& m) {
+  TextBuffer revision;
+  module::AppendRevision(revision, m);
+  DescriptionCell(row, revision.view());
+}
+
+template <typename Row>
+void IdentifierCell(Row& row, const ModuleRecord& m) {
+  const std::string_view name = module::FormFactorName(m);
+  if (name == kBareNa) {
+    row.Missing();
+  } else {
+    row.Text(name);
+  }
+}
+
+template <typename Row>
+void SupportedSpeedCell(Row& row, const ModuleRecord& m) {
+  if (decode::HasSupportedSpeed(m.ib_compliance_code)) {
+    row.TextOf(decode::AppendSupportedSpeed, m.ib_compliance_code, kBareNa);
+  } else {
+    row.Missing();
+  }
+}
+
+template <typename Row>
+void LengthByRegCell(Row& row, const ModuleRecord& m) {
+  const module::CableLength length = module::LengthOf(m);
+  if (length.base == 0) {
+    row.MissingAs(kBareNa);
+  } else {
+    row.Quantity(length.Metres(), module::AppendMetres, length);
+  }
+}
+
+template <typename Row>
+void TypeCell(Row& row, const ModuleRecord& m) {
+  const std::uint8_t technology = m.SelectTransmitterTechnology();
+  if (technology < transmitter_technology_arr.size()) {
+    row.Text(transmitter_technology_arr[technology]);
+  } else {
+    row.Missing();
+  }
+}
+
+template <typename Row>
+void TemperatureCell(Row& row, const ModuleRecord& m, std::uint16_t raw) {
+  const std::int8_t degrees = WholeDegrees(raw);
+  if (_is_valid_temperature(degrees, module::TechnologyNibble(m))) {
+    row.Quantity(degrees, decode::AppendCelsius, degrees);
+  } else {
+    row.Missing();
+  }
+}
+
+template <typename Row>
+void VoltageCell(Row& row, std::uint16_t raw) {
+  row.Quantity(raw * decode::kMicrovoltsPerUnit, decode::AppendVoltage, raw);
+}
+
+// Shown whether the module has such a CDR or not.
+template <typename Row>
+void CdrEnableCell(Row& row, const ModuleRecord& m, std::uint8_t state) {
+  if (m.IsPassiveCable()) {
+    row.Missing();
+  } else {
+    row.Hex(state, 2);
+  }
+}
+
+template <typename Row>
+void LaneSettingCell(Row& row, const ModuleRecord& m, std::uint8_t value) {
+  if (m.IsPassiveCable()) {
+    row.Missing();
+  } else {
+    row.BareTextOf(module::AppendLaneSetting, m, value, Form::kCsv, na_val);
+  }
+}
+
+template <typename Row>
+void FWVersionCell(Row& row, const ModuleRecord& m) {
+  if (m.fw_version == 0 || m.IsPassiveCable()) {
+    row.Missing();
+  } else {
+    row.BareTextOf(module::AppendFWVersion, m, na_val);
+  }
+}
+
+template <typename Row>
+void AttenuationCells(Row& row, const ModuleRecord& m) {
+  if (!m.IsPassiveCable()) {
+    row.Missing(static_cast<int>(std::size(m.attenuation)));
+    return;
+  }
+  for (const std::uint8_t attenuation : m.attenuation) row.Decimal(attenuation);
+}
+
+template <typename Row>
+void DateCodeCell(Row& row, const ModuleRecord& m) {
+  if (module::HasDateCode(m)) {
+    row.BareTextOf(module::AppendDateCode, m, kReportNa);
+  } else {
+    row.MissingAs(kReportNa);
+  }
+}
+
+template <typename Row>
+void MaxPowerCell(Row& row, const ModuleRecord& m) {
+  if (m.max_power == 0) {
+    row.Missing();
+  } else {
+    row.BareQuantity(m.max_power * module::kWattsPerUnit, module::AppendMaxPower, m, na_val);
+  }
+}
+
+template <typename Row>
+void LanePowerCells(Row& row, const ModuleRecord& m, LaneWords lanes) {
+  for (int lane = 1; lane <= kPhyLanes; ++lane) {
+    row.Fixed3(module::Milliwatts(module::LaneValue(m.*lanes, lane), m.power_unit_flag));
+  }
+}
+
+template <typename Row>
+void LaneBiasCells(Row& row, const ModuleRecord& m) {
+  for (int lane = 1; lane <= kPhyLanes; ++lane) {
+    row.Fixed3(module::Milliamperes(module::LaneValue(m.tx_bias, lane)));
+  }
+}
+
+// kIdentity: Source .. Rev
+template <typename Row>
+void AppendIdentityCells(Row& row, const PhyCableRecord& r) {
+  const ModuleCells<Row> cells(row, r.module);
+  row.Text(r.source);
+  cells.Cell([](Row& o, const ModuleRecord& m) { o.Text(Trimmed(ArrayText(m.vendor_name))); });
+  cells.Cell([](Row& o, const ModuleRecord& m) { o.Hex(m.vendor_oui, 1); }, kBareNa);
+  cells.Cell([](Row& o, const ModuleRecord& m) { DescriptionCell(o, ArrayText(m.vendor_pn)); });
+  cells.Cell([](Row& o, const ModuleRecord& m) { DescriptionCell(o, ArrayText(m.vendor_sn)); });
+  cells.Cell(RevisionCell<Row>);
+  row.EndGroup(CsvGroup::kIdentity);
+}
+
+// kType: LengthSMFiber .. Temperature
+template <typename Row>
+void AppendTypeCells(Row& row, const PhyCableRecord& r) {
+  // The decoder's own missing value, quoted once more by the row.
+  constexpr std::string_view kQuotedNaVal = R"(""NA"")";
+  const ModuleCells<Row> cells(row, r.module);
+  cells.Decimal(&ModuleRecord::smf_length);
+  cells.Decimal(&ModuleRecord::length_om5);
+  cells.Decimal(&ModuleRecord::length_om4);
+  cells.Decimal(&ModuleRecord::length_om3);
+  cells.Decimal(&ModuleRecord::length_om2);
+  cells.Decimal(&ModuleRecord::length_om1);
+  cells.Decimal(&ModuleRecord::cable_length);
+  cells.Hex(&ModuleRecord::cable_identifier);
+  cells.Cell(IdentifierCell<Row>, kQuotedNaVal);
+  cells.Hex(&ModuleRecord::connector_type);
+  cells.Cell([](Row& o, const ModuleRecord& m) { o.Decimal(m.SelectTransmitterTechnology()); });
+  cells.Decimal(&ModuleRecord::ib_compliance_code);
+  if (r.prtl_length.empty()) {
+    cells.Cell(LengthByRegCell<Row>, kBareNa);  // LengthDesc
+    row.MissingAs(kBareNa);                     // LengthDescByPRTL
+  } else {
+    row.Text(r.prtl_length);
+    row.Text(r.prtl_length);
+  }
+  cells.Cell(LengthByRegCell<Row>, kBareNa);
+  cells.Cell(TypeCell<Row>);
+  cells.Cell(SupportedSpeedCell<Row>);
+  cells.Cell([](Row& o, const ModuleRecord& m) { TemperatureCell(o, m, m.temperature); });
+  row.EndGroup(CsvGroup::kType);
+}
+
+// kSettings: PowerClass .. Attenuation25G
+template <typename Row>
+void AppendSettingCells(Row& row, const PhyCableRecord& r) {
+  constexpr std::uint32_t kMegabitsPerGigabit = 1000;
+  constexpr int kAttenuations = ColumnCount("Attenuation5G", "Attenuation25G");
+  const ModuleCells<Row> cells(row, r.module);
+  const auto lane_setting = [&](std::uint8_t ModuleRecord::*field) {
+    cells.Cell([=](Row& o, const ModuleRecord& m) { LaneSettingCell(o, m, m.*field); });
+  };
+  cells.Decimal(&ModuleRecord::power_class);
+  cells.Cell(
+      [](Row& o, const ModuleRecord& m) { o.Decimal(m.SelectNominalBR() * kMegabitsPerGigabit); },
+      kReportNa);
+  row.Missing();  // CDREnableTxRx
+  cells.Cell([](Row& o, const ModuleRecord& m) { CdrEnableCell(o, m, m.tx_cdr_state); });
+  cells.Cell([](Row& o, const ModuleRecord& m) { CdrEnableCell(o, m, m.rx_cdr_state); });
+  lane_setting(&ModuleRecord::tx_input_eq);
+  lane_setting(&ModuleRecord::rx_output_amp);
+  row.Missing();  // OutputEmp
+  lane_setting(&ModuleRecord::rx_output_pre_emp);
+  lane_setting(&ModuleRecord::rx_output_post_emp);
+  cells.Cell(FWVersionCell<Row>);
+  row.Missing();  // Attenuation2.5G
+  cells.Cells(kAttenuations, AttenuationCells<Row>);
+  row.EndGroup(CsvGroup::kSettings);
+}
+
+// kMonitors: RXPowerType .. TX8Power
+template <typename Row>
+void AppendMonitorCells(Row& row, const PhyCableRecord& r) {
+  const ModuleCells<Row> cells(row, r.module);
+  const auto lane_powers = [&](LaneWords lanes) {
+    cells.Cells(kPhyLanes, [=](Row& o, const ModuleRecord& m) { LanePowerCells(o, m, lanes); });
+  };
+  cells.Decimal(&ModuleRecord::rx_power_type);
+  lane_powers(&ModuleRecord::rx_power);
+  cells.Cells(kPhyLanes, LaneBiasCells<Row>);
+  lane_powers(&ModuleRecord::tx_power);
+  row.EndGroup(CsvGroup::kMonitors);
+}
+
+// kFlags: RX1LatchedLossIndicator .. LowTX4PowerWarning
+template <typename Row>
+void AppendFlagCells(Row& row, const PhyCableRecord& r) {
+  constexpr int kModuleFlags = 4;
+  constexpr int kAlarmFlags = 4 * kShownLanes;
+  const LatchedFlagsPage* const page = r.latched_flags;
+  if (page == nullptr) {
+    row.Missing(GroupSize(CsvGroup::kFlags));
+    row.EndGroup(CsvGroup::kFlags);
+    return;
+  }
+  row.FlagsUpwards(page->latched_rx_los, 0, kShownLanes);
+  row.FlagsUpwards(page->latched_tx_los, 0, kShownLanes);
+  row.FlagsUpwards(page->latched_tx_adaptive_eq_fault, 0, kShownLanes);
+  row.FlagsUpwards(page->latched_rx_cdr_lol, 0, kShownLanes);
+  row.FlagsUpwards(page->latched_tx_cdr_lol, 0, kShownLanes);
+  row.FlagsUpwards(page->latched_temperature_flags, 0, kModuleFlags);
+  row.Missing();  // InitializationFlagComplete
+  row.FlagsUpwards(page->latched_voltage_flags, 0, kModuleFlags);
+  row.FlagsDownwards(flags::RxPowerAlarms(*page), 15, kAlarmFlags);
+  row.FlagsDownwards(flags::TxBiasAlarms(*page), 15, kAlarmFlags);
+  row.FlagsDownwards(flags::TxPowerAlarms(*page), 15, kAlarmFlags);
+  row.EndGroup(CsvGroup::kFlags);
+}
+
+// kTransmitter: SupplyVoltageReporting .. ExtendedSpecificationComplianceCodes
+template <typename Row>
+void AppendTransmitterCells(Row& row, const PhyCableRecord& r) {
+  constexpr int kTransmitterFlags = ColumnCount("ActiveWavelengthControl", "TunableTransmitter");
+  const ModuleCells<Row> cells(row, r.module);
+  cells.Cell([](Row& o, const ModuleRecord& m) { VoltageCell(o, m.voltage); });
+  cells.Cell([](Row& o, const ModuleRecord& m) { o.Hex(m.SelectTransmitterTechnology(), 2); });
+  cells.Cells(kTransmitterFlags, [=](Row& o, const ModuleRecord& m) {
+    o.FlagsUpwards(m.cable_technology, 0, kTransmitterFlags);
+  });
+  cells.Decimal(&ModuleRecord::compliance_code);
+  row.EndGroup(CsvGroup::kTransmitter);
+}
+
+// kThresholds: AlarmTemperatureHighThresh .. TXBiasLowThresh
+template <typename Row>
+void AppendThresholdCells(Row& row, const PhyCableRecord& r) {
+  const ModuleCells<Row> cells(row, r.module);
+  const auto temperature = [&](std::uint16_t ModuleRecord::*field) {
+    cells.Cell([=](Row& o, const ModuleRecord& m) { TemperatureCell(o, m, m.*field); });
+  };
+  const auto voltage = [&](std::uint16_t ModuleRecord::*field) {
+    cells.Cell([=](Row& o, const ModuleRecord& m) { VoltageCell(o, m.*field); });
+  };
+  temperature(&ModuleRecord::temp_high_threshold);
+  temperature(&ModuleRecord::temp_low_threshold);
+  row.Missing();  // WarnTemperatureHighThresh
+  row.Missing();  // WarnTemperatureLowThresh
+  voltage(&ModuleRecord::voltage_high_threshold);
+  voltage(&ModuleRecord::voltage_low_threshold);
+  row.Missing();  // WarnVoltageHighThresh
+  row.Missing();  // WarnVoltageLowThresh
+  cells.Decimal(&ModuleRecord::rx_power_high_threshold);
+  cells.Decimal(&ModuleRecord::rx_power_low_threshold);
+  cells.Decimal(&ModuleRecord::tx_power_high_threshold);
+  cells.Decimal(&ModuleRecord::tx_power_low_threshold);
+  cells.Decimal(&ModuleRecord::tx_bias_high_threshold);
+  cells.Decimal(&ModuleRecord::tx_bias_low_threshold);
+  row.EndGroup(CsvGroup::kThresholds);
+}
+
+// kManufacture: DateCode .. MaxFiberLength
+template <typename Row>
+void AppendManufactureCells(Row& row, const PhyCableRecord& r) {
+  constexpr int kLaneSwitches =
+      ColumnCount("TX1AdaptiveEqualizationFreeze", "TXAdaptiveEqualizationEnable");
+  const ModuleCells<Row> cells(row, r.module);
+  cells.Cell(DateCodeCell<Row>, kReportNa);
+  cells.Cell([](Row& o, const ModuleRecord& m) { o.Hex(m.lot, 4); });
+  row.Missing(kLaneSwitches);
+  cells.Cell(MaxPowerCell<Row>);
+  cells.Decimal(&ModuleRecord::cdr_vendor);
+  cells.Decimal(&ModuleRecord::max_fiber_length);
+  row.EndGroup(CsvGroup::kManufacture);
+}
+
+template <typename Row>
+void AppendRow(Row& row, const PhyCableRecord& r) {
+  AppendIdentityCells(row, r);
+  AppendTypeCells(row, r);
+  AppendSettingCells(row, r);
+  AppendMonitorCells(row, r);
+  AppendFlagCells(row, r);
+  AppendTransmitterCells(row, r);
+  AppendThresholdCells(row, r);
+  AppendManufactureCells(row, r);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Text report, in line order
+// ---------------------------------------------------------------------------------------------
+
+void AppendIdentityLines(FlushedReport& lines, const PhyCableRecord& r) {
+  lines.Text(label::kSource, r.source);
+  lines.Line(label::kIdentifier, AppendIdentifier, r, Form::kReport);
+  lines.Line(label::kVendor, AppendVendor, r);
+  lines.Line(label::kOui, AppendOUI, r);
+  lines.Line(label::kPn, AppendPn, r);
+  lines.Line(label::kSn, AppendSn, r);
+  lines.Line(label::kRev, AppendRevision, r);
+  lines.Line(label::kLength, AppendLength, r, Form::kReport);
+  lines.Line(label::kLengthByPrtl, AppendLengthByPrtl, r, Form::kReport);
+  lines.Line(label::kLengthByReg, AppendLengthByReg, r, Form::kReport);
+  lines.Line(label::kType, AppendType, r, Form::kReport);
+  lines.Line(label::kSupportedSpeed, AppendSupportedSpeed, r, Form::kReport);
+  lines.Line(label::kTemperature, AppendTemperature, r, &ModuleRecord::temperature, Form::kReport);
+}
+
+void AppendSettingLines(FlushedReport& lines, const PhyCableRecord& r) {
+  lines.Line(label::kPowerClass, AppendPowerClass, r, Form::kReport);
+  lines.Line(label::kNominalBitrate, AppendBitrate, r, Form::kReport);
+  lines.Line(label::kCdrEnableTxRx, AppendCdrEnable, r);
+  lines.Line(label::kInputEq, AppendLaneSetting, r, &ModuleRecord::tx_input_eq, Form::kReport);
+  lines.Line(label::kOutputAmp, AppendLaneSetting, r, &ModuleRecord::rx_output_amp, Form::kReport);
+  lines.Text(label::kOutputEmp, kReportNa);
+  lines.Line(label::kFwVersion, AppendFWVersion, r, Form::kReport);
+  lines.Line(label::kPhyAttenuation, AppendAttenuation, r, Form::kReport);
+}
+
+// The lines of the lanes are inlined with their labels; see report_lines.h.
+[[gnu::always_inline]] inline void AppendPowerLines(FlushedReport& lines, std::string_view label,
+                                                    const PhyCableRecord& r, LaneWords lanes) {
+  if (r.module == nullptr) {
+    for (int lane = 1; lane <= kPhyLanes; ++lane) {
+      lines.LaneText(label, lane, MissingPower(Form::kReport));
+    }
+    return;
+  }
+  const std::uint16_t unit_flag = r.module->power_unit_flag;
+  double mw[kPhyLanes];
+  double dbm[kPhyLanes];
+  // Convert all lanes first so that the calls to pow and log10 overlap.
+  for (int i = 0; i < kPhyLanes; ++i) {
+    const double raw = module::LaneValue(r.module->*lanes, i + 1);
+    mw[i] = module::Milliwatts(raw, unit_flag);
+    dbm[i] = module::IsDbm(unit_flag) ? raw : MilliwattsToDbm(mw[i]);
+  }
+  for (int i = 0; i < kPhyLanes; ++i) lines.LanePower(label, i + 1, mw[i], dbm[i]);
+}
+
+[[gnu::always_inline]] inline void AppendBiasLines(FlushedReport& lines, std::string_view label,
+                                                   const PhyCableRecord& r) {
+  for (int lane = 1; lane <= kPhyLanes; ++lane) {
+    if (r.module == nullptr) {
+      lines.LaneText(label, lane, kReportNa);
+    } else {
+      const std::uint16_t raw = module::LaneValue(r.module->tx_bias, lane);
+      lines.LaneBias(label, lane, module::Milliamperes(raw));
+    }
+  }
+}
+
+void AppendMonitorLines(FlushedReport& lines, const PhyCableRecord& r) {
+  lines.Line(label::kRxPowerType, AppendRxPowerType, r);
+  AppendPowerLines(lines, label::kRxPower, r, &ModuleRecord::rx_power);
+  AppendBiasLines(lines, label::kTxBias, r);
+  AppendPowerLines(lines, label::kTxPower, r, &ModuleRecord::tx_power);
+}
+
+template <typename Flags>
+[[gnu::always_inline]] inline void AppendFlagLine(FlushedReport& lines, std::string_view label,
+                                                  const LatchedFlagsPage* page,
+                                                  Flags (*select)(const LatchedFlagsPage&)) {
+  if (page == nullptr) {
+    lines.Text(label, kReportNa);
+  } else {
+    lines.Hex(label, select(*page), flags::Digits(select));
+  }
+}
+
+void AppendFlagLines(FlushedReport& lines, const PhyCableRecord& r) {
+  const LatchedFlagsPage* const page = r.latched_flags;
+  AppendFlagLine(lines, label::kLoss, page, flags::Loss);
+  AppendFlagLine(lines, label::kAdaptiveEqFault, page, flags::AdaptiveEqFault);
+  AppendFlagLine(lines, label::kLossOfLock, page, flags::LossOfLock);
+  AppendFlagLine(lines, label::kTemperatureFlags, page, flags::Temperature);
+  AppendFlagLine(lines, label::kVoltageFlags, page, flags::Voltage);
+  AppendFlagLine(lines, label::kRxPowerFlags, page, flags::RxPowerAlarms);
+  AppendFlagLine(lines, label::kPhyTxBiasFlags, page, flags::TxBiasAlarms);
+  AppendFlagLine(lines, label::kTxPowerFlags, page, flags::TxPowerAlarms);
+}
+
+void AppendTransmitterLines(FlushedReport& lines, const PhyCableRecord& r) {
+  lines.Line(label::kSupplyVoltage, AppendVoltage, r, &ModuleRecord::voltage, Form::kReport);
+  lines.Line(label::kTransmitterTechnology, AppendTechnology, r, Form::kReport);
+  lines.Line(label::kExtendedCompliance, AppendComplianceCode, r, Form::kReport);
+}
+
+[[gnu::always_inline]] inline void AppendRawLine(FlushedReport& lines, std::string_view label,
+                                                 const PhyCableRecord& r,
+                                                 std::uint16_t ModuleRecord::*field) {
+  if (r.module == nullptr) {
+    lines.Text(label, kReportNa);
+  } else {
+    lines.Decimal(label, r.module->*field);
+  }
+}
+
+void AppendThresholdLines(FlushedReport& lines, const PhyCableRecord& r) {
+  lines.Line(label::kAlarmTemperatureHigh, AppendTemperature, r, &ModuleRecord::temp_high_threshold,
+             Form::kReport);
+  lines.Line(label::kAlarmTemperatureLow, AppendTemperature, r, &ModuleRecord::temp_low_threshold,
+             Form::kReport);
+  lines.Text(label::kWarnTemperatureHigh, kReportNa);
+  lines.Text(label::kWarnTemperatureLow, kReportNa);
+  lines.Line(label::kAlarmVoltageHigh, AppendVoltage, r, &ModuleRecord::voltage_high_threshold,
+             Form::kReport);
+  lines.Line(label::kAlarmVoltageLow, AppendVoltage, r, &ModuleRecord::voltage_low_threshold,
+             Form::kReport);
+  lines.Text(label::kWarnVoltageHigh, kReportNa);
+  lines.Text(label::kWarnVoltageLow, kReportNa);
+  AppendRawLine(lines, label::kRxPowerHigh, r, &ModuleRecord::rx_power_high_threshold);
+  AppendRawLine(lines, label::kRxPowerLow, r, &ModuleRecord::rx_power_low_threshold);
+  AppendRawLine(lines, label::kTxPowerHigh, r, &ModuleRecord::tx_power_high_threshold);
+  AppendRawLine(lines, label::kTxPowerLow, r, &ModuleRecord::tx_power_low_threshold);
+  AppendRawLine(lines, label::kTxBiasHigh, r, &ModuleRecord::tx_bias_high_threshold);
+  AppendRawLine(lines, label::kTxBiasLow, r, &ModuleRecord::tx_bias_low_threshold);
+}
+
+void AppendManufactureLines(FlushedReport& lines, const PhyCableRecord& r) {
+  lines.Line(label::kDateCode, AppendDateCode, r, Form::kReport);
+  lines.Line(label::kLot, AppendLot, r, Form::kReport);
+  lines.Text(label::kTxAdaptiveEqFreeze, kReportNa);
+  lines.Text(label::kRxOutputDisable, kReportNa);
+  lines.Text(label::kTxAdaptiveEqEnable, kReportNa);
+  lines.Line(label::kOutputPreEmp, AppendLaneSetting, r, &ModuleRecord::rx_output_pre_emp,
+             Form::kReport);
+  lines.Line(label::kOutputPostEmp, AppendLaneSetting, r, &ModuleRecord::rx_output_post_emp,
+             Form::kReport);
+}
+
+void AppendReport(FlushedReport& lines, const PhyCableRecord& r) {
+  AppendIdentityLines(lines, r);
+  AppendSettingLines(lines, r);
+  AppendMonitorLines(lines, r);
+  AppendFlagLines(lines, r);
+  AppendTransmitterLines(lines, r);
+  AppendThresholdLines(lines, r);
+  AppendManufactureLines(lines, r);
+}
+
+}  // namespace
+
+void WriteRow(std::ostream& os, const PhyCableRecord& r) {
+  CsvRow row;
+  AppendRow(row, r);
+  row.WriteTo(os);
+}
+
+void WriteReport(std::ostream& os, const PhyCableRecord& r) {
+  FlushedReport lines(os);
+  AppendReport(lines, r);
+  lines.Finish();
+}
+
+}  // namespace phy
+}  // namespace cable_info

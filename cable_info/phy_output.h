@@ -1,0 +1,18 @@
+#pragma once
+
+// The row and the report of a `PhyCableRecord`. Internal; not installed.
+
+#include <iosfwd>
+
+#include "cable_info/phy_cable_record.h"
+
+namespace cable_info {
+namespace [[gnu::visibility("hidden")]] phy {
+
+/// What `PhyCableRecord::ToCSVStream` writes.
+void WriteRow(std::ostream& os, const PhyCableRecord& r);
+/// What `PhyCableRecord::ToFileStream` writes.
+void WriteReport(std::ostream& os, const PhyCableRecord& r);
+
+}  // namespace gnu::visibility("hidden")]]phy
+}  // namespace cable_info

@@ -1,0 +1,66 @@
+#pragma once
+
+// The shared decoders of value_format.h as functions that append to a text, for rows and reports.
+// Internal; not installed.
+
+#include <cstdint>
+#include <string_view>
+
+#include "cable_info/missing_values.h"
+#include "cable_info/text/text_buffer.h"
+
+namespace cable_info {
+namespace [[gnu::visibility("hidden")]] decode {
+
+using text::TextBuffer;
+using text::ToText;
+
+/// The output that a text is for. Published operations have a `bool csv` instead.
+enum class Form { kCsv, kReport };
+
+constexpr Form FormOf(bool csv) { return csv ? Form::kCsv : Form::kReport; }
+
+constexpr std::string_view MissingValue(Form form) {
+  return cable_info::MissingValue(form == Form::kCsv);
+}
+
+/// The missing value of a text that is quoted as a whole in CSV.
+constexpr std::string_view UnquotedMissingValue(Form form) {
+  return cable_info::UnquotedMissingValue(form == Form::kCsv);
+}
+
+/// What `append(out, args...)` appends, between double quotes in CSV.
+template <typename Append, typename... Args>
+void AppendQuotedInCsv(TextBuffer& out, Form form, Append&& append, const Args&... args) {
+  if (form == Form::kCsv) out.Append('"');
+  append(out, args...);
+  if (form == Form::kCsv) out.Append('"');
+}
+
+/// The name of a code in `transmitter_technology_arr`; `fallback` for codes above 15.
+void AppendCableType(TextBuffer& out, std::uint8_t technology, std::string_view fallback);
+
+/// True when a mask holds any speed that has a name.
+bool HasSupportedSpeed(std::uint8_t mask);
+
+/// The InfiniBand speeds of a mask, lowest first and joined by "/"; `fallback` for none.
+void AppendSupportedSpeed(TextBuffer& out, std::uint8_t mask, std::string_view fallback);
+
+/// Whole degrees Celsius with "C".
+void AppendCelsius(TextBuffer& out, std::int8_t temperature);
+
+/// `AppendCelsius`, or `fallback` for a temperature that is not valid.
+void AppendTemperature(TextBuffer& out, std::uint8_t technology, std::int8_t temperature,
+                       std::string_view fallback);
+
+/// Microvolts in one unit of a voltage word.
+inline constexpr std::uint32_t kMicrovoltsPerUnit = 100;
+
+/// A voltage word in microvolts with "uV".
+void AppendVoltage(TextBuffer& out, std::uint16_t raw);
+
+/// The status of the query that reads the cable-information pages.
+void AppendCableInfoVSStatus(TextBuffer& out, std::uint8_t status);
+
+}  // namespace gnu::visibility("hidden")]]decode
+}  // namespace cable_info

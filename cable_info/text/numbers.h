@@ -1,0 +1,65 @@
+#pragma once
+
+// Numbers as characters, written through a pointer.
+//
+// Every function writes its text at `to`, where as many characters as its `kMax...Size` states must
+// be free, and returns the end of the text:
+//
+//   char cell[kMaxDecimalSize];
+//   char* const end = WriteDecimal(cell, std::uint32_t{42});   // "42", end == cell + 2
+//
+// A row or report thus asks for capacity once per cell or line instead of once per character. Bytes
+// after the returned end, within the stated size, may change. All texts are those of the C locale.
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace cable_info {
+namespace [[gnu::visibility("hidden")]] text {
+
+/// Copies `text` to `to`. Inlined, so that the copy of a literal is a move or two instead of a
+/// call.
+[[gnu::always_inline]] inline char* WriteText(char* to, std::string_view text) {
+  std::char_traits<char>::copy(to, text.data(), text.size());
+  return to + text.size();
+}
+
+/// The size of the longest decimal: the largest 64-bit number has 20 digits.
+inline constexpr std::size_t kMaxDecimalSize = 20;
+/// All digits, without leading zeros.
+char* WriteDecimal(char* to, std::uint32_t value);
+/// All digits, without leading zeros.
+char* WriteDecimal(char* to, std::uint64_t value);
+
+/// The digits of the largest hexadecimal.
+inline constexpr int kMaxHexDigits = 8;
+/// The size of the longest hexadecimal of at least `width` digits.
+constexpr std::size_t MaxHexSize(int width) {
+  return static_cast<std::size_t>(width > kMaxHexDigits ? width : kMaxHexDigits);
+}
+/// Lower-case hexadecimal, filled with "0" to at least `width` digits.
+char* WriteHex(char* to, std::uint32_t value, int width);
+
+/// The size of the longest hexadecimal after its "0x".
+constexpr std::size_t MaxPrefixedHexSize(int width) { return 2 + MaxHexSize(width); }
+/// "0x" and `WriteHex`.
+char* WritePrefixedHex(char* to, std::uint32_t value, int width);
+
+/// The size of `WriteFixed3`'s longest text: a sign, 309 digits, a point and three digits.
+inline constexpr std::size_t kMaxFixed3Size = 314;
+/// Three decimals, exactly as `printf` writes "%.3f"; see fixed3.cpp.
+char* WriteFixed3(char* to, double value);
+
+/// The size of the longest power.
+inline constexpr std::size_t kMaxPowerSize = 2 * kMaxFixed3Size + 9;
+/// A power in both of its units with three decimals: "0.871 mW, -0.600 dBm".
+char* WritePower(char* to, double milliwatts, double dbm);
+
+/// The size of the longest bias current.
+inline constexpr std::size_t kMaxBiasSize = kMaxFixed3Size + 3;
+/// A bias current with three decimals: "6.750 mA".
+char* WriteBias(char* to, double milliamperes);
+
+}  // namespace gnu::visibility("hidden")]]text
+}  // namespace cable_info
