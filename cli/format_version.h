@@ -6,4 +6,7 @@ namespace cli {
 /// removed or changes its meaning.
 inline constexpr int kFormatVersion = 1;
 
+/// The version of the lines of `cableinfo export`.
+inline constexpr int kExportFormatVersion = 2;
+
 }  // namespace cli

@@ -13,7 +13,7 @@ namespace {
 constexpr const char* kExamples =
     "Examples:\n"
     "  cableinfo export fabric.jsonl                 one JSON object per port\n"
-    "  cableinfo export - < fabric.jsonl | jq .temperature.celsius";
+    "  cableinfo export - < fabric.jsonl | jq .monitors.temperature_c.value";
 
 }  // namespace
 

@@ -1,168 +1,327 @@
 #include "cli/output/export_writer.h"
 
-#include <charconv>
-#include <cmath>
-#include <cstddef>
-#include <nlohmann/json.hpp>
 #include <ostream>
 #include <string>
 #include <string_view>
 
+#include "cable_info/module_memory/module_info.h"
+#include "cable_info/readings/readings.h"
 #include "cable_info/value_format.h"
 #include "cli/format_version.h"
+#include "cli/output/json_text.h"
 
 namespace cli {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
+using cable_info::Attenuation;
+using cable_info::Bound;
+using cable_info::CodeAndName;
 using cable_info::CombinedCableInfo;
+using cable_info::Controls;
+using cable_info::Flags;
+using cable_info::LaneFlag;
+using cable_info::Lengths;
+using cable_info::Observable;
+using cable_info::Quantity;
+using cable_info::Reading;
+using cable_info::Readings;
 
-// Module texts are bytes of no known encoding: each byte becomes the code point of its number.
-Json Text(std::string_view bytes) {
-  std::string utf8;
-  for (const char c : bytes) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x80) {
-      utf8 += c;
-    } else {
-      utf8 += static_cast<char>(0xC0 | (byte >> 6));
-      utf8 += static_cast<char>(0x80 | (byte & 0x3F));
-    }
+void WriteGuid(JsonText& json, std::uint64_t guid) { json.Plain(GuidText(guid)); }
+
+void WriteCode(JsonText& json, std::string_view key, const std::optional<CodeAndName>& code) {
+  json.Key(key);
+  if (!code) return json.Null();
+  json.BeginObject();
+  json.Key("code").Integer(code->code);
+  json.Key("name").BytesOrNull(code->name);
+  json.EndObject();
+}
+
+// ---------------------------------------------------------------------------------------------
+// Readings
+// ---------------------------------------------------------------------------------------------
+
+void WriteThresholds(JsonText& json, const Reading& reading) {
+  json.Key("thresholds");
+  bool has_any = false;
+  for (const Bound bound : cable_info::kAllBounds) has_any = has_any || reading.Threshold(bound);
+  if (!has_any) return json.Null();
+  json.BeginObject();
+  for (const Bound bound : cable_info::kAllBounds) {
+    json.Key(cable_info::BoundName(bound)).OrNull(reading.Threshold(bound));
   }
-  return utf8;
+  json.EndObject();
 }
 
-Json TextOrNull(std::string_view bytes) { return bytes.empty() ? Json() : Text(bytes); }
-
-// The shortest number that reads back as the same float; the JSON writer shows NaN and infinities
-// as null.
-Json Number(float value) {
-  if (!std::isfinite(value)) return {};
-  char digits[32];
-  const auto written = std::to_chars(digits, digits + sizeof(digits), value);
-  double number = 0.0;
-  std::from_chars(digits, written.ptr, number);
-  return number;
+void WriteLatched(JsonText& json, const Reading& reading) {
+  json.Key("flags");
+  if (reading.latched.known == 0) return json.Null();
+  json.BeginObject();
+  for (const Bound bound : cable_info::kAllBounds) {
+    json.Key(cable_info::BoundName(bound)).OrNull(reading.Latched(bound));
+  }
+  json.EndObject();
 }
 
-Json NumberOrNull(std::uint32_t value) {
-  return value == CombinedCableInfo::kNoRecord ? Json() : Json(value);
+// The parts of a reading, inside its object.
+void WriteReading(JsonText& json, const Reading& reading) {
+  json.Key("value");
+  reading.IsPresent() ? json.Number(reading.value) : json.Null();
+  if (cable_info::IsPower(reading.quantity)) {
+    const std::optional<double> dbm = reading.Dbm();
+    json.Key("dbm");
+    dbm ? json.Rounded(*dbm) : json.Null();
+  }
+  json.Key("state").Plain(cable_info::StateName(reading.state));
+  WriteThresholds(json, reading);
+  WriteLatched(json, reading);
 }
 
-// 41 for "41C"; null where there is no reading.
-Json Celsius(const std::string& text) {
-  int degrees = 0;
-  const auto read = std::from_chars(text.data(), text.data() + text.size(), degrees);
-  return read.ec == std::errc() ? Json(degrees) : Json();
+void WriteReading(JsonText& json, std::string_view key, const Reading& reading) {
+  json.Key(key).BeginObject();
+  WriteReading(json, reading);
+  json.EndObject();
 }
 
-Json Source(const Port& port) {
-  if (port.cable_record != nullptr) return Text(cable_info::CableRecord::kSource);
-  if (port.phy_cable_record != nullptr) return Text(port.phy_cable_record->source);
-  return {};
-}
+constexpr std::array<std::string_view, cable_info::kAllLaneFlags.size()> kLaneFlagKeys = {
+    "rx_los", "tx_los", "rx_lol", "tx_lol", "tx_fault", "tx_adaptive_eq_fault"};
 
-Json PrtlLength(const Port& port) {
-  if (port.cable_record != nullptr) return TextOrNull(port.cable_record->PrtlLengthText);
-  if (port.phy_cable_record != nullptr) return TextOrNull(port.phy_cable_record->prtl_length);
-  return {};
-}
-
-Json Identification(const CombinedCableInfo& cable) {
-  const cable_info::cable_id_t id = cable.GetIdObj();
-  return {
-      {"part_number", TextOrNull(id.pn)},
-      {"identifier", TextOrNull(id.identifier)},
-      {"vendor", TextOrNull(id.vendor)},
-      {"revision", TextOrNull(id.revision)},
+void WriteControls(JsonText& json, const Controls& controls, int lane) {
+  const auto index = static_cast<std::size_t>(lane) - 1;
+  const auto flag = [&](std::string_view key, const Flags& flags) {
+    json.Key(key).OrNull(flags.Get(lane));
   };
+  const auto value = [&](std::string_view key, const cable_info::LaneValues& values) {
+    json.Key(key).OrNull(values[index]);
+  };
+  json.Key("controls").BeginObject();
+  flag("tx_cdr", controls.tx_cdr);
+  flag("rx_cdr", controls.rx_cdr);
+  flag("rx_output_disable", controls.rx_output_disable);
+  flag("tx_adaptive_eq", controls.tx_adaptive_eq);
+  flag("tx_adaptive_eq_freeze", controls.tx_adaptive_eq_freeze);
+  value("tx_input_eq", controls.tx_input_eq);
+  value("rx_amplitude", controls.rx_amplitude);
+  value("rx_emphasis", controls.rx_emphasis);
+  value("rx_pre_cursor", controls.rx_pre_cursor);
+  value("rx_post_cursor", controls.rx_post_cursor);
+  json.EndObject();
 }
 
-Json Firmware(const CombinedCableInfo& cable) {
-  const cable_info::fw_version_obj_t version = cable.GetFWObj();
-  if (version.major == 0 && version.minor == 0 && version.sub_minor == 0) return {};
-  return {
-      {"major", version.major},
-      {"minor", version.minor},
-      {"sub_minor", version.sub_minor},
-  };
+void WriteLane(JsonText& json, const Readings& port, int lane) {
+  json.BeginObject();
+  json.Key("lane").Integer(static_cast<std::uint32_t>(lane));
+  json.Key("in_use").Bool(port.IsInUse(lane));
+  WriteReading(json, "rx_power_mw", port.Of(Quantity::kRxPower, lane));
+  WriteReading(json, "tx_power_mw", port.Of(Quantity::kTxPower, lane));
+  WriteReading(json, "tx_bias_ma", port.Of(Quantity::kTxBias, lane));
+  json.Key("flags").BeginObject();
+  for (std::size_t i = 0; i < kLaneFlagKeys.size(); ++i) {
+    json.Key(kLaneFlagKeys[i]).OrNull(port.Of(cable_info::kAllLaneFlags[i]).Get(lane));
+  }
+  json.EndObject();
+  WriteControls(json, port.controls, lane);
+  json.EndObject();
 }
 
-Json Temperature(const CombinedCableInfo& cable) {
-  return {
-      {"celsius", Celsius(cable.GetTemperatureStr())},
-      {"high_threshold_celsius", Celsius(cable.GetHighTemperatureThresholdStr())},
-      {"low_threshold_celsius", Celsius(cable.GetLowTemperatureThresholdStr())},
-      {"alarms", NumberOrNull(cable.GetTemperatureAlarms())},
-      {"errors", NumberOrNull(cable.GetTemperatureErrorsByTreshold())},
-  };
+void WriteObservables(JsonText& json, const Readings& port) {
+  json.Key("observables").BeginArray();
+  for (const Observable& observable : port.observables) {
+    json.BeginObject();
+    json.Key("name").Bytes(observable.name);
+    json.Key("place").BytesOrNull(observable.place);
+    json.Key("unit").Bytes(observable.unit);
+    WriteReading(json, observable.reading);
+    json.EndObject();
+  }
+  json.EndArray();
 }
+
+// ---------------------------------------------------------------------------------------------
+// Identity, codes and lengths
+// ---------------------------------------------------------------------------------------------
+
+void WriteQueryStatus(JsonText& json, const Readings& port) {
+  json.Key("query_status");
+  if (!port.query_status) return json.Null();
+  json.BeginObject();
+  json.Key("code").Integer(*port.query_status);
+  json.Key("name").Bytes(cable_info::ConvertCableInfoVSStatusToStr(*port.query_status));
+  json.EndObject();
+}
+
+void WriteIdentity(JsonText& json, const Readings& port, const CombinedCableInfo& cable) {
+  const cable_info::Identity& identity = port.identity;
+  json.Key("identity").BeginObject();
+  json.Key("vendor").BytesOrNull(identity.vendor);
+  json.Key("oui").BytesOrNull(identity.oui);
+  json.Key("part_number").BytesOrNull(identity.part_number);
+  json.Key("revision").BytesOrNull(identity.revision);
+  json.Key("serial_number").BytesOrNull(identity.serial_number);
+  json.Key("vendor_code").BytesOrNull(cable_info::_get_vendor_from_sn(identity.serial_number));
+  json.Key("date_code").BytesOrNull(identity.date_code);
+  json.Key("lot").OrNull(identity.lot);
+  json.Key("unique_key").BytesOrNull(cable.GetUniqueKey());
+  json.EndObject();
+  json.Key("firmware").BytesOrNull(identity.firmware);
+}
+
+void WriteCodes(JsonText& json, const Readings& port) {
+  WriteCode(json, "identifier", port.identifier);
+  WriteCode(json, "connector", port.connector);
+  WriteCode(json, "technology", port.technology);
+  WriteCode(json, "compliance", port.compliance);
+  json.Key("medium").BytesOrNull(cable_info::MediumName(port.medium));
+  json.Key("cdr_vendor").OrNull(port.cdr_vendor);
+}
+
+void WriteSpeeds(JsonText& json, const Readings& port) {
+  json.Key("supported_speeds");
+  if (!port.speeds) {
+    json.Null();
+  } else {
+    json.BeginArray();
+    for (std::size_t i = 0; i < cable_info::ib_compliance_code_arr.size(); ++i) {
+      std::string_view name = cable_info::ib_compliance_code_arr[i];
+      name.remove_suffix(1);  // the separator of a list
+      if ((*port.speeds >> i & 1) != 0) json.Plain(name);
+    }
+    json.EndArray();
+  }
+  json.Key("nominal_bitrate_gbps").OrNull(port.nominal_bitrate_gbps);
+}
+
+void WritePower(JsonText& json, const Readings& port) {
+  json.Key("power").BeginObject();
+  json.Key("class").OrNull(port.power_class);
+  json.Key("max_w").OrNull(port.max_power_w);
+  json.EndObject();
+}
+
+void WriteLengths(JsonText& json, const Lengths& lengths) {
+  json.Key("length_m").BeginObject();
+  json.Key("cable").OrNull(lengths.cable);
+  json.Key("measured").OrNull(lengths.measured);
+  json.Key("smf").OrNull(lengths.smf);
+  json.Key("om5").OrNull(lengths.om5);
+  json.Key("om4").OrNull(lengths.om4);
+  json.Key("om3").OrNull(lengths.om3);
+  json.Key("om2").OrNull(lengths.om2);
+  json.Key("om1").OrNull(lengths.om1);
+  json.EndObject();
+}
+
+void WriteAttenuation(JsonText& json, const Attenuation& attenuation) {
+  json.Key("attenuation_db").BeginObject();
+  json.Key("2p5ghz").OrNull(attenuation.at_2p5);
+  json.Key("5ghz").OrNull(attenuation.at_5);
+  json.Key("7ghz").OrNull(attenuation.at_7);
+  json.Key("12p9ghz").OrNull(attenuation.at_12p9);
+  json.Key("25p8ghz").OrNull(attenuation.at_25p8);
+  json.EndObject();
+}
+
+void WritePowerType(JsonText& json, const Readings& port) {
+  json.Key("rx_power_type");
+  if (!port.rx_power_is_average) return json.Null();
+  json.Plain(*port.rx_power_is_average ? "average" : "oma");
+}
+
+// ---------------------------------------------------------------------------------------------
+// The flat record
+// ---------------------------------------------------------------------------------------------
 
 template <typename T, std::size_t N>
-Json Array(const T (&values)[N]) {
-  Json array = Json::array();
-  for (const T value : values) array.push_back(value);
-  return array;
+void WriteIntegers(JsonText& json, std::string_view key, const T (&values)[N]) {
+  json.Key(key).BeginArray();
+  for (const T value : values) json.Integer(value);
+  json.EndArray();
 }
 
-Json Monitors(const float (&values)[12]) {
-  Json array = Json::array();
-  for (const float value : values) array.push_back(Number(value));
-  return array;
+template <std::size_t N>
+void WriteSlot(JsonText& json, std::string_view key, const char (&slot)[N]) {
+  json.Key(key).Bytes(cable_info::ArrayText(slot));
 }
 
-Json Record(CombinedCableInfo& cable) {
-  cable_info::cable_record_data_t data = {};
-  if (!cable.ExportData(&data)) return {};
-  const auto slot = [](const auto& text) { return Text(cable_info::ArrayText(text)); };
-  return {
-      {"status", data.status},
-      {"identifier", data.identifier},
-      {"connector", data.connector},
-      {"supported_speed", data.supported_speed},
-      {"transmitter_technology", data.transmitter_technology},
-      {"lengths", Array(data.lengths)},
-      {"temperature", data.temperature},
-      {"bytes", Array(data.bytes)},
-      {"words", Array(data.words)},
-      {"monitors", Monitors(data.monitors)},
-      {"rx_power_is_average", data.rx_power_is_average},
-      {"word", data.word},
-      {"vendor", slot(data.vendor)},
-      {"oui", slot(data.oui)},
-      {"pn", slot(data.pn)},
-      {"sn", slot(data.sn)},
-      {"revision", slot(data.revision)},
-      {"length", slot(data.length)},
-      {"extra", slot(data.extra)},
-      {"fw_version", slot(data.fw_version)},
-      {"date_code", slot(data.date_code)},
-  };
+void WriteRecord(JsonText& json, CombinedCableInfo& cable) {
+  cable_info::cable_record_data_t data;
+  json.Key("record");
+  if (!cable.ExportData(&data)) return json.Null();
+  json.BeginObject();
+  json.Key("status").Integer(data.status);
+  json.Key("identifier").Integer(data.identifier);
+  json.Key("connector").Integer(data.connector);
+  json.Key("supported_speed").Integer(data.supported_speed);
+  json.Key("transmitter_technology").Integer(data.transmitter_technology);
+  WriteIntegers(json, "lengths", data.lengths);
+  json.Key("temperature").Integer(data.temperature);
+  WriteIntegers(json, "bytes", data.bytes);
+  WriteIntegers(json, "words", data.words);
+  json.Key("monitors").BeginArray();
+  for (const float value : data.monitors) json.NumberWithPoint(value);
+  json.EndArray();
+  json.Key("rx_power_is_average").Integer(data.rx_power_is_average);
+  json.Key("word").Integer(data.word);
+  WriteSlot(json, "vendor", data.vendor);
+  WriteSlot(json, "oui", data.oui);
+  WriteSlot(json, "pn", data.pn);
+  WriteSlot(json, "sn", data.sn);
+  WriteSlot(json, "revision", data.revision);
+  WriteSlot(json, "length", data.length);
+  WriteSlot(json, "extra", data.extra);
+  WriteSlot(json, "fw_version", data.fw_version);
+  WriteSlot(json, "date_code", data.date_code);
+  json.EndObject();
+}
+
+std::string_view MeasuredLength(const CombinedCableInfo& cable) {
+  if (cable.cable_record() != nullptr) return cable.cable_record()->PrtlLengthText;
+  if (cable.phy_cable_record() != nullptr) return cable.phy_cable_record()->prtl_length;
+  return {};
+}
+
+void WritePort(JsonText& json, Port& port) {
+  CombinedCableInfo& cable = port.cable;
+  const Readings readings = ReadingsOf(cable);
+  json.BeginObject();
+  json.Key("format_version").Integer(kExportFormatVersion);
+  json.Key("node_guid");
+  WriteGuid(json, port.node_guid);
+  json.Key("port_guid");
+  WriteGuid(json, port.port_guid);
+  json.Key("port_num").Integer(port.number);
+  json.Key("source").BytesOrNull(readings.source);
+  WriteQueryStatus(json, readings);
+  WriteIdentity(json, readings, cable);
+  WriteCodes(json, readings);
+  json.Key("is_optic").Bool(cable.IsOpticCable());
+  WriteSpeeds(json, readings);
+  WritePower(json, readings);
+  WriteLengths(json, readings.lengths);
+  json.Key("prtl_length").BytesOrNull(MeasuredLength(cable));
+  WriteAttenuation(json, readings.attenuation);
+  WritePowerType(json, readings);
+  json.Key("monitors").BeginObject();
+  WriteReading(json, "temperature_c", readings.Of(Quantity::kTemperature));
+  WriteReading(json, "voltage_v", readings.Of(Quantity::kVoltage));
+  json.EndObject();
+  json.Key("lanes").BeginArray();
+  for (int lane = 1; lane <= readings.lanes; ++lane) WriteLane(json, readings, lane);
+  json.EndArray();
+  WriteObservables(json, readings);
+  WriteRecord(json, cable);
+  json.EndObject();
 }
 
 }  // namespace
 
 void ExportWriter::Write(std::ostream& os, Port& port) const {
-  CombinedCableInfo& cable = port.cable;
-  const Json line = {
-      {"format_version", kFormatVersion},
-      {"node_guid", GuidText(port.node_guid)},
-      {"port_guid", GuidText(port.port_guid)},
-      {"port_num", port.number},
-      {"source", Source(port)},
-      {"identification", Identification(cable)},
-      {"part_number", TextOrNull(cable.GetPNVendor())},
-      {"unique_key", TextOrNull(cable.GetUniqueKey())},
-      {"firmware", Firmware(cable)},
-      {"cdr_vendor", NumberOrNull(cable.GetCDRVendor())},
-      {"is_optic", cable.IsOpticCable()},
-      {"temperature", Temperature(cable)},
-      {"prtl_length", PrtlLength(port)},
-      {"record", Record(cable)},
-  };
-  constexpr bool kAsciiOnly = true;
-  os << line.dump(-1, ' ', kAsciiOnly) << '\n';
+  cable_info::TextBuffer line;
+  JsonText json(line);
+  WritePort(json, port);
+  line.Append('\n');
+  os.write(line.view().data(), static_cast<std::streamsize>(line.size()));
 }
 
 }  // namespace cli

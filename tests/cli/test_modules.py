@@ -211,7 +211,7 @@ class Modules(ProgramTest):
         result = run("export", "--module", self.dump(sfp(), "sfp"), self.dump(qsfp28(), "qsfp"))
         self.assert_run(result)
         first, second = map(json.loads, result.stdout.splitlines())
-        self.assertEqual((first["source"], first["temperature"]["celsius"], first["record"]),
+        self.assertEqual((first["source"], first["monitors"]["temperature_c"]["value"], first["record"]),
                          ("MODULE", 34, None))
         self.assertEqual((second["source"], second["record"]["vendor"]), ("CABLE", "Acme Optics"))
 

@@ -88,9 +88,66 @@ class Export(ProgramTest):
 
         lines = [json.loads(line) for line in run("export", FABRIC).stdout.splitlines()]
         for line in lines:
-            for optional in ("record", "firmware"):
+            for optional in ("record", "query_status", "identifier", "connector", "technology", "compliance"):
                 line[optional] = None
+            for readings in (line["monitors"], *line["lanes"]):
+                for reading in readings.values():
+                    if isinstance(reading, dict) and "state" in reading:
+                        reading.update(thresholds=None, flags=None)
         self.assertEqual([keys(line) for line in lines], [keys(lines[0])] * len(lines))
+        lanes = [keys(lane) for line in lines for lane in line["lanes"]]
+        self.assertEqual(lanes, [lanes[0]] * len(lanes))
+
+    def test_every_source_gives_the_same_values(self):
+        """A module of four lanes, as the cable pages and as the PHY's registers report it."""
+        pages = {"Identifier": 0x11, "Connector": 0x0C, "TransmitterTechnologyCode": 4, "SupportedSpeedMask": 0x30,
+                 "Temperature": 41 << 8, "SupplyVoltage": 32950, "PowerClass": 4, "NominalBitrate": 25, "LengthSmf": 2,
+                 "RxPower": [0.871, 0.902, 0.856, 0.893], "TxPower": [0.9, 1, 1.1, 1.2], "TxBias": [7, 7.1, 7.2, 7.3],
+                 "LatchedCdrLos": 0x24, "RxPowerAlarms": 0x4001, "VendorName": "Acme", "PartNumber": "P",
+                 "SerialNumber": "S", "Revision": "A", "Oui": "0x1b21", "DateCodeText": "240409", "RxPowerIsAverage": 1}
+        module = {"cable_identifier": 0, "connector_type": 0x0C, "cable_technology": 0x40, "ib_compliance_code": 0x30,
+                  "temperature": 41 << 8, "voltage": 32950, "power_class": 4, "nominal_bitrate": 250, "smf_length": 2,
+                  "power_unit_flag": 1, "rx_power": [8710, 9020, 8560, 8930], "tx_power": [9000, 10000, 11000, 12000],
+                  "tx_bias": [3500, 3550, 3600, 3650], "vendor_name": " Acme", "vendor_pn": "P", "vendor_sn": "S",
+                  "vendor_rev": "A", "vendor_oui": 0x1B21, "date_code": "240409", "rx_power_type": 1}
+        flags = {"latched_rx_los": 4, "latched_tx_los": 2, "latched_rx_power_low_alarm": 1,
+                 "latched_rx_power_low_warning": 8}
+        result = run("export", stdin=[{"cable": pages}, {"phy": {"module": module, "latched_flags": flags}}])
+        first, second = map(json.loads, result.stdout.splitlines())
+        for port in first, second:
+            self.assertEqual(port["identity"], {
+                "vendor": "Acme", "oui": "001b21", "part_number": "P", "revision": "A", "serial_number": "S",
+                "vendor_code": None, "date_code": "240409", "lot": 0,
+                "unique_key": "P_0x00_A" if port is second else None})
+            self.assertEqual(port["identifier"]["name"], "QSFP28")
+            self.assertEqual(port["technology"], {"code": 4, "name": "1310 nm DFB"})
+            self.assertEqual((port["medium"], port["supported_speeds"], port["nominal_bitrate_gbps"]),
+                             ("optical", ["EDR", "HDR"], 25))
+            self.assertEqual((port["length_m"]["smf"], port["power"]["class"], port["rx_power_type"]),
+                             (2000, 4, "average"))
+            self.assertEqual(port["monitors"]["temperature_c"]["value"], 41)
+            self.assertEqual(port["monitors"]["voltage_v"]["value"], 3.295)
+            lanes = port["lanes"]
+            self.assertEqual([lane["lane"] for lane in lanes], [1, 2, 3, 4])
+            self.assertEqual([lane["rx_power_mw"]["value"] for lane in lanes], [0.871, 0.902, 0.856, 0.893])
+            self.assertEqual([lane["tx_power_mw"]["value"] for lane in lanes], [0.9, 1, 1.1, 1.2])
+            self.assertEqual([lane["tx_bias_ma"]["value"] for lane in lanes], [7, 7.1, 7.2, 7.3])
+            self.assertEqual([lane["tx_power_mw"]["dbm"] for lane in lanes], [-0.458, 0, 0.414, 0.792])
+            self.assertEqual([lane["flags"]["rx_los"] for lane in lanes], [False, False, True, False])
+            self.assertEqual([lane["flags"]["tx_los"] for lane in lanes], [False, True, False, False])
+            self.assertEqual([lane["rx_power_mw"]["flags"]["low_alarm"] for lane in lanes], [True, False, False, False])
+            self.assertEqual([lane["rx_power_mw"]["flags"]["low_warning"] for lane in lanes],
+                             [False, False, False, True])
+
+    def test_thresholds_have_the_unit_of_their_value(self):
+        module = {"power_unit_flag": 1, "rx_power": [4030], "tx_bias": [3500], "rx_power_high_threshold": 46774,
+                  "rx_power_low_threshold": 500, "tx_bias_high_threshold": 6000, "tx_bias_low_threshold": 1500}
+        lane = json.loads(run("export", stdin=[{"phy": {"module": module}}]).stdout)["lanes"][0]
+        self.assertEqual(lane["rx_power_mw"]["value"], 0.403)
+        self.assertEqual(lane["rx_power_mw"]["thresholds"],
+                         {"high_alarm": 4.6774, "low_alarm": 0.05, "high_warning": None, "low_warning": None})
+        self.assertEqual(lane["tx_bias_ma"]["thresholds"],
+                         {"high_alarm": 12, "low_alarm": 3, "high_warning": None, "low_warning": None})
 
     def test_texts_of_any_bytes_are_ascii(self):
         text = "caf\u00e9 \u4e2d\t\"\\\u0001\u007f"

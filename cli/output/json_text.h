@@ -1,0 +1,88 @@
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "cable_info/value_format.h"
+
+namespace cli {
+
+/// Writes JSON on one line straight into a buffer, in ASCII. Commas are written where they belong;
+/// that every object is closed is the caller's business.
+class JsonText {
+ public:
+  /// Appends to `out`, which must outlive the text.
+  explicit JsonText(cable_info::TextBuffer& out) : out_(out) {}
+
+  void BeginObject() { Open('{'); }
+  void EndObject() { Close('}'); }
+  void BeginArray() { Open('['); }
+  void EndArray() { Close(']'); }
+
+  /// The key of the next value; it is written verbatim.
+  JsonText& Key(std::string_view key) {
+    Separate();
+    out_.Append('"').Append(key).Append("\":");
+    needs_comma_ = false;
+    return *this;
+  }
+
+  /// \name Values
+  /// @{
+  void Null() { Verbatim("null"); }
+  void Bool(bool value) { Verbatim(value ? "true" : "false"); }
+  void Integer(std::uint32_t value);
+  /// The shortest text that reads back as the same number; null for NaN and infinities.
+  void Number(float value);
+  /// The same with a fraction in any case: "0.0".
+  void NumberWithPoint(float value);
+  /// At most three decimals; null for NaN and infinities.
+  void Rounded(double value);
+  /// Bytes of no known encoding: each becomes the code point of its number.
+  void Bytes(std::string_view text);
+  /// UTF-8; a byte that is part of no character becomes the code point of its number.
+  void Utf8(std::string_view text);
+  /// Text that needs no escapes.
+  void Plain(std::string_view text);
+  /// A JSON value as it is.
+  void Verbatim(std::string_view json) {
+    Separate();
+    out_.Append(json);
+  }
+  /// @}
+
+  /// \name Values that may be missing, and are null then
+  /// @{
+  template <std::unsigned_integral T>
+  void OrNull(std::optional<T> value) {
+    value ? Integer(*value) : Null();
+  }
+  void OrNull(std::optional<float> value) { value ? Number(*value) : Null(); }
+  void OrNull(std::optional<bool> value) { value ? Bool(*value) : Null(); }
+  /// Null for an empty text.
+  void BytesOrNull(std::string_view text) { text.empty() ? Null() : Bytes(text); }
+  /// @}
+
+ private:
+  void Separate() {
+    if (needs_comma_) out_.Append(',');
+    needs_comma_ = true;
+  }
+  void Open(char bracket) {
+    Separate();
+    out_.Append(bracket);
+    needs_comma_ = false;
+  }
+  void Close(char bracket) {
+    out_.Append(bracket);
+    needs_comma_ = true;
+  }
+  void AppendCodePoint(std::uint32_t code);
+
+  cable_info::TextBuffer& out_;
+  bool needs_comma_ = false;
+};
+
+}  // namespace cli
