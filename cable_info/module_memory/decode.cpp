@@ -155,11 +155,12 @@ void ModuleMemory::DropAbsent() {
 
 void ModuleMemory::Choose(ModuleFamily family, std::optional<std::uint8_t> identifier) {
   family_ = family;
-  identifier_ = identifier.value_or(0);
+  identifier_ = identifier;
 }
 
 void ModuleMemory::IdentifySfp() {
   const std::optional<std::uint8_t> byte0 = image_->At(Page::kA0, 0);
+  identifier_ = byte0;
   if (FamilyOf(byte0) == ModuleFamily::kSff8472) return Choose(ModuleFamily::kSff8472, byte0);
   remark_ = "unknown module identifier: byte 0 of A0h is " + Shown(byte0);
 }
@@ -171,6 +172,7 @@ void ModuleMemory::Identify() {
     return family == ModuleFamily::kSff8636 || family == ModuleFamily::kCmis;
   };
   const std::optional<std::uint8_t> byte0 = image_->At(Page::kLower, 0);
+  identifier_ = byte0;
   const std::optional<std::uint8_t> copy = image_->At(Page::k00, kIdentifierCopy);
   if (is_paged(FamilyOf(byte0))) {
     Choose(FamilyOf(byte0), byte0);
@@ -198,6 +200,11 @@ void Decode(const ModuleImage& image, ModuleInfo& info) {
   info.family = memory.family();
   if (!memory.remark().empty()) info.warnings.push_back(memory.remark());
   module_memory::AddPages(memory.image(), info.pages_read);
+  if (memory.identifier()) {
+    info.SetCode(Field::kIdentifier, *memory.identifier(), kIdentifiers.Name(*memory.identifier()));
+  } else {
+    info.SetState(Field::kIdentifier, FieldState::kNotRead);
+  }
   module_memory::Decoding to = {memory.image(), info};
   switch (info.family) {
     case ModuleFamily::kSff8636:

@@ -13,6 +13,10 @@ namespace cable_info::module_memory {
 /// The family that an identifier (SFF-8024, table 4-1) stands for.
 ModuleFamily FamilyOf(std::uint8_t identifier);
 
+/// The power class of a module, 1 to 8, by bytes 129 and 107 of SFF-8636. Class 8 counts only with
+/// a maximum power: older revisions reserve its bit, and modules set it.
+unsigned Sff8636PowerClass(unsigned extended_identifier, unsigned maximum_power);
+
 /// \name The families' decoders
 /// The image is that of a `ModuleMemory`. What they fill is a `ModuleInfo` that knows its family
 /// and the pages that were read.
@@ -39,8 +43,8 @@ class ModuleMemory {
   ~ModuleMemory() = default;
 
   ModuleFamily family() const { return family_; }
-  /// The identifier that decided the family: byte 0, or its copy.
-  std::uint8_t identifier() const { return identifier_; }
+  /// The identifier that decided the family: byte 0, or its copy; none when it was not read.
+  std::optional<std::uint8_t> identifier() const { return identifier_; }
   const ModuleImage& image() const { return *image_; }
   /// What there is to remark on the identifier; why there is none when the family is unknown.
   const std::string& remark() const { return remark_; }
@@ -56,7 +60,7 @@ class ModuleMemory {
   const ModuleImage* image_;
   ModuleImage rest_;  // where image_ points when anything was not there
   ModuleFamily family_ = ModuleFamily::kUnknown;
-  std::uint8_t identifier_ = 0;
+  std::optional<std::uint8_t> identifier_;
   std::string remark_;
 };
 

@@ -171,6 +171,12 @@ Advertised AskBit(const ModuleImage& image, Page page, std::size_t byte, unsigne
   return AdvertisedIf((half[byte] >> bit & 1U) != 0);
 }
 
+Advertised AskBits(const ModuleImage& image, Page page, std::size_t byte, unsigned mask) {
+  const ModuleImage::Half& half = image.HalfOf(page, byte);
+  if (!half.Has(byte)) return Advertised::kUnknown;
+  return AdvertisedIf((half[byte] & mask) != 0);
+}
+
 Advertised Ask(const ModuleImage& image, const Advertisement& advertisement) {
   if (advertisement.is_always) return Advertised::kYes;
   if (advertisement.rule != nullptr) return advertisement.rule(image);
@@ -270,6 +276,136 @@ Monitor ReadMonitor(const ModuleImage& image, const MapMonitor& line, const Conv
   monitor.thresholds = ReadThresholds(image, line, conversion);
   monitor.flags = ReadFlags(image, line.flags, lane, bank);
   return monitor;
+}
+
+namespace {
+
+constexpr unsigned kLanesPerBank = 8;
+
+unsigned BankOfLane(unsigned lane) { return (lane - 1) / kLanesPerBank; }
+unsigned LaneInBank(unsigned lane) { return (lane - 1) % kLanesPerBank + 1; }
+
+std::string_view NameOf(const MapMonitor& line) {
+  switch (line.quantity) {
+    case Quantity::kTemperature:
+      return "temperature";
+    case Quantity::kVoltage:
+      return "supply voltage";
+    case Quantity::kTxBias:
+      return "TX bias";
+    case Quantity::kTxPower:
+      return "TX power";
+    case Quantity::kRxPower:
+      return "RX power";
+    case Quantity::kAux:
+      break;
+  }
+  return line.name;
+}
+
+bool IsOfLanes(Quantity quantity) {
+  return quantity == Quantity::kTxBias || quantity == Quantity::kTxPower ||
+         quantity == Quantity::kRxPower;
+}
+
+// A value that a module without the monitor would not show.
+bool IsPlausible(const ModuleImage& image, const MapMonitor& line, unsigned lane, unsigned bank) {
+  constexpr std::uint32_t kAllSet = 0xFFFF;
+  const std::size_t byte = line.byte + 2 * std::size_t{lane - 1};
+  const ModuleImage::Half& half = image.HalfOf(InBank(line.page, bank), byte);
+  const std::uint32_t raw = half.Has(byte, 2) ? RawNumber(half, byte, kWord) : 0;
+  return raw != 0 && raw != kAllSet;
+}
+
+bool IsAnyFlagRaised(const ModuleImage& image, const MapMonitor& line, unsigned lane,
+                     unsigned bank) {
+  return ReadFlags(image, line.flags, lane, bank).raised != 0;
+}
+
+// "RX power: not advertised, but lanes 1, 2 have a value".
+void WarnOfLanes(Decoding& to, std::string_view name, const std::string& lanes,
+                 std::string_view what) {
+  if (lanes.empty()) return;
+  to.info.warnings.push_back(std::string(name) + ": not advertised, but " + std::string(what) +
+                             lanes);
+}
+
+void AddLane(std::string& lanes, unsigned lane) {
+  lanes += lanes.empty() ? " of lane " : ", ";
+  lanes += std::to_string(lane);
+}
+
+Monitor& MonitorOf(Lane& lane, Quantity quantity) {
+  if (quantity == Quantity::kTxBias) return lane.tx_bias;
+  return quantity == Quantity::kTxPower ? lane.tx_power : lane.rx_power;
+}
+
+void ApplyReadiness(Monitor& monitor, const MonitorScope& scope) {
+  if (scope.is_ready || !monitor.IsPresent()) return;
+  monitor.state = FieldState::kNotReady;
+  monitor.value = 0.0;
+}
+
+void DecodeModuleMonitor(Decoding& to, const MapMonitor& line, const Conversion& conversion,
+                         Advertised advertised, const MonitorScope& scope) {
+  Monitor monitor = ReadMonitor(to.image, line, conversion, advertised);
+  ApplyReadiness(monitor, scope);
+  if (line.quantity == Quantity::kTemperature) to.info.temperature = monitor;
+  if (line.quantity == Quantity::kVoltage) to.info.voltage = monitor;
+  if (line.quantity == Quantity::kAux) to.info.aux.push_back({line.name, monitor});
+  if (advertised != Advertised::kNo) return;
+  if (IsPlausible(to.image, line, 1, 0)) {
+    to.info.warnings.push_back(std::string(NameOf(line)) + ": not advertised, but has a value");
+  }
+  if (IsAnyFlagRaised(to.image, line, 1, 0)) {
+    to.info.warnings.push_back(std::string(NameOf(line)) +
+                               ": not advertised, but has a flag raised");
+  }
+}
+
+void DecodeLaneMonitor(Decoding& to, const MapMonitor& line, const Conversion& conversion,
+                       Advertised advertised, const MonitorScope& scope) {
+  std::string with_value;
+  std::string with_flag;
+  for (Lane& lane : to.info.lanes) {
+    const unsigned bank = BankOfLane(lane.number);
+    const unsigned in_bank = LaneInBank(lane.number);
+    const bool is_absent = (scope.absent_lanes >> (lane.number - 1) % 64 & 1U) != 0;
+    const Advertised of_lane = is_absent ? Advertised::kNo : advertised;
+    Monitor& monitor = MonitorOf(lane, line.quantity);
+    monitor = ReadMonitor(to.image, line, conversion, of_lane, in_bank, bank);
+    ApplyReadiness(monitor, scope);
+    if (of_lane != Advertised::kNo) continue;
+    if (IsPlausible(to.image, line, in_bank, bank)) AddLane(with_value, lane.number);
+    if (IsAnyFlagRaised(to.image, line, in_bank, bank)) AddLane(with_flag, lane.number);
+  }
+  WarnOfLanes(to, NameOf(line), with_value, "there is a value");
+  WarnOfLanes(to, NameOf(line), with_flag, "a flag is raised");
+}
+
+}  // namespace
+
+void DecodeMonitor(Decoding& to, const MapMonitor& line, const Conversion& conversion,
+                   Advertised advertised, const MonitorScope& scope) {
+  if (IsOfLanes(line.quantity)) {
+    DecodeLaneMonitor(to, line, conversion, advertised, scope);
+  } else {
+    DecodeModuleMonitor(to, line, conversion, advertised, scope);
+  }
+}
+
+void WarnOfFlags(Decoding& to, Lines<LaneMapField> map) {
+  for (const LaneMapField& line : map) {
+    if (line.field > kLastLaneFlag || Ask(to.image, line.advertised) != Advertised::kNo) continue;
+    std::string lanes;
+    for (const Lane& lane : to.info.lanes) {
+      const unsigned bank = BankOfLane(lane.number);
+      if (RawOf(to.image, line, LaneInBank(lane.number), bank).value_or(0) != 0) {
+        AddLane(lanes, lane.number);
+      }
+    }
+    WarnOfLanes(to, DescribeField(line.field).label, lanes, "the flag is raised");
+  }
 }
 
 void AddNames(const ModuleImage& image, Lines<NamedBit> bits, std::vector<std::string_view>& to) {

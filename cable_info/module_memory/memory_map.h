@@ -144,6 +144,8 @@ constexpr Advertisement By(Advertised (*rule)(const ModuleImage&), std::string_v
 
 /// The bit as an answer.
 Advertised AskBit(const ModuleImage& image, Page page, std::size_t byte, unsigned bit);
+/// Yes when any bit of the mask is set.
+Advertised AskBits(const ModuleImage& image, Page page, std::size_t byte, unsigned mask);
 /// Asks what advertises a field.
 Advertised Ask(const ModuleImage& image, const Advertisement& advertisement);
 /// Yes when all say yes, no when any says no.
@@ -155,6 +157,11 @@ constexpr Advertised Both(Advertised a, Advertised b) {
 constexpr Advertised Either(Advertised a, Advertised b) {
   if (a == Advertised::kYes || b == Advertised::kYes) return Advertised::kYes;
   return a == Advertised::kNo ? b : a;
+}
+/// Yes when it says no.
+constexpr Advertised Not(Advertised a) {
+  if (a == Advertised::kUnknown) return a;
+  return a == Advertised::kYes ? Advertised::kNo : Advertised::kYes;
 }
 constexpr Advertised AdvertisedIf(bool is_advertised) {
   return is_advertised ? Advertised::kYes : Advertised::kNo;
@@ -176,7 +183,7 @@ struct MapField {
   Extent extent;
   Format format;
   Advertisement advertised;
-  std::string_view standard;  ///< the table of the standard
+  std::string_view since;  ///< the first revision of the standard that has it; empty: all
 };
 
 /// How the values of lanes 1, 2, ... follow each other.
@@ -202,7 +209,7 @@ struct LaneMapField {
   LaneOrder order;
   Format format;
   Advertisement advertised;
-  std::string_view standard;
+  std::string_view since;
   LaneSide side = LaneSide::kBoth;
 };
 
@@ -233,7 +240,7 @@ struct MapMonitor {
   std::uint8_t threshold_byte;
   FlagPlaces flags;
   Advertisement advertised;
-  std::string_view standard;
+  std::string_view since;
 };
 
 /// A bit with a name: an option, or a standard that the module follows.
@@ -332,6 +339,20 @@ struct Conversion {
 /// that are all 0000h or all FFFFh are not given.
 Monitor ReadMonitor(const ModuleImage& image, const MapMonitor& line, const Conversion& conversion,
                     Advertised advertised, unsigned lane = 1, unsigned bank = 0);
+
+/// What there is to know beyond the map when quantities are decoded.
+struct MonitorScope {
+  std::uint64_t absent_lanes = 0;  ///< bit n: lane n + 1 does not have what is monitored
+  bool is_ready = true;            ///< the module has valid data
+};
+
+/// Decodes a quantity of the module, or of all lanes that `to` has, eight to a bank. A value or a
+/// flag that is there though it is not advertised is a warning.
+void DecodeMonitor(Decoding& to, const MapMonitor& line, const Conversion& conversion,
+                   Advertised advertised, const MonitorScope& scope);
+
+/// Warns of the flags of lanes that are raised and not advertised.
+void WarnOfFlags(Decoding& to, Lines<LaneMapField> map);
 
 /// Adds the names of the bits that are set.
 void AddNames(const ModuleImage& image, Lines<NamedBit> bits, std::vector<std::string_view>& to);

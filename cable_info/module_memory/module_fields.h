@@ -82,6 +82,8 @@ enum class Field : std::uint8_t {
   kPam4ModeTx,
   kPam4ModeRx,
   kExtendedIdentifier,
+  kSpeedMask,
+  kExtendedBitrate,
   kExtendedCompliance,
   kSecondaryExtendedCompliance,
   kModuleSubtype,
@@ -239,6 +241,7 @@ enum class LaneField : std::uint8_t {
   kTxForceSquelch,
   kTxAdaptiveEq,
   kTxAdaptiveEqFreeze,
+  kRxEmphasis,
   kTxRateSelect,
   kRxRateSelect,
   kRxLosMask,
@@ -311,6 +314,8 @@ enum class LaneField : std::uint8_t {
   kCount,
 };
 inline constexpr std::size_t kLaneFieldCount = static_cast<std::size_t>(LaneField::kCount);
+/// The first fields of a lane are its flags, up to this one.
+inline constexpr LaneField kLastLaneFlag = LaneField::kTxAdaptiveEqFault;
 
 /// What a field is called.
 struct FieldInfo {

@@ -7,14 +7,29 @@
 
 namespace cable_info {
 
-std::string PageName(Page page) {
-  if (page == Page::kLower) return "the lower page";
-  if (page == Page::kA0) return "A0h";
-  if (page == Page::kA2) return "A2h";
+namespace {
+
+// "03h", "A2h".
+std::string NumberName(Page page) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   const unsigned number = NumberOf(page);
-  std::string name = std::string("page ") + kDigits[number >> 4] + kDigits[number & 0xF] + 'h';
+  return {kDigits[number >> 4U], kDigits[number & 0xFU], 'h'};
+}
+
+}  // namespace
+
+std::string PageName(Page page) {
+  if (page == Page::kLower) return "the lower page";
+  if (!IsUpperPage(page)) return NumberName(page);
+  std::string name = "page " + NumberName(page);
   if (BankOf(page) != 0) name += " of bank " + std::to_string(BankOf(page));
+  return name;
+}
+
+std::string ShortPageName(Page page) {
+  if (page == Page::kLower) return "lower";
+  std::string name = NumberName(page);
+  if (BankOf(page) != 0) name += " bank " + std::to_string(BankOf(page));
   return name;
 }
 

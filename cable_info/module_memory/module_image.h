@@ -45,6 +45,8 @@ constexpr bool IsUpperPage(Page page) { return (static_cast<std::uint32_t>(page)
 
 /// "the lower page", "page 03h", "page 11h of bank 1", "A2h".
 std::string PageName(Page page);
+/// "lower", "03h", "11h bank 1", "A2h".
+std::string ShortPageName(Page page);
 
 /// What is known of a module's memory. Whatever is asked, the answer is a byte or that there is
 /// none.

@@ -1,5 +1,7 @@
 #include "cable_info/module_memory/module_info.h"
 
+#include "cable_info/module_memory/sff8024.h"
+
 namespace cable_info {
 
 std::string_view FamilyName(ModuleFamily family) {
@@ -28,6 +30,11 @@ std::string_view StateName(FieldState state) {
       break;
   }
   return "not_ready";
+}
+
+std::string_view LaneCodeName(LaneField field, const LaneValue& value) {
+  const auto code = static_cast<unsigned>(value.number);
+  return field == LaneField::kDataPathState ? kDataPathStates.Name(code) : std::string_view();
 }
 
 FieldValue ModuleInfo::operator[](Field field) const {

@@ -124,6 +124,10 @@ struct NamedCode {
   std::string_view name;
 };
 
+/// The name of the code that a lane's field has; empty for fields that are no code, and for codes
+/// without a name.
+std::string_view LaneCodeName(LaneField field, const LaneValue& value);
+
 /// An application descriptor of a CMIS module.
 struct Application {
   unsigned number = 1;  ///< the AppSel code

@@ -201,6 +201,11 @@ void Decode(const Identifier& identifier, ModuleImage& image, ModuleReading& rea
 
 }  // namespace
 
+ModuleImage SplitImage(const DumpBytes& image, std::vector<std::string>& remarks) {
+  const Identifier& identifier = Identify(At(image, 0), At(image, kUpper), remarks);
+  return Split(image, FindLayout(identifier, image.size(), remarks));
+}
+
 ModuleReading ReadModule(const DumpBytes& image) {
   ModuleReading reading;
   const Identifier& identifier = Identify(At(image, 0), At(image, kUpper), reading.remarks);

@@ -25,6 +25,10 @@ struct ModuleReading {
   std::vector<std::string> remarks;
 };
 
+/// The pages of an image in which they stand one behind the other, in the order of the family. What
+/// there is to remark goes to `remarks`. Throws `BadModule`.
+ModuleImage SplitImage(const DumpBytes& image, std::vector<std::string>& remarks);
+
 /// Decodes an image: its pages one behind the other, in the order of the family. Throws `BadModule`
 /// for what is no module's memory.
 ModuleReading ReadModule(const DumpBytes& image);

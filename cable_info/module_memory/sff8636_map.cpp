@@ -1,14 +1,516 @@
-// The memory map of SFF-8636.
+// The memory map of SFF-8636 rev 2.11, which is that of SFF-8436 rev 4.9, too, where that one
+// reserves what it does not have.
+
+#include <algorithm>
 
 #include "cable_info/module_memory/decode.h"
+#include "cable_info/value_format.h"
 
 namespace cable_info::module_memory {
 
-const MemoryMap& Sff8636Map() {
-  static const MemoryMap kMap;
-  return kMap;
+namespace {
+
+constexpr Page L = Page::kLower;
+constexpr Page P00 = Page::k00;
+constexpr Page P02 = Page::k02;
+constexpr Page P03 = Page::k03;
+
+constexpr unsigned kLanes = 4;
+constexpr unsigned kOldQsfp = 0x0C;
+
+// ---------------------------------------------------------------------------------------------
+// What advertises fields
+// ---------------------------------------------------------------------------------------------
+
+constexpr unsigned kRevision20 = 0x06;  // revision codes in byte 1
+constexpr unsigned kRevision25 = 0x07;
+constexpr unsigned kRevision28 = 0x08;
+
+unsigned RevisionCode(const ModuleImage& image) { return image.At(L, 1).value_or(0); }
+
+constexpr unsigned kSeeExtendedBitrate = 255;  // in byte 140
+
+constexpr unsigned kFirstCopper = 10;
+constexpr unsigned kLastCopper = 15;
+
+// The technology, bits 7..4 of byte 147; none when it was not read.
+std::optional<unsigned> Technology(const ModuleImage& image) {
+  const std::optional<std::uint8_t> byte = image.At(P00, 147);
+  return byte ? std::optional<unsigned>(*byte >> 4U) : std::nullopt;
 }
 
-void DecodeSff8636(Decoding& /*to*/) {}
+Advertised IsCopper(const ModuleImage& image) {
+  const std::optional<unsigned> technology = Technology(image);
+  if (!technology) return Advertised::kUnknown;
+  return AdvertisedIf(*technology >= kFirstCopper && *technology <= kLastCopper);
+}
+
+Advertised IsOptical(const ModuleImage& image) { return Not(IsCopper(image)); }
+
+// The technologies whose byte 145 is the attenuation at 25.78 GHz.
+Advertised HasAttenuation25p8(const ModuleImage& image) {
+  const std::optional<unsigned> technology = Technology(image);
+  if (!technology) return Advertised::kUnknown;
+  return AdvertisedIf(*technology == 10 || *technology == 11 || *technology == 13 ||
+                      *technology == 15);
+}
+
+Advertised HasRateSelect(const ModuleImage& image) {
+  const Advertised has_version = AskBits(image, P00, 141, 0x03);
+  return Both(Both(AskBit(image, P00, 195, 5), AskBit(image, P00, 221, 3)), has_version);
+}
+
+Advertised HasHighPowerClass(const ModuleImage& image) { return AskBits(image, P00, 129, 0x03); }
+
+Advertised HasExtendedBitrate(const ModuleImage& image) {
+  const std::optional<std::uint8_t> rate = image.At(P00, 140);
+  return rate ? AdvertisedIf(*rate == kSeeExtendedBitrate) : Advertised::kUnknown;
+}
+
+Advertised Since28(const ModuleImage& image) {
+  return AdvertisedIf(RevisionCode(image) >= kRevision28);
+}
+
+// A monitor of the module: advertised from rev 2.8 on; before, a module without it reads 0000h or
+// FFFFh.
+Advertised HasModuleMonitor(const ModuleImage& image, std::size_t byte, unsigned bit) {
+  if (RevisionCode(image) >= kRevision28) return AskBit(image, P00, 220, bit);
+  const ModuleImage::Half& half = image.HalfOf(L, byte);
+  if (!half.Has(byte, 2)) return Advertised::kUnknown;
+  const std::uint32_t raw = RawNumber(half, byte, kWord);
+  return AdvertisedIf(raw != 0 && raw != 0xFFFF);
+}
+Advertised HasTemperature(const ModuleImage& image) { return HasModuleMonitor(image, 22, 5); }
+Advertised HasVoltage(const ModuleImage& image) { return HasModuleMonitor(image, 26, 4); }
+
+bool IsAnyLaneSet(const ModuleImage& image, std::size_t first) {
+  const ModuleImage::Half& half = image.HalfOf(L, first);
+  for (std::size_t i = 0; i < 2 * kLanes; ++i) {
+    if (half[first + i] != 0) return true;
+  }
+  return false;
+}
+
+Advertised HasRxPower(const ModuleImage& image) {
+  const Advertised is_measured = IsAnyLaneSet(image, 34) ? Advertised::kYes : Advertised::kNo;
+  return Both(IsOptical(image), Either(AskBit(image, P00, 220, 3), is_measured));
+}
+
+Advertised HasTxPower(const ModuleImage& image) {
+  const Advertised is_measured = AdvertisedIf(IsAnyLaneSet(image, 50));
+  const Advertised is_monitored =
+      RevisionCode(image) >= kRevision20 ? AskBit(image, P00, 220, 2) : is_measured;
+  return Both(IsOptical(image), is_monitored);
+}
+
+// No bit advertises the bias. A module with flat memory that monitors nothing else has none.
+Advertised HasTxBias(const ModuleImage& image) {
+  const bool is_flat = AskBit(image, L, 2, 2) == Advertised::kYes;
+  const bool monitors_nothing = AskBits(image, P00, 220, 0x3C) == Advertised::kNo &&
+                                HasTemperature(image) == Advertised::kNo &&
+                                HasVoltage(image) == Advertised::kNo;
+  const bool is_none = is_flat && monitors_nothing && !IsAnyLaneSet(image, 42);
+  return Both(IsOptical(image), AdvertisedIf(!is_none));
+}
+
+constexpr Advertisement kCopper = By(IsCopper, "copper: 00h:147.7-4 is 10 to 15");
+constexpr Advertisement kOptical = By(IsOptical, "optical: 00h:147.7-4 is below 10");
+constexpr Advertisement kSince28 = By(Since28, "revision code 08h on");
+
+// ---------------------------------------------------------------------------------------------
+// The map
+// ---------------------------------------------------------------------------------------------
+
+constexpr CodeName kRxPowerTypeNames[] = {{0, "OMA"}, {1, "average power"}};
+constexpr CodeTable kRxPowerTypes("SFF-8636 rev 2.11, byte 220", kRxPowerTypeNames);
+
+constexpr CodeName kDetectorNames[] = {{0, "PIN"}, {1, "APD"}};
+constexpr CodeTable kDetectors("SFF-8636 rev 2.11, byte 147", kDetectorNames);
+
+constexpr CodeName kFarEndNames[] = {
+    {0, "unspecified or separable"},  {1, "one far end with 4 lanes"},
+    {2, "one far end with 2 lanes"},  {3, "one far end with 1 lane"},
+    {4, "four far ends with 1 lane"}, {5, "two far ends with 2 lanes"},
+    {6, "two far ends with 1 lane"},
+};
+constexpr CodeTable kFarEnds("SFF-8636 rev 2.11, byte 113", kFarEndNames);
+
+constexpr CodeName kSubtypeNames[] = {{1, "Type 1"}, {2, "Type 2"}, {3, "Type 2A"}, {4, "Type 2B"}};
+constexpr CodeTable kSubtypes("SFF-8024 rev 4.13, table 4-11", kSubtypeNames);
+
+constexpr CodeName kEmphasisNames[] = {
+    {0, "constant peak-to-peak amplitude, or no information"},
+    {1, "constant steady-state amplitude"},
+    {2, "constant average amplitude"},
+};
+constexpr CodeTable kEmphasisTypes("SFF-8636 rev 2.11, page 03h byte 225", kEmphasisNames);
+
+constexpr CodeName kLowPowerPinNames[] = {{0, "LPMode"}, {1, "TxDis"}};
+constexpr CodeTable kLowPowerPins("SFF-8636 rev 2.11, byte 99", kLowPowerPinNames);
+constexpr CodeName kInterruptPinNames[] = {{0, "IntL"}, {1, "RxLOSL"}};
+constexpr CodeTable kInterruptPins("SFF-8636 rev 2.11, byte 99", kInterruptPinNames);
+
+// clang-format off
+constexpr MapField kFields[] = {
+    // field, page, byte, extent, format, what advertises it, first revision
+    {Field::kIdentifier,                   L,     0, kByte,      kOwn,                             kAlways,            ""},
+    {Field::kRevision,                     L,     1, kByte,      kOwn,                             kAlways,            ""},
+    {Field::kFlatMemory,                   L,     2, Bit(2),     kFlag,                            kAlways,            ""},
+    {Field::kInterruptAsserted,            L,     2, Bit(1),     kInverseFlag,                     kAlways,            ""},
+    {Field::kDataNotReady,                 L,     2, Bit(0),     kFlag,                            kAlways,            ""},
+    {Field::kCoolerReady,                  L,     6, Bit(1),     kFlag,                            On(P00, 221, 1),    "2.8"},
+    {Field::kInitializationComplete,       L,     6, Bit(0),     kFlag,                            On(P00, 221, 4),    "1.9"},
+    {Field::kSoftwareReset,                L,    93, Bit(7),     kFlag,                            On(P00, 221, 0),    "2.10"},
+    {Field::kHighPowerClass8Enable,        L,    93, Bit(3),     kFlag,                            On(P00, 129, 5),    "2.10"},
+    {Field::kHighPowerEnable,              L,    93, Bit(2),     kFlag,                            By(HasHighPowerClass, "00h:129.1-0 is not 0"), "1.9"},
+    {Field::kLowPowerRequest,              L,    93, Bit(1),     kFlag,                            kAlways,            ""},
+    {Field::kLowPowerOverride,             L,    93, Bit(0),     kFlag,                            kAlways,            ""},
+    {Field::kLowPowerPinIsTxDisable,       L,    99, Bit(1),     Code(kLowPowerPins),              On(P00, 193, 6),    "2.10"},
+    {Field::kInterruptPinIsLos,            L,    99, Bit(0),     Code(kInterruptPins),             On(P00, 193, 5),    "2.10"},
+    {Field::kMaxPower,                     L,   107, kByte,      kOwn,                             kAlways,            "2.10"},
+    {Field::kPropagationDelay,             L,   108, kWord,      Number(Times(10)).ZeroIsNone(),   kAlways,            ""},
+    {Field::kAdvancedLowPower,             L,   110, Bits(7, 4), kOwn,                             kAlways,            ""},
+    {Field::kFarSideManaged,               L,   110, Bit(3),     kFlag,                            kAlways,            ""},
+    {Field::kMinOperatingVoltage,          L,   110, Bits(2, 0), kOwn,                             kAlways,            ""},
+    {Field::kFarEnd,                       L,   113, Bits(6, 4), Code(kFarEnds),                   kAlways,            "2.5"},
+    {Field::kNearEndLanes,                 L,   113, Bits(3, 0), kOwn,                             kAlways,            "2.5"},
+    {Field::kTxTurnOnTime,                 L,   114, Bits(7, 4), kNumber.ZeroIsNone(),             kSince28,           "2.8"},
+    {Field::kDataPathInitTime,             L,   114, Bits(3, 0), kNumber.ZeroIsNone(),             kSince28,           "2.8"},
+    {Field::kModselWaitTime,               L,   115, kByte,      kOwn,                             kAlways,            "2.10"},
+    {Field::kSecondaryExtendedCompliance,  L,   116, kByte,      Code(kExtendedCompliance).ZeroIsNone(), kAlways,      "2.10"},
+    {Field::kModuleSubtype,                L,   117, Bits(7, 4), Code(kSubtypes).ZeroIsNone(),     kAlways,            "2.11"},
+    {Field::kFiberFace,                    L,   117, Bits(1, 0), Code(kFiberFaces).ZeroIsNone(),   kAlways,            "2.11"},
+
+    {Field::kPowerClass,                   P00, 129, kByte,      kOwn,                             kAlways,            ""},
+    {Field::kConnector,                    P00, 130, kByte,      Code(kConnectors),                kAlways,            ""},
+    {Field::kEncoding,                     P00, 139, kByte,      Code(kSff8636Encodings),          kAlways,            ""},
+    {Field::kNominalBitrate,               P00, 140, kByte,      kOwn,                             kAlways,            ""},
+    {Field::kRateSelectVersion,            P00, 141, Bits(1, 0), kNumber.ZeroIsNone(),             kAlways,            ""},
+    {Field::kLengthSmf,                    P00, 142, kByte,      Number(Times(1000)).ZeroIsNone(), kOptical,           ""},
+    {Field::kLengthOm3,                    P00, 143, kByte,      Number(Times(2)).ZeroIsNone(),    kOptical,           ""},
+    {Field::kLengthOm2,                    P00, 144, kByte,      kNumber.ZeroIsNone(),             kOptical,           ""},
+    {Field::kLengthOm1,                    P00, 145, kByte,      kNumber.ZeroIsNone(),             kOptical,           ""},
+    {Field::kAttenuation25p8,              P00, 145, kByte,      kNumber.ZeroIsNone(),             By(HasAttenuation25p8, "00h:147.7-4 is 10, 11, 13 or 15"), "2.8"},
+    {Field::kLengthCable,                  P00, 146, kByte,      kOwn,                             kAlways,            ""},
+    {Field::kLengthOm4,                    P00, 146, kByte,      kOwn,                             kOptical,           ""},
+    {Field::kTechnology,                   P00, 147, Bits(7, 4), Code(kSff8636Technologies),       kAlways,            ""},
+    {Field::kWavelengthControl,            P00, 147, Bit(3),     kFlag,                            kOptical,           ""},
+    {Field::kCooledTransmitter,            P00, 147, Bit(2),     kFlag,                            kOptical,           ""},
+    {Field::kDetector,                     P00, 147, Bit(1),     Code(kDetectors),                 kOptical,           ""},
+    {Field::kTunableTransmitter,           P00, 147, Bit(0),     kFlag,                            kOptical,           ""},
+    {Field::kVendor,                       P00, 148, Bytes(16),  kText,                            kAlways,            ""},
+    {Field::kSpeedMask,                    P00, 164, kByte,      kNumber.ZeroIsNone(),             kAlways,            ""},
+    {Field::kOui,                          P00, 165, Bytes(3),   kOui,                             kAlways,            ""},
+    {Field::kPartNumber,                   P00, 168, Bytes(16),  kText,                            kAlways,            ""},
+    {Field::kVendorRevision,               P00, 184, Bytes(2),   kText,                            kAlways,            ""},
+    {Field::kWavelength,                   P00, 186, kWord,      Number(Per(20)).ZeroIsNone(),     kOptical,           ""},
+    {Field::kWavelengthTolerance,          P00, 188, kWord,      Number(Per(200)).ZeroIsNone(),    kOptical,           ""},
+    {Field::kAttenuation2p5,               P00, 186, kByte,      kNumber.ZeroIsNone(),             kCopper,            ""},
+    {Field::kAttenuation5,                 P00, 187, kByte,      kNumber.ZeroIsNone(),             kCopper,            ""},
+    {Field::kAttenuation7,                 P00, 188, kByte,      kNumber.ZeroIsNone(),             kCopper,            ""},
+    {Field::kAttenuation12p9,              P00, 189, kByte,      kNumber.ZeroIsNone(),             kCopper,            ""},
+    {Field::kMaxCaseTemperature,           P00, 190, kByte,      kOwn,                             kAlways,            ""},
+    {Field::kExtendedCompliance,           P00, 192, kByte,      Code(kExtendedCompliance).ZeroIsNone(), kAlways,      ""},
+    {Field::kSerialNumber,                 P00, 196, Bytes(16),  kText,                            kAlways,            ""},
+    {Field::kDateCode,                     P00, 212, Bytes(6),   kText,                            kAlways,            ""},
+    {Field::kLot,                          P00, 218, Bytes(2),   kText,                            kAlways,            ""},
+    {Field::kRxPowerType,                  P00, 220, Bit(3),     Code(kRxPowerTypes),              By(HasRxPower, "as RX power"), ""},
+    {Field::kExtendedBitrate,              P00, 222, kByte,      Number(Times(250)).ZeroIsNone(),  By(HasExtendedBitrate, "00h:140 is 255"), "1.5"},
+
+    {Field::kClei,                         P02, 128, Bytes(10),  kText,                            On(P00, 129, 4),    ""},
+
+    {Field::kMaxTxInputEq,                 P03, 224, Bits(7, 4), kNumber,                          On(P00, 193, 2),    "1.9"},
+    {Field::kMaxRxEmphasis,                P03, 224, Bits(3, 0), kNumber,                          On(P00, 193, 1),    "1.9"},
+    {Field::kRxEmphasisType,               P03, 225, Bits(5, 4), Code(kEmphasisTypes),             On(P00, 193, 1),    "2.5"},
+    {Field::kRxAmplitudes,                 P03, 225, Bits(3, 0), kNumber.ZeroIsNone(),             On(P00, 193, 0),    "1.9"},
+    {Field::kCoolerSettlingTime,           P03, 228, kByte,      kNumber.ZeroIsNone(),             kAlways,            "2.8"},
+    {Field::kAdaptiveEqSettlingTime,       P03, 229, kByte,      Number(Times(100)).ZeroIsNone(),  On(P00, 193, 3),    "2.8"},
+    {Field::kHostFec,                      P03, 230, Bit(7),     kFlag,                            On(P03, 227, 7),    "2.10"},
+    {Field::kMediaFecBit,                  P03, 230, Bit(6),     kNumber,                          On(P03, 227, 6),    "2.10"},
+};
+
+constexpr LaneMapField kLaneFields[] = {
+    // field, page, byte, extent, order of the lanes, format, what advertises it, first revision
+    {LaneField::kTxLos,                L,     3, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 195, 1), ""},
+    {LaneField::kRxLos,                L,     3, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   kAlways,         ""},
+    {LaneField::kTxAdaptiveEqFault,    L,     4, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 193, 3), "1.9"},
+    {LaneField::kTxFault,              L,     4, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P00, 195, 3), ""},
+    {LaneField::kTxLol,                L,     5, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 194, 5), "1.5"},
+    {LaneField::kRxLol,                L,     5, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P00, 194, 4), "1.5"},
+    {LaneField::kTxDisable,            L,    86, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P00, 195, 4), ""},
+    {LaneField::kRxRateSelect,         L,    87, kByte,      LaneOrder::kPairsUp,         kNumber, By(HasRateSelect, "00h:195.5, 221.3 and 141.1-0"), ""},
+    {LaneField::kTxRateSelect,         L,    88, kByte,      LaneOrder::kPairsUp,         kNumber, By(HasRateSelect, "00h:195.5, 221.3 and 141.1-0"), ""},
+    {LaneField::kTxCdr,                L,    98, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 129, 3), "1.5"},
+    {LaneField::kRxCdr,                L,    98, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P00, 129, 2), "1.5"},
+    {LaneField::kTxLosMask,            L,   100, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 195, 1), ""},
+    {LaneField::kRxLosMask,            L,   100, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   kAlways,         ""},
+    {LaneField::kTxAdaptiveEqFaultMask, L,  101, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 193, 3), "1.9"},
+    {LaneField::kTxFaultMask,          L,   101, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P00, 195, 3), ""},
+    {LaneField::kTxLolMask,            L,   102, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 194, 5), "1.5"},
+    {LaneField::kRxLolMask,            L,   102, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P00, 194, 4), "1.5"},
+
+    {LaneField::kTxForceSquelch,       P03, 231, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P03, 227, 3), "2.10"},
+    {LaneField::kTxAdaptiveEqFreeze,   P03, 233, Bits(3, 0), LaneOrder::kBitsDown,        kFlag,   On(P00, 193, 4), "2.9"},
+    {LaneField::kTxInputEq,            P03, 234, kByte,      LaneOrder::kHighNibbleFirst, kNumber, On(P00, 193, 2), ""},
+    {LaneField::kRxEmphasis,           P03, 236, kByte,      LaneOrder::kHighNibbleFirst, kNumber, On(P00, 193, 1), ""},
+    {LaneField::kRxAmplitude,          P03, 238, kByte,      LaneOrder::kHighNibbleFirst, kNumber, On(P00, 193, 0), ""},
+    {LaneField::kRxSquelchDisable,     P03, 240, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 194, 3), ""},
+    {LaneField::kTxSquelchDisable,     P03, 240, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P00, 194, 1), ""},
+    {LaneField::kRxOutputDisable,      P03, 241, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 194, 2), ""},
+    {LaneField::kTxAdaptiveEq,         P03, 241, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P00, 193, 3), ""},
+    {LaneField::kRxPowerMask,          P03, 242, kByte,      LaneOrder::kHighNibbleFirst, kNumber, By(HasRxPower, "as RX power"), ""},
+    {LaneField::kTxBiasMask,           P03, 244, kByte,      LaneOrder::kHighNibbleFirst, kNumber, By(HasTxBias, "as TX bias"),   ""},
+    {LaneField::kTxPowerMask,          P03, 246, kByte,      LaneOrder::kHighNibbleFirst, kNumber, By(HasTxPower, "as TX power"), "1.9"},
+};
+
+constexpr MapMonitor kMonitors[] = {
+    // quantity, name, page, byte, format, thresholds, {flags of lane 1: page, byte, bit, steps to low, warning, lane}, what advertises it, first revision
+    {Quantity::kTemperature, "", L, 22, kCelsius,      P03, 128, {L,  6, 7, 1, 2, 0}, By(HasTemperature, "00h:220.5 from revision code 08h on; before, not 0000h or FFFFh"), ""},
+    {Quantity::kVoltage,     "", L, 26, kVolts,        P03, 144, {L,  7, 7, 1, 2, 0}, By(HasVoltage, "00h:220.4 from revision code 08h on; before, not 0000h or FFFFh"),     ""},
+    {Quantity::kRxPower,     "", L, 34, kMilliwatts,   P03, 176, {L,  9, 7, 1, 2, 4}, By(HasRxPower, "optical; 00h:220.3, or any lane not 0"),                               ""},
+    {Quantity::kTxBias,      "", L, 42, kMilliamperes, P03, 184, {L, 11, 7, 1, 2, 4}, By(HasTxBias, "optical"),                                                              ""},
+    {Quantity::kTxPower,     "", L, 50, kMilliwatts,   P03, 192, {L, 13, 7, 1, 2, 4}, By(HasTxPower, "optical; 00h:220.2 from revision code 06h on; before, any lane not 0"), "1.9"},
+};
+
+// Bit 7 of byte 131 and bit 1 of byte 138 refer to byte 192.
+constexpr NamedBit kCompliance[] = {
+    {P00, 131, 6, "10GBASE-LRM"}, {P00, 131, 5, "10GBASE-LR"}, {P00, 131, 4, "10GBASE-SR"},
+    {P00, 131, 3, "40GBASE-CR4"}, {P00, 131, 2, "40GBASE-SR4"}, {P00, 131, 1, "40GBASE-LR4"},
+    {P00, 131, 0, "40G Active Cable (XLPPI)"},
+    {P00, 132, 3, "40G OTN (OTU3B/OTU3C)"},
+    {P00, 132, 2, "OC-48, long reach"}, {P00, 132, 1, "OC-48, intermediate reach"}, {P00, 132, 0, "OC-48, short reach"},
+    {P00, 133, 7, "SAS 24.0 Gb/s"}, {P00, 133, 6, "SAS 12.0 Gb/s"}, {P00, 133, 5, "SAS 6.0 Gb/s"}, {P00, 133, 4, "SAS 3.0 Gb/s"},
+    {P00, 134, 3, "1000BASE-T"}, {P00, 134, 2, "1000BASE-CX"}, {P00, 134, 1, "1000BASE-LX"}, {P00, 134, 0, "1000BASE-SX"},
+    {P00, 135, 7, "FC very long distance (V)"}, {P00, 135, 6, "FC short distance (S)"}, {P00, 135, 5, "FC intermediate distance (I)"},
+    {P00, 135, 4, "FC long distance (L)"}, {P00, 135, 3, "FC medium distance (M)"},
+    {P00, 135, 1, "FC longwave laser (LC)"}, {P00, 135, 0, "FC electrical inter-enclosure (EL)"},
+    {P00, 136, 7, "FC electrical intra-enclosure"}, {P00, 136, 6, "FC shortwave laser without OFC (SN)"},
+    {P00, 136, 5, "FC shortwave laser with OFC (SL)"}, {P00, 136, 4, "FC longwave laser (LL)"},
+    {P00, 137, 7, "FC twin axial pair (TW)"}, {P00, 137, 6, "FC shielded twisted pair (TP)"}, {P00, 137, 5, "FC miniature coax (MI)"},
+    {P00, 137, 4, "FC video coax (TV)"}, {P00, 137, 3, "FC multi-mode 62.5 um (M6)"}, {P00, 137, 2, "FC multi-mode 50 um (M5)"},
+    {P00, 137, 1, "FC multi-mode 50 um (OM3)"}, {P00, 137, 0, "FC single mode (SM)"},
+    {P00, 138, 7, "FC 1200 MB/s per lane"}, {P00, 138, 6, "FC 800 MB/s"}, {P00, 138, 5, "FC 1600 MB/s per lane"},
+    {P00, 138, 4, "FC 400 MB/s"}, {P00, 138, 3, "FC 3200 MB/s per lane"}, {P00, 138, 2, "FC 200 MB/s"}, {P00, 138, 0, "FC 100 MB/s"},
+};
+
+constexpr NamedBit kOptions[] = {
+    {P00, 129, 4, "CLEI code"}, {P00, 129, 3, "TX CDR"}, {P00, 129, 2, "RX CDR"},
+    {P00, 193, 6, "LPMode/TxDis pin configurable"}, {P00, 193, 5, "IntL/RxLOSL pin configurable"},
+    {P00, 193, 4, "TX adaptive equalization freeze"}, {P00, 193, 3, "TX adaptive equalization"},
+    {P00, 193, 2, "TX input equalization programmable"}, {P00, 193, 1, "RX output emphasis programmable"},
+    {P00, 193, 0, "RX output amplitude programmable"},
+    {P00, 194, 7, "TX CDR on/off control"}, {P00, 194, 6, "RX CDR on/off control"},
+    {P00, 194, 5, "TX CDR loss of lock flag"}, {P00, 194, 4, "RX CDR loss of lock flag"},
+    {P00, 194, 3, "RX squelch disable"}, {P00, 194, 2, "RX output disable"}, {P00, 194, 1, "TX squelch disable"}, {P00, 194, 0, "TX squelch"},
+    {P00, 195, 7, "Page 02h"}, {P00, 195, 6, "Page 01h"}, {P00, 195, 5, "Rate select"}, {P00, 195, 4, "TX disable"},
+    {P00, 195, 3, "TX fault flag"}, {P00, 195, 2, "TX squelch reduces average power"}, {P00, 195, 1, "TX LOS flag"}, {P00, 195, 0, "Pages 20h and 21h"},
+    {P00, 221, 4, "Initialization complete flag"}, {P00, 221, 3, "Extended rate select"}, {P00, 221, 2, "Application select"},
+    {P00, 221, 1, "Cooler readiness flag"}, {P00, 221, 0, "Software reset"},
+    {P03, 227, 7, "Host-side FEC control"}, {P03, 227, 6, "Media-side FEC control"}, {P03, 227, 3, "TX forced squelch"},
+    {P03, 227, 2, "RxLOSL fast mode"}, {P03, 227, 1, "TxDis fast mode"},
+};
+
+constexpr Checksum kChecksums[] = {
+    {P00, 128, 190, 191},
+    {P00, 192, 222, 223},
+};
+// clang-format on
+
+constexpr MemoryMap kMap = {kFields, kLaneFields, kMonitors, kCompliance, kOptions, kChecksums};
+
+// ---------------------------------------------------------------------------------------------
+// Fields that several bytes make up
+// ---------------------------------------------------------------------------------------------
+
+// Byte 1.
+std::string_view RevisionName(unsigned code) {
+  constexpr std::string_view kNames[] = {
+      "", "SFF-8436 4.8", "SFF-8436 4.8", "1.3", "1.4", "1.5", "2.0", "2.5", "2.8",
+  };
+  return code < std::size(kNames) ? kNames[code] : std::string_view();
+}
+
+void DecodeRevision(Decoding& to) {
+  const std::optional<std::uint8_t> code = to.image.At(L, 1);
+  if (!code) return to.info.SetState(Field::kRevision, FieldState::kNotRead);
+  const std::string_view name = RevisionName(*code);
+  if (!name.empty()) return to.info.SetText(Field::kRevision, name);
+  if (*code != 0) to.Warn("byte 1 is " + HexText(*code) + ", which is no revision's code");
+}
+
+// The class, and the power that it stands for. Class 8 is that only with a power of its own: older
+// revisions reserve its bit, and modules set it.
+void DecodePower(Decoding& to) {
+  constexpr double kWattsOfClass[] = {1.5, 2.0, 2.5, 3.5, 4.0, 4.5, 5.0};
+  constexpr double kTenths = 10.0;
+  const std::optional<std::uint8_t> identifier = to.image.At(P00, 129);
+  const unsigned maximum = to.image.At(L, 107).value_or(0);
+  if (!identifier) {
+    to.info.SetState(Field::kPowerClass, FieldState::kNotRead);
+  } else {
+    to.info.SetNumber(Field::kPowerClass, Sff8636PowerClass(*identifier, maximum));
+  }
+  const unsigned power_class = to.info[Field::kPowerClass].code();
+  const bool has_maximum = maximum != 0 && RevisionCode(to.image) >= kRevision28;
+  if (has_maximum || power_class == 8) {
+    to.info.SetNumber(Field::kMaxPower, maximum / kTenths);
+  } else if (power_class != 0) {
+    to.info.SetNumber(Field::kMaxPower, kWattsOfClass[power_class - 1]);
+  } else {
+    to.info.SetState(Field::kMaxPower, FieldState::kNotRead);
+  }
+}
+
+void DecodeNominalBitrate(Decoding& to) {
+  const std::optional<std::uint8_t> rate = to.image.At(P00, 140);
+  const std::optional<std::uint8_t> extended = to.image.At(P00, 222);
+  if (!rate || (*rate == kSeeExtendedBitrate && !extended)) {
+    return to.info.SetState(Field::kNominalBitrate, FieldState::kNotRead);
+  }
+  if (*rate == kSeeExtendedBitrate && *extended == 0) {
+    return WarnMoreThan(to, Field::kNominalBitrate, 25400);
+  }
+  if (*rate == 0) return;
+  to.info.SetNumber(Field::kNominalBitrate,
+                    *rate == kSeeExtendedBitrate ? *extended * 250.0 : *rate * 100.0);
+}
+
+// Byte 146: OM4 in units of 2 m for separable 850 nm modules, the length of a cable for all others.
+void DecodeCableLength(Decoding& to) {
+  constexpr unsigned kMore = 255;
+  const std::optional<std::uint8_t> length = to.image.At(P00, 146);
+  const std::optional<unsigned> technology = Technology(to.image);
+  const std::optional<std::uint8_t> connector = to.image.At(P00, 130);
+  if (!length || !technology || !connector) {
+    to.info.SetState(Field::kLengthOm4, FieldState::kNotRead);
+    return to.info.SetState(Field::kLengthCable, FieldState::kNotRead);
+  }
+  if (*length == 0) return;
+  const bool is_om4 = *technology == 0 && *connector != kNoSeparableConnector;
+  const Field field = is_om4 ? Field::kLengthOm4 : Field::kLengthCable;
+  const double metres = is_om4 ? 2.0 : 1.0;
+  if (*length == kMore) return WarnMoreThan(to, field, (kMore - 1) * metres);
+  to.info.SetNumber(field, *length * metres);
+}
+
+void DecodeProperties(Decoding& to) {
+  constexpr double kLowPowers[] = {1.5, 1.0, 0.75, 0.5};
+  constexpr double kVoltages[] = {3.3, 2.5, 1.8};
+  constexpr double kUnspecifiedCase = 70.0;
+  if (const auto power = to.image.At(L, 110)) {
+    const unsigned low_power = *power >> 4U;
+    if (low_power < std::size(kLowPowers)) {
+      to.info.SetNumber(Field::kAdvancedLowPower, kLowPowers[low_power]);
+    }
+    const unsigned voltage = *power & 7U;
+    if (voltage < std::size(kVoltages)) {
+      to.info.SetNumber(Field::kMinOperatingVoltage, kVoltages[voltage]);
+    }
+  }
+  if (const auto lanes = to.image.At(L, 113); lanes && RevisionCode(to.image) >= kRevision25) {
+    unsigned implemented = 0;
+    for (unsigned lane = 0; lane < kLanes; ++lane)
+      implemented += (*lanes >> lane & 1U) == 0 ? 1 : 0;
+    to.info.SetNumber(Field::kNearEndLanes, implemented);
+  }
+  if (const auto wait = to.image.At(L, 115); wait && *wait != 0) {
+    to.info.SetNumber(Field::kModselWaitTime,
+                      static_cast<double>((*wait & 0x1FU) << (*wait >> 5U)));
+  }
+  if (const auto temperature = to.image.At(P00, 190)) {
+    to.info.SetNumber(Field::kMaxCaseTemperature,
+                      *temperature == 0 ? kUnspecifiedCase : *temperature);
+  }
+}
+
+void AddCompliance(Decoding& to) {
+  AddNames(to.image, kCompliance, to.info.compliance);
+  for (const Field field : {Field::kExtendedCompliance, Field::kSecondaryExtendedCompliance}) {
+    const std::string_view name = to.info[field].text;
+    if (!name.empty()) to.info.compliance.push_back(name);
+  }
+}
+
+void AddSpeeds(Decoding& to) {
+  constexpr std::string_view kSpeeds[] = {"SDR", "DDR", "QDR", "FDR", "EDR", "HDR"};
+  const unsigned mask = to.image.At(P00, 164).value_or(0);
+  for (std::size_t bit = 0; bit < std::size(kSpeeds); ++bit) {
+    if ((mask >> bit & 1U) != 0) to.info.supported_speeds.push_back(kSpeeds[bit]);
+  }
+}
+
+// ---------------------------------------------------------------------------------------------
+// Monitors and lanes
+// ---------------------------------------------------------------------------------------------
+
+// Lanes that byte 113 says are not there, as bits. All four would be no module.
+std::uint64_t AbsentLanes(const ModuleImage& image) {
+  constexpr unsigned kAll = 0xF;
+  const unsigned lanes = image.At(L, 113).value_or(0) & kAll;
+  return lanes == kAll || RevisionCode(image) < kRevision25 ? 0 : lanes;
+}
+
+// A CDR that cannot be bypassed is on.
+void DecodeCdr(const ModuleImage& image, LaneField field, unsigned control_bit, Lane& lane) {
+  LaneValue& value = lane[field];
+  const bool is_fixed = AskBit(image, P00, 194, control_bit) == Advertised::kNo;
+  if (value.IsPresent() && is_fixed) value.number = 1.0;
+}
+
+void DecodeLanes(Decoding& to) {
+  constexpr unsigned kTxCdrControl = 7;
+  constexpr unsigned kRxCdrControl = 6;
+  const std::uint64_t absent = AbsentLanes(to.image);
+  to.info.lanes.resize(kLanes);
+  for (unsigned number = 1; number <= kLanes; ++number) {
+    Lane& lane = to.info.lanes[number - 1];
+    lane = {};
+    lane.number = number;
+    if ((absent >> (number - 1) & 1U) != 0) continue;
+    DecodeLane(to.image, kLaneFields, number, 0, lane);
+    DecodeCdr(to.image, LaneField::kTxCdr, kTxCdrControl, lane);
+    DecodeCdr(to.image, LaneField::kRxCdr, kRxCdrControl, lane);
+  }
+  WarnOfFlags(to, kLaneFields);
+}
+
+void DecodeMonitors(Decoding& to) {
+  const bool is_ready = AskBit(to.image, L, 2, 0) != Advertised::kYes;
+  const MonitorScope scope = {AbsentLanes(to.image), is_ready};
+  for (const MapMonitor& line : kMonitors) {
+    DecodeMonitor(to, line, {line.format}, Ask(to.image, line.advertised), scope);
+  }
+  if (!is_ready) to.Warn("the module says that its data is not ready");
+}
+
+}  // namespace
+
+const MemoryMap& Sff8636Map() { return kMap; }
+
+unsigned Sff8636PowerClass(unsigned extended_identifier, unsigned maximum_power) {
+  constexpr unsigned kClass8 = 8;
+  const bool says_class_8 = (extended_identifier >> 5U & 1U) != 0;
+  if (says_class_8 && maximum_power != 0) return kClass8;
+  const unsigned above_4 = extended_identifier & 3U;
+  return above_4 != 0 ? above_4 + 4 : (extended_identifier >> 6U) + 1;
+}
+
+void DecodeSff8636(Decoding& to) {
+  if (to.info[Field::kIdentifier].code() == kOldQsfp) {
+    to.Warn("the identifier is that of INF-8438, whose memory map differs in places");
+  }
+  DecodeFields(to, kFields);
+  DecodeRevision(to);
+  DecodePower(to);
+  DecodeNominalBitrate(to);
+  DecodeCableLength(to);
+  DecodeProperties(to);
+  AddCompliance(to);
+  AddSpeeds(to);
+  AddNames(to.image, kOptions, to.info.options);
+  DecodeLanes(to);
+  DecodeMonitors(to);
+  AddChecksums(to, kChecksums);
+}
 
 }  // namespace cable_info::module_memory

@@ -1,0 +1,321 @@
+// The JSON of a module.
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "cable_info/module_memory/module_output.h"
+#include "cable_info/module_memory/number_text.h"
+#include "cable_info/module_memory/text_encoding.h"
+#include "cable_info/value_format.h"
+
+namespace cable_info {
+
+namespace {
+
+using module_memory::AppendShortest;
+using module_memory::AppendUtf8;
+
+constexpr std::string_view kNull = "null";
+
+// What comes before the value of each field: its key, after the ends and beginnings of the objects
+// around it, such as `},"media":{"type":`.
+template <std::size_t N>
+struct Keys {
+  std::array<std::string, N> before;
+  std::string end;  // the ends of objects after the last value
+};
+
+std::vector<std::string_view> Split(std::string_view key) {
+  std::vector<std::string_view> parts;
+  for (std::size_t dot = key.find('.'); dot != std::string_view::npos; dot = key.find('.')) {
+    parts.push_back(key.substr(0, dot));
+    key.remove_prefix(dot + 1);
+  }
+  parts.push_back(key);
+  return parts;
+}
+
+template <typename Fields>
+auto KeysOf(const Fields& fields) {
+  Keys<std::tuple_size_v<Fields>> keys;
+  std::vector<std::string_view> open;
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    const std::vector<std::string_view> parts = Split(fields[i].key);
+    std::size_t common = 0;
+    while (common < open.size() && common + 1 < parts.size() && open[common] == parts[common]) {
+      ++common;
+    }
+    std::string& before = keys.before[i];
+    before.append(open.size() - common, '}');
+    before += ',';
+    open.assign(parts.begin(), parts.end() - 1);
+    for (std::size_t part = common; part < parts.size(); ++part) {
+      before.append("\"").append(parts[part]).append(part + 1 < parts.size() ? "\":{" : "\":");
+    }
+  }
+  keys.end.assign(open.size(), '}');
+  return keys;
+}
+
+void AppendString(TextBuffer& out, std::string_view utf8) {
+  out.Append('"');
+  AppendUtf8(out, utf8, [&out](unsigned char control) {
+    constexpr int kDigits = 4;
+    if (control == '"' || control == '\\') {
+      out.Append('\\').Append(static_cast<char>(control));
+    } else {
+      out.Append("\\u").AppendHex(control, kDigits);
+    }
+  });
+  out.Append('"');
+}
+
+void AppendTextOrNull(TextBuffer& out, std::string_view text) {
+  if (text.empty()) {
+    out.Append(kNull);
+  } else {
+    AppendString(out, text);
+  }
+}
+
+void AppendFlag(TextBuffer& out, bool set) {
+  out.Append(set ? std::string_view("true") : std::string_view("false"));
+}
+
+void AppendCode(TextBuffer& out, unsigned code, std::string_view name) {
+  out.Append("{\"code\":").AppendDecimal(code).Append(",\"name\":");
+  AppendTextOrNull(out, name);
+  out.Append('}');
+}
+
+void AppendValue(TextBuffer& out, FieldKind kind, double number, std::string_view text) {
+  switch (kind) {
+    case FieldKind::kText:
+      return AppendTextOrNull(out, text);
+    case FieldKind::kNumber:
+      return AppendShortest(out, number);
+    case FieldKind::kCode:
+      return AppendCode(out, static_cast<unsigned>(number), text);
+    case FieldKind::kFlag:
+      return AppendFlag(out, number != 0.0);
+  }
+}
+
+constexpr std::array<std::string_view, kAlarmLevels> kLevelKeys = {
+    "\"high_alarm\":", "\"low_alarm\":", "\"high_warning\":", "\"low_warning\":"};
+
+void AppendThresholds(TextBuffer& out, const Thresholds& thresholds) {
+  char separator = '{';
+  for (std::size_t i = 0; i < kAlarmLevels; ++i) {
+    out.Append(separator).Append(kLevelKeys[i]);
+    separator = ',';
+    const std::optional<double> value = thresholds.At(static_cast<AlarmLevel>(i));
+    if (value) {
+      AppendShortest(out, *value);
+    } else {
+      out.Append(kNull);
+    }
+  }
+  out.Append('}');
+}
+
+void AppendFlags(TextBuffer& out, const AlarmFlags& flags) {
+  char separator = '{';
+  for (std::size_t i = 0; i < kAlarmLevels; ++i) {
+    out.Append(separator).Append(kLevelKeys[i]);
+    separator = ',';
+    const std::optional<bool> is_raised = flags.At(static_cast<AlarmLevel>(i));
+    if (is_raised) {
+      AppendFlag(out, *is_raised);
+    } else {
+      out.Append(kNull);
+    }
+  }
+  out.Append('}');
+}
+
+// The members of a monitor's object.
+void AppendMonitorMembers(TextBuffer& out, const Monitor& monitor) {
+  out.Append("\"value\":");
+  if (monitor.IsPresent()) {
+    AppendShortest(out, monitor.value);
+  } else {
+    out.Append(kNull);
+  }
+  out.Append(",\"state\":\"").Append(StateName(monitor.state)).Append("\",\"thresholds\":");
+  AppendThresholds(out, monitor.thresholds);
+  out.Append(",\"flags\":");
+  AppendFlags(out, monitor.flags);
+}
+
+void AppendMonitor(TextBuffer& out, std::string_view key, const Monitor& monitor) {
+  out.Append(key).Append('{');
+  AppendMonitorMembers(out, monitor);
+  out.Append('}');
+}
+
+// `items` between brackets, each written by `append`.
+template <typename Items, typename AppendItem>
+void AppendList(TextBuffer& out, std::string_view key, const Items& items,
+                const AppendItem& append) {
+  out.Append(key).Append('[');
+  bool is_first = true;
+  for (const auto& item : items) {
+    if (!is_first) out.Append(',');
+    is_first = false;
+    append(item);
+  }
+  out.Append(']');
+}
+
+bool IsAttenuation(Field field) {
+  return field >= Field::kAttenuation2p5 && field <= Field::kAttenuation53p1;
+}
+
+bool HasAttenuation(const ModuleInfo& info) {
+  for (const FieldInfo& field : ModuleFields()) {
+    if (IsAttenuation(field.field) && info[field.field].IsPresent()) return true;
+  }
+  return false;
+}
+
+class Json {
+ public:
+  Json(TextBuffer& out, const ModuleInfo& info) : out_(out), info_(info) {}
+
+  void Write(std::string_view label) {
+    out_.Append("{\"format_version\":").AppendDecimal(kModuleFormatVersion).Append(",\"label\":");
+    AppendString(out_, label);
+    out_.Append(",\"family\":");
+    AppendTextOrNull(out_, FamilyName(info_.family));
+    Fields();
+    Applications();
+    Names(",\"compliance\":", info_.compliance);
+    Names(",\"supported_speeds\":", info_.supported_speeds);
+    Monitors();
+    AppendList(out_, ",\"lanes\":", info_.lanes, [this](const Lane& lane) { LaneObject(lane); });
+    AppendList(out_, ",\"vdm\":", info_.vdm, [this](const VdmSample& sample) { Vdm(sample); });
+    Names(",\"options\":", info_.options);
+    Checksums();
+    AppendList(out_, ",\"pages_read\":", info_.pages_read,
+               [this](Page page) { AppendString(out_, ShortPageName(page)); });
+    AppendList(out_, ",\"warnings\":", info_.warnings,
+               [this](const std::string& warning) { AppendString(out_, warning); });
+    out_.Append('}');
+  }
+
+ private:
+  void Fields() {
+    static const auto kKeys = KeysOf(ModuleFields());
+    const bool has_attenuation = HasAttenuation(info_);
+    std::size_t closed = 0;  // objects that are closed before their time
+    for (std::size_t i = 0; i < kFieldCount; ++i) {
+      const FieldInfo& field = ModuleFields()[i];
+      // Attenuations are null together.
+      if (!has_attenuation && IsAttenuation(field.field)) {
+        if (closed == 0) out_.Append("},\"attenuation_db\":null");
+        closed = 1;
+        continue;
+      }
+      out_.Append(std::string_view(kKeys.before[i]).substr(closed));
+      closed = 0;
+      const FieldValue value = info_[field.field];
+      if (value.IsPresent()) {
+        AppendValue(out_, field.kind, value.number, value.text);
+      } else {
+        out_.Append(kNull);
+      }
+    }
+    out_.Append(kKeys.end);
+  }
+
+  void Names(std::string_view key, const std::vector<std::string_view>& names) {
+    AppendList(out_, key, names, [this](std::string_view name) { AppendString(out_, name); });
+  }
+
+  void Applications() {
+    AppendList(out_, ",\"applications\":", info_.applications, [this](const Application& it) {
+      out_.Append("{\"number\":").AppendDecimal(it.number).Append(",\"host_interface\":");
+      AppendCode(out_, it.host_interface.code, it.host_interface.name);
+      out_.Append(",\"media_interface\":");
+      AppendCode(out_, it.media_interface.code, it.media_interface.name);
+      out_.Append(",\"host_lanes\":").AppendDecimal(it.host_lanes);
+      out_.Append(",\"media_lanes\":").AppendDecimal(it.media_lanes);
+      out_.Append(",\"host_assignment\":").AppendDecimal(it.host_assignment);
+      out_.Append(",\"media_assignment\":");
+      if (it.media_assignment) {
+        out_.AppendDecimal(*it.media_assignment);
+      } else {
+        out_.Append(kNull);
+      }
+      out_.Append('}');
+    });
+  }
+
+  void Monitors() {
+    AppendMonitor(out_, ",\"monitors\":{\"temperature_c\":", info_.temperature);
+    AppendMonitor(out_, ",\"voltage_v\":", info_.voltage);
+    AppendList(out_, ",\"aux\":", info_.aux, [this](const AuxMonitor& aux) {
+      out_.Append("{\"name\":\"").Append(aux.name).Append("\",");
+      AppendMonitorMembers(out_, aux.monitor);
+      out_.Append('}');
+    });
+    out_.Append('}');
+  }
+
+  void LaneObject(const Lane& lane) {
+    static const auto kKeys = KeysOf(LaneFields());
+    out_.Append("{\"lane\":").AppendDecimal(lane.number);
+    AppendMonitor(out_, ",\"rx_power_mw\":", lane.rx_power);
+    AppendMonitor(out_, ",\"tx_power_mw\":", lane.tx_power);
+    AppendMonitor(out_, ",\"tx_bias_ma\":", lane.tx_bias);
+    for (std::size_t i = 0; i < kLaneFieldCount; ++i) {
+      out_.Append(kKeys.before[i]);
+      const LaneValue& value = lane.values[i];
+      if (value.IsPresent()) {
+        const LaneFieldInfo& field = LaneFields()[i];
+        AppendValue(out_, field.kind, value.number, LaneCodeName(field.field, value));
+      } else {
+        out_.Append(kNull);
+      }
+    }
+    out_.Append(kKeys.end).Append('}');
+  }
+
+  void Vdm(const VdmSample& sample) {
+    out_.Append("{\"observable\":");
+    AppendTextOrNull(out_, sample.observable);
+    out_.Append(",\"type\":").AppendDecimal(sample.type).Append(",\"instance\":");
+    AppendString(out_, sample.instance);
+    out_.Append(",\"unit\":");
+    AppendString(out_, sample.unit);
+    out_.Append(',');
+    AppendMonitorMembers(out_, sample.monitor);
+    out_.Append('}');
+  }
+
+  void Checksums() {
+    AppendList(out_, ",\"checksums\":", info_.checksums, [this](const PageChecksum& sum) {
+      out_.Append("{\"page\":\"").Append(ShortPageName(sum.page)).Append("\",\"first\":");
+      out_.AppendDecimal(sum.first).Append(",\"last\":").AppendDecimal(sum.last);
+      out_.Append(",\"stored\":").AppendDecimal(sum.stored);
+      out_.Append(",\"computed\":").AppendDecimal(sum.computed).Append('}');
+    });
+  }
+
+  TextBuffer& out_;
+  const ModuleInfo& info_;
+};
+
+}  // namespace
+
+void AppendModuleJson(TextBuffer& out, const ModuleInfo& info, std::string_view label) {
+  Json(out, info).Write(label);
+}
+
+std::string ModuleToJson(const ModuleInfo& info, std::string_view label) {
+  return ToText(AppendModuleJson, info, label);
+}
+
+}  // namespace cable_info

@@ -1,0 +1,33 @@
+#pragma once
+
+/// \file
+/// A decoded module as JSON and as text.
+
+#include <string>
+#include <string_view>
+
+#include "cable_info/module_memory/module_info.h"
+
+namespace cable_info {
+
+class TextBuffer;
+
+/// The version of the JSON; it changes when a key is renamed or goes away.
+inline constexpr unsigned kModuleFormatVersion = 1;
+
+/// The module as one JSON object, on one line without a line break. The keys never depend on what
+/// the module says: what is absent is null. `label` names the module, a file name for example;
+/// bytes of it that are no UTF-8 become U+FFFD. docs/module.schema.json describes the object.
+std::string ModuleToJson(const ModuleInfo& info, std::string_view label);
+
+/// The module as a data sheet: grouped, with units, thresholds beside their values and raised flags
+/// by name. Every line ends with a line break.
+std::string ModuleToText(const ModuleInfo& info, std::string_view label);
+
+/// \name The same, appended to a buffer
+/// @{
+void AppendModuleJson(TextBuffer& out, const ModuleInfo& info, std::string_view label);
+void AppendModuleText(TextBuffer& out, const ModuleInfo& info, std::string_view label);
+/// @}
+
+}  // namespace cable_info
