@@ -17,6 +17,31 @@ ModuleFamily FamilyOf(std::uint8_t identifier);
 /// a maximum power: older revisions reserve its bit, and modules set it.
 unsigned Sff8636PowerClass(unsigned extended_identifier, unsigned maximum_power);
 
+/// The power level of a module, 1 to 4, by byte 64 of A0h of SFF-8472.
+unsigned Sff8472PowerLevel(unsigned options);
+
+/// The constants of external calibration of SFF-8472 (A2h bytes 56 to 91), neutral by default.
+/// Raw numbers and results are in units of the registers.
+struct Sff8472Calibration {
+  struct Line {
+    double slope = 1.0;
+    double offset = 0.0;
+
+    double At(double raw) const { return raw * slope + offset; }
+  };
+
+  double rx_power[5] = {0.0, 0.0, 0.0, 1.0, 0.0};  ///< of the powers 4 to 0 of the raw number
+  Line temperature;
+  Line voltage;
+  Line tx_bias;
+  Line tx_power;
+
+  /// Never below 0.
+  double RxPower(double raw) const;
+};
+/// The constants of the image; those that were not read are neutral.
+Sff8472Calibration Sff8472CalibrationOf(const ModuleImage& image);
+
 /// \name The families' decoders
 /// The image is that of a `ModuleMemory`. What they fill is a `ModuleInfo` that knows its family
 /// and the pages that were read.

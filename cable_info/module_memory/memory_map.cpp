@@ -196,6 +196,21 @@ std::optional<std::uint32_t> RawOf(const ModuleImage& image, const MapField& lin
   return RawNumber(half, line.byte, line.extent);
 }
 
+const MapField* FindLine(const MemoryMap& map, Field field) {
+  for (const MapField& line : map.fields) {
+    if (line.field == field) return &line;
+  }
+  return nullptr;
+}
+
+std::optional<double> ValueOf(const ModuleImage& image, const MemoryMap& map, Field field) {
+  const MapField* const line = FindLine(map, field);
+  if (line == nullptr) return std::nullopt;
+  const std::optional<std::uint32_t> raw = RawOf(image, *line);
+  if (!raw) return std::nullopt;
+  return ValueOf(line->format, line->extent, *raw);
+}
+
 void DecodeField(Decoding& to, const MapField& line, Advertised advertised) {
   const ModuleImage::Half& half = to.image.HalfOf(line.page, line.byte);
   if (line.format.type == RawType::kText) return DecodeText(to, line, half, advertised);
@@ -235,6 +250,16 @@ std::optional<std::uint32_t> RawOf(const ModuleImage& image, const LaneMapField&
   return RawNumber(half, place.byte, place.extent);
 }
 
+namespace {
+
+double LaneNumberOf(const LaneMapField& line, unsigned lane, std::uint32_t raw) {
+  if (line.format.type == RawType::kFlag) return raw != 0 ? 1.0 : 0.0;
+  if (line.format.type == RawType::kInverseFlag) return raw != 0 ? 0.0 : 1.0;
+  return ValueOf(line.format, PlaceOf(line, lane).extent, raw);
+}
+
+}  // namespace
+
 LaneValue ReadLaneField(const ModuleImage& image, const LaneMapField& line, Advertised advertised,
                         unsigned lane, unsigned bank) {
   const std::optional<std::uint32_t> raw = RawOf(image, line, lane, bank);
@@ -242,9 +267,7 @@ LaneValue ReadLaneField(const ModuleImage& image, const LaneMapField& line, Adve
   value.state = StateOf(advertised, raw.has_value(), raw.value_or(0) != 0);
   if (!value.IsPresent()) return value;
   if (line.format.zero_is_none && *raw == 0) return {};
-  const bool is_inverse = line.format.type == RawType::kInverseFlag;
-  value.number =
-      is_inverse ? (*raw == 0 ? 1.0 : 0.0) : ValueOf(line.format, PlaceOf(line, lane).extent, *raw);
+  value.number = LaneNumberOf(line, lane, *raw);
   return value;
 }
 

@@ -325,6 +325,12 @@ std::optional<std::uint32_t> RawOf(const ModuleImage& image, const LaneMapField&
 /// The raw number of a field; none when it is not known.
 std::optional<std::uint32_t> RawOf(const ModuleImage& image, const MapField& line);
 
+/// The line of a map for a field; null when it has none. Where several lines are alternatives, the
+/// first.
+const MapField* FindLine(const MemoryMap& map, Field field);
+/// The value of a numeric field, whether it is advertised or not; none when it is not known.
+std::optional<double> ValueOf(const ModuleImage& image, const MemoryMap& map, Field field);
+
 /// A raw monitor value into its unit. With a calibration, the raw value goes through it first.
 struct Conversion {
   Format format;

@@ -1,14 +1,630 @@
-// The memory map of SFF-8472.
+// The memory map of SFF-8472 rev 12.5.
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
 
 #include "cable_info/module_memory/decode.h"
 
 namespace cable_info::module_memory {
 
-const MemoryMap& Sff8472Map() {
-  static const MemoryMap kMap;
-  return kMap;
+namespace {
+
+constexpr Page A0 = Page::kA0;
+constexpr Page A2 = Page::kA2;
+
+constexpr unsigned kSeeExtendedBitrate = 255;  // in byte 12
+constexpr unsigned kRj45 = 0x22;               // in byte 2
+
+// ---------------------------------------------------------------------------------------------
+// What advertises fields
+// ---------------------------------------------------------------------------------------------
+
+constexpr unsigned kRevision124 = 0x09;  // in byte 94
+
+Advertised Since124(const ModuleImage& image) {
+  const std::optional<std::uint8_t> revision = image.At(A0, 94);
+  return revision ? AdvertisedIf(*revision >= kRevision124) : Advertised::kUnknown;
 }
 
-void DecodeSff8472(Decoding& /*to*/) {}
+Advertised IsCable(const ModuleImage& image) { return AskBits(image, A0, 8, 0x0C); }
+
+// The extended compliance codes (SFF-8024, table 4-4) of BASE-T modules.
+bool IsBaseTCode(unsigned code) {
+  return code == 0x16 || code == 0x1C || code == 0x1D || code == 0x1E;
+}
+
+Advertised IsBaseT(const ModuleImage& image) {
+  const std::optional<std::uint8_t> connector = image.At(A0, 2);
+  const std::optional<std::uint8_t> compliance = image.At(A0, 36);
+  if (connector == kRj45 || (compliance && IsBaseTCode(*compliance))) return Advertised::kYes;
+  return Both(AskBit(image, A0, 6, 3), Not(IsCable(image)));
+}
+
+Advertised IsOptical(const ModuleImage& image) {
+  return Both(Not(IsCable(image)), Not(IsBaseT(image)));
+}
+
+// Cables whose bytes 14 and 15 are attenuations: copper, rev 12.4 on.
+Advertised HasAttenuation(const ModuleImage& image) {
+  return Both(IsCable(image), Since124(image));
+}
+
+Advertised HasExtendedBitrate(const ModuleImage& image) {
+  const std::optional<std::uint8_t> rate = image.At(A0, 12);
+  return rate ? AdvertisedIf(*rate == kSeeExtendedBitrate) : Advertised::kUnknown;
+}
+Advertised HasRateMargins(const ModuleImage& image) { return Not(HasExtendedBitrate(image)); }
+
+// Diagnostics at A2h, of a kind that can be read.
+Advertised HasDiagnostics(const ModuleImage& image) { return AskBit(image, A0, 92, 6); }
+
+Advertised HasCalibration(const ModuleImage& image) {
+  return Both(HasDiagnostics(image), AskBit(image, A0, 92, 4));
+}
+Advertised HasEnhancedFeatures(const ModuleImage& image) {
+  return Both(HasDiagnostics(image), Both(Not(AskBit(image, A0, 92, 4)), Since124(image)));
+}
+
+template <unsigned kBit>
+Advertised HasStatus(const ModuleImage& image) {  // by the enhanced options
+  return Both(HasDiagnostics(image), AskBit(image, A0, 93, kBit));
+}
+Advertised HasRateSelectPin(const ModuleImage& image) {
+  return Both(HasDiagnostics(image), AskBits(image, A0, 93, 0x0A));
+}
+Advertised HasCdr(const ModuleImage& image) {
+  return Both(HasDiagnostics(image), AskBit(image, A0, 64, 3));
+}
+Advertised HasPowerLevels(const ModuleImage& image) {
+  return Both(HasDiagnostics(image), AskBits(image, A0, 64, 0x62));
+}
+Advertised HasPowerLevels2And3(const ModuleImage& image) {
+  return Both(HasDiagnostics(image), AskBits(image, A0, 64, 0x22));
+}
+Advertised HasPowerLevel4(const ModuleImage& image) {
+  return Both(HasDiagnostics(image), AskBit(image, A0, 64, 6));
+}
+Advertised Has64gfc(const ModuleImage& image) {
+  return Both(HasDiagnostics(image), Both(AskBit(image, A0, 10, 1), AskBit(image, A0, 62, 0)));
+}
+
+// A module whose supply voltage reads 0 does not monitor it.
+Advertised HasVoltage(const ModuleImage& image) {
+  const ModuleImage::Half& a2 = image.HalfOf(A2, 98);
+  const bool is_zero = a2.Has(98, 2) && RawNumber(a2, 98, kWord) == 0;
+  return Both(HasDiagnostics(image), AdvertisedIf(!is_zero));
+}
+
+template <unsigned kByteNumber, unsigned kBit>
+Advertised HasFeature(const ModuleImage& image) {  // by the enhanced features
+  return Both(HasEnhancedFeatures(image), AskBit(image, A2, kByteNumber, kBit));
+}
+
+// Laser temperature and TEC current: internal calibration and a cooled laser only.
+Advertised HasLaserMonitors(const ModuleImage& image) {
+  return Both(HasDiagnostics(image), Both(AskBit(image, A0, 64, 2), Not(AskBit(image, A0, 92, 4))));
+}
+
+constexpr Advertisement kOptical = By(IsOptical, "neither a cable (8.3-2) nor BASE-T");
+constexpr Advertisement kDiagnostics = By(HasDiagnostics, "A0h:92.6");
+constexpr Advertisement kCalibration = By(HasCalibration, "A0h:92.6 and 92.4");
+constexpr Advertisement kEnhanced = By(HasEnhancedFeatures, "A0h:92.6, not 92.4, 94 from 09h on");
+constexpr Advertisement kTxDisableStatus = By(HasStatus<6>, "A0h:92.6 and 93.6");
+constexpr Advertisement kTxFaultStatus = By(HasStatus<5>, "A0h:92.6 and 93.5");
+constexpr Advertisement kRxLosStatus = By(HasStatus<4>, "A0h:92.6 and 93.4");
+constexpr Advertisement kRateSelectStatus = By(HasStatus<3>, "A0h:92.6 and 93.3");
+constexpr Advertisement kRateSelectPin = By(HasRateSelectPin, "A0h:92.6, 93.3 or 93.1");
+constexpr Advertisement kCdr = By(HasCdr, "A0h:92.6 and 64.3");
+constexpr Advertisement k64gfc = By(Has64gfc, "A0h:92.6, 10.1 and 62.0");
+constexpr Advertisement kVoltageMonitor = By(HasVoltage, "A0h:92.6; not 0");
+constexpr Advertisement kLaser = By(HasLaserMonitors, "A0h:92.6, 64.2, not 92.4");
+
+// ---------------------------------------------------------------------------------------------
+// The map
+// ---------------------------------------------------------------------------------------------
+
+constexpr CodeName kRxPowerTypeNames[] = {{0, "OMA"}, {1, "average power"}};
+constexpr CodeTable kRxPowerTypes("SFF-8472 rev 12.4, A0h byte 92", kRxPowerTypeNames);
+
+constexpr CodeName kCalibrationNames[] = {{1, "external"}, {2, "internal"}, {3, "both"}};
+constexpr CodeTable kCalibrations("SFF-8472 rev 12.4, A0h byte 92", kCalibrationNames);
+
+constexpr CodeName kEmphasisNames[] = {
+    {0, "constant peak-to-peak amplitude, or none"},
+    {1, "constant steady-state amplitude"},
+    {2, "constant average amplitude"},
+};
+constexpr CodeTable kEmphasisTypes("SFF-8472 rev 12.4, A2h byte 62", kEmphasisNames);
+
+// clang-format off
+constexpr MapField kFields[] = {
+    // field, page, byte, extent, format, what advertises it, first revision
+    {Field::kIdentifier,                  A0,   0, kByte,      kOwn,                                  kAlways,          ""},
+    {Field::kExtendedIdentifier,          A0,   1, kByte,      Code(kSff8472ExtendedIdentifiers),     kAlways,          ""},
+    {Field::kConnector,                   A0,   2, kByte,      Code(kConnectors),                     kAlways,          ""},
+    {Field::kEncoding,                    A0,  11, kByte,      Code(kSff8472Encodings),               kAlways,          ""},
+    {Field::kNominalBitrate,              A0,  12, kByte,      kOwn,                                  kAlways,          ""},
+    {Field::kRateIdentifier,              A0,  13, kByte,      Code(kSff8472RateIdentifiers),         kAlways,          ""},
+    {Field::kLengthSmf,                   A0,  14, Bytes(2),   kOwn,                                  kOptical,         ""},
+    {Field::kAttenuation12p9,             A0,  14, kByte,      kNumber.ZeroIsNone(),                  By(HasAttenuation, "a cable (8.3-2), 94 from 09h on"), "12.4"},
+    {Field::kAttenuation25p8,             A0,  15, kByte,      kNumber.ZeroIsNone(),                  By(HasAttenuation, "a cable (8.3-2), 94 from 09h on"), "12.4"},
+    {Field::kLengthOm2,                   A0,  16, kByte,      Number(Times(10)).ZeroIsNone().HighestIsMore(), kOptical, ""},
+    {Field::kLengthOm1,                   A0,  17, kByte,      Number(Times(10)).ZeroIsNone().HighestIsMore(), kOptical, ""},
+    {Field::kLengthOm4,                   A0,  18, kByte,      Number(Times(10)).ZeroIsNone().HighestIsMore(), kOptical, "11.3"},
+    {Field::kLengthCable,                 A0,  18, kByte,      kOwn,                                  kAlways,          ""},
+    {Field::kLengthOm3,                   A0,  19, kByte,      Number(Times(10)).ZeroIsNone().HighestIsMore(), kOptical, ""},
+    {Field::kVendor,                      A0,  20, Bytes(16),  kText,                                 kAlways,          ""},
+    {Field::kExtendedCompliance,          A0,  36, kByte,      Code(kExtendedCompliance).ZeroIsNone(), kAlways,         "11.9"},
+    {Field::kOui,                         A0,  37, Bytes(3),   kOui,                                  kAlways,          ""},
+    {Field::kPartNumber,                  A0,  40, Bytes(16),  kText,                                 kAlways,          ""},
+    {Field::kVendorRevision,              A0,  56, Bytes(4),   kText,                                 kAlways,          ""},
+    {Field::kWavelength,                  A0,  60, kWord,      kOwn,                                  kOptical,         ""},
+    {Field::kPowerClass,                  A0,  64, kByte,      kOwn,                                  kAlways,          ""},
+    {Field::kCooledTransmitter,           A0,  64, Bit(2),     kFlag,                                 kOptical,         ""},
+    {Field::kTunableTransmitter,          A0,  65, Bit(6),     kFlag,                                 kOptical,         ""},
+    {Field::kExtendedBitrate,             A0,  66, kByte,      Number(Times(250)).ZeroIsNone(),       By(HasExtendedBitrate, "A0h:12 is 255"), ""},
+    {Field::kBitrateMax,                  A0,  66, kByte,      kNumber.ZeroIsNone(),                  By(HasRateMargins, "A0h:12 is not 255"), ""},
+    {Field::kBitrateMin,                  A0,  67, kByte,      kNumber.ZeroIsNone(),                  kAlways,          ""},
+    {Field::kSerialNumber,                A0,  68, Bytes(16),  kText,                                 kAlways,          ""},
+    {Field::kDateCode,                    A0,  84, Bytes(6),   kText,                                 kAlways,          ""},
+    {Field::kLot,                         A0,  90, Bytes(2),   kText,                                 kAlways,          ""},
+    {Field::kCalibration,                 A0,  92, Bits(5, 4), kOwn,                                  kDiagnostics,     ""},
+    {Field::kRxPowerType,                 A0,  92, Bit(3),     Code(kRxPowerTypes),                   kDiagnostics,     ""},
+    {Field::kAddressChange,               A0,  92, Bit(2),     kFlag,                                 kAlways,          ""},
+    {Field::kRevision,                    A0,  94, kByte,      kOwn,                                  kAlways,          ""},
+
+    {Field::kRxPowerCalibration4,         A2,  56, Bytes(4),   kSingle,                               kCalibration,     ""},
+    {Field::kRxPowerCalibration3,         A2,  60, Bytes(4),   kSingle,                               kCalibration,     ""},
+    {Field::kRxPowerCalibration2,         A2,  64, Bytes(4),   kSingle,                               kCalibration,     ""},
+    {Field::kRxPowerCalibration1,         A2,  68, Bytes(4),   kSingle,                               kCalibration,     ""},
+    {Field::kRxPowerCalibration0,         A2,  72, Bytes(4),   kSingle,                               kCalibration,     ""},
+    {Field::kTxBiasSlope,                 A2,  76, kWord,      Number(Per(256)),                      kCalibration,     ""},
+    {Field::kTxBiasOffset,                A2,  78, kWord,      Signed(Times(1)),                      kCalibration,     ""},
+    {Field::kTxPowerSlope,                A2,  80, kWord,      Number(Per(256)),                      kCalibration,     ""},
+    {Field::kTxPowerOffset,               A2,  82, kWord,      Signed(Times(1)),                      kCalibration,     ""},
+    {Field::kTemperatureSlope,            A2,  84, kWord,      Number(Per(256)),                      kCalibration,     ""},
+    {Field::kTemperatureOffset,           A2,  86, kWord,      Signed(Times(1)),                      kCalibration,     ""},
+    {Field::kVoltageSlope,                A2,  88, kWord,      Number(Per(256)),                      kCalibration,     ""},
+    {Field::kVoltageOffset,               A2,  90, kWord,      Signed(Times(1)),                      kCalibration,     ""},
+
+    {Field::kAdaptiveEqSettlingTime,      A2,  61, kByte,      Number(Times(100)).ZeroIsNone(),       kEnhanced,        "12.4"},
+    {Field::kRxEmphasisType,              A2,  62, Bits(4, 3), Code(kEmphasisTypes),                  kEnhanced,        "12.4"},
+    {Field::kRxAmplitudes,                A2,  63, Bits(7, 4), kNumber.ZeroIsNone(),                  kEnhanced,        "12.4"},
+    {Field::kMaxTxInputEq,                A2,  63, Bits(3, 0), kNumber,                               kEnhanced,        "12.4"},
+    {Field::kMaxRxPostCursor,             A2,  64, Bits(7, 4), kNumber,                               kEnhanced,        "12.4"},
+    {Field::kMaxRxPreCursor,              A2,  64, Bits(3, 0), kNumber,                               kEnhanced,        "12.4"},
+    {Field::kMaxPower,                    A2,  66, kByte,      kOwn,                                  kAlways,          "12.4"},
+    {Field::kSecondaryExtendedCompliance, A2,  67, kByte,      Code(kExtendedCompliance).ZeroIsNone(), kEnhanced,       "12.4"},
+    {Field::kRsPinIgnore,                 A2,  73, Bit(4),     kFlag,                                 By(HasFeature<56, 4>, "enhanced features and A2h:56.4"), "12.4"},
+
+    {Field::kTxDisablePin,                A2, 110, Bit(7),     kFlag,                                 kTxDisableStatus, ""},
+    {Field::kSoftTxDisable,               A2, 110, Bit(6),     kFlag,                                 kTxDisableStatus, ""},
+    {Field::kRs1Pin,                      A2, 110, Bit(5),     kFlag,                                 kRateSelectPin,   ""},
+    {Field::kRs0Pin,                      A2, 110, Bit(4),     kFlag,                                 kRateSelectPin,   ""},
+    {Field::kSoftRs0,                     A2, 110, Bit(3),     kFlag,                                 kRateSelectStatus, ""},
+    {Field::kDataNotReady,                A2, 110, Bit(0),     kFlag,                                 kDiagnostics,     ""},
+    {Field::kTxInputEqHigh,               A2, 114, Bits(7, 4), kNumber.ZeroIsNone(),                  kDiagnostics,     "11.9"},
+    {Field::kTxInputEqLow,                A2, 114, Bits(3, 0), kNumber.ZeroIsNone(),                  kDiagnostics,     "11.9"},
+    {Field::kRxEmphasisHigh,              A2, 115, Bits(7, 4), kNumber.ZeroIsNone(),                  kDiagnostics,     "11.9"},
+    {Field::kRxEmphasisLow,               A2, 115, Bits(3, 0), kNumber.ZeroIsNone(),                  kDiagnostics,     "11.9"},
+    {Field::kSoftRs1,                     A2, 118, Bit(3),     kFlag,                                 kRateSelectPin,   "10.2"},
+    {Field::kPowerLevel4Enable,           A2, 118, Bit(2),     kFlag,                                 By(HasPowerLevel4, "A0h:92.6 and 64.6"), "12.4"},
+    {Field::kPowerLevelState,             A2, 118, Bit(1),     kFlag,                                 By(HasPowerLevels, "A0h:92.6; 64.1, 64.5 or 64.6"), "10.3"},
+    {Field::kPowerLevelSelect,            A2, 118, Bit(0),     kFlag,                                 By(HasPowerLevels2And3, "A0h:92.6; 64.1 or 64.5"), "10.3"},
+    {Field::kPam4ModeTx,                  A2, 119, Bit(4),     kFlag,                                 k64gfc,           "12.3"},
+    {Field::kPam4ModeRx,                  A2, 119, Bit(3),     kFlag,                                 k64gfc,           "12.3"},
+    {Field::kMode64gfc,                   A2, 119, Bit(2),     kFlag,                                 k64gfc,           "12.3"},
+};
+
+constexpr LaneMapField kLaneFields[] = {
+    // field, page, byte, extent, order of the lanes, format, what advertises it, first revision
+    {LaneField::kRxLos,              A2, 110, Bit(1),     LaneOrder::kModule, kFlag,   kRxLosStatus,     ""},
+    {LaneField::kTxFault,            A2, 110, Bit(2),     LaneOrder::kModule, kFlag,   kTxFaultStatus,   ""},
+    {LaneField::kTxLol,              A2, 119, Bit(1),     LaneOrder::kModule, kFlag,   kCdr,             "11.4"},
+    {LaneField::kRxLol,              A2, 119, Bit(0),     LaneOrder::kModule, kFlag,   kCdr,             "11.4"},
+    {LaneField::kTxAdaptiveEqFault,  A2, 118, Bit(4),     LaneOrder::kModule, kFlag,   By(HasFeature<58, 0>, "enhanced features and A2h:58.0"), "12.4"},
+    {LaneField::kTxDisable,          A2, 110, Bits(7, 6), LaneOrder::kModule, kFlag,   kTxDisableStatus, ""},
+    {LaneField::kTxAdaptiveEqFreeze, A2,  71, Bit(1),     LaneOrder::kModule, kFlag,   By(HasFeature<60, 2>, "enhanced features and A2h:60.2"), "12.4"},
+    {LaneField::kTxAdaptiveEq,       A2,  71, Bit(0),     LaneOrder::kModule, kFlag,   By(HasFeature<60, 1>, "enhanced features and A2h:60.1"), "12.4"},
+    {LaneField::kRxPreCursor,        A2,  72, Bits(7, 5), LaneOrder::kModule, kNumber, By(HasFeature<62, 1>, "enhanced features and A2h:62.1"), "12.4"},
+    {LaneField::kRxPostCursor,       A2,  72, Bits(3, 0), LaneOrder::kModule, kNumber, By(HasFeature<62, 2>, "enhanced features and A2h:62.2"), "12.4"},
+    {LaneField::kRxAmplitude,        A2,  73, Bits(3, 0), LaneOrder::kModule, kNumber, By(HasFeature<62, 0>, "enhanced features and A2h:62.0"), "12.4"},
+    {LaneField::kRxSquelchDisable,   A2,  74, Bit(4),     LaneOrder::kModule, kFlag,   By(HasFeature<57, 0>, "enhanced features and A2h:57.0"), "12.4"},
+    {LaneField::kRxForceSquelch,     A2,  74, Bit(5),     LaneOrder::kModule, kFlag,   By(HasFeature<57, 1>, "enhanced features and A2h:57.1"), "12.4"},
+    {LaneField::kTxForceSquelch,     A2,  74, Bit(1),     LaneOrder::kModule, kFlag,   By(HasFeature<56, 1>, "enhanced features and A2h:56.1"), "12.4"},
+    {LaneField::kTxSquelchDisable,   A2,  74, Bit(0),     LaneOrder::kModule, kFlag,   By(HasFeature<56, 0>, "enhanced features and A2h:56.0"), "12.4"},
+};
+
+constexpr MapMonitor kMonitors[] = {
+    // quantity, name, page, byte, format, thresholds, {flags: page, byte, bit, steps to low, warning, lane}, what advertises it, first revision
+    {Quantity::kTemperature, "",                    A2,  96, kCelsius,         A2,  0, {A2, 112, 7, 1, 32, 0}, kDiagnostics, ""},
+    {Quantity::kVoltage,     "",                    A2,  98, kVolts,           A2,  8, {A2, 112, 5, 1, 32, 0}, kVoltageMonitor, ""},
+    {Quantity::kTxBias,      "",                    A2, 100, kMilliamperes,    A2, 16, {A2, 112, 3, 1, 32, 0}, kDiagnostics, ""},
+    {Quantity::kTxPower,     "",                    A2, 102, kMilliwatts,      A2, 24, {A2, 112, 1, 1, 32, 0}, kDiagnostics, ""},
+    {Quantity::kRxPower,     "",                    A2, 104, kMilliwatts,      A2, 32, {A2, 113, 7, 1, 32, 0}, kDiagnostics, ""},
+    {Quantity::kAux,         "laser_temperature_c", A2, 106, kCelsius,         A2, 40, {A2, 113, 5, 1, 32, 0}, kLaser,     "11.4"},
+    {Quantity::kAux,         "tec_current_ma",      A2, 108, Signed(Per(10)),  A2, 48, {A2, 113, 3, 1, 32, 0}, kLaser,     "11.4"},
+};
+
+// Bytes 3 to 10; bits 4.4 and 4.3 are the reach of SONET together.
+constexpr NamedBit kCompliance[] = {
+    {A0, 3, 7, "10GBASE-ER"}, {A0, 3, 6, "10GBASE-LRM"}, {A0, 3, 5, "10GBASE-LR"}, {A0, 3, 4, "10GBASE-SR"},
+    {A0, 3, 3, "InfiniBand 1X SX"}, {A0, 3, 2, "InfiniBand 1X LX"}, {A0, 3, 1, "InfiniBand 1X Copper Active"}, {A0, 3, 0, "InfiniBand 1X Copper Passive"},
+    {A0, 4, 7, "ESCON MMF, 1310 nm LED"}, {A0, 4, 6, "ESCON SMF, 1310 nm laser"}, {A0, 4, 5, "OC-192, short reach"},
+    {A0, 4, 2, "OC-48, long reach"}, {A0, 4, 1, "OC-48, intermediate reach"}, {A0, 4, 0, "OC-48, short reach"},
+    {A0, 5, 6, "OC-12, single mode, long reach"}, {A0, 5, 5, "OC-12, single mode, intermediate reach"}, {A0, 5, 4, "OC-12, short reach"},
+    {A0, 5, 2, "OC-3, single mode, long reach"}, {A0, 5, 1, "OC-3, single mode, intermediate reach"}, {A0, 5, 0, "OC-3, short reach"},
+    {A0, 6, 7, "BASE-PX"}, {A0, 6, 6, "BASE-BX10"}, {A0, 6, 5, "100BASE-FX"}, {A0, 6, 4, "100BASE-LX/LX10"},
+    {A0, 6, 3, "1000BASE-T"}, {A0, 6, 2, "1000BASE-CX"}, {A0, 6, 1, "1000BASE-LX"}, {A0, 6, 0, "1000BASE-SX"},
+    {A0, 7, 7, "FC very long distance (V)"}, {A0, 7, 6, "FC short distance (S)"}, {A0, 7, 5, "FC intermediate distance (I)"},
+    {A0, 7, 4, "FC long distance (L)"}, {A0, 7, 3, "FC medium distance (M)"}, {A0, 7, 2, "FC shortwave laser, linear RX (SA)"},
+    {A0, 7, 1, "FC longwave laser (LC)"}, {A0, 7, 0, "FC electrical inter-enclosure (EL)"},
+    {A0, 8, 7, "FC electrical intra-enclosure (EL)"}, {A0, 8, 6, "FC shortwave laser without OFC (SN)"},
+    {A0, 8, 5, "FC shortwave laser with OFC (SL)"}, {A0, 8, 4, "FC longwave laser (LL)"},
+    {A0, 8, 3, "Active cable"}, {A0, 8, 2, "Passive cable"},
+    {A0, 9, 7, "FC twin axial pair (TW)"}, {A0, 9, 6, "FC twisted pair (TP)"}, {A0, 9, 5, "FC miniature coax (MI)"}, {A0, 9, 4, "FC video coax (TV)"},
+    {A0, 9, 3, "FC multi-mode 62.5 um (M6)"}, {A0, 9, 2, "FC multi-mode 50 um (M5, M5E)"}, {A0, 9, 0, "FC single mode (SM)"},
+    {A0, 10, 7, "FC 1200 MB/s"}, {A0, 10, 6, "FC 800 MB/s"}, {A0, 10, 5, "FC 1600 MB/s"}, {A0, 10, 4, "FC 400 MB/s"},
+    {A0, 10, 3, "FC 3200 MB/s"}, {A0, 10, 2, "FC 200 MB/s"}, {A0, 10, 0, "FC 100 MB/s"},
+};
+
+// Byte 60 of passive and of active cables.
+constexpr NamedBit kPassiveCableCompliance[] = {
+    {A0, 60, 1, "FC-PI-4 appendix H"}, {A0, 60, 0, "SFF-8431 appendix E"},
+};
+constexpr NamedBit kActiveCableCompliance[] = {
+    {A0, 60, 3, "FC-PI-4 limiting"}, {A0, 60, 2, "SFF-8431 limiting"},
+    {A0, 60, 1, "FC-PI-4 appendix H"}, {A0, 60, 0, "SFF-8431 appendix E"},
+};
+
+constexpr NamedBit kOptions[] = {
+    {A0, 64, 6, "Power level 4"}, {A0, 64, 5, "Power level 3"}, {A0, 64, 4, "Paging"}, {A0, 64, 3, "Retimer or CDR"},
+    {A0, 64, 2, "Cooled laser"}, {A0, 64, 1, "Power level 2"}, {A0, 64, 0, "Linear receiver output"},
+    {A0, 65, 7, "RX decision threshold"}, {A0, 65, 6, "Tunable transmitter"}, {A0, 65, 5, "Rate select pin"}, {A0, 65, 4, "TX disable pin"},
+    {A0, 65, 3, "TX fault pin"}, {A0, 65, 2, "RX LOS pin, inverted"}, {A0, 65, 1, "RX LOS pin"}, {A0, 65, 0, "More pages"},
+    {A0, 92, 7, "Legacy diagnostics"}, {A0, 92, 6, "Digital diagnostics"}, {A0, 92, 5, "Internal calibration"}, {A0, 92, 4, "External calibration"},
+    {A0, 92, 1, "Remote performance monitoring"},
+    {A0, 93, 7, "Alarm and warning flags"}, {A0, 93, 6, "Soft TX disable"}, {A0, 93, 5, "Soft TX fault"}, {A0, 93, 4, "Soft RX LOS"},
+    {A0, 93, 3, "Soft rate select"}, {A0, 93, 2, "Application select (SFF-8079)"}, {A0, 93, 1, "Soft rate select (SFF-8431)"},
+};
+
+// A2h with internal calibration, rev 12.4 on.
+constexpr NamedBit kEnhancedOptions[] = {
+    {A2, 56, 4, "RS pin ignore"}, {A2, 56, 1, "TX forced squelch"}, {A2, 56, 0, "TX squelch disable"},
+    {A2, 57, 1, "RX forced squelch"}, {A2, 57, 0, "RX squelch disable"}, {A2, 58, 0, "TX adaptive equalization fault flag"},
+    {A2, 60, 3, "TX equalization store and recall"}, {A2, 60, 2, "TX adaptive equalization freeze"},
+    {A2, 60, 1, "TX adaptive equalization"}, {A2, 60, 0, "TX input equalization programmable"},
+    {A2, 62, 2, "RX output post-cursor"}, {A2, 62, 1, "RX output pre-cursor"}, {A2, 62, 0, "RX output amplitude programmable"},
+};
+
+constexpr Checksum kChecksums[] = {
+    {A0, 0, 62, 63},
+    {A0, 64, 94, 95},
+    {A2, 0, 94, 95},
+};
+// clang-format on
+
+constexpr MemoryMap kMap = {kFields, kLaneFields, kMonitors, kCompliance, kOptions, kChecksums};
+
+// ---------------------------------------------------------------------------------------------
+// Fields that several bytes make up
+// ---------------------------------------------------------------------------------------------
+
+// Byte 94.
+void DecodeRevision(Decoding& to) {
+  constexpr std::string_view kNames[] = {
+      "", "9.3", "9.5", "10.2", "10.4", "11.0", "11.3", "11.4", "12.3", "12.4", "12.5",
+  };
+  const std::optional<std::uint8_t> code = to.image.At(A0, 94);
+  if (!code) return to.info.SetState(Field::kRevision, FieldState::kNotRead);
+  if (*code >= std::size(kNames)) {
+    return to.Warn("byte 94 of A0h is " + HexText(*code) + ", which is no revision's code");
+  }
+  if (*code != 0) to.info.SetText(Field::kRevision, kNames[*code]);
+}
+
+void DecodePower(Decoding& to) {
+  constexpr double kWattsOfLevel[] = {1.0, 1.5, 2.0};
+  constexpr double kTenths = 10.0;
+  const std::optional<std::uint8_t> options = to.image.At(A0, 64);
+  if (!options) {
+    to.info.SetState(Field::kPowerClass, FieldState::kNotRead);
+    return to.info.SetState(Field::kMaxPower, FieldState::kNotRead);
+  }
+  const unsigned level = Sff8472PowerLevel(*options);
+  to.info.SetNumber(Field::kPowerClass, level);
+  if (level <= std::size(kWattsOfLevel)) {
+    return to.info.SetNumber(Field::kMaxPower, kWattsOfLevel[level - 1]);
+  }
+  const std::optional<std::uint8_t> maximum = to.image.At(A2, 66);
+  const bool is_used = HasDiagnostics(to.image) != Advertised::kNo;
+  if (!maximum || !is_used) return to.info.SetState(Field::kMaxPower, FieldState::kNotRead);
+  if (*maximum != 0) to.info.SetNumber(Field::kMaxPower, *maximum / kTenths);
+}
+
+void DecodeNominalBitrate(Decoding& to) {
+  const std::optional<std::uint8_t> rate = to.image.At(A0, 12);
+  const std::optional<std::uint8_t> extended = to.image.At(A0, 66);
+  if (!rate || (*rate == kSeeExtendedBitrate && !extended)) {
+    return to.info.SetState(Field::kNominalBitrate, FieldState::kNotRead);
+  }
+  if (*rate == kSeeExtendedBitrate && *extended == 0) {
+    return WarnMoreThan(to, Field::kNominalBitrate, 25400);
+  }
+  if (*rate == 0) return;
+  to.info.SetNumber(Field::kNominalBitrate,
+                    *rate == kSeeExtendedBitrate ? *extended * 250.0 : *rate * 100.0);
+}
+
+// Kilometres in byte 14, or the more exact hundreds of metres in byte 15 where that has them.
+void DecodeSmfLength(Decoding& to) {
+  constexpr unsigned kMore = 255;
+  if (IsOptical(to.image) == Advertised::kNo) return;
+  const std::optional<std::uint8_t> kilometres = to.image.At(A0, 14);
+  const std::optional<std::uint8_t> hundreds = to.image.At(A0, 15);
+  if (!kilometres || !hundreds) {
+    return to.info.SetState(Field::kLengthSmf, FieldState::kNotRead);
+  }
+  if (*kilometres == kMore) return WarnMoreThan(to, Field::kLengthSmf, 254000);
+  if (*kilometres != 0) return to.info.SetNumber(Field::kLengthSmf, *kilometres * 1000.0);
+  if (*hundreds == kMore) return WarnMoreThan(to, Field::kLengthSmf, 25400);
+  if (*hundreds != 0) to.info.SetNumber(Field::kLengthSmf, *hundreds * 100.0);
+}
+
+// Byte 19 of cables, rev 12.4 on: a base in bits 5..0 times 0.1, 1, 10 or 100 m.
+double LengthOfByte19(unsigned byte) {
+  constexpr double kTenthMetres[] = {1.0, 10.0, 100.0, 1000.0};
+  constexpr double kTenths = 10.0;
+  return (byte & 0x3FU) * kTenthMetres[byte >> 6U] / kTenths;
+}
+
+void DecodeCableLength(Decoding& to) {
+  constexpr unsigned kMore = 255;
+  if (IsOptical(to.image) == Advertised::kYes) return;
+  const std::optional<std::uint8_t> metres = to.image.At(A0, 18);
+  if (!metres) return to.info.SetState(Field::kLengthCable, FieldState::kNotRead);
+  const unsigned newer = to.image.At(A0, 19).value_or(0);
+  const bool has_newer =
+      IsCable(to.image) == Advertised::kYes && newer != 0 && Since124(to.image) == Advertised::kYes;
+  if (has_newer) return to.info.SetNumber(Field::kLengthCable, LengthOfByte19(newer));
+  if (*metres == kMore) return WarnMoreThan(to, Field::kLengthCable, 254);
+  if (*metres != 0) to.info.SetNumber(Field::kLengthCable, *metres);
+}
+
+// Nanometres; DWDM modules keep hundredths in byte 62 unless byte 10 refers to it.
+void DecodeWavelength(Decoding& to) {
+  constexpr unsigned kHundredths = 100;
+  const ModuleImage::Half& half = to.image.HalfOf(A0, 60);
+  const Advertised is_optical = IsOptical(to.image);
+  const bool is_known = half.Has(60, 2);
+  const unsigned whole = is_known ? RawNumber(half, 60, kWord) : 0;
+  const FieldState state = StateOf(is_optical, is_known, whole != 0);
+  to.info.SetState(Field::kWavelength, state);
+  if (state != FieldState::kPresent) return;
+  if (whole == 0) return to.info.SetState(Field::kWavelength, FieldState::kNotImplemented);
+  const unsigned fraction = half[62];
+  const bool has_fraction =
+      fraction != 0 && fraction < kHundredths && AskBit(to.image, A0, 10, 1) == Advertised::kNo;
+  const unsigned hundredths = whole * kHundredths + (has_fraction ? fraction : 0);
+  to.info.SetNumber(Field::kWavelength, hundredths / 100.0);
+}
+
+void AddCompliance(Decoding& to) {
+  constexpr std::string_view kReaches[] = {"", "SONET IR-2/LR-2", "SONET SR-1/IR-1/LR-1",
+                                           "SONET LR-3"};
+  std::vector<std::string_view>& names = to.info.compliance;
+  AddNames(to.image, kCompliance, names);
+  const unsigned reach = to.image.At(A0, 4).value_or(0) >> 3U & 3U;
+  if (reach != 0) names.push_back(kReaches[reach]);
+  if (AskBit(to.image, A0, 8, 2) == Advertised::kYes) {
+    AddNames(to.image, kPassiveCableCompliance, names);
+  } else if (AskBit(to.image, A0, 8, 3) == Advertised::kYes) {
+    AddNames(to.image, kActiveCableCompliance, names);
+  }
+  if (AskBit(to.image, A0, 10, 1) == Advertised::kYes &&
+      AskBit(to.image, A0, 62, 0) == Advertised::kYes) {
+    names.push_back("FC 6400 MB/s (64GFC)");
+  }
+  for (const Field field : {Field::kExtendedCompliance, Field::kSecondaryExtendedCompliance}) {
+    const std::string_view name = to.info[field].text;
+    if (!name.empty()) names.push_back(name);
+  }
+}
+
+void AddOptions(Decoding& to) {
+  AddNames(to.image, kOptions, to.info.options);
+  if (HasEnhancedFeatures(to.image) == Advertised::kYes) {
+    AddNames(to.image, kEnhancedOptions, to.info.options);
+  }
+}
+
+// ---------------------------------------------------------------------------------------------
+// Calibration
+// ---------------------------------------------------------------------------------------------
+
+void DecodeCalibrationKind(Decoding& to) {
+  if (HasDiagnostics(to.image) != Advertised::kYes) return;
+  const unsigned kind = to.image.At(A0, 92).value_or(0) >> 4U & 3U;
+  if (kind == 0) {
+    return to.Warn("neither internal nor external calibration is set; decoded as internal");
+  }
+  to.info.SetCode(Field::kCalibration, kind, kCalibrations.Name(kind));
+}
+
+double RxPowerOf(const void* constants, double raw) {
+  return static_cast<const Sff8472Calibration*>(constants)->RxPower(raw);
+}
+
+double LineOf(const void* constants, double raw) {
+  return static_cast<const Sff8472Calibration::Line*>(constants)->At(raw);
+}
+
+double LineFromZeroOf(const void* constants, double raw) {
+  return std::max(LineOf(constants, raw), 0.0);
+}
+
+Conversion ConversionOf(const MapMonitor& line, const Sff8472Calibration& constants) {
+  switch (line.quantity) {
+    case Quantity::kTemperature:
+      return {line.format, LineOf, &constants.temperature};
+    case Quantity::kVoltage:
+      return {line.format, LineFromZeroOf, &constants.voltage};
+    case Quantity::kTxBias:
+      return {line.format, LineFromZeroOf, &constants.tx_bias};
+    case Quantity::kTxPower:
+      return {line.format, LineFromZeroOf, &constants.tx_power};
+    case Quantity::kRxPower:
+      return {line.format, RxPowerOf, &constants};
+    case Quantity::kAux:
+      break;
+  }
+  return {line.format};
+}
+
+// Constants that would make every value the same, or none.
+bool IsSane(const MapMonitor& line, const Sff8472Calibration& constants) {
+  switch (line.quantity) {
+    case Quantity::kTemperature:
+      return constants.temperature.slope != 0.0;
+    case Quantity::kVoltage:
+      return constants.voltage.slope != 0.0;
+    case Quantity::kTxBias:
+      return constants.tx_bias.slope != 0.0;
+    case Quantity::kTxPower:
+      return constants.tx_power.slope != 0.0;
+    case Quantity::kRxPower:
+      return std::all_of(std::begin(constants.rx_power), std::end(constants.rx_power),
+                         [](double coefficient) { return std::isfinite(coefficient); });
+    case Quantity::kAux:
+      break;
+  }
+  return true;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Monitors
+// ---------------------------------------------------------------------------------------------
+
+// Without the flags, which byte 93 advertises.
+void DropFlags(Monitor& monitor) { monitor.flags = {}; }
+
+void DropFlags(ModuleInfo& info) {
+  DropFlags(info.temperature);
+  DropFlags(info.voltage);
+  for (AuxMonitor& aux : info.aux) DropFlags(aux.monitor);
+  for (Lane& lane : info.lanes) {
+    DropFlags(lane.rx_power);
+    DropFlags(lane.tx_power);
+    DropFlags(lane.tx_bias);
+  }
+}
+
+void DecodeMonitors(Decoding& to) {
+  const bool is_external = HasCalibration(to.image) == Advertised::kYes && to.image.Has(A2);
+  const Sff8472Calibration constants =
+      is_external ? Sff8472CalibrationOf(to.image) : Sff8472Calibration();
+  const bool is_ready = AskBit(to.image, A2, 110, 0) != Advertised::kYes;
+  for (const MapMonitor& line : kMonitors) {
+    const bool is_sane = IsSane(line, constants);
+    const Conversion conversion =
+        is_external && is_sane ? ConversionOf(line, constants) : Conversion{line.format};
+    DecodeMonitor(to, line, conversion, Ask(to.image, line.advertised), {0, is_ready});
+    if (is_sane) continue;
+    to.Warn("the calibration constants of A2h make no sense; a value is that of the converter");
+  }
+  if (!is_ready) {
+    to.Warn("the module says that its data is not ready");
+    return DropFlags(to.info);
+  }
+  if (AskBit(to.image, A0, 93, 7) != Advertised::kNo) return;
+  if (AskBits(to.image, A2, 112, 0xFF) == Advertised::kYes ||
+      AskBits(to.image, A2, 113, 0xFC) == Advertised::kYes ||
+      AskBits(to.image, A2, 116, 0xFF) == Advertised::kYes ||
+      AskBits(to.image, A2, 117, 0xFC) == Advertised::kYes) {
+    to.Warn("alarm or warning flags are raised, but not advertised");
+  }
+  DropFlags(to.info);
+}
+
+// Neither values nor flags of A2h count.
+void SkipMonitors(Decoding& to) {
+  for (const MapMonitor& line : kMonitors) {
+    if (line.quantity == Quantity::kAux) to.info.aux.push_back({line.name, {}});
+  }
+  if (AskBit(to.image, A0, 92, 7) == Advertised::kYes) {
+    to.Warn("the module has legacy diagnostics (A0h byte 92 bit 7), which are not decoded");
+  }
+  if (to.image.Has(A2)) {
+    to.Warn("A2h was read, but the module says that it has no diagnostics; A2h is not used");
+  }
+}
+
+void DecodeLane(Decoding& to) {
+  Lane& lane = to.info.lanes.emplace_back();
+  lane.number = 1;
+  DecodeLane(to.image, kLaneFields, 1, 0, lane);
+}
+
+}  // namespace
+
+const MemoryMap& Sff8472Map() { return kMap; }
+
+unsigned Sff8472PowerLevel(unsigned options) {
+  if ((options >> 6U & 1U) != 0) return 4;
+  if ((options >> 5U & 1U) != 0) return 3;
+  return (options >> 1U & 1U) != 0 ? 2 : 1;
+}
+
+double Sff8472Calibration::RxPower(double raw) const {
+  double power = 0.0;
+  for (const double coefficient : rx_power) power = power * raw + coefficient;
+  return std::max(power, 0.0);
+}
+
+Sff8472Calibration Sff8472CalibrationOf(const ModuleImage& image) {
+  Sff8472Calibration constants;
+  const auto set = [&image](Field field, double& constant) {
+    constant = ValueOf(image, kMap, field).value_or(constant);
+  };
+  set(Field::kRxPowerCalibration4, constants.rx_power[0]);
+  set(Field::kRxPowerCalibration3, constants.rx_power[1]);
+  set(Field::kRxPowerCalibration2, constants.rx_power[2]);
+  set(Field::kRxPowerCalibration1, constants.rx_power[3]);
+  set(Field::kRxPowerCalibration0, constants.rx_power[4]);
+  set(Field::kTxBiasSlope, constants.tx_bias.slope);
+  set(Field::kTxBiasOffset, constants.tx_bias.offset);
+  set(Field::kTxPowerSlope, constants.tx_power.slope);
+  set(Field::kTxPowerOffset, constants.tx_power.offset);
+  set(Field::kTemperatureSlope, constants.temperature.slope);
+  set(Field::kTemperatureOffset, constants.temperature.offset);
+  set(Field::kVoltageSlope, constants.voltage.slope);
+  set(Field::kVoltageOffset, constants.voltage.offset);
+  return constants;
+}
+
+void DecodeSff8472(Decoding& to) {
+  DecodeFields(to, kFields);
+  DecodeRevision(to);
+  DecodePower(to);
+  DecodeNominalBitrate(to);
+  DecodeSmfLength(to);
+  DecodeCableLength(to);
+  DecodeWavelength(to);
+  DecodeCalibrationKind(to);
+  AddCompliance(to);
+  AddOptions(to);
+  DecodeLane(to);
+  if (HasDiagnostics(to.image) == Advertised::kNo) {
+    SkipMonitors(to);
+  } else {
+    DecodeMonitors(to);
+    WarnOfFlags(to, kLaneFields);
+    if (AskBit(to.image, A0, 92, 2) == Advertised::kYes) {
+      to.Warn("the diagnostics need a change of the address (A0h byte 92 bit 2)");
+    }
+  }
+  AddChecksums(to, kChecksums);
+}
 
 }  // namespace cable_info::module_memory

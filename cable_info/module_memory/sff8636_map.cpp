@@ -409,8 +409,9 @@ void DecodeProperties(Decoding& to) {
   }
   if (const auto lanes = to.image.At(L, 113); lanes && RevisionCode(to.image) >= kRevision25) {
     unsigned implemented = 0;
-    for (unsigned lane = 0; lane < kLanes; ++lane)
-      implemented += (*lanes >> lane & 1U) == 0 ? 1 : 0;
+    for (unsigned lane = 0; lane < kLanes; ++lane) {
+      implemented += (~unsigned{*lanes} >> lane) & 1U;
+    }
     to.info.SetNumber(Field::kNearEndLanes, implemented);
   }
   if (const auto wait = to.image.At(L, 115); wait && *wait != 0) {
