@@ -311,9 +311,9 @@ unsigned LaneInBank(unsigned lane) { return (lane - 1) % kLanesPerBank + 1; }
 std::string_view NameOf(const MapMonitor& line) {
   switch (line.quantity) {
     case Quantity::kTemperature:
-      return "temperature";
+      return "Temperature";
     case Quantity::kVoltage:
-      return "supply voltage";
+      return "Supply voltage";
     case Quantity::kTxBias:
       return "TX bias";
     case Quantity::kTxPower:
@@ -345,16 +345,16 @@ bool IsAnyFlagRaised(const ModuleImage& image, const MapMonitor& line, unsigned 
   return ReadFlags(image, line.flags, lane, bank).raised != 0;
 }
 
-// "RX power: not advertised, but lanes 1, 2 have a value".
+// "RX power is not advertised, but has a value: lane 1, 2".
 void WarnOfLanes(Decoding& to, std::string_view name, const std::string& lanes,
                  std::string_view what) {
   if (lanes.empty()) return;
-  to.info.warnings.push_back(std::string(name) + ": not advertised, but " + std::string(what) +
-                             lanes);
+  to.info.warnings.push_back(std::string(name) + " is not advertised, but " + std::string(what) +
+                             ": lane " + lanes);
 }
 
 void AddLane(std::string& lanes, unsigned lane) {
-  lanes += lanes.empty() ? " of lane " : ", ";
+  if (!lanes.empty()) lanes += ", ";
   lanes += std::to_string(lane);
 }
 
@@ -378,11 +378,11 @@ void DecodeModuleMonitor(Decoding& to, const MapMonitor& line, const Conversion&
   if (line.quantity == Quantity::kAux) to.info.aux.push_back({line.name, monitor});
   if (advertised != Advertised::kNo) return;
   if (IsPlausible(to.image, line, 1, 0)) {
-    to.info.warnings.push_back(std::string(NameOf(line)) + ": not advertised, but has a value");
+    to.info.warnings.push_back(std::string(NameOf(line)) + " is not advertised, but has a value");
   }
   if (IsAnyFlagRaised(to.image, line, 1, 0)) {
     to.info.warnings.push_back(std::string(NameOf(line)) +
-                               ": not advertised, but has a flag raised");
+                               " is not advertised, but has a flag raised");
   }
 }
 
@@ -402,8 +402,8 @@ void DecodeLaneMonitor(Decoding& to, const MapMonitor& line, const Conversion& c
     if (IsPlausible(to.image, line, in_bank, bank)) AddLane(with_value, lane.number);
     if (IsAnyFlagRaised(to.image, line, in_bank, bank)) AddLane(with_flag, lane.number);
   }
-  WarnOfLanes(to, NameOf(line), with_value, "there is a value");
-  WarnOfLanes(to, NameOf(line), with_flag, "a flag is raised");
+  WarnOfLanes(to, NameOf(line), with_value, "has a value");
+  WarnOfLanes(to, NameOf(line), with_flag, "has a flag raised");
 }
 
 }  // namespace
@@ -427,7 +427,7 @@ void WarnOfFlags(Decoding& to, Lines<LaneMapField> map) {
         AddLane(lanes, lane.number);
       }
     }
-    WarnOfLanes(to, DescribeField(line.field).label, lanes, "the flag is raised");
+    WarnOfLanes(to, DescribeField(line.field).label, lanes, "raised");
   }
 }
 

@@ -242,15 +242,19 @@ class Json {
       AppendCode(out_, it.media_interface.code, it.media_interface.name);
       out_.Append(",\"host_lanes\":").AppendDecimal(it.host_lanes);
       out_.Append(",\"media_lanes\":").AppendDecimal(it.media_lanes);
-      out_.Append(",\"host_assignment\":").AppendDecimal(it.host_assignment);
-      out_.Append(",\"media_assignment\":");
-      if (it.media_assignment) {
-        out_.AppendDecimal(*it.media_assignment);
-      } else {
-        out_.Append(kNull);
-      }
+      AppendMask(",\"host_assignment\":", it.host_assignment);
+      AppendMask(",\"media_assignment\":", it.media_assignment);
       out_.Append('}');
     });
+  }
+
+  void AppendMask(std::string_view key, std::optional<unsigned> mask) {
+    out_.Append(key);
+    if (mask) {
+      out_.AppendDecimal(*mask);
+    } else {
+      out_.Append(kNull);
+    }
   }
 
   void Monitors() {
