@@ -6,6 +6,7 @@
 
 #include "cable_info/module_memory/module_info.h"
 #include "cable_info/readings/readings.h"
+#include "cable_info/text/text_buffer.h"
 #include "cable_info/value_format.h"
 #include "cli/format_version.h"
 #include "cli/output/json_text.h"
@@ -317,7 +318,7 @@ void WritePort(JsonText& json, Port& port) {
 }  // namespace
 
 void ExportWriter::Write(std::ostream& os, Port& port) const {
-  cable_info::TextBuffer line;
+  cable_info::text::TextBuffer line;
   JsonText json(line);
   WritePort(json, port);
   line.Append('\n');

@@ -5,16 +5,16 @@
 #include <optional>
 #include <string_view>
 
-#include "cable_info/value_format.h"
+#include "cable_info/text/text_buffer.h"
 
 namespace cli {
 
 /// Writes JSON on one line straight into a buffer, in ASCII. Commas are written where they belong;
 /// that every object is closed is the caller's business.
-class JsonText {
+class [[gnu::visibility("hidden")]] JsonText {
  public:
   /// Appends to `out`, which must outlive the text.
-  explicit JsonText(cable_info::TextBuffer& out) : out_(out) {}
+  explicit JsonText(cable_info::text::TextBuffer & out) : out_(out) {}
 
   void BeginObject() { Open('{'); }
   void EndObject() { Close('}'); }
@@ -81,7 +81,7 @@ class JsonText {
   }
   void AppendCodePoint(std::uint32_t code);
 
-  cable_info::TextBuffer& out_;
+  cable_info::text::TextBuffer& out_;
   bool needs_comma_ = false;
 };
 
