@@ -7,7 +7,7 @@
 #include "cable_info/module_memory/module_output.h"
 #include "cable_info/module_memory/number_text.h"
 #include "cable_info/module_memory/text_encoding.h"
-#include "cable_info/value_format.h"
+#include "cable_info/text/text_buffer.h"
 
 namespace cable_info {
 
@@ -58,7 +58,7 @@ auto KeysOf(const Fields& fields) {
   return keys;
 }
 
-void AppendString(TextBuffer& out, std::string_view utf8) {
+void AppendString(text::TextBuffer& out, std::string_view utf8) {
   out.Append('"');
   AppendUtf8(out, utf8, [&out](unsigned char control) {
     constexpr int kDigits = 4;
@@ -71,7 +71,7 @@ void AppendString(TextBuffer& out, std::string_view utf8) {
   out.Append('"');
 }
 
-void AppendTextOrNull(TextBuffer& out, std::string_view text) {
+void AppendTextOrNull(text::TextBuffer& out, std::string_view text) {
   if (text.empty()) {
     out.Append(kNull);
   } else {
@@ -79,17 +79,17 @@ void AppendTextOrNull(TextBuffer& out, std::string_view text) {
   }
 }
 
-void AppendFlag(TextBuffer& out, bool set) {
+void AppendFlag(text::TextBuffer& out, bool set) {
   out.Append(set ? std::string_view("true") : std::string_view("false"));
 }
 
-void AppendCode(TextBuffer& out, unsigned code, std::string_view name) {
+void AppendCode(text::TextBuffer& out, unsigned code, std::string_view name) {
   out.Append("{\"code\":").AppendDecimal(code).Append(",\"name\":");
   AppendTextOrNull(out, name);
   out.Append('}');
 }
 
-void AppendValue(TextBuffer& out, FieldKind kind, double number, std::string_view text) {
+void AppendValue(text::TextBuffer& out, FieldKind kind, double number, std::string_view text) {
   switch (kind) {
     case FieldKind::kText:
       return AppendTextOrNull(out, text);
@@ -105,7 +105,7 @@ void AppendValue(TextBuffer& out, FieldKind kind, double number, std::string_vie
 constexpr std::array<std::string_view, kAlarmLevels> kLevelKeys = {
     "\"high_alarm\":", "\"low_alarm\":", "\"high_warning\":", "\"low_warning\":"};
 
-void AppendThresholds(TextBuffer& out, const Thresholds& thresholds) {
+void AppendThresholds(text::TextBuffer& out, const Thresholds& thresholds) {
   char separator = '{';
   for (std::size_t i = 0; i < kAlarmLevels; ++i) {
     out.Append(separator).Append(kLevelKeys[i]);
@@ -120,7 +120,7 @@ void AppendThresholds(TextBuffer& out, const Thresholds& thresholds) {
   out.Append('}');
 }
 
-void AppendFlags(TextBuffer& out, const AlarmFlags& flags) {
+void AppendFlags(text::TextBuffer& out, const AlarmFlags& flags) {
   char separator = '{';
   for (std::size_t i = 0; i < kAlarmLevels; ++i) {
     out.Append(separator).Append(kLevelKeys[i]);
@@ -136,7 +136,7 @@ void AppendFlags(TextBuffer& out, const AlarmFlags& flags) {
 }
 
 // The members of a monitor's object.
-void AppendMonitorMembers(TextBuffer& out, const Monitor& monitor) {
+void AppendMonitorMembers(text::TextBuffer& out, const Monitor& monitor) {
   out.Append("\"value\":");
   if (monitor.IsPresent()) {
     AppendShortest(out, monitor.value);
@@ -149,7 +149,7 @@ void AppendMonitorMembers(TextBuffer& out, const Monitor& monitor) {
   AppendFlags(out, monitor.flags);
 }
 
-void AppendMonitor(TextBuffer& out, std::string_view key, const Monitor& monitor) {
+void AppendMonitor(text::TextBuffer& out, std::string_view key, const Monitor& monitor) {
   out.Append(key).Append('{');
   AppendMonitorMembers(out, monitor);
   out.Append('}');
@@ -157,7 +157,7 @@ void AppendMonitor(TextBuffer& out, std::string_view key, const Monitor& monitor
 
 // `items` between brackets, each written by `append`.
 template <typename Items, typename AppendItem>
-void AppendList(TextBuffer& out, std::string_view key, const Items& items,
+void AppendList(text::TextBuffer& out, std::string_view key, const Items& items,
                 const AppendItem& append) {
   out.Append(key).Append('[');
   bool is_first = true;
@@ -182,7 +182,7 @@ bool HasAttenuation(const ModuleInfo& info) {
 
 class Json {
  public:
-  Json(TextBuffer& out, const ModuleInfo& info) : out_(out), info_(info) {}
+  Json(text::TextBuffer& out, const ModuleInfo& info) : out_(out), info_(info) {}
 
   void Write(std::string_view label) {
     out_.Append("{\"format_version\":").AppendDecimal(kModuleFormatVersion).Append(",\"label\":");
@@ -308,18 +308,18 @@ class Json {
     });
   }
 
-  TextBuffer& out_;
+  text::TextBuffer& out_;
   const ModuleInfo& info_;
 };
 
 }  // namespace
 
-void AppendModuleJson(TextBuffer& out, const ModuleInfo& info, std::string_view label) {
+void AppendModuleJson(text::TextBuffer& out, const ModuleInfo& info, std::string_view label) {
   Json(out, info).Write(label);
 }
 
 std::string ModuleToJson(const ModuleInfo& info, std::string_view label) {
-  return ToText(AppendModuleJson, info, label);
+  return text::ToText(AppendModuleJson, info, label);
 }
 
 }  // namespace cable_info

@@ -10,7 +10,9 @@
 
 namespace cable_info {
 
+namespace text {
 class TextBuffer;
+}
 
 /// The version of the JSON; it changes when a key is renamed or goes away.
 inline constexpr unsigned kModuleFormatVersion = 1;
@@ -26,8 +28,8 @@ std::string ModuleToText(const ModuleInfo& info, std::string_view label);
 
 /// \name The same, appended to a buffer
 /// @{
-void AppendModuleJson(TextBuffer& out, const ModuleInfo& info, std::string_view label);
-void AppendModuleText(TextBuffer& out, const ModuleInfo& info, std::string_view label);
+void AppendModuleJson(text::TextBuffer& out, const ModuleInfo& info, std::string_view label);
+void AppendModuleText(text::TextBuffer& out, const ModuleInfo& info, std::string_view label);
 /// @}
 
 }  // namespace cable_info

@@ -21,7 +21,7 @@ char* WriteDecimals(char* to, std::uint64_t number, unsigned decimals) {
     *--begin = static_cast<char>('0' + number % 10);
     number /= 10;
   } while (number != 0);
-  return WriteText(to, {begin, static_cast<std::size_t>(end - begin)});
+  return text::WriteText(to, {begin, static_cast<std::size_t>(end - begin)});
 }
 
 }  // namespace
@@ -32,7 +32,7 @@ char* WriteShortest(char* to, double value) {
   constexpr double kHighest = 1e7;
   constexpr double kFewDecimals = 1e4;
   constexpr double kManyDecimals = 1e8;
-  if (!std::isfinite(value)) return WriteText(to, "null");
+  if (!std::isfinite(value)) return text::WriteText(to, "null");
   const double magnitude = std::fabs(value);
   if (magnitude < kHighest && (magnitude >= 1.0 / kFewDecimals || magnitude == 0.0)) {
     if (std::signbit(value) && value != 0.0) *to++ = '-';

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cable_info/value_format.h"
+#include "cable_info/text/text_buffer.h"
 
 namespace cable_info::module_memory {
 
@@ -10,8 +10,8 @@ inline constexpr std::size_t kShortestRoom = 32;
 /// no number.
 char* WriteShortest(char* to, double value);
 
-inline void AppendShortest(TextBuffer& out, double value) {
-  out.EndAt(WriteShortest(out.Room(kShortestRoom), value));
+inline void AppendShortest(text::TextBuffer& out, double value) {
+  out.EndAt(WriteShortest(out.Reserve(kShortestRoom), value));
 }
 
 }  // namespace cable_info::module_memory

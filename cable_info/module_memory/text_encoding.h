@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "cable_info/value_format.h"
+#include "cable_info/text/text_buffer.h"
 
 namespace cable_info::module_memory {
 
@@ -13,7 +13,7 @@ std::size_t Utf8Length(std::string_view text);
 /// Appends `text` as UTF-8; what is none becomes U+FFFD. Control characters, double quotes and
 /// backslashes go to `special` instead.
 template <typename Special>
-void AppendUtf8(TextBuffer& out, std::string_view text, const Special& special) {
+void AppendUtf8(text::TextBuffer& out, std::string_view text, const Special& special) {
   std::size_t plain = 0;  // characters to append as they are
   const auto flush = [&](std::size_t dropped) {
     out.Append(text.substr(0, plain));
