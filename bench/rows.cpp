@@ -46,13 +46,14 @@ using Ports = std::vector<std::unique_ptr<Port>>;
 Ports ReadPorts() {
   const Fabric fabric(BENCH_SAMPLE);
   cli::PortReader reader;
+  std::vector<cli::Message> messages;
   Ports ports;
   for (std::uint64_t n = 0; n < kPorts; ++n) {
     std::string line = fabric.Line(n);
     const std::size_t size = line.size();
     line.resize(size + cli::LineReader::kPadding);
     const auto& port = ports.emplace_back(std::make_unique<Port>());
-    reader.Read(std::string_view(line).substr(0, size), *port);
+    reader.Read(std::string_view(line).substr(0, size), *port, messages);
   }
   return ports;
 }

@@ -2,8 +2,16 @@
 
 #include <iostream>
 
+#include "cli/printable.h"
+#include "cli/spelling.h"
+
 namespace cli {
 
-void PrintError(std::string line) { std::cerr << line.append("\n"); }
+std::string Message::Suggestion() const {
+  const std::string_view nearest = Nearest(unknown_key, known_keys);
+  return nearest.empty() ? std::string() : "; did you mean \"" + std::string(nearest) + "\"?";
+}
+
+void PrintError(std::string_view line) { std::cerr << Printable(line).append("\n"); }
 
 }  // namespace cli

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cstddef>
+#include <vector>
 
 namespace cli {
 
@@ -12,7 +13,7 @@ bool SameLetter(char a, char b) {
   return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
 }
 
-// How many letters must be put in, left out or replaced to get from one word to the other.
+// The number of letters to insert, remove or replace to get from one word to the other.
 std::size_t EditDistance(std::string_view from, std::string_view to) {
   std::vector<std::size_t> row(to.size() + 1);
   for (std::size_t i = 0; i <= to.size(); ++i) row[i] = i;
@@ -30,12 +31,14 @@ std::size_t EditDistance(std::string_view from, std::string_view to) {
 
 }  // namespace
 
-std::string_view Nearest(std::string_view word, const std::vector<std::string_view>& candidates) {
-  constexpr std::size_t kLongestWord = 64;
-  if (word.size() > kLongestWord) return {};
+std::string_view Nearest(std::string_view word, std::span<const std::string_view> candidates) {
+  constexpr std::size_t kMaxWord = 64;
+  if (word.empty() || word.size() > kMaxWord) return {};
   std::string_view nearest;
   std::size_t least = std::max<std::size_t>(2, word.size() / 3) + 1;
   for (const std::string_view candidate : candidates) {
+    const auto [shorter, longer] = std::minmax(word.size(), candidate.size());
+    if (longer - shorter >= least) continue;  // as many letters must be inserted
     const std::size_t distance = EditDistance(word, candidate);
     if (distance >= least) continue;
     least = distance;

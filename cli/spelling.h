@@ -1,11 +1,11 @@
 #pragma once
 
+#include <span>
 #include <string_view>
-#include <vector>
 
 namespace cli {
 
-/// The candidate that `word` was most likely meant to be; empty when none is near.
-std::string_view Nearest(std::string_view word, const std::vector<std::string_view>& candidates);
+/// The candidate that is most similar to `word`; empty when none is similar.
+std::string_view Nearest(std::string_view word, std::span<const std::string_view> candidates);
 
 }  // namespace cli

@@ -12,6 +12,7 @@
 #include "cli/output/export_writer.h"
 #include "cli/output/report_writer.h"
 #include "cli/output/table_writer.h"
+#include "cli/printable.h"
 #include "test_support.h"
 
 namespace {
@@ -87,10 +88,10 @@ void CheckUntouched(const Port& port) {
 void ReadAndWrite(cli::PortReader& reader, std::string_view line) {
   const PaddedLine padded(line);
   Port port;
-  try {
-    reader.Read(padded.text(), port);
-  } catch (const cli::BadPort& bad) {
-    CheckMessage(bad.what());
+  std::vector<cli::Message> messages;
+  if (!reader.Read(padded.text(), port, messages)) {
+    CheckEqual(messages.size(), 1U, "a refused port has one reason");
+    CheckMessage(cli::Printable(messages.front().Text()));
     CheckUntouched(port);
     return;
   }
@@ -108,7 +109,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   for (const std::string& line : cable_info::test::Split(text, '\n')) ReadAndWrite(reader, line);
   const PaddedLine good(R"({"node_guid": 7, "cable": {"VendorName": "Acme"}})");
   Port port;
-  reader.Read(good.text(), port);
+  std::vector<cli::Message> messages;
+  Check(reader.Read(good.text(), port, messages), "a good port is good");
   CheckEqual(port.node_guid, 7U, "a good port is read behind any other");
   CheckEqual(port.cable_record->VendorName, "Acme", "its vendor, too");
   return 0;

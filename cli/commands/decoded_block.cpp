@@ -1,7 +1,9 @@
 #include "cli/commands/decoded_block.h"
 
+#include <algorithm>
 #include <ostream>
 #include <streambuf>
+#include <utility>
 
 #include "cli/input/input_name.h"
 
@@ -28,33 +30,42 @@ class StringAppender : public std::streambuf {
   std::string& text_;
 };
 
+// The folder of the file at `path`; empty for the current one.
+std::string FolderOf(const std::string& path) {
+  const std::size_t slash = IsStandardInput(path) ? std::string::npos : path.rfind('/');
+  return slash == std::string::npos ? std::string()
+                                    : path.substr(0, std::max<std::size_t>(slash, 1));
+}
+
 bool IsBlank(std::string_view line) {
   return line.find_first_not_of(" \t\r") == std::string_view::npos;
 }
 
-void AddMessage(const LineBlock& block, const LineBlock::Line& line, const std::string& message,
-                DecodedBlock& decoded) {
-  decoded.messages.push_back(InputName(block.path()) + ':' + std::to_string(line.number) + ": " +
-                             message);
+Message LineTooLong() {
+  return {MessageKind::kLongLine,
+          "expected a line of at most " + std::to_string(LineReader::kMaxLine) +
+              " bytes, found a longer one",
+          {},
+          {}};
 }
 
-void DecodeLine(const LineBlock& block, const LineBlock::Line& line, PortReader& reader,
-                const PortWriter& writer, std::ostream& os, DecodedBlock& decoded) {
+// Writes the port of a line; false when the line is bad. `messages` receives what there is to say.
+bool DecodeLine(const LineBlock::Line& line, PortReader& reader, const PortWriter& writer,
+                std::ostream& os, DecodedBlock& decoded, std::vector<Message>& messages) {
+  messages.clear();
   if (line.too_long) {
-    throw BadPort("expected a line of at most " + std::to_string(LineReader::kMaxLine) +
-                  " bytes, found a longer one");
+    messages.push_back(LineTooLong());
+    return false;
   }
-  if (IsBlank(line.text)) return;
+  if (IsBlank(line.text)) return true;
   Port port;
-  for (const std::string& remark : reader.Read(line.text, port)) {
-    AddMessage(
-        block, line,
-        "port " + GuidText(port.port_guid) + '/' + std::to_string(port.number) + ": " + remark,
-        decoded);
-  }
-  if (decoded.ports > 0) os << writer.Separator();
+  if (!reader.Read(line.text, port, messages)) return false;
+  for (Message& remark : messages) remark.text.insert(0, PortName(port) + ": ");
+  if (!messages.empty()) ++decoded.counts.remarked;
+  if (decoded.counts.written > 0) os << writer.Separator();
   writer.Write(os, port);
-  ++decoded.ports;
+  ++decoded.counts.written;
+  return true;
 }
 
 }  // namespace
@@ -63,19 +74,21 @@ void DecodeBlock(const LineBlock& block, PortReader& reader, const PortWriter& w
                  OnBadPort on_bad_port, DecodedBlock& decoded) {
   decoded.text.clear();
   decoded.messages.clear();
-  decoded.ports = 0;
-  decoded.status = ExitStatus::kGood;
+  decoded.counts = {};
+  reader.SetFolder(FolderOf(block.path()));
   StringAppender appender(decoded.text);
   std::ostream os(&appender);
+  os.exceptions(std::ios::badbit);  // lack of memory must not pass for a short port
+  std::vector<Message> messages;
   for (std::size_t i = 0; i < block.size(); ++i) {
     const LineBlock::Line line = block[i];
-    try {
-      DecodeLine(block, line, reader, writer, os, decoded);
-    } catch (const BadPort& bad) {
-      AddMessage(block, line, bad.what(), decoded);
-      decoded.status = ExitStatus::kBadPorts;
-      if (on_bad_port == OnBadPort::kStop) return;
+    const bool is_good = DecodeLine(line, reader, writer, os, decoded, messages);
+    for (Message& message : messages) {
+      decoded.messages.push_back({line.number, std::move(message)});
     }
+    if (is_good) continue;
+    ++decoded.counts.left_out;
+    if (on_bad_port == OnBadPort::kStop) return;
   }
 }
 

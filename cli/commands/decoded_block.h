@@ -4,9 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "cli/exit_status.h"
+#include "cli/commands/message_log.h"
 #include "cli/input/line_block.h"
 #include "cli/input/port_reader.h"
+#include "cli/message.h"
 #include "cli/output/port_writer.h"
 
 namespace cli {
@@ -14,12 +15,17 @@ namespace cli {
 /// What a run does with the ports after a bad one.
 enum class OnBadPort { kContinue, kStop };
 
+/// A message about a line.
+struct LineMessage {
+  std::uint64_t line;
+  Message message;
+};
+
 /// What the lines of a block became. Its memory is reused from block to block.
 struct DecodedBlock {
   std::string text;                   ///< of all ports, for the output
-  std::vector<std::string> messages;  ///< for standard error
-  std::uint64_t ports = 0;            ///< in `text`
-  ExitStatus status = ExitStatus::kGood;
+  std::vector<LineMessage> messages;  ///< in the order of the lines
+  PortCounts counts;
 };
 
 /// Decodes the lines of `block` and writes their ports into `decoded`, with `writer`'s separator

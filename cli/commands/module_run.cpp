@@ -8,8 +8,11 @@
 #include <vector>
 
 #include "cable_info/module_memory/module_memory.h"
+#include "cli/commands/message_log.h"
+#include "cli/commands/port_output.h"
 #include "cli/input/dump_file.h"
 #include "cli/input/input_name.h"
+#include "cli/input/module_remarks.h"
 #include "cli/message.h"
 #include "cli/output/whole_output.h"
 
@@ -27,7 +30,6 @@ using cable_info::module_memory::PageFile;
 using cable_info::module_memory::ParsePageFile;
 using cable_info::module_memory::PutPage;
 using cable_info::module_memory::ReadModule;
-using cable_info::module_memory::ReportChecksums;
 
 // The dump of one module: one file, or a file a page.
 struct Dump {
@@ -56,10 +58,17 @@ std::vector<Dump> Dumps(const std::vector<std::string>& arguments) {
   return dumps;
 }
 
+const std::string& FirstPath(const Dump& dump) {
+  return dump.pages.empty() ? dump.path : dump.pages.front().path;
+}
+
 // The name of a dump in messages: its file, or the file of its first page.
-std::string Name(const Dump& dump) {
-  const std::string& path = dump.pages.empty() ? dump.path : dump.pages.front().path;
-  return InputName(path);
+std::string Name(const Dump& dump) { return InputName(FirstPath(dump)); }
+
+// The label of its port: the name of that file without its folder.
+std::string Label(const Dump& dump) {
+  const std::string& path = FirstPath(dump);
+  return InputName(path.substr(path.rfind('/') + 1));
 }
 
 // A file that could not be read.
@@ -87,59 +96,77 @@ ModuleReading ReadModuleOf(const Dump& dump) {
 class Run {
  public:
   Run(const PortOptions& options, const PortWriter& writer, OutputFile& output)
-      : options_(options), writer_(writer), os_(&output) {}
+      : options_(options), writer_(writer), os_(&output), log_(LogOf(options)) {}
 
   Outcome Do() {
     writer_.Begin(os_);
-    const bool is_whole = std::ranges::all_of(
+    const bool reached_end = std::ranges::all_of(
         Dumps(options_.modules), [this](const Dump& dump) { return WriteModule(dump); });
-    return {status_, is_whole};
+    log_.Finish();
+    return {status_, reached_end ? Outcome::End::kReached : Outcome::End::kStopped, counts_};
   }
 
  private:
   // False when the run must stop.
   bool WriteModule(const Dump& dump) {
     ++number_;
+    log_.StartInput(number_, Name(dump));
     try {
       ModuleReading reading = ReadModuleOf(dump);
-      std::vector<std::string> remarks;
-      ReportChecksums(reading, options_.strict ? ChecksumPolicy::kRefuse : ChecksumPolicy::kReport,
-                      remarks);
-      for (const std::string& remark : remarks) PrintError(Name(dump) + ": warning: " + remark);
-      WritePort(std::move(reading));
+      std::vector<Message> remarks;
+      AddRemarks(reading, options_.strict ? ChecksumPolicy::kRefuse : ChecksumPolicy::kReport,
+                 remarks);
+      for (const Message& remark : remarks) {
+        if (log_.Admits(remark.kind)) PrintError(Name(dump) + ": warning: " + remark.text);
+      }
+      if (!remarks.empty()) ++counts_.remarked;
+      WritePort(dump, std::move(reading));
       return os_.good();
     } catch (const BadModule& bad) {
       PrintError(Name(dump) + ": " + bad.what());
+      ++counts_.left_out;
       status_ = Worse(status_, ExitStatus::kBadPorts);
     } catch (const Unreadable& file) {
       status_ = Worse(status_, FileFailed(file.path, file.error));
+      ++counts_.failed_inputs;
       return true;  // as an input of port records that cannot be read
     }
     return !options_.strict;
   }
 
-  void WritePort(ModuleReading reading) {
+  void WritePort(const Dump& dump, ModuleReading reading) {
     Port port;
     port.number = number_;
+    port.label = Label(dump);
     port.Attach(std::move(reading.cable), std::move(reading.phy));
-    if (has_written_) os_ << writer_.Separator();
-    has_written_ = true;
+    if (counts_.written > 0) os_ << writer_.Separator();
+    ++counts_.written;
     writer_.Write(os_, port);
   }
 
   const PortOptions& options_;
   const PortWriter& writer_;
   std::ostream os_;
+  MessageLog log_;
   ExitStatus status_ = ExitStatus::kGood;
-  std::uint32_t number_ = 0;
-  bool has_written_ = false;
+  std::uint32_t number_ = 0;  // of the dump; a bad one has its number, too
+  PortCounts counts_;
 };
 
 }  // namespace
 
+std::vector<std::string> ModulePaths(const PortOptions& options) {
+  std::vector<std::string> paths;
+  for (const Dump& dump : Dumps(options.modules)) {
+    if (dump.pages.empty()) paths.push_back(dump.path);
+    for (const PageFile& page : dump.pages) paths.push_back(page.path);
+  }
+  return paths;
+}
+
 ExitStatus RunModules(const PortOptions& options, const PortWriter& writer) {
-  return WriteWhole(options.output,
-                    [&](OutputFile& output) { return Run(options, writer, output).Do(); });
+  return WritePortOutput(options,
+                         [&](OutputFile& output) { return Run(options, writer, output).Do(); });
 }
 
 }  // namespace cli

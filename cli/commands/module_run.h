@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "cli/commands/port_options.h"
 #include "cli/exit_status.h"
 #include "cli/output/port_writer.h"
@@ -11,5 +14,8 @@ namespace cli {
 /// until a page follows that the module already has. A bad dump is reported on standard error and
 /// left out.
 ExitStatus RunModules(const PortOptions& options, const PortWriter& writer);
+
+/// The files of `options.modules`.
+std::vector<std::string> ModulePaths(const PortOptions& options);
 
 }  // namespace cli

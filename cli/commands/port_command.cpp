@@ -1,9 +1,39 @@
 #include "cli/commands/port_command.h"
 
+#include <optional>
+#include <string>
+#include <vector>
+
 #include "cli/commands/module_run.h"
 #include "cli/commands/port_run.h"
+#include "cli/input/input_name.h"
+#include "cli/input/same_file.h"
+#include "cli/message.h"
+#include "cli/output/output_file.h"
 
 namespace cli {
+
+namespace {
+
+// All files that the run reads.
+std::vector<std::string> InputPaths(const PortOptions& options) {
+  if (!options.modules.empty()) return ModulePaths(options);
+  return options.inputs.empty() ? std::vector<std::string>{kStandardInput} : options.inputs;
+}
+
+// Why the output cannot be what the options say; none when it can.
+std::optional<std::string> OutputProblem(const PortOptions& options) {
+  if (options.output.empty()) return "--output: expected the name of a file, found an empty one";
+  if (IsStandardOutput(options.output)) return std::nullopt;
+  for (const std::string& input : InputPaths(options)) {
+    if (IsSameFile(input, options.output)) {
+      return "--output: " + options.output + " is also an input (" + InputName(input) + ")";
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace
 
 CLI::App* AddPortCommand(CLI::App& app, const std::string& name, const std::string& description,
                          const std::string& examples, PortOptions& options) {
@@ -25,11 +55,19 @@ CLI::App* AddPortCommand(CLI::App& app, const std::string& name, const std::stri
                    "Decode with this many threads (default: one for each processor)")
       ->type_name("N")
       ->check(CLI::Range(1U, kMaxJobs));
-  command->add_flag("-q,--quiet", options.quiet, "Show no progress meter");
+  command->add_flag("--no-files", options.no_files,
+                    "Refuse port records that name files, for input from elsewhere");
+  command->add_flag("--all-messages", options.all_messages,
+                    "Show all messages, not only the first 20 of a kind for each input");
+  command->add_flag("-q,--quiet", options.quiet, "Show no progress meter, remarks or summary");
   return command;
 }
 
 ExitStatus WritePorts(const PortOptions& options, const PortWriter& writer) {
+  if (const std::optional<std::string> problem = OutputProblem(options)) {
+    PrintError("cableinfo: " + *problem);
+    return ExitStatus::kUsage;
+  }
   return options.modules.empty() ? RunPorts(options, writer) : RunModules(options, writer);
 }
 

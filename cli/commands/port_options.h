@@ -12,9 +12,11 @@ inline constexpr unsigned kMaxJobs = 32;
 struct PortOptions {
   std::vector<std::string> inputs;   ///< "-" or none: standard input
   std::vector<std::string> modules;  ///< dumps of modules, instead of the inputs
-  std::string output;                ///< empty: standard output
+  std::string output = "-";          ///< "-": standard output
   bool strict = false;               ///< stop at the first bad port
-  bool quiet = false;                ///< no progress meter
+  bool quiet = false;                ///< no progress meter, remarks or summary
+  bool all_messages = false;         ///< no limit of messages
+  bool no_files = false;             ///< port records must not name files
   unsigned jobs = 0;                 ///< threads; 0: one for each processor
 };
 

@@ -32,6 +32,8 @@
 #include <vector>
 
 #include "cli/commands/decoded_block.h"
+#include "cli/commands/message_log.h"
+#include "cli/commands/port_output.h"
 #include "cli/input/input_name.h"
 #include "cli/input/line_block.h"
 #include "cli/input/port_reader.h"
@@ -68,9 +70,14 @@ Progress::Meter MeterOf(const PortOptions& options, const OutputFile& output) {
   return is_shown ? Progress::Meter::kShown : Progress::Meter::kHidden;
 }
 
+PortReaderOptions ReaderOptionsOf(const PortOptions& options) {
+  return {options.strict ? ChecksumPolicy::kRefuse : ChecksumPolicy::kReport,
+          options.no_files ? FilePolicy::kRefuse : FilePolicy::kRead};
+}
+
 // What a worker works on, used for block after block.
 struct WorkItem {
-  explicit WorkItem(ChecksumPolicy checksums) : reader(checksums) {}
+  explicit WorkItem(const PortReaderOptions& options) : reader(options) {}
 
   std::uint64_t number = 0;  // of the block
   LineBlock block;
@@ -83,9 +90,12 @@ class Run {
   Run(const PortOptions& options, const PortWriter& writer, OutputFile& output)
       : on_bad_port_(options.strict ? OnBadPort::kStop : OnBadPort::kContinue),
         threads_(ThreadsOf(options)),
+        reader_options_(ReaderOptionsOf(options)),
         writer_(writer),
         inputs_(InputsOf(options)),
         os_(&output),
+        shows_at_once_(output.is_terminal()),
+        log_(LogOf(options)),
         progress_(MeterOf(options, output), TotalSize(InputsOf(options))) {}
 
   Outcome Do() {
@@ -101,14 +111,15 @@ class Run {
     Work();
     for (std::thread& other : others) other.join();
     if (failure_) std::rethrow_exception(failure_);
-    return {status_, !is_stopped_};
+    progress_.Clear();
+    log_.Finish();
+    return {status_, is_stopped_ ? Outcome::End::kStopped : Outcome::End::kReached, counts_};
   }
 
  private:
   void Work() {
     try {
-      WorkItem item(on_bad_port_ == OnBadPort::kStop ? ChecksumPolicy::kRefuse
-                                                     : ChecksumPolicy::kReport);
+      WorkItem item(reader_options_);
       while (Read(item)) {
         DecodeBlock(item.block, item.reader, writer_, on_bad_port_, item.decoded);
         WriteInOrder(item);
@@ -137,25 +148,42 @@ class Run {
   }
 
   void Write(const LineBlock& block, const DecodedBlock& decoded) {
-    if (!decoded.messages.empty() || block.input_error) progress_.Clear();
-    for (const std::string& message : decoded.messages) PrintError(message);
-    if (block.input_error) {
-      status_ = Worse(status_, FileFailed(InputName(block.path()), block.input_error));
-    }
-    status_ = Worse(status_, decoded.status);
-    if (decoded.ports > 0) {
-      if (ports_ > 0) os_ << writer_.Separator();
+    Report(block, decoded);
+    if (decoded.counts.written > 0) {
+      if (counts_.written > 0) os_ << writer_.Separator();
       os_.write(decoded.text.data(), static_cast<std::streamsize>(decoded.text.size()));
-      os_.flush();
     }
-    ports_ += decoded.ports;
-    const bool ends_here = on_bad_port_ == OnBadPort::kStop && decoded.status != ExitStatus::kGood;
+    if (block.is_last_for_now || shows_at_once_) os_.flush();
+    Count(block, decoded.counts);
+    const bool ends_here = on_bad_port_ == OnBadPort::kStop && decoded.counts.left_out > 0;
     if (!os_.good() || ends_here) is_stopped_ = true;
-    progress_.Update(ports_, block.input_bytes);
+    progress_.Update(counts_.written, block.input_bytes);
+  }
+
+  void Report(const LineBlock& block, const DecodedBlock& decoded) {
+    const std::string name = InputName(block.path());
+    log_.StartInput(block.input(), name);
+    for (const LineMessage& message : decoded.messages) {
+      if (!log_.Admits(message.message.kind)) continue;
+      progress_.Clear();
+      PrintError(name + ':' + std::to_string(message.line) + ": " + log_.TextOf(message.message));
+    }
+    if (!block.input_error) return;
+    progress_.Clear();
+    status_ = Worse(status_, FileFailed(name, block.input_error));
+  }
+
+  void Count(const LineBlock& block, const PortCounts& counts) {
+    counts_.written += counts.written;
+    counts_.left_out += counts.left_out;
+    counts_.remarked += counts.remarked;
+    if (block.input_error) ++counts_.failed_inputs;
+    if (counts.left_out > 0) status_ = Worse(status_, ExitStatus::kBadPorts);
   }
 
   const OnBadPort on_bad_port_;
   const unsigned threads_;
+  const PortReaderOptions reader_options_;
   const PortWriter& writer_;
 
   std::mutex reading_;  // guards the next two
@@ -166,9 +194,11 @@ class Run {
   std::condition_variable turn_;
   std::uint64_t written_ = 0;  // blocks
   std::ostream os_;
+  const bool shows_at_once_;
+  MessageLog log_;
   Progress progress_;
   ExitStatus status_ = ExitStatus::kGood;
-  std::uint64_t ports_ = 0;
+  PortCounts counts_;
   std::exception_ptr failure_;
 
   std::atomic<bool> is_stopped_ = false;  // the rest of the input does not matter any more
@@ -177,8 +207,8 @@ class Run {
 }  // namespace
 
 ExitStatus RunPorts(const PortOptions& options, const PortWriter& writer) {
-  return WriteWhole(options.output,
-                    [&](OutputFile& output) { return Run(options, writer, output).Do(); });
+  return WritePortOutput(options,
+                         [&](OutputFile& output) { return Run(options, writer, output).Do(); });
 }
 
 }  // namespace cli

@@ -2,7 +2,7 @@
 
 _cableinfo() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-  local port_options='--help --jobs --module --output --strict --quiet'
+  local port_options='--all-messages --help --jobs --module --no-files --output --strict --quiet'
   COMPREPLY=()
   if [ "$COMP_CWORD" -eq 1 ]; then
     mapfile -t COMPREPLY < <(compgen -W 'table report export columns --help --version' -- "$word")

@@ -1,10 +1,12 @@
 #include "cli/input/dump_file.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstddef>
+#include <string_view>
 #include <system_error>
 
 #include "cable_info/module_memory/module_image.h"
@@ -17,14 +19,20 @@ namespace {
 
 using cable_info::module_memory::BadModule;
 using cable_info::module_memory::DumpBytes;
+using cable_info::module_memory::DumpFromContent;
 using cable_info::module_memory::kLongestDump;
 
-// Reads a file up to `limit` bytes and one more.
+// A listing takes a few characters for each byte; no dump has more than this.
+constexpr std::size_t kMaxFile = 64 * kLongestDump;
+
+[[noreturn]] void ThrowError(int error) { throw std::system_error(error, std::generic_category()); }
+
 class File {
  public:
-  explicit File(const std::string& path)
-      : fd_(IsStandardInput(path) ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
-    if (fd_ < 0) Fail();
+  File(const std::string& path, int flags)
+      : fd_(IsStandardInput(path) ? STDIN_FILENO
+                                  : open(path.c_str(), O_RDONLY | O_CLOEXEC | flags)) {
+    if (fd_ < 0) ThrowError(errno);
   }
   File(const File&) = delete;
   File& operator=(const File&) = delete;
@@ -34,36 +42,50 @@ class File {
     if (fd_ != STDIN_FILENO) close(fd_);
   }
 
-  std::string Read(std::size_t limit) const {
-    std::string content(limit + 1, '\0');
+  bool IsRegular() const {
+    struct stat status {};
+    return fstat(fd_, &status) == 0 && S_ISREG(status.st_mode);
+  }
+
+  // The content. Throws `BadModule` when it is longer than a dump.
+  std::string Read() const {
+    std::string content(kMaxFile + 1, '\0');
     std::size_t size = 0;
     while (size < content.size()) {
       const ssize_t got = read(fd_, content.data() + size, content.size() - size);
       if (got < 0 && errno == EINTR) continue;
-      if (got < 0) Fail();
+      if (got < 0) ThrowError(errno);
       if (got == 0) break;
       size += static_cast<std::size_t>(got);
+    }
+    if (size > kMaxFile) {
+      throw BadModule("a file of more than " + std::to_string(kMaxFile) +
+                      " bytes is no module's memory");
     }
     content.resize(size);
     return content;
   }
 
  private:
-  [[noreturn]] static void Fail() { throw std::system_error(errno, std::generic_category()); }
-
   int fd_;
 };
 
 }  // namespace
 
 DumpBytes ReadDump(const std::string& path) {
-  constexpr std::size_t kMaxFile = 64 * kLongestDump;
-  const std::string content = File(path).Read(kMaxFile);
-  if (content.size() > kMaxFile) {
-    throw BadModule("a file of more than " + std::to_string(kMaxFile) +
-                    " bytes is no module's memory");
+  const std::string content = File(path, 0).Read();
+  const std::string_view text = WithoutByteOrderMark(content);
+  const std::size_t first = text.find_first_not_of(" \t\r\n");
+  if (first != std::string_view::npos && text[first] == '{') {
+    throw BadModule("looks like port records, not like a dump; give it without --module");
   }
-  return cable_info::module_memory::DumpFromContent(WithoutByteOrderMark(content));
+  return DumpFromContent(text);
+}
+
+DumpBytes ReadRegularDump(const std::string& path) {
+  const File file(path, O_NONBLOCK | O_NOCTTY);
+  if (!file.IsRegular()) throw BadModule("not a regular file");
+  return DumpFromContent(WithoutByteOrderMark(file.Read()));
 }
 
 }  // namespace cli

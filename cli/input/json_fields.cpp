@@ -1,9 +1,6 @@
 #include "cli/input/json_fields.h"
 
 #include <cmath>
-#include <optional>
-
-#include "cli/spelling.h"
 
 namespace cli {
 
@@ -33,61 +30,92 @@ std::optional<std::uint64_t> HexCode(std::string_view text) {
   return code;
 }
 
+// The integer that a value stands for, however it is written: 31, 31.0 or "0x1f".
+std::optional<std::uint64_t> Unsigned(simdjson::dom::element json) {
+  std::uint64_t number = 0;
+  if (json.get(number) == simdjson::SUCCESS) return number;
+  std::string_view text;
+  if (json.get(text) == simdjson::SUCCESS) return HexCode(text);
+  constexpr double kEnd = 18446744073709551616.0;  // 2^64
+  double real = 0.0;
+  const bool is_integer = json.is_double() && json.get(real) == simdjson::SUCCESS && real >= 0.0 &&
+                          real < kEnd && std::trunc(real) == real;
+  return is_integer ? std::optional(static_cast<std::uint64_t>(real)) : std::nullopt;
+}
+
+// True for what stands for a number that no 64-bit float can hold; see `Representable`.
+bool IsBeyondDouble(simdjson::dom::element json) {
+  double number = 0.0;
+  return json.is_double() && json.get(number) == simdjson::SUCCESS &&
+         std::fabs(number) == std::numeric_limits<double>::max();
+}
+
 }  // namespace
+
+std::string Value::Path() const {
+  if (parent_ == nullptr) return {};
+  std::string path = parent_->Path();
+  if (key_.data() == nullptr) return path + '[' + std::to_string(index_) + ']';
+  if (!path.empty()) path += '.';
+  return path + Shown(key_);
+}
+
+bool Value::Fail(MessageKind kind, const std::string& problem) const {
+  const std::string path = Path();
+  *problem_ = {kind, path.empty() ? problem : path + ": " + problem, {}, {}};
+  return false;
+}
+
+bool Value::Expected(const std::string& what) const {
+  const std::string found = IsBeyondDouble(json) ? "a number beyond the range of a 64-bit float"
+                                                 : Shown(simdjson::minify(json));
+  return Fail(MessageKind::kBadValue, "expected " + what + ", found " + found);
+}
+
+bool Value::FailAsUnknownKey(std::span<const std::string_view> known_keys) const {
+  *problem_ = {MessageKind::kUnknownKey, Path() + ": unknown key", std::string(key_), known_keys};
+  return false;
+}
 
 std::string Shown(std::string_view text) {
   constexpr std::size_t kMaxShown = 40;
-  constexpr std::string_view kEllipsis = "...";
+  if (text.size() <= kMaxShown) return std::string(text);
   std::string shown(text.substr(0, kMaxShown));
-  if (text.size() > kMaxShown) {
-    const auto is_continuation = [](char c) {
-      return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-    };
-    while (!shown.empty() && is_continuation(text[shown.size()])) shown.pop_back();
-    shown += kEllipsis;
-  }
-  for (char& c : shown) {
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = '?';
-  }
-  return shown;
+  const auto is_continuation = [](char c) {
+    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+  };
+  while (!shown.empty() && is_continuation(text[shown.size()])) shown.pop_back();
+  return shown + "...";
 }
 
-void Expected(const std::string& what, Json found) {
-  throw FieldError{{}, "expected " + what + ", found " + Shown(simdjson::minify(found))};
+std::optional<std::uint64_t> UnsignedUpTo(std::uint64_t highest, const Value& value) {
+  const std::optional<std::uint64_t> number = Unsigned(value.json);
+  if (number && *number <= highest) return number;
+  value.Expected("an integer from 0 to " + std::to_string(highest));
+  return std::nullopt;
 }
 
-std::uint64_t UnsignedUpTo(std::uint64_t highest, Json value) {
-  std::uint64_t number = 0;
-  std::string_view text;
-  bool fits = value.get(number) == simdjson::SUCCESS;
-  if (!fits && value.get(text) == simdjson::SUCCESS) {
-    const std::optional<std::uint64_t> code = HexCode(text);
-    fits = code.has_value();
-    number = code.value_or(0);
-  }
-  if (!fits || number > highest) Expected("an integer from 0 to " + std::to_string(highest), value);
-  return number;
+bool Assign(bool& target, const Value& value) {
+  if (value.json.get(target) == simdjson::SUCCESS) return true;
+  const std::optional<std::uint64_t> number =
+      value.json.is_number() ? Unsigned(value.json) : std::nullopt;
+  if (!number || *number > 1) return value.Expected("true or false");
+  target = *number == 1;
+  return true;
 }
 
-void Assign(bool& target, Json value) {
-  std::uint64_t number = 0;
-  if (value.get(target) == simdjson::SUCCESS) return;
-  if (value.get(number) != simdjson::SUCCESS || number > 1) Expected("true or false", value);
-  target = number == 1;
-}
-
-void Assign(float& target, Json value) {
+bool Assign(float& target, const Value& value) {
   constexpr float kInfinity = std::numeric_limits<float>::infinity();
   double number = 0.0;
-  std::string_view text;
-  if (value.get(number) == simdjson::SUCCESS) {
+  if (value.json.get(number) == simdjson::SUCCESS) {
     if (std::fabs(number) > static_cast<double>(std::numeric_limits<float>::max())) {
-      Expected("a number within the range of a 32-bit float", value);
+      return value.Expected("a number within the range of a 32-bit float");
     }
     target = static_cast<float>(number);
-    return;
+    return true;
   }
-  if (value.get(text) != simdjson::SUCCESS) text = {};
+  std::string_view text;
+  if (value.json.get(text) != simdjson::SUCCESS) text = {};
   if (text == "nan") {
     target = std::numeric_limits<float>::quiet_NaN();
   } else if (text == "inf") {
@@ -95,29 +123,23 @@ void Assign(float& target, Json value) {
   } else if (text == "-inf") {
     target = -kInfinity;
   } else {
-    Expected("a number", value);
+    return value.Expected("a number");
   }
+  return true;
 }
 
-void Assign(std::string& target, Json value) {
+bool Assign(std::string& target, const Value& value) {
   std::string_view text;
-  if (value.get(text) != simdjson::SUCCESS) Expected("a text", value);
+  if (value.json.get(text) != simdjson::SUCCESS) return value.Expected("a text");
   target = text;
+  return true;
 }
 
-std::string_view ShortText(std::size_t size, Json value) {
+std::optional<std::string_view> ShortText(std::size_t size, const Value& value) {
   std::string_view text;
-  if (value.get(text) != simdjson::SUCCESS || text.size() > size) {
-    Expected("a text of at most " + std::to_string(size) + " bytes", value);
-  }
-  return text;
-}
-
-void UnknownKey(std::string_view key, const std::vector<std::string_view>& names) {
-  const std::string_view nearest = Nearest(key, names);
-  const std::string hint =
-      nearest.empty() ? "" : "; did you mean \"" + std::string(nearest) + "\"?";
-  throw FieldError{{}, "unknown key" + hint};
+  if (value.json.get(text) == simdjson::SUCCESS && text.size() <= size) return text;
+  value.Expected("a text of at most " + std::to_string(size) + " bytes");
+  return std::nullopt;
 }
 
 }  // namespace cli

@@ -2,101 +2,124 @@
 
 // How an object of JSON fills a record: a table of fields says which key sets which member.
 //
-//     constexpr auto kFields = std::to_array<Field<Point>>({
+//     constexpr FieldTable kPointFields(std::to_array<Field<Point>>({
 //         {"x", Set<&Point::x>},
 //         {"y", Set<&Point::y>},
-//     });
-//     SetFields(point, element, kFields);     // {"x": 1, "y": "0x1f"}
+//     }));
+//     Message problem;
+//     SetFields(point, Value(element, problem), kPointFields);     // {"x": 1, "y": "0x1f"}
 //
-// A member's type decides which values fit it; what does not fit is a `FieldError` whose path names
-// the place: `cable.RxPower[2]`. A key that is absent or null leaves its member as it is.
+// The type of a member decides which values fit it. The first value that does not fit ends it all:
+// every function returns false then, and the message names the place, such as `cable.RxPower[2]`.
+// A key that is absent or null leaves its member as it is; an unknown key and a repeated one are
+// errors.
 //
-// Keys usually come in the order of the table, so that finding a field costs one comparison.
+// Keys usually come in the order of the table, so that finding a field costs one comparison. Places
+// are chained on the stack and become text only for an error. Errors are returned and not thrown,
+// because an input may consist of them: an exception costs as much as ten small ports.
 
 #include <simdjson.h>
 
 #include <algorithm>
 #include <array>
+#include <bitset>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <type_traits>
-#include <vector>
+
+#include "cli/message.h"
 
 namespace cli {
 
-using Json = simdjson::dom::element;
+/// A value and its place in the line.
+class Value {
+ public:
+  /// The value of a whole line; the first error goes to `problem`.
+  Value(simdjson::dom::element element, Message& problem) : json(element), problem_(&problem) {}
+  /// The member `key` of `parent`, which must outlive the value.
+  Value(simdjson::dom::element element, const Value& parent, std::string_view key)
+      : json(element), problem_(parent.problem_), parent_(&parent), key_(key) {}
+  /// The element `index` of the array `parent`, which must outlive the value.
+  Value(simdjson::dom::element element, const Value& parent, std::size_t index)
+      : json(element), problem_(parent.problem_), parent_(&parent), index_(index) {}
 
-/// A value that does not fit. The path grows while the error passes outwards.
-struct FieldError {
-  std::string path;
-  std::string problem;
+  /// Sets the message "PATH: PROBLEM"; returns false.
+  bool Fail(MessageKind kind, const std::string& problem) const;
+  /// Sets the message "PATH: expected WHAT, found ..."; returns false.
+  bool Expected(const std::string& what) const;
+  /// Sets the message of a key that is not one of `known_keys`; returns false.
+  bool FailAsUnknownKey(std::span<const std::string_view> known_keys) const;
 
-  void Under(std::string_view name) {
-    if (!path.empty() && path.front() != '[') path.insert(0, 1, '.');
-    path.insert(0, name);
-  }
+  simdjson::dom::element json;
+
+ private:
+  /// "cable.RxPower[2]"; empty for the line itself.
+  std::string Path() const;
+
+  Message* problem_;
+  const Value* parent_ = nullptr;
+  std::string_view key_;  // of an object; without data in an array
+  std::size_t index_ = 0;
 };
 
-/// Foreign text, shortened and made fit for one line of a terminal.
+/// Foreign text, shortened for a message.
 std::string Shown(std::string_view text);
 
-/// Throws the `FieldError` "expected ..., found ...".
-[[noreturn]] void Expected(const std::string& what, Json found);
-
 /// \name Values
-/// Each function stores a value that fits the type of the member.
+/// Each function stores a value that fits the type of the member, or returns false.
 /// @{
 
 /// An integer, or hexadecimal text such as "0x1f".
-std::uint64_t UnsignedUpTo(std::uint64_t highest, Json value);
+std::optional<std::uint64_t> UnsignedUpTo(std::uint64_t highest, const Value& value);
 
 template <typename Unsigned>
 requires std::is_unsigned_v<Unsigned>
-void Assign(Unsigned& target, Json value) {
-  target = static_cast<Unsigned>(UnsignedUpTo(std::numeric_limits<Unsigned>::max(), value));
+bool Assign(Unsigned& target, const Value& value) {
+  const auto number = UnsignedUpTo(std::numeric_limits<Unsigned>::max(), value);
+  if (number) target = static_cast<Unsigned>(*number);
+  return number.has_value();
 }
 
 /// true, false, 1 or 0.
-void Assign(bool& target, Json value);
+bool Assign(bool& target, const Value& value);
 /// A number, "nan", "inf" or "-inf".
-void Assign(float& target, Json value);
-void Assign(std::string& target, Json value);
+bool Assign(float& target, const Value& value);
+bool Assign(std::string& target, const Value& value);
 
 /// A text of at most `size` bytes.
-std::string_view ShortText(std::size_t size, Json value);
+std::optional<std::string_view> ShortText(std::size_t size, const Value& value);
 
 /// The rest of the array is cleared.
 template <std::size_t N>
-void Assign(char (&target)[N], Json value) {
-  const std::string_view text = ShortText(N, value);
-  std::fill(std::copy(text.begin(), text.end(), target), target + N, '\0');
+bool Assign(char (&target)[N], const Value& value) {
+  const std::optional<std::string_view> text = ShortText(N, value);
+  if (text) std::fill(std::copy(text->begin(), text->end(), target), target + N, '\0');
+  return text.has_value();
 }
 
 /// An array of at most `count` elements; element i goes to `target(i)`.
 template <typename Target>
-void AssignElements(Json value, std::size_t count, const Target& target) {
+bool AssignElements(const Value& value, std::size_t count, const Target& target) {
   simdjson::dom::array elements;
-  if (value.get(elements) != simdjson::SUCCESS || elements.size() > count) {
-    Expected("an array of at most " + std::to_string(count) + " elements", value);
+  if (value.json.get(elements) != simdjson::SUCCESS || elements.size() > count) {
+    return value.Expected("an array of at most " + std::to_string(count) + " elements");
   }
   std::size_t index = 0;
-  for (const Json element : elements) {
-    try {
-      if (!element.is_null()) Assign(target(index), element);
-    } catch (FieldError& error) {
-      error.Under('[' + std::to_string(index) + ']');
-      throw;
-    }
+  for (const simdjson::dom::element element : elements) {
+    if (!element.is_null() && !Assign(target(index), Value(element, value, index))) return false;
     ++index;
   }
+  return true;
 }
 
 template <typename T, std::size_t N>
-void Assign(T (&target)[N], Json value) {
-  AssignElements(value, N, [&](std::size_t i) -> T& { return target[i]; });
+bool Assign(T (&target)[N], const Value& value) {
+  return AssignElements(value, N, [&](std::size_t i) -> T& { return target[i]; });
 }
 /// @}
 
@@ -106,52 +129,66 @@ void Assign(T (&target)[N], Json value) {
 /// A key, and what stores its value.
 template <typename Record>
 struct Field {
-  std::string_view name;
-  void (*set)(Record& record, Json value);
+  std::string_view key;
+  bool (*set)(Record& record, const Value& value);
 };
 
 template <auto kMember, typename Record>
-void Set(Record& record, Json value) {
-  Assign(record.*kMember, value);
+bool Set(Record& record, const Value& value) {
+  return Assign(record.*kMember, value);
 }
 
-/// The index of the field called `key`, or N. The search begins at `start` and wraps around.
+/// The fields of a record.
 template <typename Record, std::size_t N>
-std::size_t FindField(const std::array<Field<Record>, N>& fields, std::string_view key,
-                      std::size_t start) {
-  for (std::size_t i = start; i < N; ++i) {
-    if (fields[i].name == key) return i;
+class FieldTable {
+ public:
+  constexpr explicit FieldTable(const std::array<Field<Record>, N>& fields) {
+    for (std::size_t i = 0; i < N; ++i) {
+      keys_[i] = fields[i].key;
+      setters_[i] = fields[i].set;
+    }
   }
-  for (std::size_t i = 0; i < start; ++i) {
-    if (fields[i].name == key) return i;
-  }
-  return N;
-}
 
-/// Throws the `FieldError` of a key that none of `names` is.
-[[noreturn]] void UnknownKey(std::string_view key, const std::vector<std::string_view>& names);
+  static constexpr std::size_t size() { return N; }
+  std::span<const std::string_view> keys() const { return keys_; }
+
+  /// The index of `key`, or `size()`. The search begins at `start` and wraps around.
+  std::size_t Find(std::string_view key, std::size_t start) const {
+    for (std::size_t i = start; i < N; ++i) {
+      if (keys_[i] == key) return i;
+    }
+    for (std::size_t i = 0; i < start; ++i) {
+      if (keys_[i] == key) return i;
+    }
+    return N;
+  }
+
+  bool SetField(std::size_t index, Record& record, const Value& value) const {
+    return setters_[index](record, value);
+  }
+
+ private:
+  std::array<std::string_view, N> keys_{};
+  std::array<bool (*)(Record& record, const Value& value), N> setters_{};
+};
 
 /// Stores the members of an object into the fields of `record`.
 template <typename Record, std::size_t N>
-void SetFields(Record& record, Json value, const std::array<Field<Record>, N>& fields) {
+bool SetFields(Record& record, const Value& value, const FieldTable<Record, N>& fields) {
   simdjson::dom::object object;
-  if (value.get(object) != simdjson::SUCCESS) Expected("an object", value);
+  if (value.json.get(object) != simdjson::SUCCESS) return value.Expected("an object");
+  std::bitset<N> seen;
   std::size_t next = 0;
   for (const auto [key, member] : object) {
-    try {
-      const std::size_t found = FindField(fields, key, next);
-      if (found == N) {
-        std::vector<std::string_view> names;
-        for (const Field<Record>& field : fields) names.push_back(field.name);
-        UnknownKey(key, names);
-      }
-      if (!member.is_null()) fields[found].set(record, member);
-      next = found + 1;
-    } catch (FieldError& error) {
-      error.Under(Shown(key));
-      throw;
-    }
+    const Value place(member, value, key);
+    const std::size_t found = fields.Find(key, next);
+    if (found == N) return place.FailAsUnknownKey(fields.keys());
+    if (seen[found]) return place.Fail(MessageKind::kRepeatedKey, "key given more than once");
+    seen[found] = true;
+    if (!member.is_null() && !fields.SetField(found, record, place)) return false;
+    next = found + 1;
   }
+  return true;
 }
 /// @}
 

@@ -10,11 +10,13 @@ constexpr std::size_t kMaxBytes = 256U << 10;
 
 }  // namespace
 
-void LineBlock::Restart(const std::string& path) {
+void LineBlock::Restart(std::size_t input, const std::string& path) {
+  input_ = input;
   path_ = path;
   bytes_.clear();
   lines_.clear();
   input_error.clear();
+  is_last_for_now = false;
 }
 
 void LineBlock::Add(const LineReader::Line& line, std::uint64_t number) {
@@ -36,8 +38,9 @@ LineBlock::Line LineBlock::operator[](std::size_t index) const {
 
 bool BlockReader::Next(LineBlock& block) {
   while (lines_ || next_ < paths_.size()) {
-    const std::string& path = paths_[lines_ ? next_ - 1 : next_];
-    block.Restart(path);
+    const std::size_t input = lines_ ? next_ - 1 : next_;
+    const std::string& path = paths_[input];
+    block.Restart(input, path);
     block.input_bytes = bytes_before_;
     try {
       if (!lines_) {
@@ -56,6 +59,7 @@ bool BlockReader::Next(LineBlock& block) {
 }
 
 bool BlockReader::Fill(LineBlock& block) {
+  bool has_next = true;
   do {
     const std::optional<LineReader::Line> line = lines_->Next();
     if (!line) {
@@ -64,8 +68,10 @@ bool BlockReader::Fill(LineBlock& block) {
       break;
     }
     block.Add(*line, lines_->number());
-  } while (!block.IsFull() && lines_->HasNext());
+    has_next = lines_->HasNext();
+  } while (!block.IsFull() && has_next);
   block.input_bytes = bytes_before_ + (lines_ ? lines_->bytes() : 0);
+  block.is_last_for_now = !lines_ || !has_next;
   return block.size() > 0;
 }
 

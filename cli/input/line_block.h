@@ -37,8 +37,8 @@ class LineBlock {
   LineBlock& operator=(LineBlock&&) = delete;
   ~LineBlock() = default;
 
-  /// Becomes an empty block of the input at `path`.
-  void Restart(const std::string& path);
+  /// Becomes an empty block of the input number `input`, at `path`.
+  void Restart(std::size_t input, const std::string& path);
   void Add(const LineReader::Line& line, std::uint64_t number);
   /// Ends the block; no line may be added after it.
   void Finish();
@@ -49,10 +49,12 @@ class LineBlock {
   /// The line at `index`, of a finished block.
   Line operator[](std::size_t index) const;
 
-  /// The input that the lines come from.
+  /// The input that the lines come from: its number, from 0 on, and its path.
+  std::size_t input() const { return input_; }
   const std::string& path() const { return path_; }
   std::uint64_t input_bytes = 0;  ///< of all inputs up to the end of this block
-  std::error_code input_error;    ///< why the input ended after this block before its end
+  std::error_code input_error;    ///< why the input could not be read on after this block
+  bool is_last_for_now = false;   ///< no further line is there yet; what was read should be shown
 
  private:
   struct Span {
@@ -61,6 +63,7 @@ class LineBlock {
     bool too_long;
   };
 
+  std::size_t input_ = 0;
   std::string path_;
   std::uint64_t first_number_ = 0;
   std::string bytes_;  // of all lines

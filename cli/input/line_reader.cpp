@@ -1,6 +1,7 @@
 #include "cli/input/line_reader.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -18,6 +19,9 @@ namespace {
 
 constexpr std::size_t kReadSize = 1U << 20;
 
+// What may surround the text of a line: a byte order mark and a CR.
+constexpr std::size_t kMaxExtra = 4;
+
 int Open(const std::string& path) {
   if (IsStandardInput(path)) return STDIN_FILENO;
   const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
@@ -33,59 +37,72 @@ LineReader::~LineReader() {
   if (fd_ != STDIN_FILENO) close(fd_);
 }
 
-std::optional<LineReader::Line> LineReader::Take(std::size_t length, std::size_t newline) {
+std::optional<LineReader::Line> LineReader::Next() {
+  while (!FindNewline() && !is_at_end_) Fill();
+  if (searched_ < end_) return Take(searched_ - begin_, 1);
+  if (begin_ == end_ && !is_skipping_) return std::nullopt;
+  return Take(end_ - begin_, 0);
+}
+
+bool LineReader::HasNext() {
+  while (!FindNewline() && !is_at_end_) {
+    if (WouldWait()) return false;
+    Fill();
+  }
+  return true;
+}
+
+bool LineReader::FindNewline() {
+  const char* const first = buffer_.data() + searched_;
+  const void* const newline = std::memchr(first, '\n', end_ - searched_);
+  if (newline != nullptr) {
+    searched_ += static_cast<std::size_t>(static_cast<const char*>(newline) - first);
+    return true;
+  }
+  if (end_ - begin_ > kMaxLine + kMaxExtra) {
+    is_skipping_ = true;
+    bytes_ += end_ - begin_;
+    begin_ = end_ = 0;
+  }
+  searched_ = end_;
+  return false;
+}
+
+LineReader::Line LineReader::Take(std::size_t length, std::size_t newline) {
   std::string_view text(buffer_.data() + begin_, length);
   begin_ += length + newline;
+  searched_ = begin_;
   bytes_ += length + newline;
   ++number_;
   if (number_ == 1) text = WithoutByteOrderMark(text);
-  return Line{text, false};
+  if (text.ends_with('\r')) text.remove_suffix(1);
+  const bool too_long = is_skipping_ || text.size() > kMaxLine;
+  is_skipping_ = false;
+  return {text, too_long};
 }
 
-std::optional<LineReader::Line> LineReader::Next() {
-  std::size_t searched = 0;
-  bool too_long = false;
-  for (;;) {
-    const char* const first = buffer_.data() + begin_;
-    const std::size_t length = end_ - begin_;
-    const void* const newline = std::memchr(first + searched, '\n', length - searched);
-    if (newline != nullptr) {
-      auto line = Take(Offset(newline) - begin_, 1);
-      line->too_long = too_long || line->text.size() > kMaxLine;
-      return line;
-    }
-    searched = length;
-    if (length > kMaxLine) {  // drop what there is and look for the line's end
-      too_long = true;
-      bytes_ += length;
-      begin_ = end_ = searched = 0;
-    }
-    if (Fill()) continue;
-    if (end_ == begin_ && !too_long) return std::nullopt;
-    auto line = Take(end_ - begin_, 0);
-    line->too_long = too_long;
-    return line;
-  }
-}
-
-bool LineReader::Fill() {
+void LineReader::Fill() {
   if (begin_ > 0) {
     std::copy(buffer_.data() + begin_, buffer_.data() + end_, buffer_.data());
     end_ -= begin_;
+    searched_ -= begin_;
     begin_ = 0;
   }
   if (end_ + kPadding >= buffer_.size()) buffer_.resize(2 * buffer_.size());
   for (;;) {
     const ssize_t count = read(fd_, buffer_.data() + end_, buffer_.size() - kPadding - end_);
     if (count >= 0) {
-      const char* const added = buffer_.data() + end_;
-      const void* const newline = memrchr(added, '\n', static_cast<std::size_t>(count));
       end_ += static_cast<std::size_t>(count);
-      whole_end_ = newline == nullptr ? 0 : Offset(newline) + 1;
-      return count > 0;
+      is_at_end_ = count == 0;
+      return;
     }
     if (errno != EINTR) throw std::system_error(errno, std::generic_category());
   }
+}
+
+bool LineReader::WouldWait() const {
+  pollfd input = {fd_, POLLIN, 0};
+  return poll(&input, 1, 0) == 0;
 }
 
 std::optional<std::uint64_t> FileSize(const std::string& path) {

@@ -20,4 +20,9 @@ void AppendGuid(cable_info::text::TextBuffer& out, std::uint64_t guid) {
 
 std::string GuidText(std::uint64_t guid) { return cable_info::text::ToText(AppendGuid, guid); }
 
+std::string PortName(const Port& port) {
+  const std::string name = "port " + GuidText(port.port_guid) + '/' + std::to_string(port.number);
+  return port.label.empty() ? name : name + " \"" + port.label + '"';
+}
+
 }  // namespace cli

@@ -19,6 +19,7 @@ struct Port {
   std::uint64_t node_guid = 0;
   std::uint64_t port_guid = 0;
   std::uint32_t number = 0;
+  std::string label;  ///< what its user calls the port; empty: nothing
   cable_info::CombinedCableInfo cable;
   /// The records that `cable` owns; null where it has none.
   const cable_info::CableRecord* cable_record = nullptr;
@@ -28,5 +29,8 @@ struct Port {
 /// A GUID as the table writes it: "0x" and 16 digits.
 void AppendGuid(cable_info::text::TextBuffer& out, std::uint64_t guid);
 std::string GuidText(std::uint64_t guid);
+
+/// The name of a port in messages: `port 0xa0b1c20000d4e501/1 "label"`.
+std::string PortName(const Port& port);
 
 }  // namespace cli

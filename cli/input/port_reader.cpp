@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 #include <iterator>
+#include <new>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -14,7 +15,9 @@
 #include "cli/input/dump_file.h"
 #include "cli/input/input_name.h"
 #include "cli/input/json_fields.h"
+#include "cli/input/json_numbers.h"
 #include "cli/input/line_reader.h"
+#include "cli/input/module_remarks.h"
 
 namespace cli {
 
@@ -35,17 +38,19 @@ static_assert(LineReader::kPadding >= simdjson::SIMDJSON_PADDING);
 
 // Lanes 1..8, which the record stores pairwise swapped.
 template <auto kMember>
-void SetLanes(ModuleRecord& module, Json value) {
+bool SetLanes(ModuleRecord& module, const Value& value) {
   auto& lanes = module.*kMember;
-  AssignElements(value, std::size(lanes),
-                 [&](std::size_t i) -> std::uint16_t& { return lanes[i ^ 1]; });
+  return AssignElements(value, std::size(lanes),
+                        [&](std::size_t i) -> std::uint16_t& { return lanes[i ^ 1]; });
 }
 
-void SetDateCode(ModuleRecord& module, Json value) {
-  module.SetDateCode(ShortText(sizeof(module.date_code), value));
+bool SetDateCode(ModuleRecord& module, const Value& value) {
+  const std::optional<std::string_view> text = ShortText(sizeof(module.date_code), value);
+  if (text) module.SetDateCode(*text);
+  return text.has_value();
 }
 
-constexpr auto kCableFields = std::to_array<Field<CableRecord>>({
+constexpr FieldTable kCableFields(std::to_array<Field<CableRecord>>({
     {"QueryStatus", Set<&CableRecord::QueryStatus>},
     {"Identifier", Set<&CableRecord::Identifier>},
     {"Connector", Set<&CableRecord::Connector>},
@@ -107,9 +112,9 @@ constexpr auto kCableFields = std::to_array<Field<CableRecord>>({
     {"FwVersionText", Set<&CableRecord::FwVersionText>},
     {"DateCodeText", Set<&CableRecord::DateCodeText>},
     {"PrtlLengthText", Set<&CableRecord::PrtlLengthText>},
-});
+}));
 
-constexpr auto kModuleFields = std::to_array<Field<ModuleRecord>>({
+constexpr FieldTable kModuleFields(std::to_array<Field<ModuleRecord>>({
     {"power_unit_flag", Set<&ModuleRecord::power_unit_flag>},
     {"compliance_code", Set<&ModuleRecord::compliance_code>},
     {"cable_technology", Set<&ModuleRecord::cable_technology>},
@@ -165,9 +170,9 @@ constexpr auto kModuleFields = std::to_array<Field<ModuleRecord>>({
     {"connector_type", Set<&ModuleRecord::connector_type>},
     {"cdr_vendor", Set<&ModuleRecord::cdr_vendor>},
     {"max_fiber_length", Set<&ModuleRecord::max_fiber_length>},
-});
+}));
 
-constexpr auto kLatchedFlagsFields = std::to_array<Field<LatchedFlagsPage>>({
+constexpr FieldTable kLatchedFlagsFields(std::to_array<Field<LatchedFlagsPage>>({
     {"latched_voltage_flags", Set<&LatchedFlagsPage::latched_voltage_flags>},
     {"latched_temperature_flags", Set<&LatchedFlagsPage::latched_temperature_flags>},
     {"latched_tx_adaptive_eq_fault", Set<&LatchedFlagsPage::latched_tx_adaptive_eq_fault>},
@@ -187,42 +192,44 @@ constexpr auto kLatchedFlagsFields = std::to_array<Field<LatchedFlagsPage>>({
     {"latched_rx_power_high_warning", Set<&LatchedFlagsPage::latched_rx_power_high_warning>},
     {"latched_rx_power_low_alarm", Set<&LatchedFlagsPage::latched_rx_power_low_alarm>},
     {"latched_rx_power_high_alarm", Set<&LatchedFlagsPage::latched_rx_power_high_alarm>},
-});
+}));
 
-constexpr auto kPrtlRecordFields = std::to_array<Field<PrtlRecord>>({
+constexpr FieldTable kPrtlRecordFields(std::to_array<Field<PrtlRecord>>({
     {"head_word", Set<&PrtlRecord::head_word>},
     {"latency_res", Set<&PrtlRecord::latency_res>},
     {"local_phy_latency", Set<&PrtlRecord::local_phy_latency>},
     {"local_mod_dp_latency", Set<&PrtlRecord::local_mod_dp_latency>},
     {"round_trip_latency", Set<&PrtlRecord::round_trip_latency>},
-});
+}));
 
-void SetModule(PhyCableRecord& phy, Json value) {
+bool SetModule(PhyCableRecord& phy, const Value& value) {
   auto module = std::make_unique<ModuleRecord>();
-  SetFields(*module, value, kModuleFields);
+  if (!SetFields(*module, value, kModuleFields)) return false;
   delete std::exchange(phy.module, module.release());
+  return true;
 }
 
-void SetLatchedFlags(PhyCableRecord& phy, Json value) {
+bool SetLatchedFlags(PhyCableRecord& phy, const Value& value) {
   auto page = std::make_unique<LatchedFlagsPage>();
-  if (value.is_array()) {
+  if (value.json.is_array()) {
     std::uint8_t bytes[sizeof(LatchedFlagsPage)] = {};
-    Assign(bytes, value);
+    if (!Assign(bytes, value)) return false;
     std::memcpy(page.get(), bytes, sizeof(bytes));
-  } else if (value.is_object()) {
-    SetFields(*page, value, kLatchedFlagsFields);
+  } else if (value.json.is_object()) {
+    if (!SetFields(*page, value, kLatchedFlagsFields)) return false;
   } else {
-    Expected("an object or an array", value);
+    return value.Expected("an object or an array");
   }
   delete std::exchange(phy.latched_flags, page.release());
+  return true;
 }
 
-constexpr auto kPhyFields = std::to_array<Field<PhyCableRecord>>({
+constexpr FieldTable kPhyFields(std::to_array<Field<PhyCableRecord>>({
     {"source", Set<&PhyCableRecord::source>},
     {"module", SetModule},
     {"latched_flags", SetLatchedFlags},
     {"prtl_length", Set<&PhyCableRecord::prtl_length>},
-});
+}));
 
 struct PrtlEnds {
   std::optional<PrtlRecord> local;
@@ -230,104 +237,130 @@ struct PrtlEnds {
 };
 
 template <auto kEnd>
-void SetPrtlEnd(PrtlEnds& ends, Json value) {
-  SetFields((ends.*kEnd).emplace(), value, kPrtlRecordFields);
+bool SetPrtlEnd(PrtlEnds& ends, const Value& value) {
+  return SetFields((ends.*kEnd).emplace(), value, kPrtlRecordFields);
 }
 
-constexpr auto kPrtlFields = std::to_array<Field<PrtlEnds>>({
+constexpr FieldTable kPrtlFields(std::to_array<Field<PrtlEnds>>({
     {"local", SetPrtlEnd<&PrtlEnds::local>},
     {"remote", SetPrtlEnd<&PrtlEnds::remote>},
-});
+}));
+
+// A dump of a module's memory, and where it comes from.
+struct MemoryDraft {
+  FilePolicy files;
+  const std::string& folder;  // of the file that a record names
+  DumpBytes dump;
+  std::string path;  // of that file; empty when the record holds the dump
+};
+
+bool FailAsNoDump(const std::string& path, const Value& value) {
+  return value.Fail(MessageKind::kBadModule,
+                    path + " is not a regular file with a dump of a module's memory");
+}
 
 // What a line holds, before it becomes a port.
 struct Draft {
+  explicit Draft(MemoryDraft empty_memory) : memory(std::move(empty_memory)) {}
+
+  std::string label;
   std::uint64_t node_guid = 0;
   std::uint64_t port_guid = 0;
   std::uint32_t port_num = 0;
   std::unique_ptr<CableRecord> cable;
   std::unique_ptr<PhyCableRecord> phy;
-  std::optional<DumpBytes> module_memory;
+  MemoryDraft memory;
+  bool has_memory = false;
   PrtlEnds prtl;
   std::optional<float> prtl_metres;
   std::optional<std::string> prtl_text;
 };
 
-void CheckFormatVersion(Draft& /*draft*/, Json value) {
-  std::uint64_t version = 0;
-  if (value.get(version) != simdjson::SUCCESS || version != kFormatVersion) {
-    Expected(std::to_string(kFormatVersion), value);
+bool CheckFormatVersion(Draft& /*draft*/, const Value& value) {
+  double version = 0.0;
+  if (value.json.get(version) != simdjson::SUCCESS || version != kFormatVersion) {
+    return value.Expected(std::to_string(kFormatVersion));
   }
+  return true;
 }
 
-void SetCable(Draft& draft, Json value) {
+bool SetCable(Draft& draft, const Value& value) {
   draft.cable = std::make_unique<CableRecord>();
-  SetFields(*draft.cable, value, kCableFields);
+  return SetFields(*draft.cable, value, kCableFields);
 }
 
-void SetPhy(Draft& draft, Json value) {
+bool SetPhy(Draft& draft, const Value& value) {
   draft.phy = std::make_unique<PhyCableRecord>();
-  SetFields(*draft.phy, value, kPhyFields);
+  return SetFields(*draft.phy, value, kPhyFields);
 }
 
-void SetDumpFile(DumpBytes& dump, Json value) {
+// A file is read only when it is a regular one that may be a dump, and its content stays out of all
+// messages: whoever wrote the record need not be allowed to read it.
+bool SetDumpFile(MemoryDraft& memory, const Value& value) {
+  if (memory.files == FilePolicy::kRefuse) {
+    return value.Fail(MessageKind::kBadModule, "files are refused by --no-files");
+  }
   std::string path;
-  Assign(path, value);
-  if (IsStandardInput(path)) Expected("the name of a file", value);
+  if (!Assign(path, value)) return false;
+  if (path.empty() || IsStandardInput(path)) return value.Expected("the name of a file");
+  if (!memory.folder.empty() && path.front() != '/') path.insert(0, memory.folder + '/');
   try {
-    dump = ReadDump(path);
+    memory.dump = ReadRegularDump(path);
+    memory.path = std::move(path);
+    return true;
   } catch (const std::system_error& error) {
-    throw FieldError{{}, "cannot read " + Shown(path) + ": " + error.code().message()};
-  } catch (const BadModule& bad) {
-    throw FieldError{{}, bad.what()};
+    return value.Fail(MessageKind::kBadModule,
+                      "cannot read " + path + ": " + error.code().message());
+  } catch (const BadModule&) {
+    return FailAsNoDump(path, value);
   }
 }
 
-void SetDumpListing(DumpBytes& dump, Json value) {
+bool SetDumpListing(MemoryDraft& memory, const Value& value) {
   std::string text;
-  Assign(text, value);
+  if (!Assign(text, value)) return false;
   try {
-    dump = ParseListing(text);
+    memory.dump = ParseListing(text);
+    return true;
   } catch (const BadModule& bad) {
-    throw FieldError{{}, bad.what()};
+    return value.Fail(MessageKind::kBadModule, bad.what());
   }
 }
 
-constexpr auto kModuleMemoryFields = std::to_array<Field<DumpBytes>>({
+constexpr FieldTable kModuleMemoryFields(std::to_array<Field<MemoryDraft>>({
     {"file", SetDumpFile},
     {"hex", SetDumpListing},
-});
+}));
 
-void SetModuleMemory(Draft& draft, Json value) {
+bool SetModuleMemory(Draft& draft, const Value& value) {
   simdjson::dom::object object;
-  if (value.get(object) == simdjson::SUCCESS && object.size() != 1) {
-    Expected(R"(either "file" or "hex")", value);
+  if (value.json.get(object) == simdjson::SUCCESS && object.size() != 1) {
+    return value.Expected(R"(either "file" or "hex")");
   }
-  SetFields(draft.module_memory.emplace(), value, kModuleMemoryFields);
+  draft.has_memory = true;
+  return SetFields(draft.memory, value, kModuleMemoryFields);
 }
 
-void SetPrtl(Draft& draft, Json value) { SetFields(draft.prtl, value, kPrtlFields); }
+bool SetPrtl(Draft& draft, const Value& value) { return SetFields(draft.prtl, value, kPrtlFields); }
 
-void SetPrtlLength(Draft& draft, Json value) {
-  if (value.is_string()) {
-    Assign(draft.prtl_text.emplace(), value);
-  } else if (value.is_number()) {
-    Assign(draft.prtl_metres.emplace(), value);
-  } else {
-    Expected("a number or a text", value);
-  }
+bool SetPrtlLength(Draft& draft, const Value& value) {
+  if (value.json.is_string()) return Assign(draft.prtl_text.emplace(), value);
+  if (value.json.is_number()) return Assign(draft.prtl_metres.emplace(), value);
+  return value.Expected("a number or a text");
 }
 
-constexpr auto kPortFields = std::to_array<Field<Draft>>({
+constexpr FieldTable kPortFields(std::to_array<Field<Draft>>({
     {"format_version", CheckFormatVersion},
     {"node_guid", Set<&Draft::node_guid>},
     {"port_guid", Set<&Draft::port_guid>},
     {"port_num", Set<&Draft::port_num>},
+    {"label", Set<&Draft::label>},
     {"cable", SetCable},
     {"phy", SetPhy},
     {"module_memory", SetModuleMemory},
     {"prtl", SetPrtl},
     {"prtl_length", SetPrtlLength},
-});
+}));
 
 // A port has one record of each kind: a memory must not replace a record that the line holds.
 template <typename Record>
@@ -341,15 +374,24 @@ void Place(std::unique_ptr<Record>& place, std::unique_ptr<Record> record, std::
 }
 
 // Decodes the module memory of the port, if it has one, and appends its remarks to `remarks`.
-void DecodeModuleMemory(Draft& draft, ChecksumPolicy checksums, std::vector<std::string>& remarks) {
-  if (!draft.module_memory) return;
+bool DecodeModuleMemory(Draft& draft, const Value& line, ChecksumPolicy checksums,
+                        std::vector<Message>& remarks) {
+  if (!draft.has_memory) return true;
+  const Value place(line.json, line, "module_memory");
+  ModuleReading reading;
   try {
-    ModuleReading reading = ReadModule(*draft.module_memory);
-    ReportChecksums(reading, checksums, remarks);
+    reading = ReadModule(draft.memory.dump);
+  } catch (const BadModule& bad) {
+    if (!draft.memory.path.empty()) return FailAsNoDump(draft.memory.path, place);
+    return place.Fail(MessageKind::kBadModule, bad.what());
+  }
+  try {
+    AddRemarks(reading, checksums, remarks);
     Place(draft.cable, std::move(reading.cable), "cable");
     Place(draft.phy, std::move(reading.phy), "phy");
+    return true;
   } catch (const BadModule& bad) {
-    throw FieldError{"module_memory", bad.what()};
+    return place.Fail(MessageKind::kBadModule, bad.what());
   }
 }
 
@@ -371,40 +413,66 @@ std::string StorePrtlLength(const Draft& draft, Port& port) {
 
 class PortReader::Parser {
  public:
-  Json Parse(std::string_view line) {
-    Json document;
-    // The line is padded, so the parser need not copy it.
-    const auto error = parser_.parse(line.data(), line.size(), false).get(document);
-    if (error != simdjson::SUCCESS) {
-      throw FieldError{{}, std::string("not valid JSON: ") + simdjson::error_message(error)};
+  // Parses a line; false, with a message in `problem`, when it is not JSON.
+  bool Parse(std::string_view line, simdjson::dom::element& document, Message& problem) {
+    auto error = ParsePadded(line, document);
+    if (error == simdjson::NUMBER_ERROR) {
+      if (auto representable = Representable(line)) {
+        const std::size_t size = representable->size();
+        representable_ = std::move(*representable);
+        representable_.append(LineReader::kPadding, ' ');
+        error = ParsePadded(std::string_view(representable_).substr(0, size), document);
+      }
     }
-    return document;
+    if (error == simdjson::SUCCESS) return true;
+    if (error == simdjson::MEMALLOC) throw std::bad_alloc();
+    problem = {MessageKind::kNotJson,
+               std::string("not valid JSON: ") + simdjson::error_message(error),
+               {},
+               {}};
+    return false;
   }
 
  private:
+  simdjson::error_code ParsePadded(std::string_view line, simdjson::dom::element& document) {
+    constexpr bool kCopies = false;  // the line is padded already
+    return parser_.parse(line.data(), line.size(), kCopies).get(document);
+  }
+
   simdjson::dom::parser parser_;
+  std::string representable_;  // the last line that had to be changed; see `Representable`
 };
 
-PortReader::PortReader(ChecksumPolicy checksums)
-    : parser_(std::make_unique<Parser>()), checksums_(checksums) {}
+PortReader::PortReader(const PortReaderOptions& options)
+    : parser_(std::make_unique<Parser>()), options_(options) {}
 PortReader::~PortReader() = default;
 
-std::vector<std::string> PortReader::Read(std::string_view line, Port& port) {
-  std::vector<std::string> remarks;
-  Draft draft;
-  try {
-    SetFields(draft, parser_->Parse(line), kPortFields);
-    DecodeModuleMemory(draft, checksums_, remarks);
-  } catch (const FieldError& error) {
-    throw BadPort(error.path.empty() ? error.problem : error.path + ": " + error.problem);
+bool PortReader::Read(std::string_view line, Port& port, std::vector<Message>& messages) {
+  messages.clear();
+  Message problem;
+  simdjson::dom::element document;
+  if (!parser_->Parse(line, document, problem)) {
+    messages.push_back(std::move(problem));
+    return false;
+  }
+  Draft draft(MemoryDraft{options_.files, folder_, {}, {}});
+  const Value value(document, problem);
+  if (!SetFields(draft, value, kPortFields) ||
+      !DecodeModuleMemory(draft, value, options_.checksums, messages)) {
+    if (!draft.label.empty()) problem.text.insert(0, "port \"" + Shown(draft.label) + "\": ");
+    messages.assign(1, std::move(problem));
+    return false;
   }
   port.node_guid = draft.node_guid;
   port.port_guid = draft.port_guid;
   port.number = draft.port_num;
+  port.label = std::move(draft.label);
   port.Attach(std::move(draft.cable), std::move(draft.phy));
   std::string no_length = StorePrtlLength(draft, port);
-  if (!no_length.empty()) remarks.push_back(std::move(no_length));
-  return remarks;
+  if (!no_length.empty()) {
+    messages.push_back({MessageKind::kNoLength, std::move(no_length), {}, {}});
+  }
+  return true;
 }
 
 }  // namespace cli

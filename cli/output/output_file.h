@@ -3,31 +3,50 @@
 #include <cstddef>
 #include <streambuf>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace cli {
 
-/// Where the program writes: standard output, or a file that appears under its name only when it is
-/// whole. Until then the text goes to a temporary file beside it, which an interrupt removes.
+/// How the command line names standard output.
+inline constexpr const char* kStandardOutput = "-";
+
+inline bool IsStandardOutput(const std::string& path) { return path == kStandardOutput; }
+
+/// Where the program writes: standard output, or a file that is replaced only when its new content
+/// is complete.
 ///
-/// Flushes from outside are ignored unless a person watches: a row that ends in a flush would
-/// otherwise cost a system call.
+///     {
+///       OutputFile output("cables.csv");     // an old cables.csv is untouched
+///       std::ostream(&output) << "...";
+///       output.Commit();                     // now it is replaced, at once
+///     }                                      // without Commit: as if nothing had been written
+///
+/// Until `Commit`, the text goes to a file without a name, which disappears with the process
+/// whatever ends it. Where the file system has no such files, it goes to a named one, which the
+/// destructor and the signals that end a program remove.
+///
+/// Devices, pipes and the names of open descriptors (`/dev/stdout`, `/dev/fd/1`) are written in
+/// place, from where they stand.
+///
+/// Text is buffered and written in large pieces; a flush writes what there is.
 class OutputFile : public std::streambuf {
  public:
-  /// An empty path is standard output. Throws `std::system_error`.
-  explicit OutputFile(const std::string& path);
+  enum class Temporary { kUnnamed, kNamed };
+
+  /// Throws `std::system_error`.
+  explicit OutputFile(const std::string& path, Temporary temporary = Temporary::kUnnamed);
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
   OutputFile(OutputFile&&) = delete;
   OutputFile& operator=(OutputFile&&) = delete;
-  /// Leaves nothing behind unless `Commit` has been called.
   ~OutputFile() override;
 
-  /// Writes what is buffered and gives the file its name. Throws `std::system_error`.
+  /// Writes what is buffered and replaces the file. Throws `std::system_error`.
   void Commit();
 
-  /// True after a failed write; `Commit` will throw its error.
+  /// True when the output goes under its name only with `Commit`.
+  bool replaces_file() const { return folder_ >= 0; }
+  /// True after a failed write; `Commit` throws its error.
   bool has_failed() const { return error_ != 0; }
   bool is_terminal() const { return is_terminal_; }
 
@@ -37,14 +56,20 @@ class OutputFile : public std::streambuf {
   int sync() override;
 
  private:
-  void OpenTemporary(const std::string& path);
+  void OpenTemporary(const std::string& path, Temporary temporary);
+  bool OpenUnnamed();
+  void OpenNamed();
+  void Rename();
+  void RemoveTemporary();
   bool Drain();
   bool WriteAll(const char* text, std::size_t count);
 
-  std::string final_path_;      // empty when the text goes straight to its place
-  std::string temporary_path_;  // empty when there is none
   int fd_ = -1;
-  int error_ = 0;  // of the first failed write
+  bool owns_fd_ = false;
+  int folder_ = -1;             // of the file that is replaced; -1 when written in place
+  std::string name_;            // of that file in its folder
+  std::string temporary_name_;  // empty when the temporary file has none
+  int error_ = 0;               // of the first failed write
   bool is_terminal_ = false;
   std::vector<char> buffer_;
 };

@@ -4,11 +4,15 @@
 #include <sstream>
 #include <string>
 
+#include "cli/printable.h"
+
 namespace cli {
 
 void ReportWriter::Write(std::ostream& os, Port& port) const {
   os << "NodeGuid: " << GuidText(port.node_guid) << ", PortGuid: " << GuidText(port.port_guid)
-     << ", PortNum: " << port.number << '\n';
+     << ", PortNum: " << port.number;
+  if (!port.label.empty()) os << ", Label: " << Printable(port.label);
+  os << '\n';
 
   std::ostringstream block;
   port.cable.ToFileStream(block);

@@ -12,26 +12,22 @@ ExitStatus FileFailed(const std::string& name, const std::error_code& error) {
   return ExitStatus::kFileFailed;
 }
 
-ExitStatus WriteWhole(const std::string& path, const std::function<Outcome(OutputFile&)>& write) {
-  Outcome outcome;
+ExitStatus WriteWhole(const std::string& path, const std::function<Ending(OutputFile&)>& write) {
   try {
     OutputFile output(path);
-    outcome = write(output);
-    // What went to standard output cannot be taken back. After a failed write, the commit reports
-    // the error.
-    if (outcome.is_whole || output.has_failed() || path.empty()) output.Commit();
+    if (write(output) == Ending::kCommit) output.Commit();
   } catch (const std::system_error& error) {
-    if (error.code().value() == EPIPE) return outcome.status;
-    return Worse(outcome.status, FileFailed(path.empty() ? "standard output" : path, error.code()));
+    if (error.code().value() == EPIPE) return ExitStatus::kGood;
+    return FileFailed(IsStandardOutput(path) ? "standard output" : path, error.code());
   }
-  return outcome.status;
+  return ExitStatus::kGood;
 }
 
 ExitStatus WriteToStandardOutput(const std::function<void(std::ostream&)>& write) {
-  return WriteWhole({}, [&](OutputFile& output) {
+  return WriteWhole(kStandardOutput, [&](OutputFile& output) {
     std::ostream os(&output);
     write(os);
-    return Outcome();
+    return Ending::kCommit;
   });
 }
 

@@ -10,19 +10,15 @@
 
 namespace cli {
 
-/// How a run ended, apart from failures of its output.
-struct Outcome {
-  ExitStatus status = ExitStatus::kGood;
-  bool is_whole = true;  ///< false when the run stopped before the end of its input
-};
+/// What becomes of an output that was written.
+enum class Ending { kCommit, kDiscard };
 
 /// Reports that a file could not be read or written; returns the status of that.
 ExitStatus FileFailed(const std::string& name, const std::error_code& error);
 
-/// Lets `write` fill the output at `path`, standard output where that is empty, and commits it. An
-/// output that is not whole must not pass for the whole one under a file's name: it is discarded,
-/// and an old file is kept. A reader that closed the pipe is no error.
-ExitStatus WriteWhole(const std::string& path, const std::function<Outcome(OutputFile&)>& write);
+/// Lets `write` fill the output at `path` and commits or discards it. Returns the status of the
+/// output alone: a reader that closed the pipe is no error.
+ExitStatus WriteWhole(const std::string& path, const std::function<Ending(OutputFile&)>& write);
 
 /// Lets `write` write to standard output.
 ExitStatus WriteToStandardOutput(const std::function<void(std::ostream&)>& write);

@@ -27,6 +27,14 @@ def run(*arguments, stdin=b"", **options):
                           timeout=60, check=False, **options)
 
 
+def summary(written, left_out, remarked=0, unread=0):
+    """The line at the end of a run that left something out."""
+    line = f"cableinfo: {written} port{'' if written == 1 else 's'} written, {left_out} left out, {remarked} remarked on"
+    if unread:
+        line += f"; {unread} input{'' if unread == 1 else 's'} not read to the end"
+    return line + "\n"
+
+
 class ProgramTest(unittest.TestCase):
     maxDiff = 4000
 

@@ -4,7 +4,7 @@ import json
 import random
 import unittest
 
-from program import ProgramTest, run
+from program import ProgramTest, run, summary
 
 JOBS = (2, 3, 8, 32)
 LINES = 3000  # several times what is decoded at once
@@ -56,7 +56,7 @@ class Jobs(ProgramTest):
 
     def test_all_outputs_are_the_same(self):
         for command in ("table", "report", "export"):
-            result = self.assert_same(command, self.first, self.second, status=1)
+            result = self.assert_same(command, "--all-messages", self.first, self.second, status=1)
             self.assertGreater(result.stderr.count(b"\n"), 300)
             self.assertGreater(result.stdout.count(b"\n"), 2000)
 
@@ -69,12 +69,13 @@ class Jobs(ProgramTest):
     def test_messages_name_their_lines(self):
         result = self.assert_same("table", "-", status=1,
                                   stdin=b'{"port_num":1}\n' * 2000 + b"{\n" + b'{"port_num":2}\n' * 500)
-        self.assertRegex(result.stderr.decode(), r"\A<stdin>:2001: not valid JSON: .*\n\Z")
+        self.assertRegex(result.stderr.decode(), r"\A<stdin>:2001: not valid JSON: .*\n" + summary(2500, 1) + r"\Z")
         self.assertEqual(result.stdout.count(b"\n"), 2501)
 
     def test_an_unreadable_input_is_told_in_its_place(self):
         result = self.assert_same("table", self.first, self.missing, self.second, status=3)
-        places = [line.split(b":")[0] for line in result.stderr.splitlines()]
+        *messages, _ = result.stderr.splitlines()  # the last line is the summary
+        places = [line.split(b":")[0] for line in messages]
         self.assertEqual(places.count(b"cableinfo"), 1)
         missing = places.index(b"cableinfo")
         self.assertEqual(set(places[:missing]), {str(self.first).encode()})
@@ -86,7 +87,8 @@ class Jobs(ProgramTest):
             result = self.assert_same("table", "--strict", "--no-header", status=1,
                                       stdin=good * before + b"{}{\n" + good * 3000)
             self.assertEqual(result.stdout.count(b"\n"), before)
-            self.assertEqual(result.stderr.count(b"\n"), 1)
+            self.assertEqual(result.stderr.count(b"\n"), 2)
+            self.assertTrue(result.stderr.decode().endswith(summary(before, 1)))
 
     def test_reports_have_one_empty_line_between_them(self):
         ports = [{"port_num": n} for n in range(1000)]

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "cli/commands/port_options.h"
+#include "cli/message.h"
+
+namespace cli {
+
+/// What a run did with its ports.
+struct PortCounts {
+  std::uint64_t written = 0;
+  std::uint64_t left_out = 0;
+  std::uint64_t remarked = 0;       ///< written, with a remark
+  std::uint64_t failed_inputs = 0;  ///< that could not be read to their end
+};
+
+/// The messages of a run on standard error, few enough to be read: of each kind the first 20 of an
+/// input are written, the others are counted. The end of the input is followed by one line on them:
+///
+///     ports.jsonl: 1003 more messages: 1000 unknown keys, 3 values that do not fit (...)
+class MessageLog {
+ public:
+  enum class Limit { kTwenty, kNone };
+  enum class Remarks { kShown, kHidden };
+
+  MessageLog(Limit limit, Remarks remarks) : limit_(limit), remarks_(remarks) {}
+
+  /// The messages that follow are about the input number `index`, called `name`.
+  void StartInput(std::size_t index, const std::string& name);
+  /// True when a message of this kind is shown now; counts it if not.
+  bool Admits(MessageKind kind);
+  /// The text of a message, with its suggestion. Remembers suggestions: inputs that have a wrong
+  /// key have it often, and a search takes as long as twenty ports.
+  std::string TextOf(const Message& message);
+  /// Ends the last input.
+  void Finish();
+
+ private:
+  void SumUp();
+
+  Limit limit_;
+  Remarks remarks_;
+  std::size_t index_ = 0;
+  std::string name_;
+  std::array<std::uint64_t, kMessageKinds> counts_{};
+  // By the keys that were known and the one that was not.
+  std::map<std::pair<const std::string_view*, std::string>, std::string> suggestions_;
+};
+
+/// The log of a run with these options.
+MessageLog LogOf(const PortOptions& options);
+
+/// One line on what became of the ports, for a run that left something out.
+void PrintSummary(const PortCounts& counts);
+
+}  // namespace cli

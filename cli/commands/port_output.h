@@ -1,0 +1,32 @@
+#pragma once
+
+#include <functional>
+
+#include "cli/commands/message_log.h"
+#include "cli/commands/port_options.h"
+#include "cli/exit_status.h"
+#include "cli/output/output_file.h"
+
+namespace cli {
+
+/// How a run over ports ended, apart from failures of its output.
+struct Outcome {
+  enum class End { kReached, kStopped };  ///< of the input
+
+  ExitStatus status = ExitStatus::kGood;
+  End end = End::kReached;
+  PortCounts counts;
+};
+
+/// Lets `write` fill the output that the options name, and ends it: the output replaces an old file
+/// unless
+///
+/// - the status is 3 or higher, because an input or the output failed,
+/// - the run stopped before the end of its input, or
+/// - there were ports, and not one could be decoded.
+///
+/// Prints the summary of a run that left something out. Returns the status of all of it.
+ExitStatus WritePortOutput(const PortOptions& options,
+                           const std::function<Outcome(OutputFile&)>& write);
+
+}  // namespace cli

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace cli {
+
+enum class Newlines { kEscaped, kKept };
+
+/// Foreign text as a terminal can show it without obeying it: control characters (C0, DEL, C1),
+/// bidirectional controls, line separators and bytes that are not UTF-8 become escapes.
+///
+///     ESC [ 3 1 m  ->  \x1b[31m        U+0085  ->  \x85        U+202E  ->  \u202e
+///
+/// The result never holds an ESC, and with `Newlines::kEscaped` it is one line. Text without such
+/// characters is returned unchanged, after one pass over it.
+std::string Printable(std::string_view text, Newlines newlines = Newlines::kEscaped);
+
+}  // namespace cli
