@@ -116,10 +116,18 @@ void DecodeOwnField(Decoding& to, const MapField& line, Advertised advertised) {
 // Flat memory is the lower page and page 00h.
 bool IsInFlatMemory(Page page) { return page == Page::kLower || page == Page::k00; }
 
+// Flat memory lacks the other pages, and what they advertise of the lower page.
+Advertised AskFlat(const ModuleImage& image, const MapField& line) {
+  if (!IsInFlatMemory(line.page)) return Advertised::kNo;
+  const Advertised advertised = Ask(image, line.advertised);
+  const bool is_elsewhere = line.page == Page::kLower && advertised == Advertised::kUnknown;
+  return is_elsewhere ? Advertised::kNo : advertised;
+}
+
 void DecodeModule(Decoding& to, bool is_flat) {
   for (const MapField& line : CmisMap().fields) {
-    const bool is_absent = is_flat && !IsInFlatMemory(line.page);
-    const Advertised advertised = is_absent ? Advertised::kNo : Ask(to.image, line.advertised);
+    const Advertised advertised =
+        is_flat ? AskFlat(to.image, line) : Ask(to.image, line.advertised);
     if (line.format.type == RawType::kOwn) {
       DecodeOwnField(to, line, advertised);
     } else {
@@ -669,19 +677,10 @@ void WarnOfMonitors(Decoding& to, const LaneLayout& layout) {
   }
 }
 
-// The pages that flat memory has; none when the image has no others.
-std::optional<ModuleImage> FlatMemoryOf(const ModuleImage& image) {
-  const auto& halves = image.halves();
-  const auto is_flat = [](const ModuleImage::Half& half) { return IsInFlatMemory(half.page()); };
-  if (std::all_of(halves.begin(), halves.end(), is_flat)) return std::nullopt;
-  ModuleImage rest;
-  for (const ModuleImage::Half& half : halves) {
-    if (is_flat(half)) rest.Put(half);
-  }
-  return rest;
-}
+}  // namespace
 
-void DecodePages(Decoding& to, bool is_flat) {
+void DecodeCmis(Decoding& to) {
+  const bool is_flat = IsPaged(to.image) == Advertised::kNo;
   DecodeModule(to, is_flat);
   DecodeApplications(to);
   AddSpeeds(to.info);
@@ -695,20 +694,6 @@ void DecodePages(Decoding& to, bool is_flat) {
     WarnOfMonitors(to, layout);
   }
   AddChecksums(to, CmisMap().checksums);
-}
-
-}  // namespace
-
-void DecodeCmis(Decoding& to) {
-  const bool is_flat = IsPaged(to.image) == Advertised::kNo;
-  if (is_flat) {
-    if (const std::optional<ModuleImage> rest = FlatMemoryOf(to.image)) {
-      to.Warn("the memory is flat; upper pages besides 00h are not used");
-      Decoding flat = {*rest, to.info};
-      return DecodePages(flat, is_flat);
-    }
-  }
-  DecodePages(to, is_flat);
 }
 
 }  // namespace cable_info::module_memory
