@@ -5,8 +5,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <initializer_list>
 #include <string_view>
+#include <vector>
 
 #include "cable_info/module_memory/module_image.h"
 #include "cable_info/module_memory/module_info.h"
@@ -26,7 +26,7 @@ class Memory {
     image_.Put(page, page == Page::kLower ? 0 : ModuleImage::kHalf, zeros.data(), zeros.size());
     return *this;
   }
-  Memory& Put(Page page, std::size_t byte, std::initializer_list<unsigned> values) {
+  Memory& Put(Page page, std::size_t byte, const std::vector<unsigned>& values) {
     for (const unsigned value : values) {
       const auto stored = static_cast<std::uint8_t>(value);
       image_.Put(page, byte++, &stored, 1);

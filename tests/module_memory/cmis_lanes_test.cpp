@@ -1,0 +1,632 @@
+// Lanes and applications of CMIS modules.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cable_info/module_memory/module_info.h"
+#include "cmis_memory.h"
+
+namespace {
+
+using cable_info::Application;
+using cable_info::FieldState;
+using cable_info::Lane;
+using cable_info::LaneField;
+using cable_info::LaneValue;
+using cable_info::ModuleInfo;
+using cable_info::Page;
+using cable_info::PageOf;
+using cmis_memory::BareModule;
+using cmis_memory::FlatModule;
+using cmis_memory::FullModule;
+using cmis_memory::Memory;
+
+constexpr unsigned kLanes = 8;
+
+std::vector<unsigned> LaneNumbers(const ModuleInfo& info) {
+  std::vector<unsigned> numbers;
+  for (const Lane& lane : info.lanes) numbers.push_back(lane.number);
+  return numbers;
+}
+
+// The lanes whose field is present and not 0.
+std::vector<unsigned> LanesWith(const ModuleInfo& info, LaneField field) {
+  std::vector<unsigned> numbers;
+  for (const Lane& lane : info.lanes) {
+    if (lane[field].IsPresent() && lane[field].number != 0) numbers.push_back(lane.number);
+  }
+  return numbers;
+}
+
+bool AllLanesAre(const ModuleInfo& info, LaneField field, FieldState state) {
+  return std::all_of(info.lanes.begin(), info.lanes.end(),
+                     [&](const Lane& lane) { return lane[field].state == state; });
+}
+
+// ---------------------------------------------------------------------------------------------
+// Fields of a bit a lane
+// ---------------------------------------------------------------------------------------------
+
+struct LaneBit {
+  LaneField field;
+  Page page;
+  std::size_t byte;
+};
+
+std::vector<LaneBit> LaneBits() {
+  return {
+      {LaneField::kDataPathDeinit, Page::k10, 128},
+      {LaneField::kTxPolarityFlip, Page::k10, 129},
+      {LaneField::kTxDisable, Page::k10, 130},
+      {LaneField::kTxSquelchDisable, Page::k10, 131},
+      {LaneField::kTxForceSquelch, Page::k10, 132},
+      {LaneField::kTxAdaptiveEqFreeze, Page::k10, 134},
+      {LaneField::kRxPolarityFlip, Page::k10, 137},
+      {LaneField::kRxOutputDisable, Page::k10, 138},
+      {LaneField::kRxSquelchDisable, Page::k10, 139},
+      {LaneField::kDataPathStateMask, Page::k10, 213},
+      {LaneField::kTxFaultMask, Page::k10, 214},
+      {LaneField::kTxLosMask, Page::k10, 215},
+      {LaneField::kTxLolMask, Page::k10, 216},
+      {LaneField::kTxAdaptiveEqFaultMask, Page::k10, 217},
+      {LaneField::kRxLosMask, Page::k10, 226},
+      {LaneField::kRxLolMask, Page::k10, 227},
+      {LaneField::kRxOutputStatusMask, Page::k10, 232},
+      {LaneField::kRxOutputValid, Page::k11, 132},
+      {LaneField::kTxOutputValid, Page::k11, 133},
+      {LaneField::kDataPathStateChanged, Page::k11, 134},
+      {LaneField::kTxFault, Page::k11, 135},
+      {LaneField::kTxLos, Page::k11, 136},
+      {LaneField::kTxLol, Page::k11, 137},
+      {LaneField::kTxAdaptiveEqFault, Page::k11, 138},
+      {LaneField::kRxLos, Page::k11, 147},
+      {LaneField::kRxLol, Page::k11, 148},
+      {LaneField::kRxOutputStatusChanged, Page::k11, 153},
+      {LaneField::kTxAdaptiveEq, Page::k11, 214},
+      {LaneField::kTxCdr, Page::k11, 221},
+      {LaneField::kRxCdr, Page::k11, 222},
+      {LaneField::kDataPathInitPending, Page::k11, 235},
+      {LaneField::kHostGenerator, Page::k13, 144},
+      {LaneField::kMediaGenerator, Page::k13, 152},
+      {LaneField::kHostChecker, Page::k13, 160},
+      {LaneField::kMediaChecker, Page::k13, 168},
+      {LaneField::kMediaOutputLoopback, Page::k13, 180},
+      {LaneField::kMediaInputLoopback, Page::k13, 181},
+      {LaneField::kHostOutputLoopback, Page::k13, 182},
+      {LaneField::kHostInputLoopback, Page::k13, 183},
+      {LaneField::kHostGeneratorLol, Page::k14, 136},
+      {LaneField::kMediaGeneratorLol, Page::k14, 137},
+      {LaneField::kHostCheckerLol, Page::k14, 138},
+      {LaneField::kMediaCheckerLol, Page::k14, 139},
+  };
+}
+
+TEST(CmisLanes, BitNIsLaneNPlusOne) {
+  for (const LaneBit& expected : LaneBits()) {
+    SCOPED_TRACE(cable_info::DescribeField(expected.field).key);
+    for (unsigned bit = 0; bit < kLanes; ++bit) {
+      Memory memory = FullModule();
+      memory.Put(expected.page, expected.byte, {1U << bit});
+      const ModuleInfo info = memory.Decode();
+      EXPECT_EQ(LanesWith(info, expected.field), std::vector<unsigned>{bit + 1});
+      EXPECT_TRUE(AllLanesAre(info, expected.field, FieldState::kPresent));
+    }
+  }
+}
+
+// ---------------------------------------------------------------------------------------------
+// Fields of more bits
+// ---------------------------------------------------------------------------------------------
+
+struct LaneNumber {
+  LaneField field;
+  Page page;
+  std::size_t byte;
+  std::vector<unsigned> bytes;
+  unsigned lane;
+  double value;
+};
+
+std::vector<LaneNumber> LaneNumbersInBytes() {
+  return {
+      // Nibbles: the low one is the odd lane's
+      {LaneField::kDataPathState, Page::k11, 128, {0x14, 0, 0, 0x72}, 1, 4},
+      {LaneField::kDataPathState, Page::k11, 128, {0x14, 0, 0, 0x72}, 2, 1},
+      {LaneField::kDataPathState, Page::k11, 128, {0x14, 0, 0, 0x72}, 8, 7},
+      {LaneField::kConfigStatus, Page::k11, 202, {0x1C, 0, 0, 0x82}, 1, 12},
+      {LaneField::kConfigStatus, Page::k11, 202, {0x1C, 0, 0, 0x82}, 7, 2},
+      {LaneField::kTxInputEq, Page::k11, 217, {0x35, 0, 0, 0xC0}, 1, 5},
+      {LaneField::kTxInputEq, Page::k11, 217, {0x35, 0, 0, 0xC0}, 8, 12},
+      {LaneField::kRxPreCursor, Page::k11, 223, {0x06, 0, 0, 0x70}, 1, 6},
+      {LaneField::kRxPreCursor, Page::k11, 223, {0x06, 0, 0, 0x70}, 8, 7},
+      {LaneField::kRxPostCursor, Page::k11, 227, {0x20, 0, 0, 0x03}, 2, 2},
+      {LaneField::kRxPostCursor, Page::k11, 227, {0x20, 0, 0, 0x03}, 7, 3},
+      {LaneField::kRxAmplitude, Page::k11, 231, {0x21, 0, 0, 0xF0}, 1, 1},
+      {LaneField::kRxAmplitude, Page::k11, 231, {0x21, 0, 0, 0xF0}, 8, 15},
+      {LaneField::kHostGeneratorPattern, Page::k13, 148, {0x1C}, 1, 12},
+      {LaneField::kMediaGeneratorPattern, Page::k13, 156, {0x1C}, 2, 1},
+      {LaneField::kHostCheckerPattern, Page::k13, 164, {0, 0, 0, 0x20}, 8, 2},
+      {LaneField::kMediaCheckerPattern, Page::k13, 172, {0, 0, 0, 0x03}, 7, 3},
+      // Pairs of bits: the lowest are those of lanes 1 and 5
+      {LaneField::kTxEqRecalledBuffer, Page::k11, 215, {0x09, 0x80}, 1, 1},
+      {LaneField::kTxEqRecalledBuffer, Page::k11, 215, {0x09, 0x80}, 2, 2},
+      {LaneField::kTxEqRecalledBuffer, Page::k11, 215, {0x09, 0x80}, 8, 2},
+      // A byte a lane
+      {LaneField::kApplication, Page::k11, 206, {0x20, 0, 0, 0, 0x28}, 5, 2},
+      {LaneField::kDataPathFirstLane, Page::k11, 206, {0x20, 0, 0, 0, 0x28}, 1, 1},
+      {LaneField::kDataPathFirstLane, Page::k11, 206, {0x20, 0, 0, 0, 0x28}, 5, 5},
+      {LaneField::kExplicitControl, Page::k11, 206, {0x20, 0x21}, 2, 1},
+      {LaneField::kTxWavelengthNumber, Page::k11, 240, {0x11, 0x21}, 2, 2},
+      {LaneField::kTxFiberNumber, Page::k11, 240, {0x12, 0x21}, 1, 2},
+      {LaneField::kRxWavelengthNumber, Page::k11, 248, {0x11, 0x31}, 2, 3},
+      {LaneField::kRxFiberNumber, Page::k11, 248, {0x11, 0x34}, 2, 4},
+      {LaneField::kGrid, Page::k12, 128, {0x70, 0x50}, 1, 7},
+      {LaneField::kGrid, Page::k12, 128, {0x70, 0x50}, 2, 5},
+      {LaneField::kFineTuning, Page::k12, 128, {0x70, 0x51}, 2, 1},
+      {LaneField::kTuningInProgress, Page::k12, 222, {0, 0x02}, 2, 1},
+      {LaneField::kWavelengthUnlocked, Page::k12, 222, {0x01}, 1, 1},
+      {LaneField::kTargetPowerOutOfRange, Page::k12, 231, {0x20}, 1, 1},
+      {LaneField::kFineTuningOutOfRange, Page::k12, 231, {0, 0x10}, 2, 1},
+      {LaneField::kTuningNotAccepted, Page::k12, 231, {0x08}, 1, 1},
+      {LaneField::kInvalidChannel, Page::k12, 231, {0x04}, 1, 1},
+      {LaneField::kWavelengthUnlockedLatched, Page::k12, 231, {0x02}, 1, 1},
+      {LaneField::kTuningComplete, Page::k12, 231, {0, 0, 0, 0, 0, 0, 0, 0x01}, 8, 1},
+      // Words
+      {LaneField::kChannel, Page::k12, 136, {0, 78, 0xFF, 0xB8}, 1, 78},
+      {LaneField::kChannel, Page::k12, 136, {0, 78, 0xFF, 0xB8}, 2, -72},
+      {LaneField::kFineTuningOffset, Page::k12, 152, {0xE8, 0x90}, 1, -6},
+      {LaneField::kLaserFrequency, Page::k12, 168, {0x0B, 0xA0, 0x3E, 0x90}, 1, 195.051152},
+      {LaneField::kTargetPower, Page::k12, 200, {0xFC, 0x18, 0x00, 0x96}, 1, -10},
+      {LaneField::kTargetPower, Page::k12, 200, {0xFC, 0x18, 0x00, 0x96}, 2, 1.5},
+      // The four masks from high alarm down
+      {LaneField::kTxPowerMask, Page::k10, 218, {1, 0, 0, 1}, 1, 9},
+      {LaneField::kTxBiasMask, Page::k10, 222, {0, 0x80, 0, 0}, 8, 4},
+      {LaneField::kRxPowerMask, Page::k10, 228, {2, 2, 2, 2}, 2, 15},
+  };
+}
+
+TEST(CmisLanes, NumbersHaveTheirPlaceAndUnit) {
+  for (const LaneNumber& expected : LaneNumbersInBytes()) {
+    SCOPED_TRACE(std::string(cable_info::DescribeField(expected.field).key) + ", lane " +
+                 std::to_string(expected.lane));
+    Memory memory = FullModule();
+    memory.Put(expected.page, expected.byte, expected.bytes);
+    const LaneValue value = memory.Decode().lanes.at(expected.lane - 1)[expected.field];
+    EXPECT_EQ(value.state, FieldState::kPresent);
+    EXPECT_EQ(value.number, expected.value);
+  }
+}
+
+// ---------------------------------------------------------------------------------------------
+// Advertisements
+// ---------------------------------------------------------------------------------------------
+
+struct LaneAdvertisement {
+  LaneField field;
+  std::size_t byte;  // of page 01h
+  unsigned without;  // its value with the bit clear
+};
+
+TEST(CmisLanes, WhatIsNotAdvertisedIsNotImplemented) {
+  const std::vector<LaneAdvertisement> all = {
+      {LaneField::kTxPolarityFlip, 155, 0xFE},
+      {LaneField::kTxDisable, 155, 0xFD},
+      {LaneField::kTxSquelchDisable, 155, 0xFB},
+      {LaneField::kTxForceSquelch, 155, 0xF7},
+      {LaneField::kGrid, 155, 0xBF},
+      {LaneField::kChannel, 155, 0xBF},
+      {LaneField::kLaserFrequency, 155, 0xBF},
+      {LaneField::kTuningComplete, 155, 0xBF},
+      {LaneField::kRxPolarityFlip, 156, 0xFE},
+      {LaneField::kRxOutputDisable, 156, 0xFD},
+      {LaneField::kRxSquelchDisable, 156, 0xFB},
+      {LaneField::kTxFault, 157, 0xFE},
+      {LaneField::kTxFaultMask, 157, 0xFE},
+      {LaneField::kTxLos, 157, 0xFD},
+      {LaneField::kTxLosMask, 157, 0xFD},
+      {LaneField::kTxLol, 157, 0xFB},
+      {LaneField::kTxLolMask, 157, 0xFB},
+      {LaneField::kTxAdaptiveEqFault, 157, 0xF7},
+      {LaneField::kTxAdaptiveEqFaultMask, 157, 0xF7},
+      {LaneField::kRxLos, 158, 0xFD},
+      {LaneField::kRxLosMask, 158, 0xFD},
+      {LaneField::kRxLol, 158, 0xFB},
+      {LaneField::kRxLolMask, 158, 0xFB},
+      {LaneField::kRxPowerMask, 160, 0xFB},
+      {LaneField::kTxPowerMask, 160, 0xFD},
+      {LaneField::kTxBiasMask, 160, 0xFE},
+      {LaneField::kTxAdaptiveEqFreeze, 161, 0xEF},
+      {LaneField::kTxAdaptiveEq, 161, 0xF7},
+      {LaneField::kTxInputEq, 161, 0xFB},
+      {LaneField::kTxCdr, 161, 0xFE},
+      {LaneField::kTxEqRecalledBuffer, 161, 0x9F},
+      {LaneField::kRxPostCursor, 162, 0xEF},
+      {LaneField::kRxPreCursor, 162, 0xF7},
+      {LaneField::kRxAmplitude, 162, 0xFB},
+      {LaneField::kRxCdr, 162, 0xFE},
+      {LaneField::kHostGenerator, 142, 0xDF},
+      {LaneField::kMediaInputLoopback, 142, 0xDF},
+      {LaneField::kHostSnr, 142, 0xDF},
+  };
+  for (const LaneAdvertisement& expected : all) {
+    SCOPED_TRACE(cable_info::DescribeField(expected.field).key);
+    Memory memory = FullModule();
+    memory.Put(Page::k12, 168, {0x0B});  // a frequency of 0 is none
+    EXPECT_FALSE(AllLanesAre(memory.Decode(), expected.field, FieldState::kNotImplemented));
+    memory.Put(Page::k01, expected.byte, {expected.without});
+    EXPECT_TRUE(AllLanesAre(memory.Decode(), expected.field, FieldState::kNotImplemented));
+  }
+}
+
+TEST(CmisLanes, LoopbacksAreAdvertisedOneByOne) {
+  constexpr LaneField kFields[] = {LaneField::kMediaOutputLoopback, LaneField::kMediaInputLoopback,
+                                   LaneField::kHostOutputLoopback, LaneField::kHostInputLoopback};
+  for (unsigned bit = 0; bit < 4; ++bit) {
+    Memory memory = FullModule();
+    memory.Put(Page::k13, 128, {0x7FU & ~(1U << bit)});
+    EXPECT_TRUE(AllLanesAre(memory.Decode(), kFields[bit], FieldState::kNotImplemented));
+    EXPECT_TRUE(AllLanesAre(memory.Decode(), kFields[(bit + 1) % 4], FieldState::kPresent));
+  }
+}
+
+TEST(CmisLanes, StatusOfCmis50IsNotImplementedBefore) {
+  Memory memory = FullModule();
+  memory.Put(Page::kLower, 1, {0x41}).Put(Page::k11, 132, {0xFF, 0xFF}).Put(Page::k11, 235, {0xFF});
+  const ModuleInfo info = memory.Decode();
+  for (const LaneField field :
+       {LaneField::kRxOutputValid, LaneField::kTxOutputValid, LaneField::kRxOutputStatusChanged,
+        LaneField::kRxOutputStatusMask, LaneField::kDataPathInitPending}) {
+    EXPECT_TRUE(AllLanesAre(info, field, FieldState::kNotImplemented));
+  }
+}
+
+TEST(CmisLanes, MissingPagesAreNotRead) {
+  Memory memory = FullModule();
+  memory.Drop(Page::k10).Drop(Page::k11);
+  const ModuleInfo info = memory.Decode();
+  for (const LaneField field : {LaneField::kTxDisable, LaneField::kDataPathState, LaneField::kRxLos,
+                                LaneField::kTxCdr, LaneField::kRxPowerMask}) {
+    EXPECT_TRUE(AllLanesAre(info, field, FieldState::kNotRead));
+  }
+}
+
+TEST(CmisLanes, WithoutPage01hOnlySetBitsArePresent) {
+  Memory memory = FullModule();
+  memory.Drop(Page::k01).Put(Page::k11, 147, {0x02});
+  const ModuleInfo info = memory.Decode();
+  EXPECT_EQ(info.lanes[0][LaneField::kRxLos].state, FieldState::kNotRead);
+  EXPECT_EQ(info.lanes[1][LaneField::kRxLos].state, FieldState::kPresent);
+  EXPECT_EQ(info.lanes[1][LaneField::kRxLos].number, 1.0);
+}
+
+TEST(CmisLanes, ARaisedFlagThatIsNotAdvertisedIsAWarning) {
+  Memory memory = BareModule();
+  memory.Put(Page::k11, 138, {0x8D}).Sum();
+  const ModuleInfo info = memory.Decode();
+  EXPECT_TRUE(AllLanesAre(info, LaneField::kTxAdaptiveEqFault, FieldState::kNotImplemented));
+  ASSERT_EQ(info.warnings.size(), 1U);
+  EXPECT_NE(info.warnings[0].find("TX adaptive equalization fault"), std::string::npos);
+  EXPECT_NE(info.warnings[0].find("1, 3, 4, 8"), std::string::npos);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Rules of single fields
+// ---------------------------------------------------------------------------------------------
+
+TEST(CmisLanes, ACdrWithoutBypassIsOn) {
+  Memory memory = FullModule();
+  memory.Put(Page::k01, 161, {0x01, 0x01});
+  ModuleInfo info = memory.Decode();
+  EXPECT_EQ(LanesWith(info, LaneField::kTxCdr).size(), kLanes);
+  EXPECT_EQ(LanesWith(info, LaneField::kRxCdr).size(), kLanes);
+  memory.Put(Page::k01, 161, {0x03, 0x03}).Put(Page::k11, 221, {0x02, 0x04});
+  info = memory.Decode();
+  EXPECT_EQ(LanesWith(info, LaneField::kTxCdr), std::vector<unsigned>{2});
+  EXPECT_EQ(LanesWith(info, LaneField::kRxCdr), std::vector<unsigned>{3});
+}
+
+TEST(CmisLanes, APreCursorWithoutPostCursorStandsInTheFieldOfThePostCursor) {
+  Memory memory = FullModule();
+  memory.Put(Page::k01, 162, {0x08}).Put(Page::k11, 223, {0x05}).Put(Page::k11, 227, {0x06});
+  ModuleInfo info = memory.Decode();
+  EXPECT_EQ(info.lanes[0][LaneField::kRxPreCursor].number, 6.0);
+  EXPECT_EQ(info.lanes[0][LaneField::kRxPostCursor].state, FieldState::kNotImplemented);
+  memory.Put(Page::k01, 162, {0x10});
+  info = memory.Decode();
+  EXPECT_EQ(info.lanes[0][LaneField::kRxPreCursor].state, FieldState::kNotImplemented);
+  EXPECT_EQ(info.lanes[0][LaneField::kRxPostCursor].number, 6.0);
+}
+
+TEST(CmisLanes, DataPathControlWasReversedInCmis30) {
+  Memory memory = FullModule();
+  memory.Put(Page::k10, 128, {0xFE});
+  EXPECT_EQ(memory.Decode().lanes[0][LaneField::kDataPathDeinit].number, 0.0);
+  memory.Put(Page::kLower, 1, {0x30});
+  EXPECT_EQ(LanesWith(memory.Decode(), LaneField::kDataPathDeinit), std::vector<unsigned>{1});
+}
+
+TEST(CmisLanes, GridCodesSixAndSevenWereSwappedBeforeCmis50) {
+  Memory memory = FullModule();
+  memory.Put(Page::k12, 128, {0x60, 0x70, 0x50});
+  memory.Put(Page::kLower, 1, {0x40});
+  const ModuleInfo info = memory.Decode();
+  EXPECT_EQ(info.lanes[0][LaneField::kGrid].number, 7.0);  // 75 GHz
+  EXPECT_EQ(info.lanes[1][LaneField::kGrid].number, 6.0);  // 33 GHz
+  EXPECT_EQ(info.lanes[2][LaneField::kGrid].number, 5.0);
+}
+
+TEST(CmisLanes, WavelengthAndFiberOfZeroAreUnknown) {
+  const ModuleInfo info = FullModule().Decode();
+  EXPECT_TRUE(AllLanesAre(info, LaneField::kTxWavelengthNumber, FieldState::kNotImplemented));
+  EXPECT_TRUE(AllLanesAre(info, LaneField::kRxFiberNumber, FieldState::kNotImplemented));
+}
+
+// ---------------------------------------------------------------------------------------------
+// Diagnostics
+// ---------------------------------------------------------------------------------------------
+
+TEST(CmisDiagnostics, BitErrorRatiosNeedTheirSelector) {
+  for (const unsigned selector : {0x01U, 0x11U}) {
+    Memory memory = FullModule();
+    memory.Put(Page::k14, 128, {selector});
+    memory.Put(Page::k14, 192, {0x70, 0x78}).Put(Page::k14, 206, {0x79, 0xEF});
+    memory.Put(Page::k14, 208, {0x70, 0x01});
+    const ModuleInfo info = memory.Decode();
+    EXPECT_EQ(info.lanes[0][LaneField::kHostBer].number, 1.2e-8);
+    EXPECT_EQ(info.lanes[7][LaneField::kHostBer].number, 4.95e-7);
+    EXPECT_EQ(info.lanes[0][LaneField::kMediaBer].number, 1e-10);
+    EXPECT_EQ(info.lanes[1][LaneField::kMediaBer].state, FieldState::kPresent);
+    EXPECT_TRUE(AllLanesAre(info, LaneField::kHostSnr, FieldState::kNotRead));
+    EXPECT_TRUE(AllLanesAre(info, LaneField::kHostErrors, FieldState::kNotRead));
+  }
+}
+
+TEST(CmisDiagnostics, SignalToNoiseRatiosAreLittleEndian) {
+  Memory memory = FullModule();
+  memory.Put(Page::k14, 128, {0x06});
+  memory.Put(Page::k14, 208, {0x80, 0x19}).Put(Page::k14, 254, {0x00, 0x16});
+  const ModuleInfo info = memory.Decode();
+  EXPECT_EQ(info.lanes[0][LaneField::kHostSnr].number, 25.5);
+  EXPECT_EQ(info.lanes[7][LaneField::kMediaSnr].number, 22.0);
+  EXPECT_TRUE(AllLanesAre(info, LaneField::kHostBer, FieldState::kNotRead));
+}
+
+TEST(CmisDiagnostics, CountersAreLittleEndianPairsOfFourLanes) {
+  Memory memory = FullModule();
+  memory.Put(Page::k14, 128, {0x02});
+  memory.Put(Page::k14, 192, {0x34, 0x12}).Put(Page::k14, 200, {0, 0, 0, 0, 1});
+  memory.Put(Page::k14, 208, {7});
+  ModuleInfo info = memory.Decode();
+  EXPECT_EQ(info.lanes[0][LaneField::kHostErrors].number, 0x1234);
+  EXPECT_EQ(info.lanes[0][LaneField::kHostBits].number, 4294967296.0);
+  EXPECT_EQ(info.lanes[1][LaneField::kHostErrors].number, 7.0);
+  EXPECT_EQ(info.lanes[4][LaneField::kHostErrors].state, FieldState::kNotRead);
+  EXPECT_EQ(info.lanes[0][LaneField::kMediaErrors].state, FieldState::kNotRead);
+
+  info = memory.Put(Page::k14, 128, {0x13}).Decode();
+  EXPECT_EQ(info.lanes[0][LaneField::kHostErrors].state, FieldState::kNotRead);
+  EXPECT_EQ(info.lanes[4][LaneField::kHostErrors].number, 0x1234);
+  info = memory.Put(Page::k14, 128, {0x04}).Decode();
+  EXPECT_EQ(info.lanes[0][LaneField::kMediaErrors].number, 0x1234);
+  info = memory.Put(Page::k14, 128, {0x15}).Decode();
+  EXPECT_EQ(info.lanes[5][LaneField::kMediaErrors].number, 7.0);
+}
+
+TEST(CmisDiagnostics, ResultsAreAdvertisedOneByOne) {
+  struct Result {
+    LaneField field;
+    unsigned selector;
+    unsigned without;  // 13h:130
+  };
+  for (const Result& result :
+       {Result{LaneField::kHostBer, 1, 0xFE}, Result{LaneField::kMediaBits, 4, 0xFD},
+        Result{LaneField::kHostSnr, 6, 0xEF}, Result{LaneField::kMediaSnr, 6, 0xDF}}) {
+    Memory memory = FullModule();
+    memory.Put(Page::k14, 128, {result.selector});
+    EXPECT_EQ(memory.Decode().lanes[0][result.field].state, FieldState::kPresent);
+    memory.Put(Page::k13, 130, {result.without});
+    EXPECT_EQ(memory.Decode().lanes[0][result.field].state, FieldState::kNotImplemented);
+  }
+}
+
+// ---------------------------------------------------------------------------------------------
+// Which lanes there are
+// ---------------------------------------------------------------------------------------------
+
+TEST(CmisLaneLayout, LanesAreThoseOfTheApplications) {
+  Memory memory = BareModule();
+  memory.Put(Page::kLower, 86, {0x0F, 0x18, 0x44, 0x01});
+  EXPECT_EQ(LaneNumbers(memory.Decode()), (std::vector<unsigned>{1, 2, 3, 4}));
+  memory.Put(Page::kLower, 86, {0x0F, 0x18, 0x44, 0x10});  // starts on lane 5
+  memory.Put(Page::k01, 176, {0x10});
+  EXPECT_EQ(LaneNumbers(memory.Decode()), (std::vector<unsigned>{5, 6, 7, 8}));
+}
+
+TEST(CmisLaneLayout, SeveralApplicationsAddUp) {
+  Memory memory = BareModule();
+  memory.Put(Page::kLower, 86, {0x0F, 0x18, 0x44, 0x01, 0x0D, 0x17, 0x21, 0x55, 0xFF});
+  memory.Put(Page::k01, 176, {0x01, 0x0F});
+  const ModuleInfo info = memory.Decode();
+  EXPECT_EQ(info.lanes.size(), 8U);  // 2 lanes from 1, 3, 5 and 7
+}
+
+TEST(CmisLaneLayout, MediaQuantitiesEndWithTheMediaLanes) {
+  Memory memory = FullModule();
+  memory.Put(Page::kLower, 86, {0x11, 0x1E, 0x84, 0x01});
+  memory.Put(Page::k11, 135, {0xFF, 0xFF});
+  const ModuleInfo info = memory.Decode();
+  ASSERT_EQ(info.lanes.size(), 8U);
+  EXPECT_EQ(LanesWith(info, LaneField::kTxFault), (std::vector<unsigned>{1, 2, 3, 4}));
+  EXPECT_EQ(LanesWith(info, LaneField::kTxLos).size(), 8U);
+  EXPECT_EQ(info.lanes[3].tx_power.state, FieldState::kPresent);
+  EXPECT_EQ(info.lanes[4].tx_power.state, FieldState::kNotImplemented);
+  EXPECT_EQ(info.lanes[4].tx_power.flags.known, 0);
+  EXPECT_EQ(info.lanes[4].tx_power.thresholds.given, 0);
+  EXPECT_EQ(info.lanes[4][LaneField::kRxLos].state, FieldState::kNotImplemented);
+  EXPECT_EQ(info.lanes[4][LaneField::kDataPathState].state, FieldState::kPresent);
+}
+
+TEST(CmisLaneLayout, UnsupportedMediaLanesAreTakenAway) {
+  Memory memory = FullModule();
+  memory.Put(Page::k00, 210, {0xFE}).Put(Page::k11, 135, {0xFF});
+  const ModuleInfo info = memory.Decode();
+  ASSERT_EQ(info.lanes.size(), 8U);
+  EXPECT_EQ(LanesWith(info, LaneField::kTxFault), std::vector<unsigned>{1});
+}
+
+TEST(CmisLaneLayout, MediaLanesWithoutTheirPlacesFollowTheHostLanes) {
+  Memory memory = FullModule();
+  memory.Put(Page::kLower, 86, {0x0D, 0x15, 0x21, 0x55, 0xFF});  // four times 2 and 1 lanes
+  memory.Put(Page::k01, 176, {0x00}).Put(Page::k11, 135, {0xFF});
+  EXPECT_EQ(LanesWith(memory.Decode(), LaneField::kTxFault), (std::vector<unsigned>{1, 2, 3, 4}));
+}
+
+TEST(CmisLaneLayout, TheFormFactorLimitsTheLanes) {
+  struct FormFactor {
+    unsigned identifier;
+    std::size_t lanes;
+  };
+  for (const FormFactor& form_factor :
+       {FormFactor{0x18, 8}, FormFactor{0x19, 8}, FormFactor{0x1A, 2}, FormFactor{0x1B, 2},
+        FormFactor{0x1E, 4}, FormFactor{0x1F, 2}, FormFactor{0x20, 1}, FormFactor{0x21, 8},
+        FormFactor{0x23, 4}}) {
+    Memory memory = BareModule();
+    memory.Put(Page::kLower, 0, {form_factor.identifier});
+    memory.Put(Page::k00, 128, {form_factor.identifier});
+    EXPECT_EQ(memory.Decode().lanes.size(), form_factor.lanes) << form_factor.identifier;
+    memory.Put(Page::kLower, 86, {0xFF});  // and it alone says them without applications
+    EXPECT_EQ(memory.Decode().lanes.size(), form_factor.lanes) << form_factor.identifier;
+  }
+}
+
+TEST(CmisLaneLayout, BanksHoldEightLanesEach) {
+  Memory memory = FullModule();
+  memory.Put(Page::kLower, 0, {0x21}).Put(Page::k00, 128, {0x21});
+  memory.Put(Page::k01, 142, {0xFD});
+  memory.Add(PageOf(0x11, 1)).Put(PageOf(0x11, 1), 147, {0x80});
+  memory.Put(PageOf(0x11, 1), 128, {0x07}).Put(PageOf(0x11, 1), 206, {0x12});
+  memory.Word(PageOf(0x11, 1), 186, 10000);
+  const ModuleInfo info = memory.Decode();
+  ASSERT_EQ(info.lanes.size(), 16U);
+  EXPECT_EQ(info.lanes[15].number, 16U);
+  EXPECT_EQ(LanesWith(info, LaneField::kRxLos), std::vector<unsigned>{16});
+  EXPECT_EQ(info.lanes[8][LaneField::kDataPathState].number, 7.0);
+  EXPECT_EQ(info.lanes[8][LaneField::kDataPathFirstLane].number, 10.0);
+  EXPECT_EQ(info.lanes[8].rx_power.value, 1.0);
+  EXPECT_EQ(info.lanes[8][LaneField::kTxDisable].state, FieldState::kNotRead);
+  memory.Put(Page::k01, 142, {0xFE});
+  EXPECT_EQ(memory.Decode().lanes.size(), 32U);
+}
+
+TEST(CmisLaneLayout, MoreBanksNeedCmis54) {
+  Memory memory = BareModule();
+  memory.Put(Page::k01, 142, {0x03}).Put(Page::k01, 174, {0x05});
+  EXPECT_EQ(memory.Decode().lanes.size(), 48U);
+  memory.Put(Page::kLower, 1, {0x53});
+  EXPECT_EQ(memory.Decode().lanes.size(), 8U);
+}
+
+TEST(CmisLaneLayout, LanesWithGapsKeepTheirNumbersInEachBank) {
+  Memory memory = BareModule();
+  memory.Put(Page::kLower, 86, {0x0F, 0x18, 0x44, 0x01}).Put(Page::k01, 142, {0x01});
+  EXPECT_EQ(LaneNumbers(memory.Decode()), (std::vector<unsigned>{1, 2, 3, 4, 9, 10, 11, 12}));
+}
+
+TEST(CmisLaneLayout, FlatModulesHaveLanesWithoutAnythingToSay) {
+  const ModuleInfo info = FlatModule().Decode();
+  ASSERT_EQ(info.lanes.size(), 8U);
+  for (const Lane& lane : info.lanes) {
+    for (const LaneValue& value : lane.values) {
+      EXPECT_EQ(value.state, FieldState::kNotImplemented);
+    }
+    EXPECT_EQ(lane.rx_power.state, FieldState::kNotImplemented);
+  }
+}
+
+// ---------------------------------------------------------------------------------------------
+// Applications
+// ---------------------------------------------------------------------------------------------
+
+TEST(CmisApplications, DescribeHostAndMedia) {
+  Memory memory = BareModule();
+  memory.Put(Page::kLower, 86, {0x50, 0x1C, 0x84, 0x01, 0x30, 0xC5, 0x11, 0xF0, 0xFF});
+  memory.Put(Page::k01, 176, {0x05, 0x0A});
+  const std::vector<Application> applications = memory.Decode().applications;
+  ASSERT_EQ(applications.size(), 2U);
+  EXPECT_EQ(applications[0].number, 1U);
+  EXPECT_EQ(applications[0].host_interface.code, 0x50U);
+  EXPECT_EQ(applications[0].host_interface.name, "400GAUI-4-L C2M");
+  EXPECT_EQ(applications[0].media_interface.code, 0x1CU);
+  EXPECT_EQ(applications[0].media_interface.name, "400GBASE-DR4");
+  EXPECT_EQ(applications[0].host_lanes, 8U);
+  EXPECT_EQ(applications[0].media_lanes, 4U);
+  EXPECT_EQ(applications[0].host_assignment, 1U);
+  EXPECT_EQ(applications[0].media_assignment, 5U);
+  EXPECT_EQ(applications[1].number, 2U);
+  EXPECT_EQ(applications[1].host_interface.name, "IB EDR");
+  EXPECT_EQ(applications[1].media_interface.code, 0xC5U);
+  EXPECT_EQ(applications[1].media_interface.name, "");
+  EXPECT_EQ(applications[1].host_assignment, 0xF0U);
+  EXPECT_EQ(applications[1].media_assignment, 0x0AU);
+}
+
+TEST(CmisApplications, MediaTypeNamesTheMediaInterface) {
+  Memory memory = BareModule();
+  constexpr std::string_view kNames[] = {
+      "", "10GBASE-SW", "10GBASE-LW", "Copper cable", "Active cable, BER < 1e-12", "1000BASE-T",
+      ""};
+  for (unsigned type = 0; type < std::size(kNames); ++type) {
+    memory.Put(Page::kLower, 85, {type, 0x11, 0x01});
+    EXPECT_EQ(memory.Decode().applications.at(0).media_interface.name, kNames[type]) << type;
+  }
+}
+
+TEST(CmisApplications, GoOnInPage01h) {
+  Memory memory = BareModule();
+  for (unsigned i = 0; i < 8; ++i) memory.Put(Page::kLower, 86 + 4 * i, {0x11, 0x1C, 0x11, 1});
+  for (unsigned i = 0; i < 7; ++i) memory.Put(Page::k01, 223 + 4 * i, {0x2C + i, 0x1C, 0x11, 1});
+  memory.Put(Page::k01, 184, {0x80}).Put(Page::k01, 190, {0x40});
+  const std::vector<Application> applications = memory.Decode().applications;
+  ASSERT_EQ(applications.size(), 15U);
+  EXPECT_EQ(applications[8].number, 9U);
+  EXPECT_EQ(applications[8].host_interface.name, "IB SDR");
+  EXPECT_EQ(applications[8].media_assignment, 0x80U);
+  EXPECT_EQ(applications[14].number, 15U);
+  EXPECT_EQ(applications[14].host_interface.name, "IB NDR");
+  EXPECT_EQ(applications[14].media_assignment, 0x40U);
+  memory.Drop(Page::k01);
+  EXPECT_EQ(memory.Decode().applications.size(), 8U);
+}
+
+TEST(CmisApplications, EndWithFfAndSkipUnusedOnes) {
+  Memory memory = BareModule();
+  memory.Put(Page::kLower, 86, {0x11, 0x1C, 0x84, 1, 0, 0, 0, 0, 0x0F, 0x17, 0x44, 1, 0xFF});
+  memory.Put(Page::kLower, 102, {0x11, 0x1C, 0x84, 1});  // after the end
+  const std::vector<Application> applications = memory.Decode().applications;
+  ASSERT_EQ(applications.size(), 2U);
+  EXPECT_EQ(applications[1].number, 3U);
+}
+
+TEST(CmisApplications, FlatModulesHaveNoMediaLanesToStartOn) {
+  Memory memory = FlatModule();
+  EXPECT_EQ(memory.Decode().applications.at(0).host_assignment, 1U);
+  EXPECT_FALSE(memory.Decode().applications.at(0).media_assignment.has_value());
+  memory.Put(Page::kLower, 1, {0x54});  // the byte means something else from here on
+  EXPECT_FALSE(memory.Decode().applications.at(0).host_assignment.has_value());
+}
+
+TEST(CmisApplications, InfiniBandSpeedsAreThoseOfTheHostInterfaces) {
+  Memory memory = BareModule();
+  memory.Put(Page::kLower, 86, {0xA0, 0x77, 0x44, 1, 0x32, 0x1C, 0x44, 1, 0x31, 0x1C, 0x44, 1});
+  memory.Put(Page::kLower, 98, {0x50, 0x1C, 0x44, 1, 0x32, 0x1C, 0x44, 1, 0xFF});
+  EXPECT_EQ(memory.Decode().supported_speeds, (std::vector<std::string_view>{"HDR", "NDR", "XDR"}));
+  EXPECT_TRUE(BareModule().Decode().supported_speeds.empty());
+}
+
+}  // namespace
