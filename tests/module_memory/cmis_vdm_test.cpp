@@ -7,6 +7,9 @@
 #include <string_view>
 #include <vector>
 
+#include "cable_info/module_memory/module_info.h"
+#include "cmis_memory.h"
+
 namespace {
 
 using cable_info::FindVdmObservable;
@@ -157,6 +160,174 @@ TEST(VdmThresholds, AreAbsentAtTheEndsOfTheirRange) {
   EXPECT_FALSE(VdmThreshold(ber, 0x0000).has_value());
   EXPECT_FALSE(VdmThreshold(ber, 0xFFFF).has_value());
   EXPECT_EQ(VdmThreshold(ber, 0x7078), 1.2e-8);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Pages 20h to 2Fh
+// ---------------------------------------------------------------------------------------------
+
+using cable_info::AlarmLevel;
+using cable_info::FieldState;
+using cable_info::ModuleInfo;
+using cable_info::Page;
+using cable_info::PageOf;
+using cable_info::VdmSample;
+using cmis_memory::FullModule;
+using cmis_memory::Memory;
+
+// A module with all pages of VDM.
+Memory VdmModule() {
+  Memory memory = FullModule();
+  for (unsigned page = 0x20; page < 0x30; ++page) {
+    memory.Add(PageOf(static_cast<std::uint8_t>(page)));
+  }
+  memory.Put(PageOf(0x2F), 128, {0x03});
+  return memory;
+}
+
+TEST(Vdm, UnusedInstancesAreLeftOut) { EXPECT_TRUE(VdmModule().Decode().vdm.empty()); }
+
+TEST(Vdm, ASampleHasItsObservableLaneAndValue) {
+  Memory memory = VdmModule();
+  memory.Put(PageOf(0x20), 128, {0x20, 5, 0x27, 6, 0x1F, 15});
+  memory.Put(PageOf(0x24), 128, {0x16, 0x80, 0x19, 0x00, 0x70, 0x78});
+  const std::vector<VdmSample> vdm = memory.Decode().vdm;
+  ASSERT_EQ(vdm.size(), 3U);
+  EXPECT_EQ(vdm[0].observable, "esnr_media");
+  EXPECT_EQ(vdm[0].type, 5U);
+  EXPECT_EQ(vdm[0].instance, "lane 1");
+  EXPECT_EQ(vdm[0].lane, 1U);
+  EXPECT_EQ(vdm[0].unit, "dB");
+  EXPECT_EQ(vdm[0].monitor.state, FieldState::kPresent);
+  EXPECT_EQ(vdm[0].monitor.value, 22.5);
+  EXPECT_EQ(vdm[1].observable, "esnr_host");
+  EXPECT_EQ(vdm[1].instance, "lane 8");
+  EXPECT_EQ(vdm[1].monitor.value, 25.0);
+  EXPECT_EQ(vdm[2].observable, "pre_fec_ber_current_media");
+  EXPECT_EQ(vdm[2].instance, "module");
+  EXPECT_EQ(vdm[2].lane, 0U);
+  EXPECT_EQ(vdm[2].monitor.value, 1.2e-8);
+}
+
+TEST(Vdm, ThresholdSetsBelongToTheGroup) {
+  for (unsigned group = 0; group < 4; ++group) {
+    const auto page = [group](unsigned first) {
+      return PageOf(static_cast<std::uint8_t>(first + group));
+    };
+    Memory memory = VdmModule();
+    memory.Put(page(0x20), 254, {0xF0, 5});                 // set 15
+    memory.Put(page(0x24), 254, {0x01, 0x00});              // 1 dB
+    memory.Put(page(0x28), 248, {4, 0, 1, 0, 3, 0, 2, 0});  // set 15
+    memory.Put(page(0x28), 240, {9, 0, 9, 0, 9, 0, 9, 0});  // set 14
+    const std::vector<VdmSample> vdm = memory.Decode().vdm;
+    ASSERT_EQ(vdm.size(), 1U);
+    EXPECT_EQ(vdm[0].monitor.value, 1.0);
+    EXPECT_EQ(vdm[0].monitor.thresholds.At(AlarmLevel::kHighAlarm), 4.0);
+    EXPECT_EQ(vdm[0].monitor.thresholds.At(AlarmLevel::kLowAlarm), 1.0);
+    EXPECT_EQ(vdm[0].monitor.thresholds.At(AlarmLevel::kHighWarning), 3.0);
+    EXPECT_EQ(vdm[0].monitor.thresholds.At(AlarmLevel::kLowWarning), 2.0);
+  }
+}
+
+TEST(Vdm, ThresholdsAtTheEndsOfTheRangeAreAbsent) {
+  Memory memory = VdmModule();
+  memory.Put(PageOf(0x20), 128, {0x00, 3, 0x10, 5});
+  memory.Put(PageOf(0x28), 128, {0x7F, 0xFF, 0x80, 0x00, 0x00, 0x05, 0x00, 0x00});
+  memory.Put(PageOf(0x28), 136, {0xFF, 0xFF, 0x00, 0x00, 0xFF, 0xFF, 0x01, 0x00});
+  const std::vector<VdmSample> vdm = memory.Decode().vdm;
+  ASSERT_EQ(vdm.size(), 2U);
+  EXPECT_EQ(vdm[0].monitor.thresholds.given, 0b1100);
+  EXPECT_EQ(vdm[0].monitor.thresholds.At(AlarmLevel::kHighWarning), 50.0);
+  EXPECT_EQ(vdm[0].monitor.thresholds.At(AlarmLevel::kLowWarning), 0.0);
+  EXPECT_EQ(vdm[1].monitor.thresholds.given, 0b1000);
+  EXPECT_EQ(vdm[1].monitor.thresholds.At(AlarmLevel::kLowWarning), 1.0);
+  memory.Put(PageOf(0x28), 128, {0, 0, 0, 0, 0, 0, 0, 0});
+  EXPECT_EQ(memory.Decode().vdm[0].monitor.thresholds.given, 0);
+}
+
+TEST(Vdm, FlagsAreANibbleAnInstance) {
+  struct Place {
+    unsigned group;
+    unsigned instance;
+    std::size_t byte;
+    unsigned bits;
+  };
+  for (const Place& place : {Place{0, 0, 128, 0x05}, Place{0, 1, 128, 0x50},
+                             Place{0, 63, 159, 0x50}, Place{3, 62, 255, 0x05}}) {
+    Memory memory = VdmModule();
+    memory.Put(PageOf(static_cast<std::uint8_t>(0x20 + place.group)), 128 + 2 * place.instance,
+               {0x00, 5});
+    memory.Put(PageOf(0x2C), place.byte, {place.bits});
+    const std::vector<VdmSample> vdm = memory.Decode().vdm;
+    ASSERT_EQ(vdm.size(), 1U);
+    EXPECT_EQ(vdm[0].monitor.flags.At(AlarmLevel::kHighAlarm), true);
+    EXPECT_EQ(vdm[0].monitor.flags.At(AlarmLevel::kLowAlarm), false);
+    EXPECT_EQ(vdm[0].monitor.flags.At(AlarmLevel::kHighWarning), true);
+    EXPECT_EQ(vdm[0].monitor.flags.At(AlarmLevel::kLowWarning), false);
+  }
+}
+
+TEST(Vdm, AnUnknownObservableKeepsItsNumbers) {
+  Memory memory = VdmModule();
+  memory.Put(PageOf(0x20), 128, {0x01, 100}).Put(PageOf(0x24), 128, {0x80, 0x01});
+  memory.Put(PageOf(0x28), 128, {0xFF, 0x00, 0, 1, 0, 2, 0, 3});
+  const std::vector<VdmSample> vdm = memory.Decode().vdm;
+  ASSERT_EQ(vdm.size(), 1U);
+  EXPECT_EQ(vdm[0].observable, "");
+  EXPECT_EQ(vdm[0].type, 100U);
+  EXPECT_EQ(vdm[0].unit, "");
+  EXPECT_EQ(vdm[0].instance, "lane 2");
+  EXPECT_EQ(vdm[0].monitor.value, 32769.0);
+  EXPECT_EQ(vdm[0].monitor.thresholds.At(AlarmLevel::kHighAlarm), 65280.0);
+}
+
+TEST(Vdm, AnInfiniteLevelTransitionHasNoValue) {
+  Memory memory = VdmModule();
+  memory.Put(PageOf(0x20), 128, {0x00, 7}).Put(PageOf(0x24), 128, {0xFF, 0xFF});
+  EXPECT_FALSE(memory.Decode().vdm.at(0).monitor.IsPresent());
+}
+
+TEST(Vdm, MissingPagesAreNotRead) {
+  Memory memory = VdmModule();
+  memory.Put(PageOf(0x21), 128, {0x00, 5});
+  memory.Drop(PageOf(0x25)).Drop(PageOf(0x29)).Drop(PageOf(0x2C));
+  const std::vector<VdmSample> vdm = memory.Decode().vdm;
+  ASSERT_EQ(vdm.size(), 1U);
+  EXPECT_EQ(vdm[0].monitor.state, FieldState::kNotRead);
+  EXPECT_EQ(vdm[0].monitor.thresholds.given, 0);
+  EXPECT_EQ(vdm[0].monitor.flags.known, 0);
+}
+
+TEST(Vdm, GroupsAreThoseThatTheModuleSupports) {
+  Memory memory = VdmModule();
+  memory.Put(PageOf(0x20), 128, {0, 5}).Put(PageOf(0x22), 128, {0, 5});
+  EXPECT_EQ(memory.Decode().vdm.size(), 2U);
+  memory.Put(PageOf(0x2F), 128, {0x01});
+  EXPECT_EQ(memory.Decode().vdm.size(), 1U);
+  memory.Drop(PageOf(0x2F));
+  EXPECT_EQ(memory.Decode().vdm.size(), 2U);
+}
+
+TEST(Vdm, LanesOfOtherBanksAreCountedThrough) {
+  Memory memory = VdmModule();
+  memory.Put(Page::k01, 142, {0xFD});  // two banks
+  memory.Add(PageOf(0x20, 1)).Put(PageOf(0x20, 1), 128, {0x02, 5});
+  memory.Add(PageOf(0x24, 1)).Put(PageOf(0x24, 1), 128, {0x02, 0x00});
+  const std::vector<VdmSample> vdm = memory.Decode().vdm;
+  ASSERT_EQ(vdm.size(), 1U);
+  EXPECT_EQ(vdm[0].instance, "lane 11");
+  EXPECT_EQ(vdm[0].monitor.value, 2.0);
+}
+
+TEST(Vdm, PagesThatAreNotAdvertisedAreNotUsed) {
+  Memory memory = VdmModule();
+  memory.Put(PageOf(0x20), 128, {0, 5}).Put(Page::k01, 142, {0xBC}).Sum();
+  const ModuleInfo info = memory.Decode();
+  EXPECT_TRUE(info.vdm.empty());
+  ASSERT_EQ(info.warnings.size(), 1U);
+  EXPECT_NE(info.warnings[0].find("VDM"), std::string::npos);
+  memory.Drop(Page::k01);
+  EXPECT_EQ(memory.Decode().vdm.size(), 1U);
 }
 
 }  // namespace
