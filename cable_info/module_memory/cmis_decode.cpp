@@ -223,38 +223,53 @@ double BiasMultiplier(Decoding& to) {
   return 1;
 }
 
-bool IsOfLanes(const MapMonitor& line) { return line.page == Page::k11; }
-
-void DecodeMonitors(Decoding& to, bool is_flat) {
-  for (const MapMonitor& line : CmisMap().monitors) {
-    if (IsOfLanes(line)) continue;
-    const Advertised advertised = is_flat ? Advertised::kNo : Ask(to.image, line.advertised);
-    // What an auxiliary monitor measures stands with what advertises it.
-    if (line.quantity == Quantity::kAux && advertised != Advertised::kYes) continue;
-    const Monitor monitor = ReadMonitor(to.image, line, {line.format}, advertised);
-    switch (line.quantity) {
-      case Quantity::kTemperature:
-        to.info.temperature = monitor;
-        break;
-      case Quantity::kVoltage:
-        to.info.voltage = monitor;
-        break;
-      default:
-        to.info.aux.push_back({line.name, monitor});
-        break;
-    }
-  }
+// An auxiliary monitor that the module does not advertise has no name, but must not be missed.
+void WarnOfAux(Decoding& to, const MapMonitor& line) {
+  constexpr std::size_t kFirstByte = 18;
+  const Monitor monitor = ReadMonitor(to.image, line, {line.format}, Advertised::kUnknown);
+  if (!monitor.IsPresent() && monitor.flags.raised == 0) return;
+  to.info.warnings.push_back("auxiliary monitor " +
+                             std::to_string((line.byte - kFirstByte) / 2 + 1) +
+                             " is not advertised, but has a value or a flag raised");
 }
 
-Monitor& MonitorOf(Lane& lane, Quantity quantity) {
-  switch (quantity) {
-    case Quantity::kTxPower:
-      return lane.tx_power;
-    case Quantity::kTxBias:
-      return lane.tx_bias;
-    default:
-      return lane.rx_power;
+// What an auxiliary monitor measures is advertised with it; each has a line for each observable.
+void DecodeAux(Decoding& to) {
+  const MapMonitor* previous = nullptr;
+  bool is_decoded = false;
+  for (const MapMonitor& line : CmisMap().monitors) {
+    if (line.quantity != Quantity::kAux) continue;
+    const bool is_other = previous == nullptr || previous->byte != line.byte;
+    if (is_other && previous != nullptr && !is_decoded) WarnOfAux(to, *previous);
+    if (is_other) is_decoded = false;
+    previous = &line;
+    const Advertised advertised = Ask(to.image, line.advertised);
+    if (advertised == Advertised::kNo) continue;
+    is_decoded = true;
+    if (advertised != Advertised::kYes) continue;
+    DecodeMonitor(to, line, {line.format}, advertised, {});
   }
+  if (previous != nullptr && !is_decoded) WarnOfAux(to, *previous);
+}
+
+// The same for all banks.
+std::uint64_t LanesWithoutMedia(const LaneLayout& layout) {
+  constexpr std::uint64_t kEveryBank = 0x0101010101010101;
+  return ~(layout.media * kEveryBank);
+}
+
+void DecodeMonitors(Decoding& to, const LaneLayout& layout, bool is_flat) {
+  const double bias_multiplier = is_flat ? 1 : BiasMultiplier(to);
+  MonitorScope scope;
+  scope.absent_lanes = LanesWithoutMedia(layout);
+  for (const MapMonitor& line : CmisMap().monitors) {
+    if (line.quantity == Quantity::kAux) continue;
+    Conversion conversion = {line.format};
+    if (line.quantity == Quantity::kTxBias) conversion.times = bias_multiplier;
+    const Advertised advertised = is_flat ? Advertised::kNo : Ask(to.image, line.advertised);
+    DecodeMonitor(to, line, conversion, advertised, scope);
+  }
+  if (!is_flat) DecodeAux(to);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -431,61 +446,24 @@ bool HasSide(const LaneLayout& layout, LaneSide side, unsigned lane) {
   return (lanes >> (lane - 1U) & 1U) != 0;
 }
 
-// The answers of all lane fields and monitors, in the order of the map: they are the same for all
-// lanes.
-struct LaneAdvertisements {
-  std::vector<Advertised> fields;
-  std::vector<Advertised> monitors;
-};
-
-LaneAdvertisements AskForLanes(const ModuleImage& image, bool is_flat) {
-  LaneAdvertisements all;
-  for (const LaneMapField& line : CmisMap().lane_fields) {
-    all.fields.push_back(is_flat ? Advertised::kNo : Ask(image, line.advertised));
-  }
-  for (const MapMonitor& line : CmisMap().monitors) {
-    all.monitors.push_back(is_flat ? Advertised::kNo : Ask(image, line.advertised));
-  }
-  return all;
-}
-
-void DecodeLaneFields(const Decoding& to, const LaneLayout& layout,
-                      const LaneAdvertisements& advertisements, LanePosition at, Lane& lane) {
-  std::size_t i = 0;
-  for (const LaneMapField& line : CmisMap().lane_fields) {
-    const Advertised advertised = advertisements.fields[i++];
-    if (advertised == Advertised::kNo || !HasSide(layout, line.side, at.lane)) continue;
-    lane[line.field] = line.format.type == RawType::kOwn
-                           ? OwnLaneField(to.image, line, advertised, at)
-                           : ReadLaneField(to.image, line, advertised, at.lane, at.bank);
-  }
-}
-
-void DecodeLaneMonitors(const Decoding& to, const LaneLayout& layout,
-                        const LaneAdvertisements& advertisements, double bias_multiplier,
-                        LanePosition at, Lane& lane) {
-  if (!HasSide(layout, LaneSide::kMedia, at.lane)) return;
-  std::size_t i = 0;
-  for (const MapMonitor& line : CmisMap().monitors) {
-    const Advertised advertised = advertisements.monitors[i++];
-    if (!IsOfLanes(line)) continue;
-    Conversion conversion = {line.format};
-    if (line.quantity == Quantity::kTxBias) conversion.times = bias_multiplier;
-    MonitorOf(lane, line.quantity) =
-        ReadMonitor(to.image, line, conversion, advertised, at.lane, at.bank);
-  }
-}
-
 void DecodeLanes(Decoding& to, const LaneLayout& layout, bool is_flat) {
-  const LaneAdvertisements advertisements = AskForLanes(to.image, is_flat);
-  const double bias_multiplier = is_flat ? 1 : BiasMultiplier(to);
   for (unsigned bank = 0; bank < layout.banks; ++bank) {
     for (unsigned n = 1; n <= kLanesPerBank; ++n) {
       if (!HasSide(layout, LaneSide::kBoth, n)) continue;
-      Lane& lane = to.info.lanes.emplace_back();
-      lane.number = bank * kLanesPerBank + n;
-      DecodeLaneFields(to, layout, advertisements, {n, bank}, lane);
-      DecodeLaneMonitors(to, layout, advertisements, bias_multiplier, {n, bank}, lane);
+      to.info.lanes.emplace_back().number = bank * kLanesPerBank + n;
+    }
+  }
+  if (is_flat) return;
+  for (const LaneMapField& line : CmisMap().lane_fields) {
+    const Advertised advertised = Ask(to.image, line.advertised);
+    if (advertised == Advertised::kNo) continue;
+    for (Lane& lane : to.info.lanes) {
+      const LanePosition at = {(lane.number - 1) % kLanesPerBank + 1,
+                               (lane.number - 1) / kLanesPerBank};
+      if (!HasSide(layout, line.side, at.lane)) continue;
+      lane[line.field] = line.format.type == RawType::kOwn
+                             ? OwnLaneField(to.image, line, advertised, at)
+                             : ReadLaneField(to.image, line, advertised, at.lane, at.bank);
     }
   }
 }
@@ -603,80 +581,6 @@ void DecodeVdm(Decoding& to, const LaneLayout& layout) {
   }
 }
 
-// ---------------------------------------------------------------------------------------------
-// What a reader must not miss
-// ---------------------------------------------------------------------------------------------
-
-// "1, 2, 8" of the lanes of a layout that `is_such` names, bank by bank.
-template <typename Predicate>
-std::string LaneList(const LaneLayout& layout, LaneSide side, Predicate is_such) {
-  std::string list;
-  for (unsigned bank = 0; bank < layout.banks; ++bank) {
-    for (unsigned n = 1; n <= kLanesPerBank; ++n) {
-      if (!HasSide(layout, side, n) || !is_such(LanePosition{n, bank})) continue;
-      if (!list.empty()) list += ", ";
-      list += std::to_string(bank * kLanesPerBank + n);
-    }
-  }
-  return list;
-}
-
-// A flag that is raised though the module does not advertise it.
-void WarnOfFlags(Decoding& to, const LaneLayout& layout) {
-  constexpr LaneField kLast = LaneField::kTxAdaptiveEqFault;
-  for (const LaneMapField& line : CmisMap().lane_fields) {
-    if (line.field > kLast || Ask(to.image, line.advertised) != Advertised::kNo) continue;
-    const std::string lanes = LaneList(layout, line.side, [&](LanePosition at) {
-      return RawOf(to.image, line, at.lane, at.bank).value_or(0) != 0;
-    });
-    if (lanes.empty()) continue;
-    to.info.warnings.push_back(std::string(DescribeField(line.field).label) +
-                               " is not advertised, but raised: lane " + lanes);
-  }
-}
-
-std::string_view NameOf(const MapMonitor& line) {
-  switch (line.quantity) {
-    case Quantity::kTemperature:
-      return "temperature";
-    case Quantity::kVoltage:
-      return "supply voltage";
-    case Quantity::kTxBias:
-      return "TX bias";
-    case Quantity::kTxPower:
-      return "TX power";
-    case Quantity::kRxPower:
-      return "RX power";
-    case Quantity::kAux:
-      break;
-  }
-  return line.name;
-}
-
-// A monitor that has a value, or a flag, though the module does not advertise it.
-void WarnOfMonitors(Decoding& to, const LaneLayout& layout) {
-  constexpr double kNotMeasured = 0xFFFF;
-  for (const MapMonitor& line : CmisMap().monitors) {
-    if (line.quantity == Quantity::kAux) continue;
-    if (Ask(to.image, line.advertised) != Advertised::kNo) continue;
-    const auto has_value = [&](LanePosition at) {
-      const Monitor monitor =
-          ReadMonitor(to.image, line, {kNumber}, Advertised::kUnknown, at.lane, at.bank);
-      return (monitor.IsPresent() && monitor.value != kNotMeasured) || monitor.flags.raised != 0;
-    };
-    std::string warning(NameOf(line));
-    warning += " is not advertised, but has a value or a raised flag";
-    if (IsOfLanes(line)) {
-      const std::string lanes = LaneList(layout, LaneSide::kMedia, has_value);
-      if (lanes.empty()) continue;
-      warning += ": lane " + lanes;
-    } else if (!has_value({1, 0})) {
-      continue;
-    }
-    to.info.warnings.push_back(std::move(warning));
-  }
-}
-
 }  // namespace
 
 void DecodeCmis(Decoding& to) {
@@ -685,14 +589,11 @@ void DecodeCmis(Decoding& to) {
   DecodeApplications(to);
   AddSpeeds(to.info);
   const LaneLayout layout = LanesOf(to.image, to.info.applications);
-  DecodeMonitors(to, is_flat);
   DecodeLanes(to, layout, is_flat);
-  if (!is_flat) {
-    AddNames(to.image, CmisMap().options, to.info.options);
-    DecodeVdm(to, layout);
-    WarnOfFlags(to, layout);
-    WarnOfMonitors(to, layout);
-  }
+  DecodeMonitors(to, layout, is_flat);
+  WarnOfFlags(to, CmisMap().lane_fields);
+  AddNames(to.image, CmisMap().options, to.info.options);
+  DecodeVdm(to, layout);
   AddChecksums(to, CmisMap().checksums);
 }
 

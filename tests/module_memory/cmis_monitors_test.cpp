@@ -123,6 +123,19 @@ TEST(CmisMonitors, AuxiliaryMonitorsAreNamedAfterWhatTheyMeasure) {
   EXPECT_TRUE(memory.Decode().aux.empty());
 }
 
+TEST(CmisMonitors, AuxiliaryMonitorsThatAreNotAdvertisedAreRemarkedOn) {
+  for (unsigned n = 0; n < 4; ++n) {
+    Memory memory = FullModule();
+    memory.Put(Page::k01, 159, {0x3FU & ~(4U << n)}).Sum();
+    EXPECT_TRUE(memory.Decode().warnings.empty());
+    memory.Word(Page::kLower, 18 + 2 * n, 100);
+    const ModuleInfo info = memory.Decode();
+    EXPECT_EQ(info.aux.size(), 3U);
+    ASSERT_EQ(info.warnings.size(), 1U);
+    EXPECT_EQ(info.warnings[0].find("auxiliary monitor " + std::to_string(n + 1)), 0U);
+  }
+}
+
 TEST(CmisMonitors, WithoutPage01hNobodyKnowsWhatAuxiliaryMonitorsMeasure) {
   Memory memory = FullModule();
   memory.Word(Page::kLower, 18, 100).Drop(Page::k01);
@@ -243,8 +256,9 @@ TEST(CmisLaneMonitors, WhatIsNotAdvertisedIsNotImplementedButRemarkedOn) {
       EXPECT_TRUE(ThresholdsOf(monitor).empty());
       EXPECT_EQ(monitor.flags.known, 0);
     }
-    ASSERT_EQ(info.warnings.size(), 1U);
-    EXPECT_NE(info.warnings[0].find("lane 2, 7"), std::string::npos) << info.warnings[0];
+    ASSERT_EQ(info.warnings.size(), 2U);  // the value and the flag
+    EXPECT_NE(info.warnings[0].find("lane 2"), std::string::npos) << info.warnings[0];
+    EXPECT_NE(info.warnings[1].find("lane 7"), std::string::npos) << info.warnings[1];
   }
 }
 
@@ -255,7 +269,7 @@ TEST(CmisMonitors, TemperatureAndVoltageAreAdvertised) {
   EXPECT_EQ(info.temperature.state, FieldState::kPresent);
   EXPECT_EQ(info.voltage.state, FieldState::kNotImplemented);
   ASSERT_EQ(info.warnings.size(), 1U);
-  EXPECT_NE(info.warnings[0].find("supply voltage"), std::string::npos);
+  EXPECT_NE(info.warnings[0].find("Supply voltage"), std::string::npos);
   memory.Put(Page::k01, 159, {0x3E}).Sum();
   info = memory.Decode();
   EXPECT_EQ(info.temperature.state, FieldState::kNotImplemented);
