@@ -58,8 +58,6 @@ constexpr int kNoSmfUnit = -1;
 constexpr std::uint32_t kWattUnits = 4;  // the maximum power comes in quarters of a watt
 constexpr std::array<std::string_view, kWattUnits> kQuarterTexts = {"", ".25", ".5", ".75"};
 
-constexpr std::int64_t kMegabitsPerGigabit = 1000;
-
 // Four missing attenuations: in CSV as cells, in the report for a module that is not passive, and
 // without a module.
 constexpr std::string_view kCsvNoAttenuation = R"("NA","NA","NA","NA")";
@@ -290,7 +288,7 @@ void AppendIdentifier(TextBuffer& out, const PhyCableRecord& r, Form form) {
 void AppendBitrate(TextBuffer& out, const PhyCableRecord& r, Form form) {
   AppendOfModule(out, r, kReportNa, [=](TextBuffer& o, const ModuleRecord& m) {
     if (form == Form::kCsv) {
-      o.AppendDecimal(m.SelectNominalBR() * kMegabitsPerGigabit);
+      o.AppendDecimal(m.SelectNominalBR() * module::kMegabitsPerGigabit);
     } else {
       o.AppendDecimal(m.SelectNominalBR()).Append(" Gb/s");
     }

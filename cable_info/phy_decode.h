@@ -70,11 +70,17 @@ inline double Milliwatts(double raw, std::uint16_t unit_flag) {
   return IsDbm(unit_flag) ? DbmToMilliwatts(raw) : raw * kMilliwattsPerUnit;
 }
 
+/// Microamperes in one unit of a bias word.
+inline constexpr std::uint32_t kMicroamperesPerUnit = 2;
+
 /// A bias word in milliamperes.
 inline double Milliamperes(double raw) {
-  constexpr double kUnitsPerMilliampere = 500.0;
+  constexpr double kUnitsPerMilliampere = 1000.0 / kMicroamperesPerUnit;
   return raw / kUnitsPerMilliampere;
 }
+
+/// `ModuleRecord::SelectNominalBR` is in Gb/s, a row in Mb/s.
+inline constexpr std::uint32_t kMegabitsPerGigabit = 1000;
 
 /// Watts in one unit of `ModuleRecord::max_power`.
 inline constexpr double kWattsPerUnit = 0.25;

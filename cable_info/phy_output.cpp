@@ -244,7 +244,6 @@ void AppendTypeCells(Row& row, const PhyCableRecord& r) {
 // kSettings: PowerClass .. Attenuation25G
 template <typename Row>
 void AppendSettingCells(Row& row, const PhyCableRecord& r) {
-  constexpr std::uint32_t kMegabitsPerGigabit = 1000;
   constexpr int kAttenuations = ColumnCount("Attenuation5G", "Attenuation25G");
   const ModuleCells<Row> cells(row, r.module);
   const auto lane_setting = [&](std::uint8_t ModuleRecord::*field) {
@@ -252,7 +251,7 @@ void AppendSettingCells(Row& row, const PhyCableRecord& r) {
   };
   cells.Decimal(&ModuleRecord::power_class);
   cells.Cell(
-      [](Row& o, const ModuleRecord& m) { o.Decimal(m.SelectNominalBR() * kMegabitsPerGigabit); },
+      [](Row& o, const ModuleRecord& m) { o.Decimal(m.SelectNominalBR() * module::kMegabitsPerGigabit); },
       kReportNa);
   row.Missing();  // CDREnableTxRx
   cells.Cell([](Row& o, const ModuleRecord& m) { CdrEnableCell(o, m, m.tx_cdr_state); });
@@ -433,8 +432,8 @@ void AppendSettingLines(FlushedReport& lines, const PhyCableRecord& r) {
     if (r.module == nullptr) {
       lines.LaneText(label, lane, kReportNa);
     } else {
-      const std::uint16_t raw = module::LaneValue(r.module->tx_bias, lane);
-      lines.LaneBias(label, lane, module::Milliamperes(raw));
+      const std::uint32_t raw = module::LaneValue(r.module->tx_bias, lane);
+      lines.LaneBias(label, lane, raw * module::kMicroamperesPerUnit);
     }
   }
 }

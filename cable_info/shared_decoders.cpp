@@ -74,7 +74,7 @@ void AppendTemperature(TextBuffer& out, std::uint8_t technology, std::int8_t tem
 }
 
 void AppendVoltage(TextBuffer& out, std::uint16_t raw) {
-  out.AppendDecimal(raw * kMicrovoltsPerUnit).Append("uV");
+  out.AppendDecimal(raw * kMicrovoltsPerUnit).Append(kMicrovoltUnit);
 }
 
 void AppendCableInfoVSStatus(TextBuffer& out, std::uint8_t status) {

@@ -56,7 +56,10 @@ void AppendTemperature(TextBuffer& out, std::uint8_t technology, std::int8_t tem
 /// Microvolts in one unit of a voltage word.
 inline constexpr std::uint32_t kMicrovoltsPerUnit = 100;
 
-/// A voltage word in microvolts with "uV".
+/// The unit of a voltage.
+inline constexpr std::string_view kMicrovoltUnit = "uV";
+
+/// A voltage word in microvolts with its unit.
 void AppendVoltage(TextBuffer& out, std::uint16_t raw);
 
 /// The status of the query that reads the cable-information pages.

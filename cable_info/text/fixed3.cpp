@@ -42,6 +42,13 @@ std::uint64_t BitsOf(double value) {
   return bits;
 }
 
+// A point and the three digits of `fraction`.
+char* WriteFraction(char* to, std::uint32_t fraction) {
+  to[0] = '.';
+  to[1] = static_cast<char>('0' + fraction / 100);
+  return WriteTwoDigits(to + 2, fraction % 100);
+}
+
 // |value| * 1000, rounded half to even; false for magnitudes of 2^52 and above, infinities and NaN.
 bool ToThousandths(double value, std::uint64_t& thousandths) {
   const std::uint64_t bits = BitsOf(value);
@@ -59,28 +66,33 @@ bool ToThousandths(double value, std::uint64_t& thousandths) {
   return true;
 }
 
-// A point and the three digits of `fraction`.
-char* WriteFraction(char* to, std::uint32_t fraction) {
-  to[0] = '.';
-  to[1] = static_cast<char>('0' + fraction / 100);
-  return WriteTwoDigits(to + 2, fraction % 100);
-}
-
-}  // namespace
-
-char* WriteFixed3(char* to, double value) {
+// `WriteFixed3` of numbers whose thousandths exceed 32 bits, infinities and NaN.
+[[gnu::cold, gnu::noinline]] char* WriteLongFixed3(char* to, double value) {
   std::uint64_t thousandths = 0;
   if (!ToThousandths(value, thousandths)) {
     return std::to_chars(to, to + kMaxFixed3Size, value, std::chars_format::fixed, 3).ptr;
   }
+  if (std::signbit(value)) *to++ = '-';
+  return WriteFraction(WriteDecimal(to, thousandths / kThousand),
+                       static_cast<std::uint32_t>(thousandths % kThousand));
+}
+
+}  // namespace
+
+char* WriteThousandths(char* to, std::uint32_t thousandths) {
+  const std::uint32_t whole = thousandths / kThousand;
+  to = whole < 100 ? WriteBelowHundred(to, whole) : WriteDecimal(to, whole);
+  return WriteFraction(to, thousandths % kThousand);
+}
+
+char* WriteFixed3(char* to, double value) {
+  std::uint64_t thousandths = 0;
+  if (!ToThousandths(value, thousandths) || thousandths > UINT32_MAX) {
+    return WriteLongFixed3(to, value);
+  }
   *to = '-';
   to += std::signbit(value) ? 1 : 0;
-  if (thousandths >= 100 * kThousand) {
-    to = WriteDecimal(to, thousandths / kThousand);
-    return WriteFraction(to, static_cast<std::uint32_t>(thousandths % kThousand));
-  }
-  const auto small = static_cast<std::uint32_t>(thousandths);  // nearly all powers and biases
-  return WriteFraction(WriteBelowHundred(to, small / kThousand), small % kThousand);
+  return WriteThousandths(to, static_cast<std::uint32_t>(thousandths));
 }
 
 }  // namespace text

@@ -13,15 +13,21 @@ constexpr std::string_view kMilliwattText = " mW, ";
 constexpr std::string_view kDbmText = " dBm";
 constexpr std::string_view kMilliampereText = " mA";
 
+char* WriteBelowTenThousand(char* to, std::uint32_t value) {
+  if (value < 100) return WriteBelowHundred(to, value);
+  return WriteTwoDigits(WriteBelowHundred(to, value / 100), value % 100);
+}
+
 static_assert(kMaxPowerSize == 2 * kMaxFixed3Size + kMilliwattText.size() + kDbmText.size());
 static_assert(kMaxBiasSize == kMaxFixed3Size + kMilliampereText.size());
 
 }  // namespace
 
 char* WriteDecimal(char* to, std::uint32_t value) {
-  if (value < 100) return WriteBelowHundred(to, value);
-  if (value < 10'000) return WriteTwoDigits(WriteBelowHundred(to, value / 100), value % 100);
-  return std::to_chars(to, to + kMaxDecimalSize, value).ptr;
+  if (value < 10'000) return WriteBelowTenThousand(to, value);
+  if (value >= 100'000'000) return std::to_chars(to, to + kMaxDecimalSize, value).ptr;
+  to = WriteBelowTenThousand(to, value / 10'000);
+  return WriteTwoDigits(WriteTwoDigits(to, value / 100 % 100), value % 100);
 }
 
 char* WriteDecimal(char* to, std::uint64_t value) {
@@ -48,6 +54,10 @@ char* WritePower(char* to, double milliwatts, double dbm) {
 
 char* WriteBias(char* to, double milliamperes) {
   return WriteText(WriteFixed3(to, milliamperes), kMilliampereText);
+}
+
+char* WriteBias(char* to, std::uint32_t microamperes) {
+  return WriteText(WriteThousandths(to, microamperes), kMilliampereText);
 }
 
 }  // namespace text

@@ -51,6 +51,9 @@ inline constexpr std::size_t kMaxFixed3Size = 314;
 /// Three decimals, exactly as `printf` writes "%.3f"; see fixed3.cpp.
 char* WriteFixed3(char* to, double value);
 
+/// A number given in thousandths, with three decimals: "6.750" for 6750. At most `kMaxFixed3Size`.
+char* WriteThousandths(char* to, std::uint32_t thousandths);
+
 /// The size of the longest power.
 inline constexpr std::size_t kMaxPowerSize = 2 * kMaxFixed3Size + 9;
 /// A power in both of its units with three decimals: "0.871 mW, -0.600 dBm".
@@ -60,6 +63,8 @@ char* WritePower(char* to, double milliwatts, double dbm);
 inline constexpr std::size_t kMaxBiasSize = kMaxFixed3Size + 3;
 /// A bias current with three decimals: "6.750 mA".
 char* WriteBias(char* to, double milliamperes);
+/// The same, given in microamperes.
+char* WriteBias(char* to, std::uint32_t microamperes);
 
 }  // namespace gnu::visibility("hidden")]]text
 }  // namespace cable_info

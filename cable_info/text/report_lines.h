@@ -67,10 +67,10 @@ class ReportLines : public Sink {
     LaneLineWithin(label, lane, kMaxPowerSize,
                    [=](char* to) { return WritePower(to, milliwatts, dbm); });
   }
-  /// A lane's bias current.
-  [[gnu::always_inline]] void LaneBias(std::string_view label, int lane, double milliamperes) {
-    LaneLineWithin(label, lane, kMaxBiasSize,
-                   [=](char* to) { return WriteBias(to, milliamperes); });
+  /// A lane's bias current: what `WriteBias` takes.
+  template <typename Bias>
+  [[gnu::always_inline]] void LaneBias(std::string_view label, int lane, Bias bias) {
+    LaneLineWithin(label, lane, kMaxBiasSize, [=](char* to) { return WriteBias(to, bias); });
   }
 
  private:
