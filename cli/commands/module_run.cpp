@@ -1,5 +1,7 @@
 #include "cli/commands/module_run.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <ostream>
 #include <string>
@@ -164,9 +166,23 @@ std::vector<std::string> ModulePaths(const PortOptions& options) {
   return paths;
 }
 
+std::optional<std::string> UnknownPage(const std::string& argument) {
+  constexpr std::size_t kMaxName = 8;
+  const std::size_t colon = argument.find(':');
+  const std::string name = argument.substr(0, colon);
+  const bool may_be_page = colon != std::string::npos && !name.empty() && name.size() <= kMaxName &&
+                           name.find('/') == std::string::npos;
+  if (!may_be_page || ParsePageFile(argument) || access(argument.c_str(), F_OK) == 0) {
+    return std::nullopt;
+  }
+  return "unknown page \"" + name + "\" in " + argument +
+         "; the pages are lower, 00 to ff, and a0 and a2 of SFP modules";
+}
+
 ExitStatus RunModules(const PortOptions& options, const PortWriter& writer) {
-  return WritePortOutput(options,
-                         [&](OutputFile& output) { return Run(options, writer, output).Do(); });
+  return WritePortOutput(options, writer, [&](OutputFile& output, const PortWriter& used) {
+    return Run(options, used, output).Do();
+  });
 }
 
 }  // namespace cli

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,10 @@ namespace cli {
 /// until a page follows that the module already has. A bad dump is reported on standard error and
 /// left out.
 ExitStatus RunModules(const PortOptions& options, const PortWriter& writer);
+
+/// Why an argument of `--module` of the form `NAME:FILE` names no page; none when it names one, or
+/// when it is a file.
+std::optional<std::string> UnknownPage(const std::string& argument);
 
 /// The files of `options.modules`.
 std::vector<std::string> ModulePaths(const PortOptions& options);

@@ -21,8 +21,11 @@ std::vector<std::string> InputPaths(const PortOptions& options) {
   return options.inputs.empty() ? std::vector<std::string>{kStandardInput} : options.inputs;
 }
 
-// Why the output cannot be what the options say; none when it can.
-std::optional<std::string> OutputProblem(const PortOptions& options) {
+// Why the options cannot be followed; none when they can.
+std::optional<std::string> UsageProblem(const PortOptions& options) {
+  for (const std::string& module : options.modules) {
+    if (const auto problem = UnknownPage(module)) return "--module: " + *problem;
+  }
   if (options.output.empty()) return "--output: expected the name of a file, found an empty one";
   if (IsStandardOutput(options.output)) return std::nullopt;
   for (const std::string& input : InputPaths(options)) {
@@ -64,7 +67,7 @@ CLI::App* AddPortCommand(CLI::App& app, const std::string& name, const std::stri
 }
 
 ExitStatus WritePorts(const PortOptions& options, const PortWriter& writer) {
-  if (const std::optional<std::string> problem = OutputProblem(options)) {
+  if (const std::optional<std::string> problem = UsageProblem(options)) {
     PrintError("cableinfo: " + *problem);
     return ExitStatus::kUsage;
   }

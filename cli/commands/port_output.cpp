@@ -1,35 +1,40 @@
 #include "cli/commands/port_output.h"
 
 #include "cli/message.h"
+#include "cli/output/terminal_writer.h"
 #include "cli/output/whole_output.h"
 
 namespace cli {
 
 namespace {
 
+bool LeftSomethingOut(const PortCounts& counts) {
+  return counts.left_out > 0 || counts.failed_inputs > 0;
+}
+
 // Why the output must not replace a file; null when it may.
 const char* Reason(const Outcome& outcome) {
   if (outcome.status >= ExitStatus::kFileFailed) return "an input could not be read";
   if (outcome.end == Outcome::End::kStopped) return "the run stopped at a bad port";
-  const bool none_was_good = outcome.counts.written == 0 && outcome.counts.left_out > 0;
+  const bool none_was_good = outcome.counts.written == 0 && LeftSomethingOut(outcome.counts);
   return none_was_good ? "no port could be decoded" : nullptr;
 }
 
 }  // namespace
 
-ExitStatus WritePortOutput(const PortOptions& options,
-                           const std::function<Outcome(OutputFile&)>& write) {
+ExitStatus WritePortOutput(const PortOptions& options, const PortWriter& writer,
+                           const std::function<Outcome(OutputFile&, const PortWriter&)>& write) {
   Outcome outcome;
   const ExitStatus output_status = WriteWhole(options.output, [&](OutputFile& output) {
-    outcome = write(output);
+    const TerminalWriter terminal_writer(writer);
+    outcome = write(output, output.is_terminal() ? terminal_writer : writer);
     const char* const reason =
         output.replaces_file() && !output.has_failed() ? Reason(outcome) : nullptr;
     if (reason == nullptr) return Ending::kCommit;
     PrintError("cableinfo: " + options.output + ": not written: " + reason);
     return Ending::kDiscard;
   });
-  const bool left_something_out = outcome.counts.left_out > 0 || outcome.counts.failed_inputs > 0;
-  if (left_something_out && !options.quiet) PrintSummary(outcome.counts);
+  if (LeftSomethingOut(outcome.counts) && !options.quiet) PrintSummary(outcome.counts);
   return Worse(outcome.status, output_status);
 }
 

@@ -6,6 +6,7 @@
 #include "cli/commands/port_options.h"
 #include "cli/exit_status.h"
 #include "cli/output/output_file.h"
+#include "cli/output/port_writer.h"
 
 namespace cli {
 
@@ -18,7 +19,8 @@ struct Outcome {
   PortCounts counts;
 };
 
-/// Lets `write` fill the output that the options name, and ends it: the output replaces an old file
+/// Lets `write` fill the output that the options name with the writer that it is given: `writer`,
+/// made safe where the output is a terminal. Then ends the output, which replaces an old file
 /// unless
 ///
 /// - the status is 3 or higher, because an input or the output failed,
@@ -26,7 +28,7 @@ struct Outcome {
 /// - there were ports, and not one could be decoded.
 ///
 /// Prints the summary of a run that left something out. Returns the status of all of it.
-ExitStatus WritePortOutput(const PortOptions& options,
-                           const std::function<Outcome(OutputFile&)>& write);
+ExitStatus WritePortOutput(const PortOptions& options, const PortWriter& writer,
+                           const std::function<Outcome(OutputFile&, const PortWriter&)>& write);
 
 }  // namespace cli

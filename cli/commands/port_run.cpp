@@ -155,7 +155,8 @@ class Run {
     }
     if (block.is_last_for_now || shows_at_once_) os_.flush();
     Count(block, decoded.counts);
-    const bool ends_here = on_bad_port_ == OnBadPort::kStop && decoded.counts.left_out > 0;
+    const bool is_bad = decoded.counts.left_out > 0 || block.form != InputForm::kPortRecords;
+    const bool ends_here = on_bad_port_ == OnBadPort::kStop && is_bad;
     if (!os_.good() || ends_here) is_stopped_ = true;
     progress_.Update(counts_.written, block.input_bytes);
   }
@@ -168,6 +169,10 @@ class Run {
       progress_.Clear();
       PrintError(name + ':' + std::to_string(message.line) + ": " + log_.TextOf(message.message));
     }
+    if (block.form != InputForm::kPortRecords) {
+      progress_.Clear();
+      PrintError(name + ": " + std::string(HintFor(block.form)));
+    }
     if (!block.input_error) return;
     progress_.Clear();
     status_ = Worse(status_, FileFailed(name, block.input_error));
@@ -177,8 +182,9 @@ class Run {
     counts_.written += counts.written;
     counts_.left_out += counts.left_out;
     counts_.remarked += counts.remarked;
-    if (block.input_error) ++counts_.failed_inputs;
-    if (counts.left_out > 0) status_ = Worse(status_, ExitStatus::kBadPorts);
+    const bool has_form = block.form == InputForm::kPortRecords;
+    if (block.input_error || !has_form) ++counts_.failed_inputs;
+    if (counts.left_out > 0 || !has_form) status_ = Worse(status_, ExitStatus::kBadPorts);
   }
 
   const OnBadPort on_bad_port_;
@@ -207,8 +213,9 @@ class Run {
 }  // namespace
 
 ExitStatus RunPorts(const PortOptions& options, const PortWriter& writer) {
-  return WritePortOutput(options,
-                         [&](OutputFile& output) { return Run(options, writer, output).Do(); });
+  return WritePortOutput(options, writer, [&](OutputFile& output, const PortWriter& used) {
+    return Run(options, used, output).Do();
+  });
 }
 
 }  // namespace cli

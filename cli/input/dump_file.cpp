@@ -47,7 +47,7 @@ class File {
     return fstat(fd_, &status) == 0 && S_ISREG(status.st_mode);
   }
 
-  // The content. Throws `BadModule` when it is longer than a dump.
+  // The content, up to one byte more than a dump may have.
   std::string Read() const {
     std::string content(kMaxFile + 1, '\0');
     std::size_t size = 0;
@@ -58,10 +58,6 @@ class File {
       if (got == 0) break;
       size += static_cast<std::size_t>(got);
     }
-    if (size > kMaxFile) {
-      throw BadModule("a file of more than " + std::to_string(kMaxFile) +
-                      " bytes is no module's memory");
-    }
     content.resize(size);
     return content;
   }
@@ -70,22 +66,35 @@ class File {
   int fd_;
 };
 
+bool LooksLikePortRecords(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(" \t\r\n");
+  return first != std::string_view::npos && text[first] == '{';
+}
+
+DumpBytes DumpFrom(std::string_view text) {
+  if (text.size() > kMaxFile) {
+    throw BadModule("a file of more than " + std::to_string(kMaxFile) +
+                    " bytes is no module's memory");
+  }
+  return DumpFromContent(text);
+}
+
 }  // namespace
 
 DumpBytes ReadDump(const std::string& path) {
   const std::string content = File(path, 0).Read();
   const std::string_view text = WithoutByteOrderMark(content);
-  const std::size_t first = text.find_first_not_of(" \t\r\n");
-  if (first != std::string_view::npos && text[first] == '{') {
+  if (LooksLikePortRecords(text)) {
     throw BadModule("looks like port records, not like a dump; give it without --module");
   }
-  return DumpFromContent(text);
+  return DumpFrom(text);
 }
 
 DumpBytes ReadRegularDump(const std::string& path) {
   const File file(path, O_NONBLOCK | O_NOCTTY);
   if (!file.IsRegular()) throw BadModule("not a regular file");
-  return DumpFromContent(WithoutByteOrderMark(file.Read()));
+  const std::string content = file.Read();
+  return DumpFrom(WithoutByteOrderMark(content));
 }
 
 }  // namespace cli

@@ -16,6 +16,7 @@ void LineBlock::Restart(std::size_t input, const std::string& path) {
   bytes_.clear();
   lines_.clear();
   input_error.clear();
+  form = InputForm::kPortRecords;
   is_last_for_now = false;
 }
 
@@ -45,9 +46,10 @@ bool BlockReader::Next(LineBlock& block) {
     try {
       if (!lines_) {
         ++next_;
-        lines_.emplace(path);
+        block.form = Open(path);
       }
-      if (!Fill(block)) continue;
+      if (block.form == InputForm::kPortRecords && !Fill(block)) continue;
+      if (block.form != InputForm::kPortRecords) lines_.reset();
     } catch (const std::system_error& error) {
       lines_.reset();
       block.input_error = error.code();
@@ -56,6 +58,17 @@ bool BlockReader::Next(LineBlock& block) {
     return true;
   }
   return false;
+}
+
+InputForm BlockReader::Open(const std::string& path) {
+  lines_.emplace(path);
+  lines_->ReadMore();
+  for (;;) {
+    const InputForm form = RecognizeForm(lines_->Buffered());
+    if (form != InputForm::kUnknownYet) return form;
+    const bool is_too_long = lines_->Buffered().size() > 2 * LineReader::kMaxLine;
+    if (is_too_long || !lines_->ReadMore()) return InputForm::kPortRecords;
+  }
 }
 
 bool BlockReader::Fill(LineBlock& block) {

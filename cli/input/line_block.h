@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "cli/input/input_form.h"
 #include "cli/input/line_reader.h"
 
 namespace cli {
@@ -54,7 +55,8 @@ class LineBlock {
   const std::string& path() const { return path_; }
   std::uint64_t input_bytes = 0;  ///< of all inputs up to the end of this block
   std::error_code input_error;    ///< why the input could not be read on after this block
-  bool is_last_for_now = false;   ///< no further line is there yet; what was read should be shown
+  InputForm form = InputForm::kPortRecords;  ///< if another one, the input is skipped
+  bool is_last_for_now = false;  ///< no further line is there yet; what was read should be shown
 
  private:
   struct Span {
@@ -81,6 +83,8 @@ class BlockReader {
   bool Next(LineBlock& block);
 
  private:
+  /// Opens the next input and recognizes its form.
+  InputForm Open(const std::string& path);
   /// False when the input has no lines left.
   bool Fill(LineBlock& block);
 

@@ -100,6 +100,11 @@ void LineReader::Fill() {
   }
 }
 
+bool LineReader::ReadMore() {
+  if (!is_at_end_) Fill();
+  return !is_at_end_;
+}
+
 bool LineReader::WouldWait() const {
   pollfd input = {fd_, POLLIN, 0};
   return poll(&input, 1, 0) == 0;

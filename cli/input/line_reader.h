@@ -45,6 +45,11 @@ class LineReader {
   /// there already. Throws `std::system_error`.
   bool HasNext();
 
+  /// The bytes that were read and not returned, up to the end of the buffer.
+  std::string_view Buffered() const { return {buffer_.data() + begin_, end_ - begin_}; }
+  /// Reads more bytes, waiting for them; false at the end of the input. Throws `std::system_error`.
+  bool ReadMore();
+
   /// The number of the last line, from 1 on.
   std::uint64_t number() const { return number_; }
   /// Bytes of the lines returned so far.

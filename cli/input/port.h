@@ -22,8 +22,8 @@ struct Port {
   std::string label;  ///< what its user calls the port; empty: nothing
   cable_info::CombinedCableInfo cable;
   /// The records that `cable` owns; null where it has none.
-  const cable_info::CableRecord* cable_record = nullptr;
-  const cable_info::PhyCableRecord* phy_cable_record = nullptr;
+  cable_info::CableRecord* cable_record = nullptr;
+  cable_info::PhyCableRecord* phy_cable_record = nullptr;
 };
 
 /// A GUID as the table writes it: "0x" and 16 digits.

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string_view>
+
+namespace cli {
+
+/// What an input holds.
+enum class InputForm {
+  kPortRecords,    ///< one JSON object per line, or anything that is not recognized
+  kUnknownYet,     ///< the second line must be seen to decide
+  kPrettyPrinted,  ///< JSON objects spread over lines
+  kArray,          ///< a JSON array of objects
+  kDump,           ///< the memory of a module
+};
+
+/// Recognizes an input by its beginning. Mistakes about the form of an input are reported once and
+/// with the way out, and not once per line.
+InputForm RecognizeForm(std::string_view beginning);
+
+/// The message about an input of that form; empty for port records.
+std::string_view HintFor(InputForm form);
+
+}  // namespace cli

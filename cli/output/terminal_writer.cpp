@@ -1,0 +1,73 @@
+#include "cli/output/terminal_writer.h"
+
+#include <algorithm>
+#include <bitset>
+#include <ostream>
+#include <span>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "cli/printable.h"
+
+namespace cli {
+
+namespace {
+
+using Texts = std::vector<std::span<char>>;
+
+// The texts of a port that the library writes.
+Texts TextsOf(Port& port) {
+  Texts texts;
+  if (cable_info::CableRecord* const cable = port.cable_record) {
+    texts = {cable->VendorName,   cable->Oui,           cable->PartNumber, cable->SerialNumber,
+             cable->Revision,     cable->LengthText,    cable->ExtraText,  cable->FwVersionText,
+             cable->DateCodeText, cable->PrtlLengthText};
+  }
+  if (cable_info::PhyCableRecord* const phy = port.phy_cable_record) {
+    texts.insert(texts.end(), {phy->source, phy->prtl_length});
+    if (phy->module != nullptr) {
+      auto& module = *phy->module;
+      texts.insert(texts.end(), {module.vendor_name, module.vendor_pn, module.vendor_rev,
+                                 module.vendor_sn, module.date_code});
+    }
+  }
+  return texts;
+}
+
+// A control character that no text holds.
+char UnusedControl(const Texts& texts) {
+  std::bitset<0x20> used;
+  for (const std::span<char> text : texts) {
+    for (const char c : text) {
+      if (static_cast<unsigned char>(c) < used.size()) used[static_cast<unsigned char>(c)] = true;
+    }
+  }
+  for (char c = 0x01; c < 0x20; ++c) {
+    const bool is_blank = c >= '\t' && c <= '\r';
+    if (!is_blank && !used[static_cast<unsigned char>(c)]) return c;
+  }
+  constexpr char kSubstitute = 0x1A;
+  return kSubstitute;
+}
+
+}  // namespace
+
+// The records have no room for escapes, and in what is written the newlines of texts and of lines
+// look the same. So a character that the texts do not hold takes the place of their newlines.
+void TerminalWriter::Write(std::ostream& os, Port& port) const {
+  const Texts texts = TextsOf(port);
+  const char newline = UnusedControl(texts);
+  for (const std::span<char> text : texts) std::replace(text.begin(), text.end(), '\n', newline);
+  std::ostringstream written;
+  writer_.Write(written, port);
+  const std::string text = written.str();
+  for (std::size_t begin = 0; begin <= text.size();) {
+    const std::size_t end = std::min(text.find(newline, begin), text.size());
+    os << Printable(std::string_view(text).substr(begin, end - begin), Newlines::kKept);
+    if (end < text.size()) os << "\\x0a";
+    begin = end + 1;
+  }
+}
+
+}  // namespace cli

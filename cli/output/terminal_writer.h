@@ -1,0 +1,21 @@
+#pragma once
+
+#include "cli/output/port_writer.h"
+
+namespace cli {
+
+/// Writes what another writer writes as a terminal can show it without obeying it: control
+/// characters of a port's texts become escapes, and a newline in a text does not begin a line.
+class TerminalWriter : public PortWriter {
+ public:
+  /// `writer` must outlive this one.
+  explicit TerminalWriter(const PortWriter& writer) : writer_(writer) {}
+  void Begin(std::ostream& os) const override { writer_.Begin(os); }
+  std::string_view Separator() const override { return writer_.Separator(); }
+  void Write(std::ostream& os, Port& port) const override;
+
+ private:
+  const PortWriter& writer_;
+};
+
+}  // namespace cli
