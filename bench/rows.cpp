@@ -64,7 +64,7 @@ const Ports& AllPorts() {
 }
 
 template <typename Record>
-std::vector<const Record*> Records(const Record* Port::*member) {
+std::vector<const Record*> Records(Record* Port::*member) {
   std::vector<const Record*> records;
   for (const auto& port : AllPorts()) {
     if ((*port).*member != nullptr) records.push_back((*port).*member);
