@@ -181,6 +181,9 @@ enum class Field : std::uint8_t {
   kModulePowerDownTime,
   kTxTurnOffTime,
   kPageChangeTime,
+  kVdmGroups,
+  kVdmInterval,
+  kVdmFrozen,
   kGrid3p125Lowest,
   kGrid3p125Highest,
   kGrid6p25Lowest,
@@ -213,9 +216,6 @@ enum class Field : std::uint8_t {
   kMediaCheckerPatterns,
   kDiagnosticsSelector,
   kReferenceClockLost,
-  kVdmGroups,
-  kVdmInterval,
-  kVdmFrozen,
   kCount,
 };
 inline constexpr std::size_t kFieldCount = static_cast<std::size_t>(Field::kCount);
@@ -256,6 +256,12 @@ enum class LaneField : std::uint8_t {
   kTxBiasMask,
   kTxPowerMask,
   // CMIS
+  kTxPolarityFlip,
+  kRxPolarityFlip,
+  kTxWavelengthNumber,
+  kTxFiberNumber,
+  kRxWavelengthNumber,
+  kRxFiberNumber,
   kRxOutputValid,
   kTxOutputValid,
   kRxOutputStatusChanged,
@@ -267,14 +273,8 @@ enum class LaneField : std::uint8_t {
   kDataPathFirstLane,
   kExplicitControl,
   kTxEqRecalledBuffer,
-  kTxPolarityFlip,
-  kRxPolarityFlip,
   kDataPathStateMask,
   kRxOutputStatusMask,
-  kTxWavelengthNumber,
-  kTxFiberNumber,
-  kRxWavelengthNumber,
-  kRxFiberNumber,
   kGrid,
   kFineTuning,
   kChannel,
@@ -318,6 +318,10 @@ enum class LaneField : std::uint8_t {
 inline constexpr std::size_t kLaneFieldCount = static_cast<std::size_t>(LaneField::kCount);
 /// The first fields of a lane are its flags, up to this one.
 inline constexpr LaneField kLastLaneFlag = LaneField::kTxAdaptiveEqFault;
+
+/// Objects of the JSON that are null when a module, or a lane, has none of their fields.
+inline constexpr std::string_view kOptionalObjects[] = {"attenuation_db", "data_path",
+                                                        "diagnostics", "tuning"};
 
 /// What a field is called.
 struct FieldInfo {

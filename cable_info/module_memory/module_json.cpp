@@ -1,6 +1,8 @@
 // The JSON of a module.
 
+#include <algorithm>
 #include <array>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -18,12 +20,23 @@ using module_memory::AppendUtf8;
 
 constexpr std::string_view kNull = "null";
 
+template <typename Fields>
+constexpr std::size_t kSizeOf = std::tuple_size_v<Fields>;
+
+// Fields of an object that is null when none of them is present.
+struct OptionalObject {
+  std::size_t begin;
+  std::size_t end;
+  std::string null;  // what stands in place of the object, with what comes before it
+};
+
 // What comes before the value of each field: its key, after the ends and beginnings of the objects
 // around it, such as `},"media":{"type":`.
 template <std::size_t N>
 struct Keys {
   std::array<std::string, N> before;
   std::string end;  // the ends of objects after the last value
+  std::vector<OptionalObject> optional;
 };
 
 std::vector<std::string_view> Split(std::string_view key) {
@@ -36,9 +49,31 @@ std::vector<std::string_view> Split(std::string_view key) {
   return parts;
 }
 
+// The object that a field stands in; empty at the top.
+std::string_view ObjectOf(std::string_view key) {
+  const std::vector<std::string_view> parts = Split(key);
+  return parts.size() < 2 ? std::string_view() : parts[parts.size() - 2];
+}
+
+template <typename Fields>
+std::vector<OptionalObject> OptionalObjectsOf(
+    const Fields& fields, const std::array<std::string, kSizeOf<Fields>>& before) {
+  std::vector<OptionalObject> objects;
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    const std::string_view object = ObjectOf(fields[i].key);
+    const auto& names = kOptionalObjects;
+    if (std::find(std::begin(names), std::end(names), object) == std::end(names)) continue;
+    std::size_t end = i;
+    while (end < fields.size() && ObjectOf(fields[end].key) == object) ++end;
+    objects.push_back({i, end, before[i].substr(0, before[i].rfind('{')) + std::string(kNull)});
+    i = end - 1;
+  }
+  return objects;
+}
+
 template <typename Fields>
 auto KeysOf(const Fields& fields) {
-  Keys<std::tuple_size_v<Fields>> keys;
+  Keys<kSizeOf<Fields>> keys;
   std::vector<std::string_view> open;
   for (std::size_t i = 0; i < fields.size(); ++i) {
     const std::vector<std::string_view> parts = Split(fields[i].key);
@@ -55,6 +90,7 @@ auto KeysOf(const Fields& fields) {
     }
   }
   keys.end.assign(open.size(), '}');
+  keys.optional = OptionalObjectsOf(fields, keys.before);
   return keys;
 }
 
@@ -169,17 +205,6 @@ void AppendList(text::TextBuffer& out, std::string_view key, const Items& items,
   out.Append(']');
 }
 
-bool IsAttenuation(Field field) {
-  return field >= Field::kAttenuation2p5 && field <= Field::kAttenuation53p1;
-}
-
-bool HasAttenuation(const ModuleInfo& info) {
-  for (const FieldInfo& field : ModuleFields()) {
-    if (IsAttenuation(field.field) && info[field.field].IsPresent()) return true;
-  }
-  return false;
-}
-
 class Json {
  public:
   Json(text::TextBuffer& out, const ModuleInfo& info) : out_(out), info_(info) {}
@@ -206,28 +231,43 @@ class Json {
   }
 
  private:
-  void Fields() {
-    static const auto kKeys = KeysOf(ModuleFields());
-    const bool has_attenuation = HasAttenuation(info_);
-    std::size_t closed = 0;  // objects that are closed before their time
-    for (std::size_t i = 0; i < kFieldCount; ++i) {
-      const FieldInfo& field = ModuleFields()[i];
-      // Attenuations are null together.
-      if (!has_attenuation && IsAttenuation(field.field)) {
-        if (closed == 0) out_.Append("},\"attenuation_db\":null");
-        closed = 1;
-        continue;
+  // The values of fields by their keys: `append` writes one that `is_present`.
+  template <typename Keys, typename IsPresent, typename AppendPresent>
+  void Members(const Keys& keys, const IsPresent& is_present, const AppendPresent& append) {
+    auto object = keys.optional.begin();
+    std::size_t closed = 0;  // objects that were null, so that they need no end
+    for (std::size_t i = 0; i < keys.before.size(); ++i) {
+      if (object != keys.optional.end() && object->begin == i) {
+        const OptionalObject& optional = *object++;
+        bool has_any = false;
+        for (std::size_t n = i; n < optional.end && !has_any; ++n) has_any = is_present(n);
+        if (!has_any) {
+          out_.Append(std::string_view(optional.null).substr(closed));
+          closed = 1;
+          i = optional.end - 1;
+          continue;
+        }
       }
-      out_.Append(std::string_view(kKeys.before[i]).substr(closed));
+      out_.Append(std::string_view(keys.before[i]).substr(closed));
       closed = 0;
-      const FieldValue value = info_[field.field];
-      if (value.IsPresent()) {
-        AppendValue(out_, field.kind, value.number, value.text);
+      if (is_present(i)) {
+        append(i);
       } else {
         out_.Append(kNull);
       }
     }
-    out_.Append(kKeys.end);
+    out_.Append(std::string_view(keys.end).substr(closed));
+  }
+
+  void Fields() {
+    static const auto kKeys = KeysOf(ModuleFields());
+    Members(
+        kKeys, [this](std::size_t i) { return info_[ModuleFields()[i].field].IsPresent(); },
+        [this](std::size_t i) {
+          const FieldInfo& field = ModuleFields()[i];
+          const FieldValue value = info_[field.field];
+          AppendValue(out_, field.kind, value.number, value.text);
+        });
   }
 
   void Names(std::string_view key, const std::vector<std::string_view>& names) {
@@ -274,17 +314,14 @@ class Json {
     AppendMonitor(out_, ",\"rx_power_mw\":", lane.rx_power);
     AppendMonitor(out_, ",\"tx_power_mw\":", lane.tx_power);
     AppendMonitor(out_, ",\"tx_bias_ma\":", lane.tx_bias);
-    for (std::size_t i = 0; i < kLaneFieldCount; ++i) {
-      out_.Append(kKeys.before[i]);
-      const LaneValue& value = lane.values[i];
-      if (value.IsPresent()) {
-        const LaneFieldInfo& field = LaneFields()[i];
-        AppendValue(out_, field.kind, value.number, LaneCodeName(field.field, value));
-      } else {
-        out_.Append(kNull);
-      }
-    }
-    out_.Append(kKeys.end).Append('}');
+    Members(
+        kKeys, [&lane](std::size_t i) { return lane.values[i].IsPresent(); },
+        [this, &lane](std::size_t i) {
+          const LaneFieldInfo& field = LaneFields()[i];
+          const LaneValue& value = lane.values[i];
+          AppendValue(out_, field.kind, value.number, LaneCodeName(field.field, value));
+        });
+    out_.Append('}');
   }
 
   void Vdm(const VdmSample& sample) {

@@ -1,0 +1,76 @@
+// The JSON of CMIS modules.
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "cable_info/module_memory/module_output.h"
+#include "cmis_memory.h"
+
+namespace {
+
+using cable_info::ModuleToJson;
+using cable_info::Page;
+using cable_info::PageOf;
+using cmis_memory::BareModule;
+using cmis_memory::FlatModule;
+using cmis_memory::FullModule;
+using cmis_memory::Memory;
+
+bool Has(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+TEST(CmisJson, ObjectsWithoutAnyValueAreNull) {
+  const std::string json = ModuleToJson(FlatModule().Decode(), "flat");
+  EXPECT_TRUE(Has(json, "\"attenuation_db\":null},\"encoding\":null"));
+  EXPECT_TRUE(Has(json, ",\"tuning\":null,\"diagnostics\":null,\"applications\":["));
+  EXPECT_TRUE(Has(json, ",\"data_path\":null,\"tuning\":null,\"diagnostics\":null}"));
+}
+
+TEST(CmisJson, ObjectsWithAnyValueAreWhole) {
+  Memory memory = FullModule();
+  memory.Put(Page::k11, 206, {0x12});
+  const std::string json = ModuleToJson(memory.Decode(), "full");
+  EXPECT_TRUE(Has(json, "\"attenuation_db\":null}"));
+  EXPECT_TRUE(Has(json, "\"tuning\":{\"grid_3p125ghz_lowest_channel\":0,"));
+  EXPECT_TRUE(Has(json, "\"data_path\":{\"rx_output_valid\":false,"));
+  EXPECT_TRUE(Has(json, "\"application\":1,\"first_lane\":2,\"explicit_control\":false,"));
+  EXPECT_TRUE(Has(json, "\"grid\":{\"code\":0,\"name\":\"3.125 GHz\"}"));
+  EXPECT_TRUE(Has(json, "\"host_generator_pattern\":{\"code\":0,\"name\":\"PRBS31Q\"}"));
+  EXPECT_TRUE(Has(json, "\"config_status\":{\"code\":0,\"name\":\"ConfigUndefined\"}"));
+}
+
+TEST(CmisJson, CopperHasItsAttenuationByFrequency) {
+  Memory memory = FlatModule();
+  memory.Put(Page::k00, 204, {5, 6, 11, 0});
+  EXPECT_TRUE(Has(ModuleToJson(memory.Decode(), "dac"),
+                  "\"attenuation_db\":{\"2p5ghz\":null,\"5ghz\":5,\"7ghz\":6,\"12p9ghz\":11,"
+                  "\"25p8ghz\":null,\"53p1ghz\":null}}"));
+}
+
+TEST(CmisJson, ApplicationsHaveCodesWithNames) {
+  Memory memory = BareModule();
+  memory.Put(Page::kLower, 86, {0x50, 0xC5, 0x84, 0x01});
+  EXPECT_TRUE(Has(ModuleToJson(memory.Decode(), "osfp"),
+                  "\"applications\":[{\"number\":1,\"host_interface\":{\"code\":80,\"name\":"
+                  "\"400GAUI-4-L C2M\"},\"media_interface\":{\"code\":197,\"name\":null},"
+                  "\"host_lanes\":8,\"media_lanes\":4,\"host_assignment\":1,"
+                  "\"media_assignment\":1}]"));
+}
+
+TEST(CmisJson, VdmSamplesKeepTheirTypeNumber) {
+  Memory memory = FullModule();
+  memory.Add(PageOf(0x20)).Put(PageOf(0x20), 128, {0x00, 15, 0x01, 100});
+  memory.Add(PageOf(0x24)).Put(PageOf(0x24), 128, {0x70, 0x78, 0x80, 0x01});
+  const std::string json = ModuleToJson(memory.Decode(), "vdm");
+  EXPECT_TRUE(Has(json,
+                  "{\"observable\":\"pre_fec_ber_current_media\",\"type\":15,"
+                  "\"instance\":\"lane 1\",\"unit\":\"\",\"value\":1.2e-08,"
+                  "\"state\":\"present\","));
+  EXPECT_TRUE(Has(json,
+                  "{\"observable\":null,\"type\":100,\"instance\":\"lane 2\",\"unit\":\"\","
+                  "\"value\":32769,"));
+}
+
+}  // namespace
