@@ -1,5 +1,5 @@
-// Asks a port single questions, and sees what is answered where nothing is known.
-// Returns 1 when an answer is not the expected one.
+// Queries single values of a port, with and without records.
+// Returns 1 if a result is not the expected one.
 
 #include <memory>
 #include <string>
@@ -31,14 +31,14 @@ bool TheCableRecordAnswers() {
 
   auto pages = std::make_unique<CableRecord>();
   pages->Temperature = 41 << 8;
-  CableRecord* const attached = pages.get();  // good until another record takes its place
+  CableRecord* const attached = pages.get();  // valid until another record is attached
   port.AttachCableRecord(std::move(pages));
   if (port.GetTemperatureStr() != "41C") return false;
 
   attached->Temperature = 42 << 8;
   if (port.GetTemperatureStr() != "42C") return false;
 
-  port.AttachCableRecord(nullptr);  // frees the record; the PHY's answers again
+  port.AttachCableRecord(nullptr);  // frees the record; the PHY's is used again
   return port.GetTemperatureStr() == "40C";
 }
 
@@ -54,7 +54,7 @@ bool ALengthIsMeasured() {
   CombinedCableInfo port;
   auto record = std::make_unique<CableRecord>();
   const CableRecord& attached = *record;
-  port.AttachCableRecord(std::move(record));  // first: a port without record drops the length
+  port.AttachCableRecord(std::move(record));  // first: a port without a record drops the length
 
   cable_info::PrtlRecord local;
   cable_info::PrtlRecord remote;

@@ -1,4 +1,5 @@
-// A small host: fills a record of each kind, measures a length, writes the table and the report.
+// A small application: fills a record of each kind, measures a length, writes the table and the
+// report.
 
 #include <cstring>
 #include <iostream>
@@ -10,7 +11,7 @@
 
 namespace {
 
-// A 100G multi-mode transceiver, as the cable-information pages show it.
+// A 100G multi-mode transceiver, as read from the cable-information pages.
 std::unique_ptr<cable_info::CableRecord> Transceiver() {
   auto record = std::make_unique<cable_info::CableRecord>();
   record->Identifier = 0x11;
@@ -28,7 +29,7 @@ std::unique_ptr<cable_info::CableRecord> Transceiver() {
   return record;
 }
 
-// A 3 m copper cable, as the PHY's registers show it.
+// A 3 m copper cable, as read from the PHY's registers.
 std::unique_ptr<cable_info::PhyCableRecord> CopperCable() {
   auto record = std::make_unique<cable_info::PhyCableRecord>();
   record->source = "PHY";

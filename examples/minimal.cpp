@@ -1,4 +1,4 @@
-// The shortest host: one port, its row under a header, and its block of the report.
+// The shortest application: one port, the header and its row, and its block of the report.
 
 #include <iostream>
 #include <memory>

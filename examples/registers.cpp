@@ -1,5 +1,5 @@
-// Fills a PHY's record from registers: a module that was read as a whole, or lane by lane.
-// Returns 1 when a text is not the expected one.
+// Fills a PHY's record from its registers, as a whole or lane by lane.
+// Returns 1 if a text is not the expected one.
 
 #include <cstdint>
 #include <cstring>
@@ -12,7 +12,8 @@ namespace {
 
 using cable_info::PhyCableRecord;
 
-// The register as unpacked from the wire: its layout is the record's, its words are the machine's.
+// `module` and `flags` are registers unpacked to the layout of the records, with words in the byte
+// order of the machine.
 std::unique_ptr<PhyCableRecord> FromRegister(const void* module, const void* flags) {
   auto record = std::make_unique<PhyCableRecord>();
   record->source = "PHY";
@@ -27,7 +28,7 @@ std::unique_ptr<PhyCableRecord> FromRegister(const void* module, const void* fla
   return record;
 }
 
-// Lane 1..8 of an array that holds the lanes 2, 1, 4, 3, 6, 5, 8, 7.
+// Lane 1..8 of an array that holds lanes 2, 1, 4, 3, 6, 5, 8, 7 in this order.
 std::uint16_t& Lane(std::uint16_t (&lanes)[8], int lane) { return lanes[(lane - 1) ^ 1]; }
 
 PhyCableRecord::ModuleRecord Module() {
@@ -35,7 +36,7 @@ PhyCableRecord::ModuleRecord Module() {
   module.power_unit_flag = 1;               // units of 0.1 uW
   Lane(module.rx_power, 1) = 8710;          // 0.871 mW
   Lane(module.rx_power, 2) = 9020;          // 0.902 mW
-  module.SetDateCode("240315");             // as people read it
+  module.SetDateCode("240315");             // YYMMDD
   std::strcpy(module.vendor_name, "Acme");  // 16 characters and a NUL
   return module;
 }

@@ -1,5 +1,5 @@
-// What a row and a block do to the stream that they are written to, and what its state does to
-// them. Returns 1 when that is not as expected.
+// Effects of a row and a report block on the stream that they are written to.
+// Returns 1 if they are not the expected ones.
 
 #include <iomanip>
 #include <memory>
@@ -19,7 +19,8 @@ void AttachPages(CombinedCableInfo& port) {
   port.AttachCableRecord(std::make_unique<cable_info::CableRecord>());
 }
 
-// The stream's formatting does not show in the row; a row of the cable pages changes two settings.
+// The row does not depend on the stream's formatting. A row of the cable pages changes precision
+// and fill.
 bool RowsLeavePrecisionAndFill() {
   CombinedCableInfo port;
   AttachPages(port);
@@ -32,7 +33,7 @@ bool RowsLeavePrecisionAndFill() {
   return formatted.precision() == 3 && formatted.fill() == '0';
 }
 
-// Rows through a stream of their own leave the host's as it was.
+// Writing through a separate stream leaves the formatting of `os` unchanged.
 void WriteRow(std::ostream& os, const CombinedCableInfo& port) {
   std::ostream row(os.rdbuf());
   port.ToCSVStream(row);
@@ -48,7 +49,7 @@ bool RowsMayHaveTheirOwnStream() {
   return os.good() && os.precision() == 9 && os.fill() == '*';
 }
 
-// A full disk.
+// A buffer that accepts nothing, like a full disk.
 class Full : public std::streambuf {};
 
 bool FailuresShowOnTheStream() {
@@ -69,7 +70,7 @@ bool FailuresShowOnTheStream() {
   return false;
 }
 
-// Counts the flushes, and passes none on.
+// Counts flushes without passing them on.
 class Unflushed : public std::stringbuf {
  public:
   int flushes() const { return flushes_; }

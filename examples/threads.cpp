@@ -1,5 +1,5 @@
-// Writes the rows of many ports from several threads, each to a stream of its own.
-// Returns 1 when the rows are not those of one thread.
+// Writes the rows of many ports from several threads, each to a separate stream.
+// Returns 1 if the rows differ from those of one thread.
 
 #include <cstddef>
 #include <memory>

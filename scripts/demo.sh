@@ -13,15 +13,15 @@ need "${build_packages[@]}"
 cableinfo=build/release/cli/cableinfo
 table=build/cables.csv
 report=build/cables.txt
-echo 'Two links of the sample have registers that give no length, which cableinfo remarks:' >&2
+echo 'For two links of the sample no length can be computed; cableinfo prints a remark for each:' >&2
 "$cableinfo" table examples/fabric.jsonl -o "$table"
 "$cableinfo" report examples/fabric.jsonl -o "$report" 2>"$report.log" || {  # the same remarks
   cat "$report.log" >&2
   exit 1
 }
 
-printf '\n%s: %d rows under a header of 177 columns; the first columns:\n\n' \
+printf '\n%s: %d rows after a header of 177 columns; the first columns:\n\n' \
   "$table" "$(($(wc -l <"$table") - 1))"
 cut -d, -f3-9,18,26 "$table" | head -n 12
-printf '\n%s: a block a port; the first of %d:\n\n' "$report" "$(grep -c '^NodeGuid: ' "$report")"
+printf '\n%s: one block per port; the first of %d:\n\n' "$report" "$(grep -c '^NodeGuid: ' "$report")"
 awk '/^$/ { exit } { print }' "$report"

@@ -14,7 +14,12 @@ namespace cli {
 namespace {
 
 using cable_info::CsvColumn;
+using cable_info::CsvFormName;
 using cable_info::kCsvColumns;
+using Json = nlohmann::ordered_json;
+
+// The unit of a column, null for a code or a text.
+Json Unit(const CsvColumn& column) { return column.unit.empty() ? Json() : Json(column.unit); }
 
 }  // namespace
 
@@ -34,11 +39,14 @@ void WriteColumnsAsText(std::ostream& os) {
 void WriteColumnsAsJson(std::ostream& os) {
   int number = 0;
   for (const CsvColumn& column : kCsvColumns) {
-    const nlohmann::ordered_json line = {
+    const Json line = {
         {"format_version", kFormatVersion},
         {"number", ++number},
         {"name", column.name},
         {"meaning", column.meaning},
+        {"unit", Unit(column)},
+        {"forms",
+         {{"cable_pages", CsvFormName(column.cable_form)}, {"phy", CsvFormName(column.phy_form)}}},
     };
     os << line.dump() << '\n';
   }

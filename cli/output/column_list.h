@@ -6,7 +6,7 @@ namespace cli {
 
 /// Lists the columns of the table: number, name and meaning.
 void WriteColumnsAsText(std::ostream& os);
-/// The same as one JSON object per line.
+/// Lists the columns with their units and the forms of their cells, one JSON object per line.
 void WriteColumnsAsJson(std::ostream& os);
 
 }  // namespace cli

@@ -133,11 +133,19 @@ class Table(DocumentTest):
     def test_columns_are_those_of_the_program(self):
         columns = [json.loads(line) for line in run("columns", "--json").stdout.splitlines()]
         self.assertEqual(len(columns), 177)
-        self.assertEqual([(int(row["No."]), row["column"], row["meaning"]) for row in self.document.rows],
-                         [(column["number"], column["name"], column["meaning"]) for column in columns])
+        for row, column in zip(self.document.rows, columns, strict=True):
+            self.assertEqual((int(row["No."]), row["column"], row["meaning"], row["unit"] or None),
+                             (column["number"], column["name"], column["meaning"], column["unit"]))
+            self.assertEqual((self.usual_form(row["cable pages"]), self.usual_form(row["PHY"])),
+                             (column["forms"]["cable_pages"], column["forms"]["phy"]), row["column"])
 
     def test_forms_are_told_apart(self):
         self.assert_forms_are_told_apart(self.document)
+
+    @staticmethod
+    def usual_form(forms):
+        """The form before the texts that a missing value has there."""
+        return forms.split(" or ")[0]
 
     def test_cells_have_the_forms_told(self):
         rows = {"cable pages": [], "PHY": []}

@@ -255,8 +255,38 @@ class Columns(ProgramTest):
         self.assertEqual([line["meaning"] for line in lines],
                          [re.split("  +", line.strip())[2] for line in text])
         for line in lines:
-            self.assertEqual(sorted(line), ["format_version", "meaning", "name", "number"])
+            self.assertEqual(list(line), ["format_version", "number", "name", "meaning", "unit", "forms"])
+            self.assertEqual(list(line["forms"]), ["cable_pages", "phy"])
             self.assertEqual(line["format_version"], 1)
+
+    def test_json_gives_unit_and_forms(self):
+        columns = {}
+        for line in run("columns", "--json").stdout.splitlines():
+            column = json.loads(line)
+            columns[column["name"]] = (column["unit"], column["forms"]["cable_pages"], column["forms"]["phy"])
+        for name, expected in {
+            "NodeGuid": (None, "guid", "guid"),
+            "Vendor": (None, "text", "text"),
+            "OUI": (None, "bare text", "hex 1"),
+            "LengthOM5": ("coded", "missing", "decimal"),
+            "Identifier": (None, "hex 2", "hex 2"),
+            "Temperature": ("C", "celsius", "celsius"),
+            "NominalBitrate": ("Gb/s; PHY: Mb/s", "decimal", "decimal"),
+            "CDREnableTxRx": (None, "hex 1", "missing"),
+            "InputEq": (None, "4 nibbles", "4 bytes"),
+            "FWVersion": (None, "bare text", "version"),
+            "Attenuation25G": ("dB", "missing", "decimal"),
+            "RX1Power": ("mW", "fixed 3", "fixed 3"),
+            "TX8Bias": ("mA", "missing", "fixed 3"),
+            "RX1CDRLOL": (None, "flag", "flag"),
+            "SupplyVoltageReporting": ("uV", "microvolts", "microvolts"),
+            "RXPowerHighThresh": ("0.1 uW or dBm", "missing", "decimal"),
+            "TXBiasLowThresh": ("2 uA", "missing", "decimal"),
+            "DateCode": (None, "bare text", "date"),
+            "Lot": (None, "hex 4", "hex 4"),
+            "MaxPower": ("W", "missing", "watts"),
+        }.items():
+            self.assertEqual(columns[name], expected, name)
 
 
 class Help(ProgramTest):
