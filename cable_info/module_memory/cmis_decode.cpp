@@ -446,6 +446,27 @@ bool HasSide(const LaneLayout& layout, LaneSide side, unsigned lane) {
   return (lanes >> (lane - 1U) & 1U) != 0;
 }
 
+void DecodeLaneField(Decoding& to, const LaneLayout& layout, const LaneMapField& line,
+                     Advertised advertised) {
+  const ModuleImage::Half* half = nullptr;
+  unsigned bank = 0;
+  for (Lane& lane : to.info.lanes) {
+    const LanePosition at = {(lane.number - 1) % kLanesPerBank + 1,
+                             (lane.number - 1) / kLanesPerBank};
+    if (!HasSide(layout, line.side, at.lane)) continue;
+    if (line.format.type == RawType::kOwn) {
+      lane[line.field] = OwnLaneField(to.image, line, advertised, at);
+      continue;
+    }
+    if (half == nullptr || bank != at.bank) {
+      bank = at.bank;
+      half = &to.image.HalfOf(InBank(line.page, bank), line.byte);
+    }
+    lane[line.field] = half->IsEmpty() ? Absent(FieldState::kNotRead)
+                                       : ReadLaneField(*half, line, advertised, at.lane);
+  }
+}
+
 void DecodeLanes(Decoding& to, const LaneLayout& layout, bool is_flat) {
   for (unsigned bank = 0; bank < layout.banks; ++bank) {
     for (unsigned n = 1; n <= kLanesPerBank; ++n) {
@@ -456,15 +477,7 @@ void DecodeLanes(Decoding& to, const LaneLayout& layout, bool is_flat) {
   if (is_flat) return;
   for (const LaneMapField& line : CmisMap().lane_fields) {
     const Advertised advertised = Ask(to.image, line.advertised);
-    if (advertised == Advertised::kNo) continue;
-    for (Lane& lane : to.info.lanes) {
-      const LanePosition at = {(lane.number - 1) % kLanesPerBank + 1,
-                               (lane.number - 1) / kLanesPerBank};
-      if (!HasSide(layout, line.side, at.lane)) continue;
-      lane[line.field] = line.format.type == RawType::kOwn
-                             ? OwnLaneField(to.image, line, advertised, at)
-                             : ReadLaneField(to.image, line, advertised, at.lane, at.bank);
-    }
+    if (advertised != Advertised::kNo) DecodeLaneField(to, layout, line, advertised);
   }
 }
 

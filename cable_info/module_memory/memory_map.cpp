@@ -252,23 +252,31 @@ std::optional<std::uint32_t> RawOf(const ModuleImage& image, const LaneMapField&
 
 namespace {
 
-double LaneNumberOf(const LaneMapField& line, unsigned lane, std::uint32_t raw) {
-  if (line.format.type == RawType::kFlag) return raw != 0 ? 1.0 : 0.0;
-  if (line.format.type == RawType::kInverseFlag) return raw != 0 ? 0.0 : 1.0;
-  return ValueOf(line.format, PlaceOf(line, lane).extent, raw);
+double LaneNumberOf(const Format& format, Extent extent, std::uint32_t raw) {
+  if (format.type == RawType::kFlag) return raw != 0 ? 1.0 : 0.0;
+  if (format.type == RawType::kInverseFlag) return raw != 0 ? 0.0 : 1.0;
+  return ValueOf(format, extent, raw);
 }
 
 }  // namespace
 
+LaneValue ReadLaneField(const ModuleImage::Half& half, const LaneMapField& line,
+                        Advertised advertised, unsigned lane) {
+  const LanePlace place = PlaceOf(line, lane);
+  const bool is_known =
+      place.extent.bytes == 1 ? half.Has(place.byte) : half.Has(place.byte, place.extent.bytes);
+  const std::uint32_t raw = is_known ? RawNumber(half, place.byte, place.extent) : 0;
+  LaneValue value;
+  value.state = StateOf(advertised, is_known, raw != 0);
+  if (!value.IsPresent()) return value;
+  if (line.format.zero_is_none && raw == 0) return {};
+  value.number = LaneNumberOf(line.format, place.extent, raw);
+  return value;
+}
+
 LaneValue ReadLaneField(const ModuleImage& image, const LaneMapField& line, Advertised advertised,
                         unsigned lane, unsigned bank) {
-  const std::optional<std::uint32_t> raw = RawOf(image, line, lane, bank);
-  LaneValue value;
-  value.state = StateOf(advertised, raw.has_value(), raw.value_or(0) != 0);
-  if (!value.IsPresent()) return value;
-  if (line.format.zero_is_none && *raw == 0) return {};
-  value.number = LaneNumberOf(line, lane, *raw);
-  return value;
+  return ReadLaneField(image.HalfOf(InBank(line.page, bank), line.byte), line, advertised, lane);
 }
 
 void DecodeLane(const ModuleImage& image, Lines<LaneMapField> map, unsigned lane, unsigned bank,

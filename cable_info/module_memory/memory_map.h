@@ -316,6 +316,9 @@ void DecodeField(Decoding& to, const MapField& line, Advertised advertised);
 /// advertised as given.
 LaneValue ReadLaneField(const ModuleImage& image, const LaneMapField& line, Advertised advertised,
                         unsigned lane, unsigned bank = 0);
+/// The same, of the half that the field stands in.
+LaneValue ReadLaneField(const ModuleImage::Half& half, const LaneMapField& line,
+                        Advertised advertised, unsigned lane);
 /// Decodes the fields of a lane in the same way, all but those of `RawType::kOwn`.
 void DecodeLane(const ModuleImage& image, Lines<LaneMapField> map, unsigned lane, unsigned bank,
                 Lane& to);

@@ -56,11 +56,20 @@ bool ModuleImage::Half::Repeats(const Half& other) const {
          std::equal(std::begin(bytes_), std::end(bytes_), std::begin(other.bytes_));
 }
 
+namespace {
+
+// Distinct for each half of each page.
+std::uint32_t KeyOf(Page page, std::size_t byte) {
+  return static_cast<std::uint32_t>(page) << 1U | (byte < ModuleImage::kHalf ? 0U : 1U);
+}
+
+}  // namespace
+
 const ModuleImage::Half& ModuleImage::HalfOf(Page page, std::size_t byte) const {
   static const Half kNothing;
-  const std::size_t first = byte < kHalf ? 0 : kHalf;
-  for (const Half& half : halves_) {
-    if (half.page() == page && half.first() == first) return half;
+  const std::uint32_t key = KeyOf(page, byte);
+  for (std::size_t i = 0; i < keys_.size(); ++i) {
+    if (keys_[i] == key) return halves_[i];
   }
   return kNothing;
 }
@@ -77,11 +86,12 @@ bool ModuleImage::Has(Page page) const {
 }
 
 ModuleImage::Half& ModuleImage::Add(Page page, std::size_t byte) {
-  const std::size_t first = byte < kHalf ? 0 : kHalf;
-  for (Half& half : halves_) {
-    if (half.page() == page && half.first() == first) return half;
+  const std::uint32_t key = KeyOf(page, byte);
+  for (std::size_t i = 0; i < keys_.size(); ++i) {
+    if (keys_[i] == key) return halves_[i];
   }
-  return halves_.emplace_back(page, first);
+  keys_.push_back(key);
+  return halves_.emplace_back(page, byte < kHalf ? 0 : kHalf);
 }
 
 void ModuleImage::Put(Page page, std::size_t first, const module_memory::DumpBytes& bytes) {
@@ -114,14 +124,21 @@ void ModuleImage::Put(const Half& half) {
   }
 }
 
+template <typename Predicate>
+void ModuleImage::Erase(const Predicate& is_such) {
+  halves_.erase(std::remove_if(halves_.begin(), halves_.end(), is_such), halves_.end());
+  keys_.clear();
+  for (const Half& half : halves_) keys_.push_back(KeyOf(half.page(), half.first()));
+}
+
 void ModuleImage::Drop(Page page) {
   const auto is_of_page = [page](const Half& half) { return half.page() == page; };
-  halves_.erase(std::remove_if(halves_.begin(), halves_.end(), is_of_page), halves_.end());
+  Erase(is_of_page);
 }
 
 void ModuleImage::DropUnanswered() {
   const auto is_unanswered = [](const Half& half) { return half.IsUniform(0xFF); };
-  halves_.erase(std::remove_if(halves_.begin(), halves_.end(), is_unanswered), halves_.end());
+  Erase(is_unanswered);
 }
 
 }  // namespace cable_info

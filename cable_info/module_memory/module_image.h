@@ -123,11 +123,17 @@ class ModuleImage {
   /// answers.
   void DropUnanswered();
   /// Forgets everything, and keeps the room for it.
-  void Clear() { halves_.clear(); }
+  void Clear() {
+    keys_.clear();
+    halves_.clear();
+  }
 
  private:
   Half& Add(Page page, std::size_t byte);
+  template <typename Predicate>
+  void Erase(const Predicate& is_such);
 
+  std::vector<std::uint32_t> keys_;  // of the halves, side by side so that they are found fast
   std::vector<Half> halves_;
 };
 
