@@ -81,4 +81,11 @@ std::string Printable(std::string_view text, Newlines newlines) {
   return out;
 }
 
+std::string Shortened(std::string_view text, std::size_t max_size) {
+  if (text.size() <= max_size) return std::string(text);
+  std::string shown(text.substr(0, max_size));
+  while (!shown.empty() && IsContinuation(text[shown.size()])) shown.pop_back();
+  return shown + "...";
+}
+
 }  // namespace cli

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -15,5 +16,9 @@ enum class Newlines { kEscaped, kKept };
 /// The result never holds an ESC, and with `Newlines::kEscaped` it is one line. Text without such
 /// characters is returned unchanged, after one pass over it.
 std::string Printable(std::string_view text, Newlines newlines = Newlines::kEscaped);
+
+/// Foreign text for a message: at most `max_size` bytes of it, and "..." after a text that was cut.
+/// No character of UTF-8 is cut.
+std::string Shortened(std::string_view text, std::size_t max_size = 40);
 
 }  // namespace cli

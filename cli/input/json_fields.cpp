@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "cli/printable.h"
+
 namespace cli {
 
 namespace {
@@ -57,7 +59,7 @@ std::string Value::Path() const {
   std::string path = parent_->Path();
   if (key_.data() == nullptr) return path + '[' + std::to_string(index_) + ']';
   if (!path.empty()) path += '.';
-  return path + Shown(key_);
+  return path + Shortened(key_);
 }
 
 bool Value::Fail(MessageKind kind, const std::string& problem) const {
@@ -68,24 +70,13 @@ bool Value::Fail(MessageKind kind, const std::string& problem) const {
 
 bool Value::Expected(const std::string& what) const {
   const std::string found = IsBeyondDouble(json) ? "a number beyond the range of a 64-bit float"
-                                                 : Shown(simdjson::minify(json));
+                                                 : Shortened(simdjson::minify(json));
   return Fail(MessageKind::kBadValue, "expected " + what + ", found " + found);
 }
 
 bool Value::FailAsUnknownKey(std::span<const std::string_view> known_keys) const {
   *problem_ = {MessageKind::kUnknownKey, Path() + ": unknown key", std::string(key_), known_keys};
   return false;
-}
-
-std::string Shown(std::string_view text) {
-  constexpr std::size_t kMaxShown = 40;
-  if (text.size() <= kMaxShown) return std::string(text);
-  std::string shown(text.substr(0, kMaxShown));
-  const auto is_continuation = [](char c) {
-    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-  };
-  while (!shown.empty() && is_continuation(text[shown.size()])) shown.pop_back();
-  return shown + "...";
 }
 
 std::optional<std::uint64_t> UnsignedUpTo(std::uint64_t highest, const Value& value) {

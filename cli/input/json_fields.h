@@ -67,9 +67,6 @@ class Value {
   std::size_t index_ = 0;
 };
 
-/// Foreign text, shortened for a message.
-std::string Shown(std::string_view text);
-
 /// \name Values
 /// Each function stores a value that fits the type of the member, or returns false.
 /// @{

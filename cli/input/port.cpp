@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "cli/printable.h"
+
 namespace cli {
 
 void Port::Attach(std::unique_ptr<cable_info::CableRecord> cable_pages,
@@ -22,7 +24,7 @@ std::string GuidText(std::uint64_t guid) { return cable_info::text::ToText(Appen
 
 std::string PortName(const Port& port) {
   const std::string name = "port " + GuidText(port.port_guid) + '/' + std::to_string(port.number);
-  return port.label.empty() ? name : name + " \"" + port.label + '"';
+  return port.label.empty() ? name : name + " \"" + Shortened(port.label) + '"';
 }
 
 }  // namespace cli

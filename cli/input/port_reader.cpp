@@ -18,6 +18,7 @@
 #include "cli/input/json_numbers.h"
 #include "cli/input/line_reader.h"
 #include "cli/input/module_remarks.h"
+#include "cli/printable.h"
 
 namespace cli {
 
@@ -254,9 +255,12 @@ struct MemoryDraft {
   std::string path;  // of that file; empty when the record holds the dump
 };
 
+constexpr std::size_t kMaxShownPath = 255;
+
 bool FailAsNoDump(const std::string& path, const Value& value) {
-  return value.Fail(MessageKind::kBadModule,
-                    path + " is not a regular file with a dump of a module's memory");
+  return value.Fail(
+      MessageKind::kBadModule,
+      Shortened(path, kMaxShownPath) + " is not a regular file with a dump of a module's memory");
 }
 
 // What a line holds, before it becomes a port.
@@ -309,8 +313,8 @@ bool SetDumpFile(MemoryDraft& memory, const Value& value) {
     memory.path = std::move(path);
     return true;
   } catch (const std::system_error& error) {
-    return value.Fail(MessageKind::kBadModule,
-                      "cannot read " + path + ": " + error.code().message());
+    return value.Fail(MessageKind::kBadModule, "cannot read " + Shortened(path, kMaxShownPath) +
+                                                   ": " + error.code().message());
   } catch (const BadModule&) {
     return FailAsNoDump(path, value);
   }
@@ -459,7 +463,7 @@ bool PortReader::Read(std::string_view line, Port& port, std::vector<Message>& m
   const Value value(document, problem);
   if (!SetFields(draft, value, kPortFields) ||
       !DecodeModuleMemory(draft, value, options_.checksums, messages)) {
-    if (!draft.label.empty()) problem.text.insert(0, "port \"" + Shown(draft.label) + "\": ");
+    if (!draft.label.empty()) problem.text.insert(0, "port \"" + Shortened(draft.label) + "\": ");
     messages.assign(1, std::move(problem));
     return false;
   }

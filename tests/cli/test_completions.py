@@ -1,4 +1,4 @@
-"""What the shells offer: the commands and options that the program has, and no others."""
+"""The shell completions offer exactly the commands and options of the program."""
 
 import re
 import subprocess
@@ -25,7 +25,7 @@ def bash(*words):
 
 
 def zsh(*words):
-    """What is handed to zsh's own completion of options."""
+    """The arguments of zsh's own completion of options."""
     script = ('fpath=("$0"); autoload -Uz _cableinfo; _arguments() { print -rl -- "$@" };'
               'words=("$@"); CURRENT=$#; _cableinfo')
     return shell("zsh", "-f", "-c", script, str(COMPLETIONS), *words)

@@ -1,4 +1,4 @@
-"""Whether what the program writes is what the documents tell."""
+"""The program writes what the documents describe."""
 
 import json
 import re
@@ -89,7 +89,7 @@ class DocumentTest(ProgramTest):
     def assert_numbered(self, document, count):
         self.assertEqual([row["No."] for row in document.rows], [str(n + 1) for n in range(count)])
 
-    def assert_forms_are_told_apart(self, document):
+    def assert_forms_exclude_each_other(self, document):
         for form, pattern in document.patterns.items():
             self.assertIsNotNone(pattern.fullmatch(document.examples[form]), form)
             if form not in ("text", "bare text", "missing"):
@@ -139,15 +139,15 @@ class Table(DocumentTest):
             self.assertEqual((self.usual_form(row["cable pages"]), self.usual_form(row["PHY"])),
                              (column["forms"]["cable_pages"], column["forms"]["phy"]), row["column"])
 
-    def test_forms_are_told_apart(self):
-        self.assert_forms_are_told_apart(self.document)
+    def test_forms_exclude_each_other(self):
+        self.assert_forms_exclude_each_other(self.document)
 
     @staticmethod
     def usual_form(forms):
         """The form before the texts that a missing value has there."""
         return forms.split(" or ")[0]
 
-    def test_cells_have_the_forms_told(self):
+    def test_cells_have_the_documented_forms(self):
         rows = {"cable pages": [], "PHY": []}
         for source, line in zip(sources(), written("table", "--no-header").splitlines(), strict=True):
             if source is None:
@@ -191,13 +191,13 @@ class Report(DocumentTest):
             if source:
                 yield source, lines
 
-    def test_there_are_as_many_lines_as_told(self):
+    def test_all_lines_are_documented(self):
         self.assert_numbered(self.document, self.LINES)
 
-    def test_forms_are_told_apart(self):
-        self.assert_forms_are_told_apart(self.document)
+    def test_forms_exclude_each_other(self):
+        self.assert_forms_exclude_each_other(self.document)
 
-    def test_labels_and_values_are_as_told(self):
+    def test_labels_and_values_are_as_documented(self):
         values = [{"cable pages": [], "PHY": []} for _ in self.document.rows]
         for source, lines in self.blocks():
             for number, (line, label) in enumerate(zip(lines, self.labels(source))):
@@ -205,7 +205,7 @@ class Report(DocumentTest):
                 values[number][source].append(line[len(label):])
         self.assert_values(self.document, zip(self.document.rows, values))
 
-    def test_heading_is_as_told(self):
+    def test_heading_is_as_documented(self):
         text = (DOCS / "report.md").read_text()
         shown = re.search("^```\n(.*?)^```", text, re.MULTILINE | re.DOTALL).group(1)
         self.assertTrue(run("report", FABRIC).stdout.decode().startswith(shown))

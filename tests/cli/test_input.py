@@ -1,4 +1,4 @@
-"""What the program takes, and how it answers what it cannot take."""
+"""The input that the program accepts, and its messages about input that it refuses."""
 
 import json
 import unittest
@@ -56,7 +56,7 @@ class Values(ProgramTest):
     def test_date_is_in_reading_order(self):
         self.assertEqual(cell({"phy": {"module": {"date_code": "240315"}}}, "DateCode"), "24-03-15")
 
-    def test_average_power_is_a_truth(self):
+    def test_average_power_is_a_boolean(self):
         for value, text in ((True, "1"), (1, "1"), (False, "0"), (0, "0")):
             self.assertEqual(cell({"cable": {"RxPowerIsAverage": value}}, "RXPowerType"), text)
 
@@ -72,7 +72,7 @@ class Values(ProgramTest):
         self.assertEqual(cell({"phy": {}, "prtl": {"local": local}}, "LengthDescByPRTL"), "NA")
         self.assertEqual(cell({"phy": {}, "prtl": both, "prtl_length": 3}, "LengthDescByPRTL"), '"3 m"')
 
-    def test_no_length_is_remarked_and_the_port_written(self):
+    def test_a_missing_length_is_a_remark_and_the_port_is_written(self):
         port = {"port_guid": "0x1f", "port_num": 7, "cable": {},
                 "prtl": {"local": {"round_trip_latency": "0xffffff"}, "remote": {}}}
         result = run("table", "--no-header", stdin=[port])
@@ -138,14 +138,14 @@ class BadPorts(ProgramTest):
          "port_num: expected an integer from 0 to 4294967295, found 1.2345678901234568e+29"),
     ]
 
-    def test_each_costs_one_line(self):
+    def test_each_costs_one_message(self):
         for port, message in self.CASES:
             with self.subTest(message):
                 result = run("table", "--no-header", stdin=[GOOD, port, GOOD])
                 self.assert_run(result, 1, f"<stdin>:2: {message}\n" + summary(2, 1))
                 self.assertEqual(numbers(result), [1, 1])
 
-    def test_what_is_no_json_costs_one_line(self):
+    def test_a_line_that_is_not_json_costs_one_message(self):
         for line in (b"{", b'{"port_num":1', b'{"port_num":1}}', b'{"port_num":1} {}', b"nonsense",
                      b'{"port_num":01}', b"{'port_num':1}", b'{"a":"\xff"}', b'{"port_num":1,}'):
             with self.subTest(line):
@@ -188,7 +188,7 @@ class Lines(ProgramTest):
         self.assert_run(result)
         self.assertEqual(numbers(result), [3])
 
-    def test_nothing_gives_the_header_alone(self):
+    def test_an_empty_input_gives_only_the_header(self):
         result = run("table", stdin=b"")
         self.assert_run(result)
         self.assertEqual(result.stdout.count(b"\n"), 1)
@@ -227,7 +227,7 @@ class Files(ProgramTest):
         for arguments in ((), ("-",)):
             self.assertEqual(numbers(run("table", "--no-header", *arguments, stdin=[GOOD])), [1])
 
-    def test_an_unreadable_file_costs_one_line(self):
+    def test_an_unreadable_file_costs_one_message(self):
         good = self.file("good.jsonl", json.dumps(GOOD).encode())
         missing = self.folder / "missing.jsonl"
         result = run("table", "--no-header", missing, good)

@@ -1,4 +1,4 @@
-"""Any number of threads writes what one thread writes, in the same order."""
+"""Any number of threads writes the same as one, in the same order."""
 
 import json
 import random
@@ -72,7 +72,7 @@ class Jobs(ProgramTest):
         self.assertRegex(result.stderr.decode(), r"\A<stdin>:2001: not valid JSON: .*\n" + summary(2500, 1) + r"\Z")
         self.assertEqual(result.stdout.count(b"\n"), 2501)
 
-    def test_an_unreadable_input_is_told_in_its_place(self):
+    def test_an_unreadable_input_is_reported_in_order(self):
         result = self.assert_same("table", self.first, self.missing, self.second, status=3)
         *messages, _ = result.stderr.splitlines()  # the last line is the summary
         places = [line.split(b":")[0] for line in messages]

@@ -152,7 +152,7 @@ class Modules(ProgramTest):
             self.assertEqual(report[label], value, label)
         self.assertEqual(self.report(self.dump(sfp(256)))["Temperature"], "N/A")
 
-    def test_every_listing_says_what_the_image_says(self):
+    def test_every_listing_reads_like_the_image(self):
         for data in (qsfp28(), qsfp28(640), osfp(), sfp()):
             expected = run("table", "--module", self.dump(data, "image")).stdout
             for name, listing in LISTINGS.items():
@@ -279,7 +279,7 @@ class PortRecords(ProgramTest):
         port = {"module_memory": {"hex": osfp().hex()}, "prtl_length": 9.5}
         self.assertEqual(lines(run("report", stdin=[port]))["Length"], "9.5 m")
 
-    def test_it_stands_beside_the_record_of_the_other_kind(self):
+    def test_it_may_accompany_the_record_of_the_other_kind(self):
         port = {"module_memory": {"hex": osfp().hex()}, "cable": {"VendorName": "Both"}}
         self.assertEqual(lines(run("report", stdin=[port]))["Vendor"], "Both")
 
@@ -295,7 +295,7 @@ class PortRecords(ProgramTest):
         self.assert_run(run("table", "--no-header", "--strict", stdin=[port]), 1,
                         "<stdin>:1: module_memory: " + remark + summary(0, 1))
 
-    def test_what_is_wrong_is_told(self):
+    def test_each_mistake_has_its_message(self):
         missing = str(self.folder / "missing")
         sample = qsfp28().hex()
         for port, problem in (

@@ -1,4 +1,4 @@
-"""What the commands write for the sample fabric, and how other readers see it."""
+"""The output of all commands for the sample fabric, also as other programs read it."""
 
 import csv
 import io
@@ -162,7 +162,7 @@ class Export(ProgramTest):
         result = run("export", stdin=[{"cable": {"VendorName": "x" * 31 + "\u00e9"}}])
         self.assertEqual(json.loads(result.stdout)["record"]["vendor"], "x" * 31 + "\u00c3")
 
-    def test_numbers_that_are_none_are_null(self):
+    def test_numbers_that_are_not_finite_are_null(self):
         result = run("export", stdin=[{"cable": {"RxPower": ["nan", "inf", "-inf", 0.1]}}])
         self.assertEqual(json.loads(result.stdout)["record"]["monitors"][:4], [None, None, None, 0.1])
 

@@ -1,4 +1,4 @@
-"""How the program behaves towards pipes, files, terminals and interrupts."""
+"""Pipes, output files, terminals and signals."""
 
 import os
 import pathlib
@@ -88,7 +88,7 @@ class OutputFiles(ProgramTest):
         self.assertEqual(target.read_bytes(), b"old")
         self.assertEqual(self.files(), ["cables.csv"])
 
-    def test_a_strict_failure_behind_an_unreadable_file_keeps_it_too(self):
+    def test_a_strict_failure_after_an_unreadable_file_keeps_it_too(self):
         target = self.file("cables.csv", b"old")
         bad = self.file("bad.jsonl", PORT + b"nonsense\n" + PORT)
         result = run("table", "--strict", "-o", target, self.folder / "missing.jsonl", bad)
@@ -125,7 +125,7 @@ class OutputFiles(ProgramTest):
         self.assertTrue(link.is_symlink())
         self.assertTrue(target.read_bytes().startswith(b"NodeGuid,"))
 
-    def test_an_interrupt_leaves_nothing(self):
+    def test_a_signal_leaves_nothing(self):
         for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGQUIT, signal.SIGALRM,
                        signal.SIGUSR1, signal.SIGUSR2, signal.SIGXCPU, signal.SIGKILL):
             target = self.folder / "cables.csv"
