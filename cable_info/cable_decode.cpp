@@ -5,7 +5,7 @@
 #include <iterator>
 
 namespace cable_info {
-namespace cable {
+namespace [[gnu::visibility("hidden")]] cable {
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include "cable_info/text/report_lines.h"
 
 namespace cable_info {
-namespace cable {
+namespace [[gnu::visibility("hidden")]] cable {
 
 namespace {
 
@@ -427,6 +427,7 @@ void WriteReport(std::ostream& os, const CableRecord& r) {
   AppendReport(lines, r, PhyLines::kShown);
   const std::string_view block = lines.view().substr(0, kMaxBlockSize);
   os.write(block.data(), static_cast<std::streamsize>(block.size()));
+  os.width(0);  // as after any formatted output
 }
 
 std::string ReportBlock(const CableRecord& r, PhyLines phy_lines) {
@@ -435,5 +436,5 @@ std::string ReportBlock(const CableRecord& r, PhyLines phy_lines) {
   return std::string(lines.view().substr(0, kMaxBlockSize));
 }
 
-}  // namespace cable
+}  // namespace gnu::visibility("hidden")]]cable
 }  // namespace cable_info

@@ -44,12 +44,14 @@ std::string CombinedCableInfo::GetCSVHeader() {
 void CombinedCableInfo::ToCSVStream(std::ostream& os) const {
   if (cable_record_ != nullptr) return cable_record_->ToCSVStream(os);
   if (phy_cable_record_ != nullptr) return phy_cable_record_->ToCSVStream(os);
+  os.width(0);
   os << std::endl;
 }
 
 void CombinedCableInfo::ToFileStream(std::ostream& os) const {
   if (cable_record_ != nullptr) return cable_record_->ToFileStream(os);
   if (phy_cable_record_ != nullptr) return phy_cable_record_->ToFileStream(os);
+  os.width(0);
 }
 
 bool CombinedCableInfo::ExportData(cable_record_data_t* data) {

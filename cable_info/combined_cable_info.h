@@ -11,6 +11,7 @@
 #include "cable_info/cable_record.h"
 #include "cable_info/csv_columns.h"
 #include "cable_info/phy_cable_record.h"
+#include "cable_info/prtl_record.h"
 #include "cable_info/value_format.h"
 
 namespace cable_info {
@@ -53,9 +54,11 @@ class CombinedCableInfo {
   static std::string GetCSVHeader();
 
   /// Writes the port's row from the fourth column (Source) on; the host has written the first
-  /// three cells, each with its comma. Without records only a newline and a flush.
+  /// three cells, each with its comma. Without records only a newline and a flush. Leaves the
+  /// stream's width at 0, as any formatted output does.
   void ToCSVStream(std::ostream& os) const;
-  /// Writes the port's block of the text report; nothing without records.
+  /// Writes the port's block of the text report; nothing without records. Leaves the stream's width
+  /// at 0.
   void ToFileStream(std::ostream& os) const;
 
   /// All empty without records.

@@ -9,7 +9,7 @@
 #include "cable_info/text/numbers.h"
 
 namespace cable_info {
-namespace phy {
+namespace [[gnu::visibility("hidden")]] phy {
 
 namespace {
 

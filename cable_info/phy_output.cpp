@@ -7,7 +7,7 @@
 #include "cable_info/text/flushed_lines.h"
 
 namespace cable_info {
-namespace phy {
+namespace [[gnu::visibility("hidden")]] phy {
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include "cable_info/value_format.h"
 
 namespace cable_info {
-namespace decode {
+namespace [[gnu::visibility("hidden")]] decode {
 
 namespace {
 

@@ -62,13 +62,18 @@ consume_with_pkg_config() {
   quietly "$consumer"
 }
 
+# Published headers are installed and compile alone; internal ones, which say so, are not.
 check_headers() {
   local header
-  for header in cable_info/*.h; do
+  while read -r header; do
+    if grep -q 'Internal; not installed\.' "$header"; then
+      [ ! -e "$1/include/$header" ] || fail "$header: internal, but installed"
+      continue
+    fi
     [ -f "$1/include/$header" ] || fail "$header: not installed"
     quietly g++ -std=c++17 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -I"$1/include" \
       -include "$header" -x c++ /dev/null
-  done
+  done < <(git ls-files 'cable_info/*.h')
 }
 
 # The library's name and what it shows.
@@ -81,6 +86,9 @@ check_shared_library() {
     fail "$library: does not export its functions"
   alien=$(sed 's/(.*//' "$temporary/symbols" | grep -vE '^(.* )?cable_info::' || true)
   [ -z "$alien" ] || fail "$library: exports symbols that are not its own: $alien"
+  alien=$(grep -E '^(.* )?cable_info::(text|decode|cable|phy|module_memory|readings)::' \
+    "$temporary/symbols" || true)
+  [ -z "$alien" ] || fail "$library: exports internals: $alien"
 }
 
 # An embedding project gets the library: no program, no tests, nothing to install.

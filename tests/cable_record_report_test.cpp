@@ -245,7 +245,7 @@ TEST(CableRecordReport, NeitherSeesNorChangesTheStreamsFormatting) {
   OddStream os;
   r.ToFileStream(os);
   EXPECT_EQ(os.str(), r.c_str(true));
-  EXPECT_TRUE(os.HasItsFlagsAndWidth());
+  EXPECT_TRUE(os.HasItsFlagsAndNoWidth());
   EXPECT_EQ(os.precision(), OddStream::kPrecision);
   EXPECT_EQ(os.fill(), OddStream::kFill);
 }

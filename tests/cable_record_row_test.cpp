@@ -329,7 +329,7 @@ TEST(CableRecordRow, IgnoresTheStreamsFormatting) {
   OddStream os;
   r.ToCSVStream(os);
   EXPECT_EQ(os.str(), Tail(r));
-  EXPECT_TRUE(os.HasItsFlagsAndWidth());
+  EXPECT_TRUE(os.HasItsFlagsAndNoWidth());
   EXPECT_EQ(os.precision(), 3);
   EXPECT_EQ(os.fill(), '0');
 }

@@ -468,5 +468,20 @@ TEST(CombinedCableInfoPrtlLength, IsKeptByTheRecordThatAnswers) {
   EXPECT_EQ(PrtlCell(port), "NA");
 }
 
+TEST(CombinedCableInfo, LeavesTheWidthOfAStreamAtZero) {
+  CombinedCableInfo ports[3];
+  ports[1].AttachCableRecord(Cable());
+  ports[2].AttachPhyCableRecord(Phy());
+  for (const CombinedCableInfo& port : ports) {
+    std::ostringstream os;
+    os.width(12);
+    port.ToCSVStream(os);
+    EXPECT_EQ(os.width(), 0);
+    os.width(12);
+    port.ToFileStream(os);
+    EXPECT_EQ(os.width(), 0);
+  }
+}
+
 }  // namespace
 }  // namespace cable_info::test

@@ -263,7 +263,7 @@ TEST(PhyCableRecordReport, NeitherSeesNorChangesTheStreamsFormatting) {
   OddStream os;
   r->ToFileStream(os);
   EXPECT_EQ(os.str(), Report(*r));
-  EXPECT_TRUE(os.HasItsFlagsAndWidth());
+  EXPECT_TRUE(os.HasItsFlagsAndNoWidth());
   EXPECT_EQ(os.precision(), OddStream::kPrecision);
   EXPECT_EQ(os.fill(), OddStream::kFill);
 }

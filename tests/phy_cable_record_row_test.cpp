@@ -350,7 +350,7 @@ TEST(PhyCableRecordRow, NeitherSeesNorChangesTheStreamsFormatting) {
   OddStream os;
   r->ToCSVStream(os);
   EXPECT_EQ(os.str(), Tail(*r));
-  EXPECT_TRUE(os.HasItsFlagsAndWidth());
+  EXPECT_TRUE(os.HasItsFlagsAndNoWidth());
   EXPECT_EQ(os.precision(), OddStream::kPrecision);
   EXPECT_EQ(os.fill(), OddStream::kFill);
 }

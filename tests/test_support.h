@@ -149,7 +149,7 @@ class OddStream : public std::ostringstream {
     fill(kFill);
   }
 
-  bool HasItsFlagsAndWidth() const { return flags() == kFlags && width() == kWidth; }
+  bool HasItsFlagsAndNoWidth() const { return flags() == kFlags && width() == 0; }
 
  private:
   static constexpr std::ios::fmtflags kFlags =

@@ -147,7 +147,6 @@ namespace cable_info::module_memory {
 
 namespace {
 
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr unsigned kHighestBank = 255;
 
 bool ParseAll(std::string_view digits, int base, unsigned& number) {

@@ -32,7 +32,7 @@ std::optional<double> MilliwattsToDbm(double milliwatts) {
 std::optional<double> Reading::Dbm() const {
   if (!IsPower(quantity) || !IsPresent()) return std::nullopt;
   // The milliwatts' own digits, of which a power has at most nine.
-  return MilliwattsToDbm(value);
+  return MilliwattsToDbm(static_cast<double>(value));
 }
 
 }  // namespace cable_info

@@ -5,7 +5,7 @@
 #include <ostream>
 
 namespace cable_info {
-namespace text {
+namespace [[gnu::visibility("hidden")]] text {
 
 namespace {
 
@@ -78,8 +78,9 @@ void CsvRow::WriteTo(std::ostream& os) {
   if (out_.size() > 0) out_.Truncate(out_.size() - 1);  // the last cell's comma
   out_.Append('\n');
   os.write(out_.view().data(), static_cast<std::streamsize>(out_.size()));
+  os.width(0);  // as after any formatted output
   os.flush();
 }
 
-}  // namespace text
+}  // namespace gnu::visibility("hidden")]]text
 }  // namespace cable_info

@@ -18,6 +18,8 @@
 //
 // Cells that come in runs are written several at a time (15 to 22 % of a row): flags from a table
 // of the sixteen texts of four flags, "1,0,0,1,", and missing cells from a text of sixteen of them.
+//
+// Internal; not installed.
 
 #include <cstddef>
 #include <cstdint>
@@ -127,6 +129,7 @@ class CsvRow {
   }
 
   /// Ends the row, writes it to `os` regardless of the stream's formatting state, and flushes.
+  /// Leaves the stream's width at 0.
   void WriteTo(std::ostream& os);
 
  private:

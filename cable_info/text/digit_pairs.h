@@ -2,6 +2,8 @@
 
 // Two digits at a time from a table, which halves the divisions of a number. Internal to the
 // writers of numbers.
+//
+// Internal; not installed.
 
 #include <array>
 #include <cstddef>

@@ -22,7 +22,7 @@
 #include "cable_info/text/numbers.h"
 
 namespace cable_info {
-namespace text {
+namespace [[gnu::visibility("hidden")]] text {
 
 namespace {
 
@@ -95,5 +95,5 @@ char* WriteFixed3(char* to, double value) {
   return WriteThousandths(to, static_cast<std::uint32_t>(thousandths));
 }
 
-}  // namespace text
+}  // namespace gnu::visibility("hidden")]]text
 }  // namespace cable_info

@@ -5,7 +5,7 @@
 #include <string_view>
 
 namespace cable_info {
-namespace text {
+namespace [[gnu::visibility("hidden")]] text {
 
 namespace {
 
@@ -43,6 +43,7 @@ void FlushedLines::Finish() {
     at = line.data() + line.size();
   }
   out_.Truncate(0);
+  os_.width(0);  // as after any formatted output
 }
 
 // Writes lines to the stream's buffer until it fails; returns where the unwritten lines begin. When
@@ -71,5 +72,5 @@ const char* FlushedLines::WriteDirectly() {
   return LineAt(at).data() + LineAt(at).size();
 }
 
-}  // namespace text
+}  // namespace gnu::visibility("hidden")]]text
 }  // namespace cable_info

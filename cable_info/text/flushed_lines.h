@@ -19,6 +19,8 @@
 //   | size | line ... | size | line ... |            size: std::size_t, unaligned
 //
 // Invariant: the buffer sees the same sequence of calls as from `write` and `flush` line by line.
+//
+// Internal; not installed.
 
 #include <cstddef>
 #include <cstring>

@@ -5,7 +5,7 @@
 #include "cable_info/text/digit_pairs.h"
 
 namespace cable_info {
-namespace text {
+namespace [[gnu::visibility("hidden")]] text {
 
 namespace {
 
@@ -60,5 +60,5 @@ char* WriteBias(char* to, std::uint32_t microamperes) {
   return WriteText(WriteThousandths(to, microamperes), kMilliampereText);
 }
 
-}  // namespace text
+}  // namespace gnu::visibility("hidden")]]text
 }  // namespace cable_info

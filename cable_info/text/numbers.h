@@ -10,6 +10,8 @@
 //
 // A row or report thus asks for capacity once per cell or line instead of once per character. Bytes
 // after the returned end, within the stated size, may change. All texts are those of the C locale.
+//
+// Internal; not installed.
 
 #include <cstddef>
 #include <cstdint>

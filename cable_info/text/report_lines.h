@@ -13,6 +13,8 @@
 // A line reserves the largest size it can have and is written through one pointer. The members are
 // always inlined: a label is a literal, and its copy is then a move or two instead of a call. Left
 // to the compiler, a report takes a fifth longer.
+//
+// Internal; not installed.
 
 #include <cstddef>
 #include <cstdint>

@@ -5,7 +5,7 @@
 #include <utility>
 
 namespace cable_info {
-namespace text {
+namespace [[gnu::visibility("hidden")]] text {
 
 void TextBuffer::Grow(std::size_t count) {
   const std::size_t used = size();
@@ -34,5 +34,5 @@ TextBuffer& TextBuffer::AppendGeneral(double value) {
   return *this;
 }
 
-}  // namespace text
+}  // namespace gnu::visibility("hidden")]]text
 }  // namespace cable_info

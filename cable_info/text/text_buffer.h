@@ -19,6 +19,8 @@
 //   });
 //
 // Invariant: begin_ <= end_ <= limit_; the text is [begin_, end_), and [end_, limit_) is free.
+//
+// Internal; not installed.
 
 #include <array>
 #include <cstddef>

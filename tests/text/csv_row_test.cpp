@@ -92,7 +92,7 @@ TEST(CsvRow, IgnoresTheFormattingOfTheStream) {
   row.Fixed3(12345.5);
   row.WriteTo(os);
   EXPECT_EQ(os.str(), "x,12345,0x0a,12345.500\n");
-  EXPECT_TRUE(os.HasItsFlagsAndWidth());
+  EXPECT_TRUE(os.HasItsFlagsAndNoWidth());
 }
 
 TEST(CsvRow, WritesQuantitiesWithTheirUnit) {
