@@ -445,6 +445,13 @@ void AddNames(const ModuleImage& image, Lines<NamedBit> bits, std::vector<std::s
   }
 }
 
+std::string MismatchText(const PageChecksum& sum) {
+  // The checksum follows the bytes that it is of.
+  return PageName(sum.page) + ": the checksum of bytes " + std::to_string(sum.first) + " to " +
+         std::to_string(sum.last) + " is " + HexText(sum.computed) + ", but byte " +
+         std::to_string(sum.last + 1) + " says " + HexText(sum.stored);
+}
+
 void AddChecksums(Decoding& to, Lines<Checksum> checksums) {
   for (const Checksum& checksum : checksums) {
     const ModuleImage::Half& half = to.image.HalfOf(checksum.page, checksum.first);
@@ -455,11 +462,7 @@ void AddChecksums(Decoding& to, Lines<Checksum> checksums) {
     const auto computed = static_cast<std::uint8_t>(sum);
     const std::uint8_t stored = half[checksum.stored];
     to.info.checksums.push_back({checksum.page, checksum.first, checksum.last, stored, computed});
-    if (stored == computed) continue;
-    to.info.warnings.push_back(
-        PageName(checksum.page) + ": the checksum of bytes " + std::to_string(checksum.first) +
-        " to " + std::to_string(checksum.last) + " is " + HexText(computed) + ", but byte " +
-        std::to_string(checksum.stored) + " says " + HexText(stored));
+    if (stored != computed) to.info.warnings.push_back(MismatchText(to.info.checksums.back()));
   }
 }
 

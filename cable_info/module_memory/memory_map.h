@@ -369,6 +369,9 @@ void AddNames(const ModuleImage& image, Lines<NamedBit> bits, std::vector<std::s
 /// Computes the checksums whose bytes are all known; a mismatch is a warning.
 void AddChecksums(Decoding& to, Lines<Checksum> checksums);
 
+/// A checksum that does not match, as a sentence.
+std::string MismatchText(const PageChecksum& sum);
+
 /// "Length, SMF: more than 254 km", as a warning.
 void WarnMoreThan(Decoding& to, Field field, double value);
 

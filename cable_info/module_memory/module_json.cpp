@@ -349,11 +349,11 @@ class Json {
   const ModuleInfo& info_;
 };
 
-}  // namespace
-
 void AppendModuleJson(text::TextBuffer& out, const ModuleInfo& info, std::string_view label) {
   Json(out, info).Write(label);
 }
+
+}  // namespace
 
 std::string ModuleToJson(const ModuleInfo& info, std::string_view label) {
   return text::ToText(AppendModuleJson, info, label);

@@ -8,6 +8,7 @@
 
 #include "cable_info/cable_record.h"
 #include "cable_info/module_memory/module_image.h"
+#include "cable_info/module_memory/module_info.h"
 #include "cable_info/phy_cable_record.h"
 
 namespace cable_info::module_memory {
@@ -35,6 +36,9 @@ ModuleReading ReadModule(const DumpBytes& image);
 
 /// Decodes a memory that was given page by page. Throws `BadModule`.
 ModuleReading ReadModule(ModuleImage pages);
+
+/// A checksum that does not match, as a sentence.
+std::string MismatchText(const PageChecksum& sum);
 
 /// What becomes of a module whose memory has a wrong checksum.
 enum class ChecksumPolicy {

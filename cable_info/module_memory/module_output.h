@@ -10,10 +10,6 @@
 
 namespace cable_info {
 
-namespace text {
-class TextBuffer;
-}
-
 /// The version of the JSON; it changes when a key is renamed or goes away.
 inline constexpr unsigned kModuleFormatVersion = 1;
 
@@ -25,11 +21,5 @@ std::string ModuleToJson(const ModuleInfo& info, std::string_view label);
 /// The module as a data sheet: grouped, with units, thresholds beside their values and raised flags
 /// by name. Every line ends with a line break.
 std::string ModuleToText(const ModuleInfo& info, std::string_view label);
-
-/// \name The same, appended to a buffer
-/// @{
-void AppendModuleJson(text::TextBuffer& out, const ModuleInfo& info, std::string_view label);
-void AppendModuleText(text::TextBuffer& out, const ModuleInfo& info, std::string_view label);
-/// @}
 
 }  // namespace cable_info

@@ -496,6 +496,23 @@ unsigned Sff8636PowerClass(unsigned extended_identifier, unsigned maximum_power)
   return above_4 != 0 ? above_4 + 4 : (extended_identifier >> 6U) + 1;
 }
 
+namespace {
+
+// What would be on a page that flat memory does not have is not implemented.
+void DecodeFlat(Decoding& to) {
+  for (const MapField& line : kFields) {
+    if (IsUpperPage(line.page) && line.page != P00) {
+      to.info.SetState(line.field, FieldState::kNotImplemented);
+    }
+  }
+  for (const LaneMapField& line : kLaneFields) {
+    if (!IsUpperPage(line.page) || line.page == P00) continue;
+    for (Lane& lane : to.info.lanes) lane[line.field] = {};
+  }
+}
+
+}  // namespace
+
 void DecodeSff8636(Decoding& to) {
   if (to.info[Field::kIdentifier].code() == kOldQsfp) {
     to.Warn("the identifier is that of INF-8438, whose memory map differs in places");
@@ -511,6 +528,7 @@ void DecodeSff8636(Decoding& to) {
   AddNames(to.image, kOptions, to.info.options);
   DecodeLanes(to);
   DecodeMonitors(to);
+  if (AskBit(to.image, L, 2, 2) == Advertised::kYes) DecodeFlat(to);
   AddChecksums(to, kChecksums);
 }
 

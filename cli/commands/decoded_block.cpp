@@ -62,6 +62,7 @@ bool DecodeLine(const LineBlock::Line& line, PortReader& reader, const PortWrite
   if (!reader.Read(line.text, port, messages)) return false;
   for (Message& remark : messages) remark.text.insert(0, PortName(port) + ": ");
   if (!messages.empty()) ++decoded.counts.remarked;
+  if (!writer.Writes(port)) return true;
   if (decoded.counts.written > 0) os << writer.Separator();
   writer.Write(os, port);
   ++decoded.counts.written;

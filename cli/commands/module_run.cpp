@@ -14,6 +14,7 @@
 #include "cli/commands/port_output.h"
 #include "cli/input/dump_file.h"
 #include "cli/input/input_name.h"
+#include "cli/input/module_memory.h"
 #include "cli/input/module_remarks.h"
 #include "cli/message.h"
 #include "cli/output/whole_output.h"
@@ -31,7 +32,6 @@ using cable_info::module_memory::ModuleReading;
 using cable_info::module_memory::PageFile;
 using cable_info::module_memory::ParsePageFile;
 using cable_info::module_memory::PutPage;
-using cable_info::module_memory::ReadModule;
 
 // The dump of one module: one file, or a file a page.
 struct Dump {
@@ -87,11 +87,11 @@ DumpBytes Read(const std::string& path) {
   }
 }
 
-ModuleReading ReadModuleOf(const Dump& dump) {
-  if (dump.pages.empty()) return ReadModule(Read(dump.path));
+ModuleReading ReadModuleOf(const Dump& dump, ModuleUse use, Port& port) {
+  if (dump.pages.empty()) return DecodeModule(Read(dump.path), use, port);
   ModuleImage image;
   for (const PageFile& file : dump.pages) PutPage(image, file.page, Read(file.path));
-  return ReadModule(std::move(image));
+  return DecodeModule(image, use, port);
 }
 
 // One run over all dumps.
@@ -114,7 +114,10 @@ class Run {
     ++number_;
     log_.StartInput(number_, Name(dump));
     try {
-      ModuleReading reading = ReadModuleOf(dump);
+      Port port;
+      port.number = number_;
+      port.label = Label(dump);
+      ModuleReading reading = ReadModuleOf(dump, writer_.module_use(), port);
       std::vector<Message> remarks;
       AddRemarks(reading, options_.strict ? ChecksumPolicy::kRefuse : ChecksumPolicy::kReport,
                  remarks);
@@ -122,7 +125,8 @@ class Run {
         if (log_.Admits(remark.kind)) PrintError(Name(dump) + ": warning: " + remark.text);
       }
       if (!remarks.empty()) ++counts_.remarked;
-      WritePort(dump, std::move(reading));
+      port.Attach(std::move(reading.cable), std::move(reading.phy));
+      WritePort(port);
       return os_.good();
     } catch (const BadModule& bad) {
       PrintError(Name(dump) + ": " + bad.what());
@@ -136,11 +140,7 @@ class Run {
     return !options_.strict;
   }
 
-  void WritePort(const Dump& dump, ModuleReading reading) {
-    Port port;
-    port.number = number_;
-    port.label = Label(dump);
-    port.Attach(std::move(reading.cable), std::move(reading.phy));
+  void WritePort(Port& port) {
     if (counts_.written > 0) os_ << writer_.Separator();
     ++counts_.written;
     writer_.Write(os_, port);

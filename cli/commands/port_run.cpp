@@ -70,9 +70,9 @@ Progress::Meter MeterOf(const PortOptions& options, const OutputFile& output) {
   return is_shown ? Progress::Meter::kShown : Progress::Meter::kHidden;
 }
 
-PortReaderOptions ReaderOptionsOf(const PortOptions& options) {
+PortReaderOptions ReaderOptionsOf(const PortOptions& options, const PortWriter& writer) {
   return {options.strict ? ChecksumPolicy::kRefuse : ChecksumPolicy::kReport,
-          options.no_files ? FilePolicy::kRefuse : FilePolicy::kRead};
+          options.no_files ? FilePolicy::kRefuse : FilePolicy::kRead, writer.module_use()};
 }
 
 // What a worker works on, used for block after block.
@@ -90,7 +90,7 @@ class Run {
   Run(const PortOptions& options, const PortWriter& writer, OutputFile& output)
       : on_bad_port_(options.strict ? OnBadPort::kStop : OnBadPort::kContinue),
         threads_(ThreadsOf(options)),
-        reader_options_(ReaderOptionsOf(options)),
+        reader_options_(ReaderOptionsOf(options, writer)),
         writer_(writer),
         inputs_(InputsOf(options)),
         os_(&output),

@@ -2,13 +2,22 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "cable_info/combined_cable_info.h"
+#include "cable_info/module_memory/module_info.h"
 #include "cable_info/text/text_buffer.h"
 #include "cable_info/value_format.h"
 
 namespace cli {
+
+/// What a reader makes of a module's memory.
+enum class ModuleUse {
+  kRecords,  ///< the record that its family fills
+  kInfo,     ///< everything that it says
+  kRecordsAndInfo,
+};
 
 /// A port as it was read: its identity and its cable.
 struct Port {
@@ -24,6 +33,8 @@ struct Port {
   /// The records that `cable` owns; null where it has none.
   cable_info::CableRecord* cable_record = nullptr;
   cable_info::PhyCableRecord* phy_cable_record = nullptr;
+  /// Everything that the memory of the module says, when it was given and `ModuleUse` asks for it.
+  std::optional<cable_info::ModuleInfo> module;
 };
 
 /// A GUID as the table writes it: "0x" and 16 digits.

@@ -17,6 +17,7 @@
 #include "cli/input/json_fields.h"
 #include "cli/input/json_numbers.h"
 #include "cli/input/line_reader.h"
+#include "cli/input/module_memory.h"
 #include "cli/input/module_remarks.h"
 #include "cli/printable.h"
 
@@ -31,7 +32,6 @@ using cable_info::module_memory::BadModule;
 using cable_info::module_memory::DumpBytes;
 using cable_info::module_memory::ModuleReading;
 using cable_info::module_memory::ParseListing;
-using cable_info::module_memory::ReadModule;
 using ModuleRecord = PhyCableRecord::ModuleRecord;
 using LatchedFlagsPage = PhyCableRecord::LatchedFlagsPage;
 
@@ -378,19 +378,19 @@ void Place(std::unique_ptr<Record>& place, std::unique_ptr<Record> record, std::
 }
 
 // Decodes the module memory of the port, if it has one, and appends its remarks to `remarks`.
-bool DecodeModuleMemory(Draft& draft, const Value& line, ChecksumPolicy checksums,
-                        std::vector<Message>& remarks) {
+bool DecodeModuleMemory(Draft& draft, const Value& line, const PortReaderOptions& options,
+                        Port& port, std::vector<Message>& remarks) {
   if (!draft.has_memory) return true;
   const Value place(line.json, line, "module_memory");
   ModuleReading reading;
   try {
-    reading = ReadModule(draft.memory.dump);
+    reading = DecodeModule(draft.memory.dump, options.modules, port);
   } catch (const BadModule& bad) {
     if (!draft.memory.path.empty()) return FailAsNoDump(draft.memory.path, place);
     return place.Fail(MessageKind::kBadModule, bad.what());
   }
   try {
-    AddRemarks(reading, checksums, remarks);
+    AddRemarks(reading, options.checksums, remarks);
     Place(draft.cable, std::move(reading.cable), "cable");
     Place(draft.phy, std::move(reading.phy), "phy");
     return true;
@@ -462,7 +462,7 @@ bool PortReader::Read(std::string_view line, Port& port, std::vector<Message>& m
   Draft draft(MemoryDraft{options_.files, folder_, {}, {}});
   const Value value(document, problem);
   if (!SetFields(draft, value, kPortFields) ||
-      !DecodeModuleMemory(draft, value, options_.checksums, messages)) {
+      !DecodeModuleMemory(draft, value, options_, port, messages)) {
     if (!draft.label.empty()) problem.text.insert(0, "port \"" + Shortened(draft.label) + "\": ");
     messages.assign(1, std::move(problem));
     return false;

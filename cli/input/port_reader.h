@@ -20,6 +20,7 @@ enum class FilePolicy { kRead, kRefuse };
 struct PortReaderOptions {
   ChecksumPolicy checksums = ChecksumPolicy::kReport;
   FilePolicy files = FilePolicy::kRead;
+  ModuleUse modules = ModuleUse::kRecords;
 };
 
 /// Reads ports from lines of JSON; docs/port.schema.json describes them. One reader is used for

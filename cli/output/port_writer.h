@@ -18,6 +18,10 @@ class PortWriter {
   PortWriter& operator=(PortWriter&&) = delete;
   virtual ~PortWriter() = default;
 
+  /// What the writer needs of a module's memory.
+  virtual ModuleUse module_use() const { return ModuleUse::kRecords; }
+  /// False for ports of which there is nothing to write.
+  virtual bool Writes(const Port& /*port*/) const { return true; }
   /// Writes what comes before the first port.
   virtual void Begin(std::ostream& /*os*/) const {}
   /// What comes between two ports.

@@ -1,0 +1,47 @@
+#include "cli/input/module_memory.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace cli {
+
+namespace {
+
+using cable_info::ModuleFamily;
+using cable_info::ModuleImage;
+using cable_info::ModuleInfo;
+using cable_info::PageChecksum;
+using cable_info::module_memory::BadModule;
+using cable_info::module_memory::DumpBytes;
+using cable_info::module_memory::ModuleReading;
+using cable_info::module_memory::SplitImage;
+
+// What a reading without records has to remark.
+ModuleReading RemarksOf(const ModuleInfo& info) {
+  ModuleReading reading;
+  for (const PageChecksum& sum : info.checksums) {
+    if (sum.stored != sum.computed) {
+      reading.mismatches.push_back(cable_info::module_memory::MismatchText(sum));
+    }
+  }
+  return reading;
+}
+
+}  // namespace
+
+ModuleReading DecodeModule(const ModuleImage& image, ModuleUse use, Port& port) {
+  if (use == ModuleUse::kRecords) return cable_info::module_memory::ReadModule(image);
+  const ModuleInfo& info = port.module.emplace(cable_info::Decode(image));
+  if (info.family == ModuleFamily::kUnknown) throw BadModule(info.warnings.front());
+  return use == ModuleUse::kInfo ? RemarksOf(info) : cable_info::module_memory::ReadModule(image);
+}
+
+ModuleReading DecodeModule(const DumpBytes& dump, ModuleUse use, Port& port) {
+  std::vector<std::string> remarks;
+  ModuleReading reading = DecodeModule(SplitImage(dump, remarks), use, port);
+  reading.remarks.insert(reading.remarks.begin(), remarks.begin(), remarks.end());
+  return reading;
+}
+
+}  // namespace cli

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "cable_info/module_memory/module_memory.h"
+#include "cli/input/port.h"
+
+namespace cli {
+
+/// \name The memory of a module
+/// Decodes it as `use` asks: into the record of its family, which is returned, into `port.module`,
+/// or both. Throws `BadModule`.
+/// @{
+cable_info::module_memory::ModuleReading DecodeModule(const cable_info::ModuleImage& image,
+                                                      ModuleUse use, Port& port);
+cable_info::module_memory::ModuleReading DecodeModule(
+    const cable_info::module_memory::DumpBytes& dump, ModuleUse use, Port& port);
+/// @}
+
+}  // namespace cli

@@ -1,0 +1,28 @@
+#include "cli/output/module_writer.h"
+
+#include <ostream>
+#include <string>
+
+#include "cable_info/module_memory/module_output.h"
+
+namespace cli {
+
+namespace {
+
+std::string Label(const Port& port) {
+  return port.label.empty() ? GuidText(port.port_guid) + '/' + std::to_string(port.number)
+                            : port.label;
+}
+
+}  // namespace
+
+void ModuleWriter::Write(std::ostream& os, Port& port) const {
+  if (!port.module) return;
+  if (form_ == ModuleForm::kText) {
+    os << cable_info::ModuleToText(*port.module, Label(port));
+  } else {
+    os << cable_info::ModuleToJson(*port.module, Label(port)) << '\n';
+  }
+}
+
+}  // namespace cli

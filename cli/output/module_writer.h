@@ -1,0 +1,25 @@
+#pragma once
+
+#include "cli/output/port_writer.h"
+
+namespace cli {
+
+/// The form of what a module's memory says.
+enum class ModuleForm { kText, kJson };
+
+/// Everything that a module's memory says: data sheets with empty lines between them, or one JSON
+/// object on a line per module. A port without a module's memory has none.
+class ModuleWriter : public PortWriter {
+ public:
+  explicit ModuleWriter(ModuleForm form) : form_(form) {}
+
+  ModuleUse module_use() const override { return ModuleUse::kInfo; }
+  bool Writes(const Port& port) const override { return port.module.has_value(); }
+  std::string_view Separator() const override { return form_ == ModuleForm::kText ? "\n" : ""; }
+  void Write(std::ostream& os, Port& port) const override;
+
+ private:
+  ModuleForm form_;
+};
+
+}  // namespace cli
