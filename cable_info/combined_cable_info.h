@@ -43,10 +43,13 @@ class CombinedCableInfo {
   void AttachPhyCableRecord(std::unique_ptr<PhyCableRecord> record);
   /// @}
 
-  /// \name The records held, null where there is none
-  /// They stay the object's own.
+  /// \name The records held
+  /// The object keeps owning them; a pointer is valid until another record is attached.
   /// @{
+
+  /// The record of the cable-information pages; null when there is none.
   const CableRecord* cable_record() const { return cable_record_; }
+  /// The record of the PHY's registers; null when there is none.
   const PhyCableRecord* phy_cable_record() const { return phy_cable_record_; }
   /// @}
 

@@ -43,9 +43,10 @@ enum class CdrShown { kWhenPresent, kAlways };
 
 /// A length in metres: `base` times `multiplier`, where a multiplier of 0 stands for 0.1.
 struct CableLength {
-  int base = 0;  ///< 0: unknown
-  int multiplier = 1;
+  int base = 0;        ///< 0: unknown
+  int multiplier = 1;  ///< 0, 1, 10 or 100
 
+  /// The length in metres.
   double Metres() const { return multiplier == 0 ? base * 0.1 : base * multiplier; }
 };
 
