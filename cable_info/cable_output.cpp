@@ -7,6 +7,7 @@
 #include "cable_info/report_labels.h"
 #include "cable_info/text/csv_row.h"
 #include "cable_info/text/report_lines.h"
+#include "cable_info/typed_row.h"
 
 namespace cable_info {
 namespace [[gnu::visibility("hidden")]] cable {
@@ -45,7 +46,7 @@ void PrtlLengthCell(Row& row, const CableRecord& r) {
   if (r.PrtlLengthText.empty()) {
     row.Missing();
   } else {
-    row.Text(r.PrtlLengthText);
+    row.Length(r.PrtlLengthText);
   }
 }
 
@@ -163,9 +164,9 @@ void AppendTypeCells(Row& row, const CableRecord& r) {
   row.Hex(r.Connector, 2);
   row.Decimal(r.TransmitterTechnologyCode);
   row.Decimal(r.SupportedSpeedMask);
-  row.Text(Length(r));
+  row.Length(Length(r));
   PrtlLengthCell(row, r);
-  row.Text(r.LengthText);
+  row.Length(r.LengthText);
   TypeCell(row, r);
   SupportedSpeedCell(row, r);
   TemperatureCell(row, r, r.Temperature);
@@ -194,7 +195,7 @@ void AppendSettingCells(Row& row, const CableRecord& r) {
 // kMonitors: RXPowerType .. TX8Power
 template <typename Row>
 void AppendMonitorCells(Row& row, const CableRecord& r) {
-  row.Flag(r.RxPowerIsAverage);
+  row.Decimal(r.RxPowerIsAverage ? 1 : 0);
   LaneCells(row, r.RxPower);
   LaneCells(row, r.TxBias);
   LaneCells(row, r.TxPower);
@@ -420,6 +421,11 @@ void WriteRow(std::ostream& os, const CableRecord& r) {
   row.WriteTo(os);
   os.precision(kRowPrecision);
   os.fill(kRowFill);
+}
+
+void VisitCells(CellSink& sink, const CableRecord& r) {
+  TypedRow row(sink);
+  AppendRow(row, r);
 }
 
 void WriteReport(std::ostream& os, const CableRecord& r) {

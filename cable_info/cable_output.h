@@ -6,6 +6,7 @@
 #include <string>
 
 #include "cable_info/cable_record.h"
+#include "cable_info/cell_sink.h"
 
 namespace cable_info {
 namespace [[gnu::visibility("hidden")]] cable {
@@ -15,6 +16,8 @@ enum class PhyLines { kLeftOut, kShown };
 
 /// What `CableRecord::ToCSVStream` writes.
 void WriteRow(std::ostream& os, const CableRecord& r);
+/// Hands the cells of the row to `sink`.
+void VisitCells(CellSink& sink, const CableRecord& r);
 /// What `CableRecord::ToFileStream` writes.
 void WriteReport(std::ostream& os, const CableRecord& r);
 /// What `CableRecord::c_str` returns.

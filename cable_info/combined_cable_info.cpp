@@ -3,6 +3,8 @@
 #include <ostream>
 #include <utility>
 
+#include "cable_info/cable_output.h"
+#include "cable_info/phy_output.h"
 #include "cable_info/text/text_buffer.h"
 
 namespace cable_info {
@@ -46,6 +48,12 @@ void CombinedCableInfo::ToCSVStream(std::ostream& os) const {
   if (phy_cable_record_ != nullptr) return phy_cable_record_->ToCSVStream(os);
   os.width(0);
   os << std::endl;
+}
+
+void CombinedCableInfo::VisitCells(CellSink& sink) const {
+  if (cable_record_ != nullptr) return cable::VisitCells(sink, *cable_record_);
+  if (phy_cable_record_ != nullptr) return phy::VisitCells(sink, *phy_cable_record_);
+  for (int cell = 0; cell < kRecordColumnCount; ++cell) sink.Missing();
 }
 
 void CombinedCableInfo::ToFileStream(std::ostream& os) const {

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "cable_info/cable_record.h"
+#include "cable_info/cell_sink.h"
 #include "cable_info/csv_columns.h"
 #include "cable_info/phy_cable_record.h"
 #include "cable_info/prtl_record.h"
@@ -60,6 +61,11 @@ class CombinedCableInfo {
   /// three cells, each with its comma. Without records only a newline and a flush. Leaves the
   /// stream's width at 0, as any formatted output does.
   void ToCSVStream(std::ostream& os) const;
+  /// Hands the same cells to `sink`, typed: always 174, all of them missing without records. Values
+  /// and units are those of `kCsvColumns`, but for NominalBitrate, which is in Gb/s whatever the
+  /// source, and a length, which is in metres. A text that is empty, "NA" or "N/A" is a missing
+  /// value, and so are NaN, infinities and a power that cannot be represented.
+  void VisitCells(CellSink& sink) const;
   /// Writes the port's block of the text report; nothing without records. Leaves the stream's width
   /// at 0.
   void ToFileStream(std::ostream& os) const;

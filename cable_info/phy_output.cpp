@@ -5,6 +5,7 @@
 #include "cable_info/report_labels.h"
 #include "cable_info/text/csv_row.h"
 #include "cable_info/text/flushed_lines.h"
+#include "cable_info/typed_row.h"
 
 namespace cable_info {
 namespace [[gnu::visibility("hidden")]] phy {
@@ -231,8 +232,8 @@ void AppendTypeCells(Row& row, const PhyCableRecord& r) {
     cells.Cell(LengthByRegCell<Row>, kBareNa);  // LengthDesc
     row.MissingAs(kBareNa);                     // LengthDescByPRTL
   } else {
-    row.Text(r.prtl_length);
-    row.Text(r.prtl_length);
+    row.Length(r.prtl_length);
+    row.Length(r.prtl_length);
   }
   cells.Cell(LengthByRegCell<Row>, kBareNa);
   cells.Cell(TypeCell<Row>);
@@ -251,7 +252,9 @@ void AppendSettingCells(Row& row, const PhyCableRecord& r) {
   };
   cells.Decimal(&ModuleRecord::power_class);
   cells.Cell(
-      [](Row& o, const ModuleRecord& m) { o.Decimal(m.SelectNominalBR() * module::kMegabitsPerGigabit); },
+      [](Row& o, const ModuleRecord& m) {
+        o.DecimalTimes(m.SelectNominalBR(), module::kMegabitsPerGigabit);
+      },
       kReportNa);
   row.Missing();  // CDREnableTxRx
   cells.Cell([](Row& o, const ModuleRecord& m) { CdrEnableCell(o, m, m.tx_cdr_state); });
@@ -533,6 +536,11 @@ void WriteRow(std::ostream& os, const PhyCableRecord& r) {
   CsvRow row;
   AppendRow(row, r);
   row.WriteTo(os);
+}
+
+void VisitCells(CellSink& sink, const PhyCableRecord& r) {
+  TypedRow row(sink);
+  AppendRow(row, r);
 }
 
 void WriteReport(std::ostream& os, const PhyCableRecord& r) {

@@ -4,6 +4,7 @@
 
 #include <iosfwd>
 
+#include "cable_info/cell_sink.h"
 #include "cable_info/phy_cable_record.h"
 
 namespace cable_info {
@@ -11,6 +12,8 @@ namespace [[gnu::visibility("hidden")]] phy {
 
 /// What `PhyCableRecord::ToCSVStream` writes.
 void WriteRow(std::ostream& os, const PhyCableRecord& r);
+/// Hands the cells of the row to `sink`.
+void VisitCells(CellSink& sink, const PhyCableRecord& r);
 /// What `PhyCableRecord::ToFileStream` writes.
 void WriteReport(std::ostream& os, const PhyCableRecord& r);
 

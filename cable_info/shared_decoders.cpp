@@ -1,7 +1,10 @@
 #include "cable_info/shared_decoders.h"
 
 #include <array>
+#include <charconv>
+#include <cmath>
 #include <cstddef>
+#include <system_error>
 
 #include "cable_info/value_format.h"
 
@@ -75,6 +78,19 @@ void AppendTemperature(TextBuffer& out, std::uint8_t technology, std::int8_t tem
 
 void AppendVoltage(TextBuffer& out, std::uint16_t raw) {
   out.AppendDecimal(raw * kMicrovoltsPerUnit).Append(kMicrovoltUnit);
+}
+
+std::optional<double> Metres(std::string_view text) {
+  constexpr double kMetresPerKilometre = 1000;
+  text = Trimmed(text);
+  const bool is_signed = !text.empty() && text.front() == '-';
+  double number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || is_signed || !std::isfinite(number)) return std::nullopt;
+  const std::string_view unit = Trimmed(text.substr(static_cast<std::size_t>(end - text.data())));
+  if (unit == "km") return number * kMetresPerKilometre;
+  if (unit == "m" || unit.empty()) return number;
+  return std::nullopt;
 }
 
 void AppendCableInfoVSStatus(TextBuffer& out, std::uint8_t status) {

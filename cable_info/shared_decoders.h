@@ -4,6 +4,7 @@
 // Internal; not installed.
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include "cable_info/missing_values.h"
@@ -61,6 +62,10 @@ inline constexpr std::string_view kMicrovoltUnit = "uV";
 
 /// A voltage word in microvolts with its unit.
 void AppendVoltage(TextBuffer& out, std::uint16_t raw);
+
+/// Metres of a text such as "50 m", "0.5 km" or "50"; empty for any other, such as a choice of
+/// lengths.
+std::optional<double> Metres(std::string_view text);
 
 /// The status of the query that reads the cable-information pages.
 void AppendCableInfoVSStatus(TextBuffer& out, std::uint8_t status);

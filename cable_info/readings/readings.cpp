@@ -9,6 +9,7 @@
 #include "cable_info/combined_cable_info.h"
 #include "cable_info/module_memory/sff8024.h"
 #include "cable_info/phy_cable_record.h"
+#include "cable_info/shared_decoders.h"
 #include "cable_info/text/text_buffer.h"
 #include "cable_info/value_format.h"
 
@@ -87,27 +88,8 @@ std::optional<std::uint8_t> NonZeroByte(std::uint8_t value) {
 
 // Metres of a text such as "50 m" or "0.5 km"; empty for any other, such as a choice of lengths.
 std::optional<float> Metres(std::string_view text) {
-  text = Trimmed(text);
-  std::size_t digits = 0;
-  while (digits < text.size() && (IsDigit(text[digits]) || text[digits] == '.')) ++digits;
-  constexpr std::size_t kLongestNumber = 20;
-  if (digits == 0 || digits > kLongestNumber) return std::nullopt;
-  double number = 0;
-  double scale = 1;
-  bool is_fraction = false;
-  for (const char c : text.substr(0, digits)) {
-    if (c == '.') {
-      if (is_fraction) return std::nullopt;
-      is_fraction = true;
-      continue;
-    }
-    number = number * 10 + (c - '0');
-    if (is_fraction) scale *= 10;
-  }
-  const std::string_view unit = Trimmed(text.substr(digits));
-  if (unit == "km") return NonZero(number / scale * 1000);
-  if (unit == "m" || unit.empty()) return NonZero(number / scale);
-  return std::nullopt;
+  const std::optional<double> metres = decode::Metres(text);
+  return metres ? NonZero(*metres) : std::nullopt;
 }
 
 void SetValue(Reading& reading, double value) {

@@ -10,7 +10,7 @@ _cableinfo() {
   fi
   local options
   case ${COMP_WORDS[1]} in
-    table) options="$port_options --no-header" ;;
+    table) options="$port_options --json --no-header --rfc4180" ;;
     report | export) options=$port_options ;;
     columns) options='--help --json' ;;
   esac

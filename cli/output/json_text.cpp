@@ -44,6 +44,13 @@ Decoded FirstCharacter(std::string_view text) {
 
 }  // namespace
 
+void AppendShortest(cable_info::text::TextBuffer& out, double value) {
+  constexpr std::size_t kCapacity = 1100;  // the smallest number has 1074 decimals
+  out.AppendWithin(kCapacity, [value](char* to) {
+    return std::to_chars(to, to + kCapacity, value, std::chars_format::fixed).ptr;
+  });
+}
+
 void JsonText::Integer(std::uint32_t value) {
   Separate();
   out_.AppendDecimal(value);

@@ -9,6 +9,10 @@
 
 namespace cli {
 
+/// Appends the shortest decimal number without exponent that reads back as `value`, which must be
+/// finite.
+void AppendShortest(cable_info::text::TextBuffer& out, double value);
+
 /// Writes JSON on one line straight into a buffer, in ASCII. Commas are written where they belong;
 /// that every object is closed is the caller's business.
 class [[gnu::visibility("hidden")]] JsonText {

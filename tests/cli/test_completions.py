@@ -11,7 +11,7 @@ COMMANDS = {"table", "report", "export", "columns"}
 
 
 def help_options(*command):
-    return set(re.findall(r"--[a-z-]+", run(*command, "--help").stdout.decode()))
+    return set(re.findall(r"--[a-z0-9-]+", run(*command, "--help").stdout.decode()))
 
 
 def shell(*arguments):
@@ -44,12 +44,12 @@ class Zsh(ProgramTest):
     def test_commands(self):
         offered = zsh("cableinfo", "")
         self.assertEqual(set(re.findall(r"(\w+)\\:", offered)), COMMANDS)
-        self.assertEqual(set(re.findall("--[a-z-]+", offered)), {"--help", "--version"})
+        self.assertEqual(set(re.findall("--[a-z0-9-]+", offered)), {"--help", "--version"})
 
     def test_options(self):
         for command in COMMANDS:
             offered = zsh("cableinfo", command, "--")
-            self.assertEqual(set(re.findall("--[a-z-]+", offered)), help_options(command), command)
+            self.assertEqual(set(re.findall("--[a-z0-9-]+", offered)), help_options(command), command)
 
     def test_files_follow_the_commands_that_read_ports(self):
         for command in COMMANDS:
