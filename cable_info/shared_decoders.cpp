@@ -82,12 +82,16 @@ void AppendVoltage(TextBuffer& out, std::uint16_t raw) {
 
 std::optional<double> Metres(std::string_view text) {
   constexpr double kMetresPerKilometre = 1000;
+  constexpr std::ptrdiff_t kMaxNumberSize = 20;
   text = Trimmed(text);
   const bool is_signed = !text.empty() && text.front() == '-';
   double number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || is_signed || !std::isfinite(number)) return std::nullopt;
-  const std::string_view unit = Trimmed(text.substr(static_cast<std::size_t>(end - text.data())));
+  const std::ptrdiff_t size = end - text.data();
+  if (error != std::errc() || is_signed || size > kMaxNumberSize || !std::isfinite(number)) {
+    return std::nullopt;
+  }
+  const std::string_view unit = Trimmed(text.substr(static_cast<std::size_t>(size)));
   if (unit == "km") return number * kMetresPerKilometre;
   if (unit == "m" || unit.empty()) return number;
   return std::nullopt;

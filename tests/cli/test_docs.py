@@ -217,9 +217,9 @@ class Layers(ProgramTest):
     # From the lowest layer to the highest. Files of one part may include each other; the parts of
     # one layer do not know of each other.
     LAYERS = (
-        {"data": {"missing_values", "csv_columns", "version"}},
+        {"data": {"missing_values", "csv_columns", "cell_sink", "version"}},
         {"text": {"text/*"}},
-        {"value_format": {"value_format", "shared_decoders", "report_labels"}},
+        {"value_format": {"value_format", "shared_decoders", "report_labels", "typed_row"}},
         {"cable": {"cable_record", "cable_decode", "cable_output"},
          "phy": {"phy_registers", "phy_cable_record", "phy_decode", "phy_output"},
          "prtl": {"prtl_record"}},
