@@ -48,5 +48,5 @@ void AppendLaneSettings(TextBuffer& out, const CableRecord& r, std::uint16_t wor
 void AppendRxOutputDisable(TextBuffer& out, const CableRecord& r);
 void AppendTxAdaptiveEqEnable(TextBuffer& out, const CableRecord& r);
 
-}  // namespace gnu::visibility("hidden")]]cable
+}  // namespace cable
 }  // namespace cable_info

@@ -23,5 +23,5 @@ void WriteReport(std::ostream& os, const CableRecord& r);
 /// What `CableRecord::c_str` returns.
 std::string ReportBlock(const CableRecord& r, PhyLines phy_lines);
 
-}  // namespace gnu::visibility("hidden")]]cable
+}  // namespace cable
 }  // namespace cable_info

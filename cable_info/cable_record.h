@@ -1,7 +1,17 @@
 #pragma once
 
 /// \file
-/// What the cable-information pages of a module tell about a port's cable.
+/// A port's cable or module as read from its cable-information pages.
+///
+/// \code
+/// cable_info::CableRecord record;
+/// record.Identifier = 0x11;                // QSFP28
+/// record.Temperature = 41 << 8;
+/// record.VendorName = "Acme Optics";
+/// record.ConvertCableIdentifierToStr();    // "QSFP28"
+/// record.GetTemperatureStr();              // "41C"
+/// record.ToFileStream(std::cout);          // the block of the text report
+/// \endcode
 
 #include <cstdint>
 #include <iosfwd>
@@ -13,7 +23,8 @@
 
 namespace cable_info {
 
-/// A `CableRecord` as plain values, for callers that want no text. Texts are cut to their slot and
+/// A `CableRecord` as plain values, without any formatting: see `CableRecord::ExportData`. Each
+/// member names the field that it is copied from. Texts are cut to the size of their array and
 /// always end in a NUL.
 struct cable_record_data_t {
   std::uint8_t status;                  ///< QueryStatus
@@ -42,22 +53,28 @@ struct cable_record_data_t {
 static_assert(std::is_standard_layout_v<cable_record_data_t>);
 static_assert(std::is_trivially_copyable_v<cable_record_data_t>);
 
-/// One port's cable as read from the cable-information pages (source "CABLE"). The host fills the
-/// fields; every field starts zero or empty. Codes and flags are those of SFF-8636.
+/// A port's cable or module as read from its cable-information pages (source "CABLE"). The host
+/// sets the fields; each is zero or empty initially. Any value is valid.
 ///
-/// "Passive" means unequalized copper here (technology 10); temperatures are also denied to
-/// passive-equalized copper (technology 11), which has no sensor either.
+/// Codes, flags and units follow the memory map of SFF-8636 rev 2.11. The comments of the fields
+/// give the page and byte of that standard, and "a.b" is bit b of byte a. Lane arrays hold lanes 1
+/// to 4 in order.
 ///
-/// Decoders with a `csv` argument give the form of the CSV row when it is true, that of the text
-/// report when it is false.
+/// "Passive" means unequalized copper (technology 10) in the comments below. Temperatures are
+/// missing for passive equalized copper (technology 11), too, which has no sensor either.
+///
+/// Functions with a `csv` argument return the form of the CSV row if it is true, that of the text
+/// report if it is false.
+///
+/// The spelling of `GetTemperatureErrorsByTreshold` is part of the interface; do not correct it.
 class CableRecord {
  public:
-  /// How rows and reports name the source of this record's data.
+  /// The name of this source in rows and reports.
   static constexpr std::string_view kSource = "CABLE";
 
   CableRecord() = default;
   /// \name Copying and moving
-  /// A copy is a record of its own; a record that was moved from has unspecified texts.
+  /// Copies are independent of each other. The texts of a moved-from record are unspecified.
   /// @{
   CableRecord(const CableRecord&) = default;             ///< copy
   CableRecord& operator=(const CableRecord&) = default;  ///< copy
@@ -66,205 +83,225 @@ class CableRecord {
   /// @}
   virtual ~CableRecord();
 
-  /// Status of the query that read the pages; 0 means that the data are good.
+  /// Status of the query that read the pages; 0 means success.
+  /// See `ConvertCableInfoVSStatusToStr`.
   std::uint8_t QueryStatus = 0;
-  /// SFF-8024, table of identifier values.
+  /// Module identifier, SFF-8024 rev 4.13 table 4-1 (lower page byte 0).
   std::uint8_t Identifier = 0;
-  /// SFF-8024, table of connector types; 0x23 marks an active cable.
+  /// Connector type, SFF-8024 rev 4.13 table 4-3 (page 00h byte 130); 0x23 (no separable connector)
+  /// marks an active cable unless the cable is passive.
   std::uint8_t Connector = 0;
-  /// Bit 0 SDR, 1 DDR, 2 QDR, 3 FDR, 4 EDR, 5 HDR, 6 NDR.
+  /// InfiniBand speeds (page 00h byte 164): bit 0 SDR, 1 DDR, 2 QDR, 3 FDR, 4 EDR, 5 HDR, and 6
+  /// NDR, which the standard reserves.
   std::uint8_t SupportedSpeedMask = 0;
-  /// Index into `transmitter_technology_arr`.
+  /// Transmitter technology, an index into `transmitter_technology_arr` (page 00h byte 147.7..4).
   std::uint8_t TransmitterTechnologyCode = 0;
-  /// \name Lengths, in the units of the module's memory map
+  /// \name Lengths, in the units of the memory map
+  /// Columns of the table show these numbers; the length shown as text is `LengthText`.
   /// @{
-  std::uint8_t LengthSmf = 0;             ///< single-mode fibre
-  std::uint8_t LengthOm3 = 0;             ///< OM3 multi-mode fibre
-  std::uint8_t LengthOm2 = 0;             ///< OM2 multi-mode fibre
-  std::uint8_t LengthOm1 = 0;             ///< OM1 multi-mode fibre
-  std::uint8_t LengthCopperOrActive = 0;  ///< copper or active cable
+  std::uint8_t LengthSmf = 0;  ///< single-mode fibre, km (page 00h byte 142)
+  std::uint8_t LengthOm3 = 0;  ///< OM3 multi-mode fibre, 2 m (byte 143)
+  std::uint8_t LengthOm2 = 0;  ///< OM2 multi-mode fibre, m (byte 144)
+  std::uint8_t LengthOm1 = 0;  ///< OM1 multi-mode fibre, m (byte 145)
+  /// Copper or active cable, m (byte 146). For separable modules with an 850 nm VCSEL, OM4
+  /// multi-mode fibre, 2 m.
+  std::uint8_t LengthCopperOrActive = 0;
   /// @}
-  /// High byte: whole degrees Celsius, signed. The low byte is never read.
+  /// Module temperature (lower page bytes 22-23). High byte: whole degrees Celsius, signed; the low
+  /// byte (1/256 degree) is ignored.
   std::uint16_t Temperature = 0;
-  /// Exported only.
+  /// Copied by `ExportData`; not shown.
   std::uint8_t OpaqueByte1 = 0;
-  /// Whole Gb/s.
+  /// Nominal bit rate in whole Gb/s (page 00h byte 140, or 222 where that is 255).
   std::uint8_t NominalBitrate = 0;
-  /// The module's power class, as a number.
+  /// Power class, 1 to 8 (page 00h byte 129).
   std::uint8_t PowerClass = 0;
-  /// CDR enabled: high nibble TX lanes, low nibble RX lanes.
+  /// CDR enabled (lower page byte 98): bits 7..4 TX4..TX1, bits 3..0 RX4..RX1.
   std::uint8_t CdrControl = 0;
-  /// Bit 1: has a TX CDR, bit 0: has an RX CDR.
+  /// Bit 1: has a TX CDR, bit 0: has an RX CDR (page 00h byte 129.3..2).
   std::uint8_t CdrPresence = 0;
-  /// Module kind of the home vendor: 14 multi-mode, 16 parallel single-mode.
+  /// Kind of a module of the home vendor: 14 multi-mode, 16 parallel single-mode.
   std::uint8_t VendorModuleKind = 0;
-  /// Copper attenuation at 2.5, 5, 7 and 12 GHz, dB.
+  /// Copper attenuation at 2.5, 5, 7 and 12 GHz, dB (page 00h bytes 186-189; 12.9 GHz in the
+  /// standard).
   std::uint8_t Attenuation[4] = {};
-  /// Exported only.
+  /// Copied by `ExportData`; not shown.
   std::uint8_t OpaqueByte2 = 0;
-  /// SFF-8024, table of extended specification compliance codes.
+  /// Extended specification compliance code, SFF-8024 rev 4.13 table 4-4 (page 00h byte 192).
   std::uint8_t ExtSpecCompliance = 0;
-  /// Exported only.
+  /// Copied by `ExportData`; not shown.
   std::uint8_t OpaqueByte3 = 0;
-  /// Loss of signal: bits 7..4 TX4..TX1, bits 3..0 RX4..RX1 (as the next two).
+  /// Loss of signal (lower page byte 3): bits 7..4 TX4..TX1, bits 3..0 RX4..RX1.
   std::uint8_t LatchedCdrLos = 0;
-  /// Adaptive equalization fault, TX lanes only: bits 7..4 TX4..TX1.
+  /// Adaptive equalization fault (lower page byte 4): bits 7..4 TX4..TX1. Bits 3..0, transmitter
+  /// faults in the standard, are shown only in the report, as part of the byte.
   std::uint8_t LatchedAdaptiveEqFault = 0;
-  /// CDR loss of lock.
+  /// CDR loss of lock (lower page byte 5): bits 7..4 TX4..TX1, bits 3..0 RX4..RX1.
   std::uint8_t LatchedCdrLol = 0;
-  /// Bit 7 high alarm, 6 low alarm, 5 high warning, 4 low warning, 0 initialization complete.
+  /// Temperature flags (lower page byte 6): bit 7 high alarm, 6 low alarm, 5 high warning, 4 low
+  /// warning; bit 0 initialization complete.
   std::uint8_t LatchedTemperatureAlarms = 0;
-  /// Supply voltage; bits 7..4 as for the temperature.
+  /// Supply-voltage flags (lower page byte 7): bit 7 high alarm, 6 low alarm, 5 high warning, 4 low
+  /// warning.
   std::uint8_t LatchedVoltageAlarms = 0;
-  /// The whole device-technology byte: bits 7..4 technology, 3 active wavelength control, 2 cooled
-  /// transmitter, 1 active PIN detector, 0 tunable transmitter.
+  /// The whole device-technology byte (page 00h byte 147): bits 7..4 technology, 3 active
+  /// wavelength control, 2 cooled transmitter, 1 detector (column ActivePinDetector; in the
+  /// standard 1 is APD, 0 PIN), 0 tunable transmitter.
   std::uint8_t TransmitterTechnologyRaw = 0;
-  /// Bits 3..0: TX1..TX4 (lane 1 in the highest of the four).
+  /// Adaptive equalization frozen (page 03h byte 233): bits 3..0 are TX1..TX4, lane 1 in bit 3.
   std::uint8_t TxAdaptiveEqFreeze = 0;
-  /// High nibble: RX output disabled; low nibble: TX adaptive equalization enabled.
+  /// Page 03h byte 241: bits 7..4 RX output disabled, RX4..RX1; bits 3..0 TX adaptive equalization
+  /// enabled, TX4..TX1.
   std::uint8_t RxOutputDisableTxAdaptiveEq = 0;
-  /// \name Four 4-bit values, lane 1 in the top nibble
+  /// \name Lane settings, four 4-bit values with lane 1 in the top nibble
   /// @{
-  std::uint16_t InputEq = 0;    ///< input equalization of TX1..TX4
-  std::uint16_t OutputAmp = 0;  ///< output amplitude of RX1..RX4
-  std::uint16_t OutputEmp = 0;  ///< output emphasis of RX1..RX4
+  std::uint16_t InputEq = 0;    ///< input equalization, TX1..TX4 (page 03h bytes 234-235)
+  std::uint16_t OutputAmp = 0;  ///< output amplitude, RX1..RX4 (page 03h bytes 238-239)
+  std::uint16_t OutputEmp = 0;  ///< output emphasis, RX1..RX4 (page 03h bytes 236-237)
   /// @}
-  /// Exported only.
+  /// Copied by `ExportData`; not shown.
   std::uint16_t OpaqueWord1 = 0;
-  /// Units of 100 uV.
+  /// Supply voltage in units of 100 uV (lower page bytes 26-27).
   std::uint16_t SupplyVoltage = 0;
   /// \name Alarm words
-  /// A nibble a lane, lane 1 in the top one; in each from its top bit: high alarm, low alarm, high
-  /// warning, low warning.
+  /// One nibble per lane, lane 1 in the top nibble; in each nibble, from the top bit: high alarm,
+  /// low alarm, high warning, low warning.
   /// @{
-  std::uint16_t RxPowerAlarms = 0;  ///< received power of RX1..RX4
-  std::uint16_t TxBiasAlarms = 0;   ///< bias current of TX1..TX4
-  std::uint16_t TxPowerAlarms = 0;  ///< transmitted power of TX1..TX4
+  std::uint16_t RxPowerAlarms = 0;  ///< received power, RX1..RX4 (lower page bytes 9-10)
+  std::uint16_t TxBiasAlarms = 0;   ///< bias current, TX1..TX4 (lower page bytes 11-12)
+  std::uint16_t TxPowerAlarms = 0;  ///< transmitted power, TX1..TX4 (lower page bytes 13-14)
   /// @}
-  /// The vendor's lot code, as it stands.
+  /// Lot code, two characters as a big-endian number (page 00h bytes 218-219).
   std::uint16_t Lot = 0;
   /// \name Temperature thresholds, encoded as `Temperature`
   /// @{
-  std::uint16_t TempHighAlarmThresh = 0;  ///< alarm above it
-  std::uint16_t TempHighWarnThresh = 0;   ///< warning above it
-  std::uint16_t TempLowAlarmThresh = 0;   ///< alarm below it
-  std::uint16_t TempLowWarnThresh = 0;    ///< warning below it
+  std::uint16_t TempHighAlarmThresh = 0;  ///< alarm above it (page 03h bytes 128-129)
+  std::uint16_t TempHighWarnThresh = 0;   ///< warning above it (page 03h bytes 132-133)
+  std::uint16_t TempLowAlarmThresh = 0;   ///< alarm below it (page 03h bytes 130-131)
+  std::uint16_t TempLowWarnThresh = 0;    ///< warning below it (page 03h bytes 134-135)
   /// @}
   /// \name Voltage thresholds, units of 100 uV
   /// @{
-  std::uint16_t VoltHighAlarmThresh = 0;  ///< alarm above it
-  std::uint16_t VoltHighWarnThresh = 0;   ///< warning above it
-  std::uint16_t VoltLowAlarmThresh = 0;   ///< alarm below it
-  std::uint16_t VoltLowWarnThresh = 0;    ///< warning below it
+  std::uint16_t VoltHighAlarmThresh = 0;  ///< alarm above it (page 03h bytes 144-145)
+  std::uint16_t VoltHighWarnThresh = 0;   ///< warning above it (page 03h bytes 148-149)
+  std::uint16_t VoltLowAlarmThresh = 0;   ///< alarm below it (page 03h bytes 146-147)
+  std::uint16_t VoltLowWarnThresh = 0;    ///< warning below it (page 03h bytes 150-151)
   /// @}
   /// \name Monitors of lanes 1..4
   /// @{
-  float RxPower[4] = {};  ///< milliwatts
-  float TxBias[4] = {};   ///< milliamperes
-  float TxPower[4] = {};  ///< milliwatts
+  float RxPower[4] = {};  ///< received power, mW (lower page bytes 34-41)
+  float TxBias[4] = {};   ///< bias current, mA (lower page bytes 42-49)
+  float TxPower[4] = {};  ///< transmitted power, mW (lower page bytes 50-57)
   /// @}
-  /// Received power is an average (true) or an OMA (false).
+  /// Received power is an average (true) or an OMA (false) (page 00h byte 220.3).
   bool RxPowerIsAverage = false;
-  /// Exported only.
+  /// Copied by `ExportData`; not shown.
   std::uint32_t OpaqueDword1 = 0;
-  /// As it stands; never trimmed.
+  /// Vendor name (page 00h bytes 148-163); shown verbatim, never trimmed.
   std::string VendorName;
-  /// As text; "0x5a1", compared literally, is the home vendor's.
+  /// Vendor OUI as text (page 00h bytes 165-167). "0x5a1", compared literally, is the home vendor.
   std::string Oui;
-  /// "NA" means unknown.
+  /// Part number (page 00h bytes 168-183); "NA" means unknown.
   std::string PartNumber;
-  /// As it stands; `_get_vendor_from_sn` finds a vendor code in it.
+  /// Serial number (page 00h bytes 196-211); shown verbatim. `_get_vendor_from_sn` extracts a
+  /// vendor code from it.
   std::string SerialNumber;
-  /// "NA" means unknown.
+  /// Revision (page 00h bytes 184-185); "NA" means unknown.
   std::string Revision;
-  /// The length as read from the module, as text.
+  /// The length given by the module, as text with its unit.
   std::string LengthText;
-  /// Exported only.
+  /// Copied by `ExportData`; not shown.
   std::string ExtraText;
-  /// Shown for the home vendor's modules only; see `ConvertFwVersionToStr`.
+  /// Firmware version, shown only for the home vendor's modules; see `ConvertFwVersionToStr`.
   std::string FwVersionText;
-  /// YYMMDD and anything behind it, or "N/A".
+  /// Date code (page 00h bytes 212-217): YYMMDD, optionally followed by more characters; or "N/A".
   std::string DateCodeText;
-  /// The length measured by round-trip latency; empty means not measured.
+  /// The length measured by round-trip latency, as text with its unit; empty means not measured.
   std::string PrtlLengthText;
 
-  /// Neither passive nor an active cable.
+  /// True if it is neither a passive nor an active cable.
   bool IsModule() const;
-  /// Not passive, and without separable connector.
+  /// True if it is not passive and has no separable connector.
   bool IsActiveCable() const;
-  /// Unequalized copper.
+  /// True for unequalized copper.
   bool IsPassiveCable() const;
-  /// An optical technology in data that are good.
+  /// True if the pages were read successfully and the technology is optical.
   bool IsOpticCable() const;
-  /// A multi-mode module of the home vendor.
+  /// True for a multi-mode module of the home vendor.
   bool IsKestMmf() const;
-  /// A parallel single-mode module of the home vendor.
+  /// True for a parallel single-mode module of the home vendor.
   bool IsKestPsm() const;
 
-  /// Bit 0 high alarm, 1 low alarm, 2 high warning, 3 low warning.
+  /// The latched temperature flags: bit 0 high alarm, 1 low alarm, 2 high warning, 3 low warning.
   std::uint32_t GetTemperatureAlarms() const;
-  /// Bit 0: above the high alarm threshold, bit 1: below the low one.
+  /// Compares the temperature with the alarm thresholds: bit 0 is set above the high one, bit 1
+  /// below the low one. The spelling is part of the interface.
   std::uint32_t GetTemperatureErrorsByTreshold() const;
-  /// Always zero: the pages carry no firmware object.
+  /// Always zero: the pages contain no numeric firmware version.
   fw_version_obj_t GetFWObj() const;
-  /// 10 * log10(mw); -999.999 for zero, NaN for negative powers.
+  /// 10 * log10(mw); -999.999 for zero, NaN for a negative power.
   double mW_to_dBm(double mw) const;
-  /// The part number as it stands; empty when it is unknown.
+  /// The part number, verbatim; empty if it is unknown.
   std::string GetPNVendor() const;
-  /// What identifies the cable; the vendor code comes from the serial number.
+  /// The identification of the cable; the vendor code is taken from the serial number.
   cable_id_t GetIdObj() const;
-  /// Fills every field of `*data`, which must not be null.
+  /// Sets every member of `*data`, which must not be null.
   void ExportData(cable_record_data_t* data) const;
 
-  /// SFF-8024, table of identifier values; "NA" for codes that name no port module.
+  /// The name of `Identifier`; "NA" for codes that are not modules of a port.
   std::string ConvertCableIdentifierToStr() const;
-  /// The technology, or "NA - " and the query's status.
+  /// The name of the technology, "NA" for codes above 15; after a failed query, "NA - " and the
+  /// text of its status.
   std::string ConvertCableTypeToStr() const;
-  /// The speeds joined by "/", or "NA".
+  /// The supported speeds, lowest first and joined by "/", or "NA".
   std::string ConvertSupportedSpeedToStr() const;
-  /// The measured length when there is one, else the module's.
+  /// `PrtlLengthText` if it is not empty, otherwise `LengthText`.
   std::string ConvertLengthToStr() const;
-  /// The measured length, or "NA".
+  /// `PrtlLengthText`, or "NA" if it is empty.
   std::string ConvertPrtlLengthToStr() const;
-  /// Any temperature word of this cable; not quoted, not even its CSV fallback.
+  /// A temperature word of this cable in whole degrees Celsius with "C". Never quoted, not even
+  /// the fallback of the CSV row, "NA"; that of the report is N/A.
   std::string ConvertTemperatureToStr(unsigned short value, bool csv) const;
-  /// \name Temperature and alarm thresholds, in degrees Celsius with "C", or N/A
+  /// \name Temperature and alarm thresholds, in whole degrees Celsius with "C", or N/A
   /// @{
   std::string GetTemperatureStr() const;               ///< `Temperature`
   std::string GetHighTemperatureThresholdStr() const;  ///< `TempHighAlarmThresh`
   std::string GetLowTemperatureThresholdStr() const;   ///< `TempLowAlarmThresh`
   /// @}
-  /// Any voltage word, in microvolts with "uV".
+  /// A voltage word, given in units of 100 uV, in microvolts with "uV".
   std::string ConvertVoltageToStr(unsigned short value) const;
-  /// YY-MM-DD; texts of three characters or fewer, and "N/A", as they stand.
+  /// `DateCodeText` as YY-MM-DD; verbatim if it has three characters or fewer or is "N/A".
   std::string ConvertDateCodeToStr() const;
-  /// Known for the home vendor's multi-mode and parallel single-mode modules only.
+  /// `FwVersionText` for the home vendor's multi-mode and parallel single-mode modules; missing for
+  /// all others.
   std::string ConvertFwVersionToStr(bool csv) const;
-  /// Four values, in CSV as four cells; known for passive cables only.
+  /// The four attenuations, as four cells in CSV; missing for all but passive cables.
   std::string ConvertAttenuationToStr(bool csv) const;
-  /// The whole control byte in CSV; TX and RX nibbles, as far as present, in the report.
+  /// `CdrControl` in hexadecimal: the whole byte in CSV; in the report, the TX and the RX nibble
+  /// separated by a blank, with N/A for a direction without a CDR. Missing for passive cables.
   std::string ConvertCDREnableTxRxToStr(bool csv) const;
   /// \name Settings of lanes 1..4
-  /// Hexadecimal digits side by side in CSV, decimals with blanks in the report; missing for
-  /// passive cables.
+  /// In CSV one hexadecimal digit per lane, in the report four decimal numbers separated by blanks;
+  /// missing for passive cables.
   /// @{
   std::string ConvertInputEqToStr(bool csv) const;    ///< `InputEq`
   std::string ConvertOutputAmpToStr(bool csv) const;  ///< `OutputAmp`
   std::string ConvertOutputEmpToStr(bool csv) const;  ///< `OutputEmp`
   /// @}
-  /// \name Lane switches, one hexadecimal digit with lane 4 in its top bit
+  /// \name Lane controls, one hexadecimal digit with lane 4 in its top bit
   /// @{
   std::string ConvertRXOutputDisableToStr() const;               ///< RX output disabled
   std::string ConvertTXAdaptiveEqualizationEnableToStr() const;  ///< TX adaptation enabled
   /// @}
 
-  /// The block of the text report, at most 2047 characters. The lines of the source and of the two
-  /// emphases that the pages lack are there only when `with_phy_lines` is true.
+  /// The block of the text report, cut after 2047 characters. The lines of the source and of the
+  /// pre- and post-emphasis, which the pages do not contain, are included only if `with_phy_lines`
+  /// is true.
   std::string c_str(bool with_phy_lines) const;
-  /// Writes `c_str(true)`.
+  /// Writes `c_str(true)` without a flush.
   void ToFileStream(std::ostream& os) const;
-  /// Writes the cells from Source to MaxFiberLength, a newline and a flush. Leaves the stream with
-  /// precision 3 and fill "0".
+  /// Writes the cells from Source to MaxFiberLength and a newline, and flushes. Afterwards the
+  /// stream has precision 3 and fill "0"; its formatting does not affect the row.
   void ToCSVStream(std::ostream& os) const;
 };
 

@@ -1,7 +1,18 @@
 #pragma once
 
 /// \file
-/// All that is known about the cable in one port, and the table of all cables.
+/// The cable data of one port, from whichever source, and the header of the cable table.
+///
+/// \code
+/// cable_info::CombinedCableInfo port;
+/// auto record = std::make_unique<cable_info::CableRecord>();
+/// record->VendorName = "Acme Optics";
+/// port.AttachCableRecord(std::move(record));
+///
+/// std::cout << cable_info::CombinedCableInfo::GetCSVHeader();
+/// std::cout << "0xa0b1c20000d4e500,0xa0b1c20000d4e501,1,";  // NodeGuid, PortGuid, PortNum
+/// port.ToCSVStream(std::cout);                              // the other 174 cells
+/// \endcode
 
 #include <cstdint>
 #include <iosfwd>
@@ -17,14 +28,16 @@
 
 namespace cable_info {
 
-/// The one object a host holds for a port. It owns at most one record of each kind and answers
-/// every question from one of them: from the `CableRecord` when there is one, else from the
-/// `PhyCableRecord`, else with a fixed value. Where an operation does otherwise, it says so.
+/// The object that a host keeps for a port. It owns at most one record of each kind. Every
+/// operation uses the `CableRecord` if there is one, otherwise the `PhyCableRecord`; without
+/// records it returns a fixed value. Exceptions are stated at the operation.
 ///
-/// Distinct objects may be used from different threads; one object, by one thread at a time.
+/// Distinct objects may be used from different threads; an object, by one thread at a time.
+///
+/// The spelling of `GetTemperatureErrorsByTreshold` is part of the interface; do not correct it.
 class CombinedCableInfo {
  public:
-  /// What the 32-bit queries return when there is no record.
+  /// The result of the 32-bit queries of a port without records.
   static constexpr std::uint32_t kNoRecord = 0xFFFFFFFF;
 
   CombinedCableInfo() = default;
@@ -34,13 +47,13 @@ class CombinedCableInfo {
   CombinedCableInfo& operator=(CombinedCableInfo&&) = delete;
   ~CombinedCableInfo();
 
-  /// \name Handing over a record
-  /// Replaces and frees the one held before; null detaches.
+  /// \name Attaching records
+  /// The port takes ownership, and deletes the record of that kind attached before. Null detaches.
   /// @{
 
-  /// What the cable-information pages tell.
+  /// Attaches the record of the cable-information pages.
   void AttachCableRecord(std::unique_ptr<CableRecord> record);
-  /// What the PHY's registers tell.
+  /// Attaches the record of the PHY's registers.
   void AttachPhyCableRecord(std::unique_ptr<PhyCableRecord> record);
   /// @}
 
@@ -54,56 +67,60 @@ class CombinedCableInfo {
   const PhyCableRecord* phy_cable_record() const { return phy_cable_record_; }
   /// @}
 
-  /// The table's header line: the 177 column names joined by commas, and a newline.
+  /// The header line of the table: the 177 names of `kCsvColumns` joined by commas, and a newline.
   static std::string GetCSVHeader();
 
-  /// Writes the port's row from the fourth column (Source) on; the host has written the first
-  /// three cells, each with its comma. Without records only a newline and a flush. Leaves the
-  /// stream's width at 0, as any formatted output does.
+  /// Writes the row of the port from the fourth column (Source) on, and flushes. The host writes
+  /// the first three cells before, each followed by a comma. Without records, the row is only a
+  /// newline. Leaves the stream with width 0, as any formatted output does.
   void ToCSVStream(std::ostream& os) const;
-  /// Hands the same cells to `sink`, typed: always 174, all of them missing without records. Values
-  /// and units are those of `kCsvColumns`, but for NominalBitrate, which is in Gb/s whatever the
-  /// source, and a length, which is in metres. A text that is empty, "NA" or "N/A" is a missing
-  /// value, and so are NaN, infinities and a power that cannot be represented.
+  /// Passes the same cells to `sink` as typed values: always 174, all of them missing without
+  /// records. Values and units are those of `kCsvColumns`, except NominalBitrate, which is in Gb/s
+  /// for both sources, and lengths, which are in metres. A text that is empty, "NA" or "N/A" is a
+  /// missing value, and so are NaN, infinities and a power that cannot be represented.
   void VisitCells(CellSink& sink) const;
-  /// Writes the port's block of the text report; nothing without records. Leaves the stream's width
-  /// at 0.
+  /// Writes the block of the port in the text report; nothing without records. Leaves the stream
+  /// with width 0.
   void ToFileStream(std::ostream& os) const;
 
-  /// All empty without records.
+  /// The identification of the cable; all empty without records.
   cable_id_t GetIdObj() const;
-  /// Part number, identifier and revision joined by "_". Only a `PhyCableRecord` that stands alone
-  /// has one; empty otherwise.
+  /// Part number, identifier code and revision joined by "_", from a `PhyCableRecord` without a
+  /// `CableRecord`; empty otherwise.
   std::string GetUniqueKey() const;
-  /// Fills `*data`, which must not be null, from the `CableRecord`; false when there is none.
+  /// Sets `*data`, which must not be null, from the `CableRecord`; returns false, with `*data`
+  /// unchanged, if there is none.
   bool ExportData(cable_record_data_t* data);
-  /// The part number, trimmed; empty when it is not known.
+  /// The part number, trimmed; empty if it is unknown.
   std::string GetPNVendor() const;
-  /// Only a `PhyCableRecord` that stands alone has one; all zero otherwise.
+  /// The firmware version, from a `PhyCableRecord` without a `CableRecord`; all zero otherwise.
   fw_version_obj_t GetFWObj() const;
-  /// The CDR chip's vendor, always asked of the `PhyCableRecord`: 0 when it has no module,
-  /// `kNoRecord` when there is none.
+  /// The vendor code of the CDR chip, always from the `PhyCableRecord`: 0 if it has no module
+  /// record, `kNoRecord` if there is no `PhyCableRecord`.
   std::uint32_t GetCDRVendor() const;
-  /// False without records.
+  /// True if the technology is optical; false without records.
   bool IsOpticCable() const;
-  /// Bit 0 high alarm, 1 low alarm, 2 high warning, 3 low warning; `kNoRecord` without records.
+  /// The latched temperature flags: bit 0 high alarm, 1 low alarm, 2 high warning, 3 low warning;
+  /// `kNoRecord` without records.
   std::uint32_t GetTemperatureAlarms() const;
-  /// Bit 0: above the high alarm threshold, bit 1: below the low one; `kNoRecord` without records.
+  /// Compares the temperature with its alarm thresholds: bit 0 is set above the high one, bit 1
+  /// below the low one; `kNoRecord` without records. The spelling is part of the interface.
   std::uint32_t GetTemperatureErrorsByTreshold() const;
-  /// Degrees Celsius with "C", or N/A (as the next two).
+  /// The temperature in whole degrees Celsius with "C", or N/A.
   std::string GetTemperatureStr() const;
-  /// The high alarm threshold.
+  /// The high alarm threshold in the same form.
   std::string GetHighTemperatureThresholdStr() const;
-  /// The low alarm threshold.
+  /// The low alarm threshold in the same form.
   std::string GetLowTemperatureThresholdStr() const;
 
   /// \name The length measured by round-trip latency
-  /// Kept by the record that answers for the port; dropped when there is none.
+  /// Stored in the `CableRecord` if there is one, otherwise in the `PhyCableRecord`; dropped
+  /// without records.
   /// @{
 
-  /// Metres; shown with at most six significant digits and " m". No value is special.
+  /// A length in metres; shown with at most six significant digits and " m". No value is special.
   void SetPrtlLength(float length);
-  /// As it stands; an empty text clears the length.
+  /// A length as text, shown verbatim; an empty text clears it.
   void SetPrtlLength(std::string text);
   /// @}
 
@@ -111,16 +128,16 @@ class CombinedCableInfo {
   /// See the functions of the same names in value_format.h.
   /// @{
 
-  /// The technology of a 4-bit code.
+  /// The name of a technology code.
   static std::string CableTypeToStr(std::uint8_t technology, const std::string& fallback);
-  /// The speeds of a mask.
+  /// The InfiniBand speeds of a mask.
   static std::string SupportedSpeedToStr(std::uint8_t mask, const std::string& fallback);
-  /// Degrees Celsius with "C".
+  /// A temperature in degrees Celsius with "C".
   static std::string TemperatureToStr(std::uint8_t technology, std::int8_t temperature,
                                       const std::string& fallback);
-  /// Microvolts with "uV", from units of 100 uV.
+  /// A voltage, given in units of 100 uV, in microvolts with "uV".
   static std::string VoltageToStr(std::uint16_t raw);
-  /// True for the optical ones among the 4-bit codes.
+  /// True for the optical technology codes.
   static bool IsOpticCable(std::uint8_t technology);
   /// @}
 

@@ -1,7 +1,16 @@
 #pragma once
 
 /// \file
-/// What the PHY's module-info register and its latched-flags page tell about a port's cable.
+/// A port's cable or module as read from the PHY's module-info register and latched-flags page.
+///
+/// \code
+/// cable_info::PhyCableRecord record;
+/// record.source = "PHY";
+/// record.module = new cable_info::ModuleRecord;  // owned by the record
+/// record.module->temperature = 41 << 8;
+/// record.GetTemperatureStr();                    // "41C"
+/// record.ToCSVStream(std::cout);                 // the cells from Source on
+/// \endcode
 
 #include <cstdint>
 #include <iosfwd>
@@ -13,12 +22,15 @@
 
 namespace cable_info {
 
-/// One port's cable as the PHY diagnostic registers show it. The host fills it; all starts zero,
-/// empty and null.
+/// A port's cable or module as read from the PHY's registers. The host sets the members; all are
+/// empty or null initially.
 ///
-/// Renderers with a `csv` argument give the form of the CSV row when it is true, that of the text
-/// report when it is false. Without a module record each returns a fixed text, usually `"NA"` with
-/// its quotes in the CSV row and N/A in the report; where it is another one, the renderer says so.
+/// Functions with a `csv` argument return the form of the CSV row if it is true, that of the text
+/// report if it is false. Without a module record each returns a fixed text, `"NA"` with its quotes
+/// for the CSV row and N/A for the report unless its comment names another.
+///
+/// The spellings of `ComplanceCodeToStr`, `OuputPreEmpToStr`, `OuputPostEmpToStr` and
+/// `GetTemperatureErrorsByTreshold` are part of the interface; do not correct them.
 class PhyCableRecord {
  public:
   /// The module-info register.
@@ -34,94 +46,99 @@ class PhyCableRecord {
   /// Deletes the module record and the page of latched flags.
   ~PhyCableRecord();
 
-  /// Names the data source; shown as it stands.
+  /// The name of the data source; shown verbatim.
   std::string source;
-  /// Owned, allocated with `new`; null when the register was not read.
+  /// The module-info register; null if it was not read. Allocate it with `new`; the record owns it
+  /// and deletes it in its destructor. Delete an old one before setting another.
   ModuleRecord* module = nullptr;
-  /// Owned, allocated with `new`; null when the page was not read.
+  /// The page of latched flags; null if it was not read. Owned like `module`.
   LatchedFlagsPage* latched_flags = nullptr;
-  /// The length measured by round-trip latency; empty means not measured.
+  /// The length measured by round-trip latency, as text with its unit; empty means not measured.
   std::string prtl_length;
 
   /// \name Fields of the module
   /// @{
 
-  /// The technology's text.
+  /// The name of the technology.
   std::string TypeToStr(bool csv) const;
-  /// The form factor's name; the report adds its code. The CSV form carries no quotes.
+  /// The name of the form factor, in the report followed by its code. Not quoted in CSV.
   std::string CableIdentifierToStr(bool csv) const;
-  /// Mb/s without unit in CSV, Gb/s in the report; N/A, unquoted, in both without a module.
+  /// The nominal bit rate: in Mb/s without a unit in CSV, in Gb/s with " Gb/s" in the report. N/A,
+  /// unquoted, in both without a module.
   std::string BitrateToStr(bool csv) const;
-  /// NA in the report without a module.
+  /// The power class; NA in the report without a module.
   std::string CablePowerClassToStr(bool csv) const;
-  /// Watts with " W".
+  /// The maximum power in watts with " W"; missing if it is 0.
   std::string MaxPowerToStr(bool csv) const;
-  /// major.minor.sub-minor in decimal; missing for passive cables, too.
+  /// The firmware version as major.minor.sub-minor in decimal; missing if it is unknown or the
+  /// cable is passive.
   std::string FWVersionToStr(bool csv) const;
-  /// YY-MM-DD.
+  /// The date code as YY-MM-DD.
   std::string DateCodeToStr(bool csv) const;
-  /// "0x" and four hexadecimal digits.
+  /// The lot code as "0x" and four hexadecimal digits.
   std::string LotToStr(bool csv) const;
-  /// Decimal in CSV, hexadecimal in the report.
+  /// The extended specification compliance code, decimal in CSV, hexadecimal in the report. The
+  /// spelling is part of the interface.
   std::string ComplanceCodeToStr(bool csv) const;
-  /// The technology code in CSV, the whole technology byte in the report.
+  /// In hexadecimal: the technology code in CSV, the whole technology byte in the report.
   std::string TechnologyToStr(bool csv) const;
-  /// The InfiniBand speeds joined by "/".
+  /// The InfiniBand speeds, lowest first and joined by "/".
   std::string SupportedSpeedToStr(bool csv) const;
-  /// Four values, in CSV as four cells.
+  /// The four attenuations, as four cells in CSV; missing for all but passive cables.
   std::string AttenuationToStr(bool csv) const;
-  /// The measured length when there is one, else the module's; NA, unquoted, for neither.
+  /// The measured length if there is one, otherwise that of the module; NA, unquoted, if neither is
+  /// known.
   std::string CableLengthToStr(bool csv) const;
-  /// The module's length; NA, unquoted, when it is not known.
+  /// The length given by the module; NA, unquoted, if it is unknown.
   std::string CableLengthByRegToStr(bool csv) const;
-  /// The measured length; NA, unquoted, when there is none.
+  /// The measured length; NA, unquoted, if there is none.
   std::string CableLengthByPrtlToStr(bool csv) const;
-  /// The input equalization of all lanes; see `ModuleRecord::ConvertTxEQRxAMPRxEMPToStr` (as the
-  /// next three).
+  /// The input equalization of all lanes; see `ModuleRecord::ConvertTxEQRxAMPRxEMPToStr`.
   std::string InputEqToStr(bool csv) const;
-  /// The output amplitude.
+  /// The output amplitude of all lanes, formatted in the same way.
   std::string OutputAmpToStr(bool csv) const;
-  /// The output pre-emphasis.
+  /// The output pre-emphasis of all lanes, formatted in the same way. The spelling is part of the
+  /// interface.
   std::string OuputPreEmpToStr(bool csv) const;
-  /// The output post-emphasis.
+  /// The output post-emphasis of all lanes, formatted in the same way. The spelling is part of the
+  /// interface.
   std::string OuputPostEmpToStr(bool csv) const;
-  /// Trimmed, with "-" for commas; NA without a module or any character (as the part and serial
-  /// numbers).
+  /// The revision, trimmed and with "-" for commas; NA if it is blank or without a module.
   std::string RevisionToStr() const;
-  /// Trimmed, possibly empty; NA without a module.
+  /// The vendor name, trimmed, possibly empty; NA without a module.
   std::string VendorToStr() const;
-  /// The part number.
+  /// The part number, trimmed and with "-" for commas; NA if it is blank or without a module.
   std::string VendorPnToStr() const;
-  /// The serial number.
+  /// The serial number, trimmed and with "-" for commas; NA if it is blank or without a module.
   std::string VendorSnToStr() const;
-  /// "0x" and hexadecimal digits without filling; NA without a module.
+  /// The vendor OUI as "0x" and hexadecimal digits without leading zeros; NA without a module.
   std::string VendorOUIToStr() const;
-  /// Kilometres of single-mode fibre with " km".
+  /// The length on single-mode fibre in kilometres with " km".
   std::string LengthSMFiberToStr() const;
-  /// Metres of multi-mode fibre of the OM grade 1..5, with " m".
+  /// The length on multi-mode fibre of grade OM1..OM5 (`om` is 1..5) in metres with " m".
   std::string LengthOmxToStr(std::uint8_t om) const;
-  /// TX, a blank, RX; one N/A without a module.
+  /// The CDR enable bits of TX and RX, separated by a blank; a single N/A without a module.
   std::string CDREnableTxRXToStr() const;
   /// @}
 
   /// \name Identification
   /// @{
 
-  /// `desc` trimmed, with its commas turned into "-"; when it is blank, empty (`empty_if_blank`) or
-  /// NA.
+  /// `desc` trimmed and with "-" for commas. A blank `desc` becomes empty (`empty_if_blank` true)
+  /// or NA.
   std::string DescToCsvDesc(const std::string& desc, bool empty_if_blank) const;
-  /// What identifies the cable, each part as in the row and empty where that has NA; the vendor
-  /// code comes from the serial number. All empty without a module.
+  /// The identification of the cable: each member as in the row, empty where that is NA; the vendor
+  /// code is taken from the serial number. All empty without a module.
   cable_id_t GetIdObj() const;
-  /// Part number, identifier code and revision joined by "_"; empty when one of them is unknown.
+  /// Part number, identifier code and revision joined by "_"; empty if one of them is unknown.
   std::string GetUniqueKey() const;
-  /// The part number as it stands; empty without a module.
+  /// The part number, verbatim; empty without a module.
   std::string GetPNVendor() const;
-  /// All zero without a module or a version, and for passive cables.
+  /// The firmware version; all zero if it is unknown, for passive cables, and without a module.
   fw_version_obj_t GetFWObj() const;
-  /// 0 without a module.
+  /// The vendor code of the CDR chip; 0 without a module.
   std::uint8_t GetCDRVendor() const;
-  /// False without a module.
+  /// True if the technology is optical; false without a module.
   bool IsOpticCable() const;
   /// @}
 
@@ -132,10 +149,10 @@ class PhyCableRecord {
   double mW_to_dBm(double mw) const;
   /// 10 to the power of dbm / 10; -999.999 for exactly 0 dBm.
   double dBm_to_mW(double dbm) const;
-  /// A lane's power: milliwatts in CSV, milliwatts and dBm in the report. `raw` is in units of
-  /// 0.1 uW when `unit_flag` is nonzero, else in dBm.
+  /// The power of a lane: in milliwatts in CSV, in milliwatts and dBm in the report. `raw` is in
+  /// units of 0.1 uW if `unit_flag` is nonzero, otherwise in dBm.
   std::string PowerLineToStr(double raw, std::uint16_t unit_flag, bool csv) const;
-  /// What the power of a lane reads without a module.
+  /// The text of a lane's power without a module.
   std::string EmptyPowerLineToStr(bool csv) const;
   std::string TX1PowerToStr(bool csv) const;  ///< TX lane 1
   std::string TX2PowerToStr(bool csv) const;  ///< TX lane 2
@@ -153,7 +170,7 @@ class PhyCableRecord {
   std::string RX6PowerToStr(bool csv) const;  ///< RX lane 6
   std::string RX7PowerToStr(bool csv) const;  ///< RX lane 7
   std::string RX8PowerToStr(bool csv) const;  ///< RX lane 8
-  /// A bias current in units of 2 uA, in milliamperes; the report adds " mA".
+  /// A bias current, given in units of 2 uA, in milliamperes; with " mA" in the report.
   std::string TXBiasToStr(bool csv, double raw) const;
   std::string TXBias1ToStr(bool csv) const;  ///< TX lane 1
   std::string TXBias2ToStr(bool csv) const;  ///< TX lane 2
@@ -170,22 +187,24 @@ class PhyCableRecord {
   /// \name Temperature
   /// @{
 
-  /// Degrees Celsius with "C", or N/A (as the next two).
+  /// The temperature in whole degrees Celsius with "C", or N/A.
   std::string GetTemperatureStr() const;
-  /// The high alarm threshold.
+  /// The high alarm threshold in the same form.
   std::string GetHighTemperatureThresholdStr() const;
-  /// The low alarm threshold.
+  /// The low alarm threshold in the same form.
   std::string GetLowTemperatureThresholdStr() const;
-  /// Bit 0: above the high threshold, bit 1: below the low one; 0 without a module.
+  /// Compares the temperature with its alarm thresholds: bit 0 is set above the high one, bit 1
+  /// below the low one; 0 without a module. The spelling is part of the interface.
   std::uint8_t GetTemperatureErrorsByTreshold() const;
-  /// The latched temperature flags; 0 without their page.
+  /// The latched temperature flags: bit 0 high alarm, 1 low alarm, 2 high warning, 3 low warning;
+  /// 0 without the page of latched flags.
   std::uint8_t GetTemperatureAlarms() const;
   /// @}
 
-  /// \name Latched flags, in hexadecimal; N/A without their page
-  /// The first three combine TX lanes 4..1 in the high nibble with RX lanes 4..1 in the low one.
-  /// The alarm words have a nibble a lane, lane 1 in the top one; in each from its top bit: high
-  /// alarm, low alarm, high warning, low warning.
+  /// \name Latched flags, in hexadecimal; N/A without the page of latched flags
+  /// Loss of signal and loss of lock have TX lanes 4..1 in the high nibble and RX lanes 4..1 in the
+  /// low one. An alarm word has one nibble per lane, lane 1 in the top nibble; in each nibble, from
+  /// the top bit: high alarm, low alarm, high warning, low warning.
   /// @{
 
   /// Loss of signal.
@@ -204,13 +223,14 @@ class PhyCableRecord {
   std::string TXBiasAlarmAndWarningToStr() const;
   /// The alarm word of the received powers.
   std::string RXPowerAlarmAndWarningToStr() const;
-  /// Interleaves the lane masks (bit 0 is lane 1) into an alarm word; in each nibble the bits of
-  /// `a`, `b`, `c`, `d` from the top. Bits 4..7 are ignored.
+  /// Interleaves four lane masks (bit 0 is lane 1) to an alarm word: each nibble holds, from the
+  /// top bit, the lane's bits of `a`, `b`, `c` and `d`. Bits 4..7 of the masks are ignored.
+  /// `QuadroToInt(1, 0, 0, 2)` is 0x8100.
   std::uint16_t QuadroToInt(std::uint8_t a, std::uint8_t b, std::uint8_t c, std::uint8_t d) const;
   /// @}
 
-  /// Writes the cells from Source to MaxFiberLength, a newline and a flush. The stream's formatting
-  /// neither shows in the row nor changes.
+  /// Writes the cells from Source to MaxFiberLength and a newline, and flushes. The row neither
+  /// depends on the stream's formatting nor changes it.
   void ToCSVStream(std::ostream& out) const;
   /// Writes the 78 lines of the text report, each ended by a newline and a flush.
   void ToFileStream(std::ostream& out) const;

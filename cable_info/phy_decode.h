@@ -195,5 +195,5 @@ void AppendFlags(TextBuffer& out, const PhyCableRecord& r,
   }
 }
 
-}  // namespace gnu::visibility("hidden")]]phy
+}  // namespace phy
 }  // namespace cable_info

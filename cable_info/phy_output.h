@@ -17,5 +17,5 @@ void VisitCells(CellSink& sink, const PhyCableRecord& r);
 /// What `PhyCableRecord::ToFileStream` writes.
 void WriteReport(std::ostream& os, const PhyCableRecord& r);
 
-}  // namespace gnu::visibility("hidden")]]phy
+}  // namespace phy
 }  // namespace cable_info

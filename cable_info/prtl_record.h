@@ -1,41 +1,53 @@
 #pragma once
 
 /// \file
-/// Measures a cable by the round-trip latency of its link.
+/// The length of a cable, computed from the round-trip latency of its link.
+///
+/// \code
+/// cable_info::PrtlRecord local;
+/// cable_info::PrtlRecord remote;
+/// local.latency_res = 1;
+/// local.round_trip_latency = 130;
+/// local.local_phy_latency = remote.local_phy_latency = 50;
+/// std::string error;
+/// const float metres = local.CalculateLength(remote, error);  // (130 - 50 - 50) / 10 = 3
+/// if (error.empty()) port.SetPrtlLength(metres);
+/// \endcode
 
 #include <cstdint>
 #include <string>
 
 namespace cable_info {
 
-/// The round-trip-latency register (PRTL) of one end of a link, as read.
+/// The round-trip-latency register (PRTL) of one end of a link. The signal needs 10 latency units
+/// for a metre of cable and back.
 class PrtlRecord {
  public:
-  /// The ceiling of the round-trip counter: the round trip took longer than it can tell.
+  /// The highest value of the round-trip counter, which means that the latency exceeded it.
   static constexpr std::uint32_t kMaxRoundTripLatency = 0xFFFFFF;
-  /// What `CalculateLength` returns beside an error text.
+  /// The result of `CalculateLength` if it sets an error text.
   static constexpr float kNoLength = -1.0F;
 
-  /// Carried only.
+  /// The first word of the register; not used.
   std::uint32_t head_word = 0;
-  /// Latency units in one count of `round_trip_latency`.
+  /// The resolution: latency units in one count of `round_trip_latency`.
   std::uint8_t latency_res = 0;
-  /// Latency units spent in this end's PHY.
+  /// The latency of this end's PHY, in latency units.
   std::uint16_t local_phy_latency = 0;
-  /// Latency units spent in this end's module data path.
+  /// The latency of this end's module data path, in latency units.
   std::uint16_t local_mod_dp_latency = 0;
-  /// Counts of `latency_res`.
+  /// The round-trip latency in counts of `latency_res`, at most `kMaxRoundTripLatency`.
   std::uint32_t round_trip_latency = 0;
 
-  /// The length in metres of the cable to `remote`, as the registers give it, negative or zero
-  /// included. The round trip and its resolution are this end's.
+  /// The length in metres of the cable to `remote`. Round trip and resolution are those of this
+  /// end. The result may be zero or negative.
   float CalculateLength(const PrtlRecord& remote) const;
 
-  /// The same, or -1 with an explanation in `error` when the registers give no length. On success
-  /// `error` keeps its text.
+  /// The same, or `kNoLength` with an explanation in `error` if the counter is at its highest value
+  /// or the result is not positive. On success `error` is unchanged.
   float CalculateLength(const PrtlRecord& remote, std::string& error) const;
 
-  /// The four values that a length is computed from, on one line.
+  /// The four values that a length is computed from, as one line of text.
   std::string ToString() const;
 };
 

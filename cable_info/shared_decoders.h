@@ -70,5 +70,5 @@ std::optional<double> Metres(std::string_view text);
 /// The status of the query that reads the cable-information pages.
 void AppendCableInfoVSStatus(TextBuffer& out, std::uint8_t status);
 
-}  // namespace gnu::visibility("hidden")]]decode
+}  // namespace decode
 }  // namespace cable_info

@@ -152,5 +152,5 @@ class CsvRow {
   int cells_ = 0;  // of the group under way, in debug builds
 };
 
-}  // namespace gnu::visibility("hidden")]]text
+}  // namespace text
 }  // namespace cable_info

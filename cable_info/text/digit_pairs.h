@@ -41,5 +41,5 @@ inline char* WriteBelowHundred(char* to, std::uint32_t value) {
   return to + 2 - skipped;
 }
 
-}  // namespace gnu::visibility("hidden")]]text
+}  // namespace text
 }  // namespace cable_info

@@ -70,5 +70,5 @@ class FlushedLines {
 /// A report that goes to a stream line by line.
 using FlushedReport = ReportLines<FlushedLines>;
 
-}  // namespace gnu::visibility("hidden")]]text
+}  // namespace text
 }  // namespace cable_info

@@ -68,5 +68,5 @@ char* WriteBias(char* to, double milliamperes);
 /// The same, given in microamperes.
 char* WriteBias(char* to, std::uint32_t microamperes);
 
-}  // namespace gnu::visibility("hidden")]]text
+}  // namespace text
 }  // namespace cable_info

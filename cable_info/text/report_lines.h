@@ -120,5 +120,5 @@ class BufferedLines {
 /// A report that is kept as one text.
 using BufferedReport = ReportLines<BufferedLines>;
 
-}  // namespace gnu::visibility("hidden")]]text
+}  // namespace text
 }  // namespace cable_info

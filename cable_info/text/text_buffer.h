@@ -159,5 +159,5 @@ std::string ToText(Append&& append, const Args&... args) {
   return std::string(out.view());
 }
 
-}  // namespace gnu::visibility("hidden")]]text
+}  // namespace text
 }  // namespace cable_info
