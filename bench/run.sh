@@ -1,8 +1,7 @@
 #!/usr/bin/env bash
-# Measures what rows, reports and whole tables cost, as ratios to the least that they could cost:
-# installs what is missing, builds, runs the benchmarks, and sends a generated fabric through
-# `cableinfo table`.
-#   bench/run.sh [PORTS]        # a million ports unless another number is given
+# Measures rows, reports and whole tables, as ratios to lower bounds: installs missing packages,
+# builds, runs the benchmarks, and decodes a generated fabric with `cableinfo table`.
+# usage: bench/run.sh [PORTS]      a million ports by default
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh

@@ -1,2 +1,2 @@
-# For find_package(cable_info): the library depends on nothing, so that its targets are all.
+# For find_package(cable_info). The library has no dependencies to find.
 include(${CMAKE_CURRENT_LIST_DIR}/cable_info-targets.cmake)

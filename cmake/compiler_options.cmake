@@ -1,4 +1,4 @@
-# How this project's own targets are compiled; a project that embeds the library keeps its own ways.
+# Compiler options of this project's own targets. They do not propagate to embedding projects.
 
 function(cable_info_compiler_options target)
   set_target_properties(${target} PROPERTIES CXX_STANDARD_REQUIRED ON CXX_EXTENSIONS OFF)

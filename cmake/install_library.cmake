@@ -1,4 +1,4 @@
-# Installs the library with what CMake and pkg-config need to find it.
+# Installs the library with its CMake package and pkg-config file.
 
 include(CMakePackageConfigHelpers)
 
@@ -8,7 +8,7 @@ install(TARGETS cable_info EXPORT cable_info
   LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
   ARCHIVE COMPONENT development
   FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
-  INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})  # CMake before 3.23 knows no file sets
+  INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})  # CMake before 3.23 does not support file sets
 
 install(EXPORT cable_info
   FILE cable_info-targets.cmake
@@ -23,7 +23,7 @@ install(FILES
   DESTINATION ${cmake_dir}
   COMPONENT development)
 
-# Paths in the .pc file count from where it lies, so that the installed tree may move.
+# Paths in the .pc file are relative to its folder, so that the installed tree can be moved.
 file(RELATIVE_PATH prefix_from_pc ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 string(REGEX REPLACE "/$" "" prefix_from_pc ${prefix_from_pc})
 file(RELATIVE_PATH libdir ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})

@@ -1,7 +1,7 @@
 # Installs the program with its manual page and completions.
 
 if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
-  # Where Debian's zsh looks; the linker finds a shared library by itself.
+  # Debian's folder for zsh completions. A shared library needs no RPATH there.
   set(zsh_dir ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions)
 else()
   set(zsh_dir ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)

@@ -1,4 +1,5 @@
-# The Debian packages that cpack makes: cableinfo holds what runs, libcable-info-dev what embeds it.
+# The Debian packages: cableinfo contains the program and the shared library, libcable-info-dev the
+# files for embedding the library.
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_VERBATIM_VARIABLES ON)
@@ -9,7 +10,7 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_ALL development)
-if(CABLE_INFO_BUILD_HOST OR BUILD_SHARED_LIBS)
+if(CABLE_INFO_BUILD_CLI OR BUILD_SHARED_LIBS)
   list(APPEND CPACK_COMPONENTS_ALL runtime)
 endif()
 
@@ -17,13 +18,13 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME cableinfo)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION net)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
-  "The program cableinfo, which reads port records and writes them as a CSV table, as a text
-report or as export records.")
+  "The program cableinfo, which reads port records and dumps of module memory, and writes them
+as a CSV table, a text report or export records.")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libcable-info-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
-  "The library cable_info with its headers, and what CMake and pkg-config need to find it.")
+  "The library cable_info with its headers, CMake package and pkg-config file.")
 
 if(BUILD_SHARED_LIBS)
   set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Checks what users get, once with a static and once with a shared library: installs, embeds the
-# library in tests/consumer in every way, makes the Debian packages, installs and removes them.
+# Checks installation and packaging, once with a static and once with a shared library: installs the
+# project, embeds the library in tests/consumer in every supported way, and makes, installs and
+# removes the Debian packages.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh
@@ -24,7 +25,7 @@ fail() {
   exit 1
 }
 
-# Runs a command, and shows what it wrote only when it fails.
+# Runs a command and shows its output only if it fails.
 quietly() { "$@" >"$temporary/log" 2>&1 || { cat "$temporary/log" >&2; fail "$*"; }; }
 
 # build LINKAGE PREFIX: builds in $build.
@@ -46,7 +47,7 @@ consume() {
   quietly "$consumer/consumer"
 }
 
-# The same with the compiler and pkg-config alone.
+# Builds the consumer with the compiler and pkg-config only, and runs it.
 consume_with_pkg_config() {
   local flags consumer=$temporary/$linkage-pkg-config
   read -ra flags <<<"$(pkg-config --cflags --libs cable_info)"
@@ -54,7 +55,7 @@ consume_with_pkg_config() {
   LD_LIBRARY_PATH=$(pkg-config --variable=libdir cable_info) quietly "$consumer"
   [ "$(pkg-config --modversion cable_info)" = "$version" ] || fail "cable_info.pc: other version"
 
-  # A linker that knows no C++ must learn all that a static library needs.
+  # A C linker needs all dependencies of a static library from pkg-config.
   [ "$linkage" = static ] || return 0
   quietly g++ -std=c++17 -c tests/consumer/main.cpp "${flags[@]}" -o "$consumer.o"
   read -ra flags <<<"$(pkg-config --static --libs cable_info)"
@@ -76,7 +77,7 @@ check_headers() {
   done < <(git ls-files 'cable_info/*.h')
 }
 
-# The library's name and what it shows.
+# Checks the name and the exported symbols of the shared library.
 check_shared_library() {
   local library=$1/lib/libcable_info.so alien
   readelf -d "$library" | grep -q "SONAME.*\[libcable_info\.so\.${version%.*}\]" ||
@@ -85,13 +86,13 @@ check_shared_library() {
   grep -q '^cable_info::CombinedCableInfo::ToCSVStream' "$temporary/symbols" ||
     fail "$library: does not export its functions"
   alien=$(sed 's/(.*//' "$temporary/symbols" | grep -vE '^(.* )?cable_info::' || true)
-  [ -z "$alien" ] || fail "$library: exports symbols that are not its own: $alien"
+  [ -z "$alien" ] || fail "$library: exports symbols outside its namespace: $alien"
   alien=$(grep -E '^(.* )?cable_info::(text|decode|cable|phy|module_memory|readings)::' \
     "$temporary/symbols" || true)
   [ -z "$alien" ] || fail "$library: exports internals: $alien"
 }
 
-# An embedding project gets the library: no program, no tests, nothing to install.
+# Checks that an embedding project gets only the library: no program, no tests, nothing to install.
 check_embedded_alone() {
   local consumer=$1
   quietly cmake --install "$consumer" --prefix "$consumer/installed"
@@ -117,7 +118,7 @@ check_packages() {
 
   local file
   for file in "${files[@]}"; do
-    [ ! -e "$file" ] || fail "$file: left behind by the removed packages"
+    [ ! -e "$file" ] || fail "$file: not removed with the packages"
   done
 }
 

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Builds the library into the consumer by every compiler and C++ standard that it promises, with
-# warnings as errors, and runs it. Other compilers may be named: check_standards.sh clang++-19
+# Builds tests/consumer with the library for every supported compiler and C++ standard, with warnings
+# as errors, and runs it.
+# usage: scripts/check_standards.sh [COMPILER...]      for example: scripts/check_standards.sh clang++-19
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Prints the share of the library's lines that the tests reach; fails below the given per cent
-# (98 by default).
+# Prints the line coverage of the library; fails if it is below the given percentage.
+# usage: scripts/coverage.sh [PERCENT]      98 by default
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh

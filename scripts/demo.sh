@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and shows the table and the report of a small fabric.
+# Installs missing packages, builds, and shows the table and the report of a small fabric.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh

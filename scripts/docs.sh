@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Writes the reference of the public headers to build/docs/html; fails when a name has no comment.
+# Generates the reference of the public headers in build/docs/html; fails if a name has no comment.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh

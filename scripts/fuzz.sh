@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the fuzz targets and runs each of them, or the given one, for SECONDS (20 by default).
+# Builds the fuzz targets and runs all of them, or the given one, for SECONDS each (20 by default).
 # usage: scripts/fuzz.sh [SECONDS [TARGET]]
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -15,7 +15,7 @@ failed=0
 for seeds in fuzz/corpus/"${2:-}"*; do
   target=${seeds##*/}
   mkdir -p "$work/$target"
-  # New inputs go to the first folder, where the next run finds them again.
+  # libFuzzer saves new inputs in the first folder, where the next run reads them.
   if build/fuzz/fuzz/fuzz_"$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=4096 \
     -artifact_prefix="$work/$target-" "$work/$target" "$seeds" >"$work/$target.log" 2>&1; then
     echo "$target: $(tail -n 1 "$work/$target.log"), nothing found"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Checks the layout of all sources with clang-format, and the sources themselves with cppcheck and
+# Checks the formatting of all sources with clang-format, and the sources with cppcheck and
 # clang-tidy.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -8,7 +8,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 need "${build_packages[@]}" libgtest-dev libbenchmark-dev clang-format clang-tidy cppcheck
 git ls-files -z '*.h' '*.cpp' | xargs -0 clang-format --dry-run --Werror
 
-# Headers are read where sources include them.
+# Headers are checked through the sources that include them.
 git ls-files '*.cpp' | cppcheck --file-list=- --quiet --error-exitcode=1 -j "$(nproc)" \
   --language=c++ --std=c++20 --library=googletest -I . -I tests \
   --enable=warning,style,performance,portability --suppressions-list=cppcheck-suppressions.txt

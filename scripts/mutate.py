@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Changes one number, text, comparison or pair of neighbouring lines of the library at a time and
-tells whether the tests notice.
+"""Changes one number, text, comparison or pair of adjacent lines of the library at a time and reports
+whether the tests detect it.
 
-A change that no test notices is a gap in the tests, or it changes nothing that anyone can see;
-changes of the latter kind stand in scripts/mutation_equivalents.txt with the reason why.
+A change that no test detects shows a gap in the tests, unless it has no observable effect; changes
+without one are listed in scripts/mutation_equivalents.txt with the reason.
 
-The sources are never touched: a changed file lies under build/mutation/, in front of the original.
+The sources are never modified: a changed copy in build/mutation/ takes precedence over the original.
 """
 
 import argparse
@@ -29,8 +29,8 @@ WORK = ROOT / "build" / "mutation"
 BASE = WORK / "base"
 EQUIVALENTS = ROOT / "scripts" / "mutation_equivalents.txt"
 
-# Millions of numbers beside the C library's: too long for every mutant, and what they would notice
-# is noticed by WritesThousandthsAsPrintfDoes and the like.
+# Tests that compare millions of numbers with the C library: too long for every mutant, and shorter
+# tests such as WritesThousandthsAsPrintfDoes detect the same changes.
 LONG_TESTS = ["*OfAnyDouble*", "*ThousandthsOfFloats*"]
 SECONDS_PER_RUN = 60
 BYTES_PER_RUN = 4 << 30
@@ -56,7 +56,7 @@ OPERATORS = {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "==",
 WORDS = {"true": "false", "false": "true", "kCsv": "kReport", "kReport": "kCsv"}
 WORDS_DEFINED_HERE = re.compile(r"constexpr bool k(Csv|Report) ")
 
-# A cell of a row, a line of a report, an entry of a table: their order is what users see.
+# A cell of a row, a line of a report, an entry of a table: their order is visible to users.
 ORDERED_STATEMENT = re.compile(r"^ +(?:row|lines)\.|^ +(?:decimal|raw)\(|"
                                r"^ +Append\w+\((?:row|lines)\b")
 TABLE_ENTRY = re.compile(r'^ +(?:".*"|\{.*\}|[A-Z]\w*(?:\[\d\])?),$')
@@ -130,7 +130,7 @@ def token_mutants(path, source):
 
 
 def ordered_pieces(source):
-    """The statements and table entries, each as its first line's number, begin and end."""
+    """The statements and table entries, each as the number of its first line, begin and end."""
     begin = 0
     piece = None
     for number, line in enumerate(source.splitlines(keepends=True), 1):
@@ -162,7 +162,7 @@ def swap_mutants(path, source):
 
 
 def all_mutants():
-    """Those of sources first: a changed header costs more."""
+    """Mutants of sources first, because a changed header takes longer to compile."""
     folder = ROOT / "cable_info"
     for file in sorted(folder.glob("*.cpp")) + sorted(folder.glob("*.h")):
         path = str(file.relative_to(ROOT))
@@ -230,7 +230,7 @@ def build_base():
 
 
 def compile_unit(unit, folder, source):
-    """Compiles `source` as the unit is compiled; headers in `folder` go before the original."""
+    """Compiles `source` like the unit; headers in `folder` take precedence over the originals."""
     output = folder / (pathlib.Path(unit.source).name + ".o")
     command = list(unit.command)
     command[command.index("-o") + 1] = str(output)
@@ -246,7 +246,7 @@ def limit_memory():
 
 
 def run_tests(tests, library_folder):
-    """What came of it, and the name of the first test that failed."""
+    """The result, and the name of the first test that failed."""
     environment = dict(os.environ, LD_LIBRARY_PATH=str(library_folder))
     try:
         done = subprocess.run(
@@ -267,9 +267,9 @@ def link(units, output, *arguments):
 
 
 def test_programs(mutant, units, folder, library):
-    """Programs that hold all tests together, each built when its turn comes; None where one cannot
-    be built. Tests that do not see a changed header are as they were; each of the others is tried as
-    soon as it is compiled, those first that are about the header."""
+    """Programs that together contain all tests, each built when it is requested; None for one that
+    cannot be built. Tests that do not include a changed header are not rebuilt; each of the others
+    runs as soon as it is compiled, starting with those about the header."""
     if mutant.path.endswith(".cpp"):
         yield BASE / "tests" / "cable_info_tests"
         return
@@ -315,7 +315,7 @@ def judge(mutant, units, folder):
 
 
 def judge_all(mutants, units, jobs, verbose):
-    """How many came to what; prints the survivors."""
+    """The number of mutants by result; prints the survivors."""
     free = [WORK / f"job{os.getpid()}-{i}" for i in range(jobs)]
     verdicts = collections.Counter()
     survivors = []
@@ -352,7 +352,7 @@ def parse_arguments():
                         help="only mutants of lines that hold TEXT")
     parser.add_argument("--list", action="store_true", help="list them and try none")
     parser.add_argument("--jobs", type=int, default=os.cpu_count(), help="how many at a time")
-    parser.add_argument("--verbose", action="store_true", help="tell of each one's end")
+    parser.add_argument("--verbose", action="store_true", help="print the result of each mutant")
     arguments = parser.parse_args()
     if not (arguments.all or arguments.sample or arguments.list):
         parser.error("one of --all, --sample and --list is needed")

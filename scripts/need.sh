@@ -1,11 +1,11 @@
-# Sourced by the scripts beside it: `need PACKAGE...` installs the Debian packages that are missing.
+# Sourced by the other scripts: `need PACKAGE...` installs the given Debian packages if missing.
 
-# What library and program are built with.
+# The packages that the library and the program are built with.
 build_packages=(g++ cmake ninja-build libcli11-dev libsimdjson-dev nlohmann-json3-dev)
 
 need() {
   if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
-    echo "note: not a Debian system; what these packages hold must be there: $*" >&2
+    echo "note: not a Debian system; the contents of these packages must be installed: $*" >&2
     return 0
   fi
 
@@ -20,7 +20,7 @@ need() {
   local as_root=()
   if [ "$(id -u)" -ne 0 ]; then
     if ! command -v sudo >/dev/null; then
-      echo "error: these packages are missing, and there is neither root nor sudo to install them:" >&2
+      echo "error: these packages are missing, and installing them requires root or sudo:" >&2
       echo "  apt-get install ${missing[*]}" >&2
       return 1
     fi

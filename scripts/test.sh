@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and runs all tests.
-# CABLE_INFO_PRESET chooses another way to build: see CMakePresets.json.
+# Installs missing packages, builds, and runs all tests.
+# CABLE_INFO_PRESET selects the preset of CMakePresets.json, "release" by default.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs the library's tests and every command of the program under valgrind; any error or lost byte
-# fails. CABLE_INFO_PRESET chooses the build: see CMakePresets.json.
+# Runs the tests of the library and every command of the program under valgrind; fails on any error
+# or leak. CABLE_INFO_PRESET selects the preset of CMakePresets.json, "release" by default.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh
@@ -15,11 +15,11 @@ watched() {
     --errors-for-leak-kinds=definite,indirect,possible "$@"
 }
 
-# The tests count allocations with operators new and delete of their own, of which valgrind takes over
-# only those that are not inlined; hence no word on mismatched frees.
+# Mismatched frees are not reported: the tests replace operators new and delete to count allocations,
+# and valgrind intercepts only those calls that are not inlined.
 #
-# Left out: tests that are long because they try numbers and records by the hundred thousand, which
-# adds no kind of access to memory.
+# Tests with hundreds of thousands of numbers or records are excluded: they take long and add no new
+# kind of memory access.
 watched --show-mismatched-frees=no "build/$preset/tests/cable_info_tests" --gtest_brief=1 \
   --gtest_filter='-*OfAnyDouble*:*ThousandthsOfFloats*:*OfThePlainExpression*:*EveryValueOfItsMonitors:*WhateverTheRecordHolds:*ScansAsTheCLibraryDoes'
 
@@ -36,7 +36,7 @@ watched "$cableinfo" table -j 2 examples/fabric.jsonl >/dev/null 2>build/valgrin
   cat build/valgrind.log >&2
   exit 1
 }
-# A module's dump, a refused port and a file as output take other ways through the program.
+# Other code paths: a dump of a module, a rejected port, and a file as output.
 status=0
 watched "$cableinfo" report -j 1 --module fuzz/corpus/module_memory/cmis_optic >/dev/null
 echo '{"port_num": "x"}' | watched "$cableinfo" table -j 1 -o build/valgrind.csv \

@@ -1,4 +1,4 @@
-// What a project outside the tree does with the library: fills a record, writes its row.
+// An external project that uses the library: fills a record and writes its row.
 
 #include <algorithm>
 #include <iostream>
