@@ -442,5 +442,5 @@ std::string ReportBlock(const CableRecord& r, PhyLines phy_lines) {
   return std::string(lines.view().substr(0, kMaxBlockSize));
 }
 
-}  // namespace gnu::visibility("hidden")]]cable
+}  // namespace cable
 }  // namespace cable_info

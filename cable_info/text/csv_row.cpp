@@ -82,5 +82,5 @@ void CsvRow::WriteTo(std::ostream& os) {
   os.flush();
 }
 
-}  // namespace gnu::visibility("hidden")]]text
+}  // namespace text
 }  // namespace cable_info

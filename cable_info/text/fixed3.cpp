@@ -95,5 +95,5 @@ char* WriteFixed3(char* to, double value) {
   return WriteThousandths(to, static_cast<std::uint32_t>(thousandths));
 }
 
-}  // namespace gnu::visibility("hidden")]]text
+}  // namespace text
 }  // namespace cable_info

@@ -72,5 +72,5 @@ const char* FlushedLines::WriteDirectly() {
   return LineAt(at).data() + LineAt(at).size();
 }
 
-}  // namespace gnu::visibility("hidden")]]text
+}  // namespace text
 }  // namespace cable_info

@@ -60,5 +60,5 @@ char* WriteBias(char* to, std::uint32_t microamperes) {
   return WriteText(WriteThousandths(to, microamperes), kMilliampereText);
 }
 
-}  // namespace gnu::visibility("hidden")]]text
+}  // namespace text
 }  // namespace cable_info

@@ -34,5 +34,5 @@ TextBuffer& TextBuffer::AppendGeneral(double value) {
   return *this;
 }
 
-}  // namespace gnu::visibility("hidden")]]text
+}  // namespace text
 }  // namespace cable_info

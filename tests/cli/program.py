@@ -1,4 +1,4 @@
-"""Runs the real program, whose path the environment names."""
+"""Runs the program at the path in the environment variable CABLEINFO."""
 
 import json
 import os
@@ -28,7 +28,7 @@ def run(*arguments, stdin=b"", **options):
 
 
 def summary(written, left_out, remarked=0, unread=0):
-    """The line at the end of a run that left something out."""
+    """The summary line of a run that left something out."""
     line = f"cableinfo: {written} port{'' if written == 1 else 's'} written, {left_out} left out, {remarked} remarked on"
     if unread:
         line += f"; {unread} input{'' if unread == 1 else 's'} not read to the end"

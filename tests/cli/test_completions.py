@@ -51,7 +51,7 @@ class Zsh(ProgramTest):
             offered = zsh("cableinfo", command, "--")
             self.assertEqual(set(re.findall("--[a-z0-9-]+", offered)), help_options(command), command)
 
-    def test_files_follow_the_commands_that_read_ports(self):
+    def test_files_are_offered_for_commands_that_read_ports(self):
         for command in COMMANDS:
             files = re.findall(r"^\*:.*:_files$", zsh("cableinfo", command, ""), re.MULTILINE)
             self.assertEqual(len(files), 0 if command == "columns" else 1, command)

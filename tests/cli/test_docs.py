@@ -9,11 +9,11 @@ from program import FABRIC, ROOT, ProgramTest, run
 
 DOCS = ROOT / "docs"
 
-# A form, and one that would tell more where all values fit it.
+# A form, and a narrower one that the document must name if all values match it.
 NARROWER = {"decimal": "flag", "hex 1": "hex 2", "bare text": "decimal", "text": "celsius"}
 
-# Beside the sample: what it lacks to show every text that the documents name.
-CODES_OF_NO_NAME = {"cable_identifier": 99, "cable_technology": 0x50, "power_unit_flag": 1,
+# Ports in addition to the sample, so that every text named by the documents occurs.
+UNNAMED_CODES = {"cable_identifier": 99, "cable_technology": 0x50, "power_unit_flag": 1,
                     "temperature": 0x8000, "vendor_pn": "X", "vendor_sn": "X", "vendor_rev": "X"}
 MORE_PORTS = [
     {"cable": {}},
@@ -25,9 +25,9 @@ MORE_PORTS = [
     {"cable": {"QueryStatus": 4, "VendorName": "a, b", "SerialNumber": "\"1\""}},
     {"phy": {"source": "PHY", "module": {}}},
     {"phy": {"source": "PHY", "module": {"length_om1": 3, "rx_power_type": 2}}},
-    {"phy": {"source": "PHY", "module": CODES_OF_NO_NAME}},
+    {"phy": {"source": "PHY", "module": UNNAMED_CODES}},
     {"phy": {"source": "PHY", "module": {"cable_identifier": 8, "cable_technology": 200}}},
-    {"phy": {"source": "PHY", "module": {**CODES_OF_NO_NAME, "vendor_pn": " ", "temp_high_threshold": 0x8000,
+    {"phy": {"source": "PHY", "module": {**UNNAMED_CODES, "vendor_pn": " ", "temp_high_threshold": 0x8000,
                                          "temp_low_threshold": 0x8000}}},
     {"phy": {"source": "", "latched_flags": {}}},
     {"phy": {"source": "PHY"}},
@@ -36,7 +36,7 @@ MORE_PORTS = [
 
 
 def sources():
-    """The source of each port of `inputs`; None without a record."""
+    """The source of each port of the sample and of MORE_PORTS; None without a record."""
     for line in FABRIC.read_text().splitlines():
         port = json.loads(line)
         yield "cable pages" if "cable" in port else "PHY" if "phy" in port else None
@@ -45,12 +45,12 @@ def sources():
 
 
 def written(command, *options):
-    """What the program writes for the sample and for the other ports."""
+    """The output of the program for the sample and MORE_PORTS."""
     return (run(command, *options, FABRIC).stdout + run(command, *options, stdin=MORE_PORTS).stdout).decode()
 
 
 def tables(document):
-    """The tables of a document, each a list of rows by the names of its columns."""
+    """The tables of a document, each a list of rows as dictionaries by column name."""
     found = []
     rows = None
     for line in (DOCS / document).read_text().splitlines():
@@ -72,7 +72,7 @@ def code(cell):
 
 
 class Document:
-    """The numbered rows of a document, and the forms that it defines."""
+    """The numbered rows of a document and the forms that it defines."""
 
     def __init__(self, name):
         self.rows, self.patterns, self.examples = [], {}, {}
@@ -97,14 +97,14 @@ class DocumentTest(ProgramTest):
                     self.assertIsNone(pattern.fullmatch(other), f"{form} and {other}")
 
     def assert_values(self, document, values):
-        """`values` are pairs of a row of the document and, by source, the values written there."""
+        """`values` are pairs of a row of the document and its values in the output, by source."""
         for row, by_source in values:
             for source in ("cable pages", "PHY"):
                 self.assert_form(f"{row['No.']}, {source}", document, row[source], by_source[source])
 
-    def assert_form(self, place, document, told, values):
-        """Every value has one of the forms told, and every form told has a value."""
-        alternatives = told.split(" or ")
+    def assert_form(self, place, document, forms, values):
+        """Every value has one of the documented forms, and every documented form has a value."""
+        alternatives = forms.split(" or ")
         seen = {}
         for value in values:
             for alternative in sorted(alternatives, key=lambda a: not a.startswith("`")):
@@ -116,7 +116,7 @@ class DocumentTest(ProgramTest):
                     seen.setdefault(alternative, []).append(value)
                     break
             else:
-                self.fail(f"{place}: {value!r} is not of the form {told}")
+                self.fail(f"{place}: {value!r} is not of the form {forms}")
         self.assertEqual(set(seen), set(alternatives), place)
         for form, narrower in NARROWER.items():
             if form in seen and narrower in document.patterns:
@@ -127,10 +127,10 @@ class DocumentTest(ProgramTest):
 class Table(DocumentTest):
     document = Document("table.md")
 
-    # A quote ends a cell in front of a comma only: nothing is escaped.
+    # Nothing is escaped: a quote ends a cell only before a comma.
     CELL = re.compile(r'"(?:[^"]|"(?!,|$))*"|[^,]*')
 
-    def test_columns_are_those_of_the_program(self):
+    def test_columns_match_the_program(self):
         columns = [json.loads(line) for line in run("columns", "--json").stdout.splitlines()]
         self.assertEqual(len(columns), 177)
         for row, column in zip(self.document.rows, columns, strict=True):
@@ -180,7 +180,7 @@ class Report(DocumentTest):
             yield both[-1] if source == "PHY" else both[0]
 
     def blocks(self):
-        """The lines of each port's block, without those behind a cut."""
+        """The lines of each port's block, without an incomplete last line."""
         ports = re.split("^NodeGuid: .*\n", written("report"), flags=re.MULTILINE)[1:]
         for source, block in zip(sources(), ports, strict=True):
             lines = block.rstrip("\n").split("\n")
@@ -212,10 +212,10 @@ class Report(DocumentTest):
 
 
 class Layers(ProgramTest):
-    """Includes point downwards only, as docs/architecture.md draws it."""
+    """Files include only lower layers, as described in docs/architecture.md."""
 
-    # From the lowest layer to the highest. Files of one part may include each other; the parts of
-    # one layer do not know of each other.
+    # From the lowest layer to the highest. Files of one part may include each other; parts of the
+    # same layer may not.
     LAYERS = (
         {"data": {"missing_values", "csv_columns", "cell_sink", "version"}},
         {"text": {"text/*"}},
@@ -237,7 +237,7 @@ class Layers(ProgramTest):
             for part, units in layer.items():
                 if unit in units:
                     return rank, part
-        self.fail(f"cable_info/{path} has no place in the layers")
+        self.fail(f"cable_info/{path} is not assigned to a layer")
 
     def test_no_file_includes_a_higher_one(self):
         for path in self.FILES:
@@ -249,14 +249,14 @@ class Layers(ProgramTest):
                 self.assertTrue(other_rank < rank or (other_rank, other_part) == (rank, part),
                                 f"{name} includes {header}")
 
-    def test_the_library_needs_the_standard_library_alone(self):
+    def test_the_library_uses_only_the_standard_library(self):
         for path in self.FILES:
             for header in re.findall("^#include <(.*?)>", path.read_text(), re.MULTILINE):
                 self.assertRegex(header, "^[a-z_]+$", f"{path.name} includes {header}")
 
 
 class Links(ProgramTest):
-    def test_every_link_leads_to_a_file(self):
+    def test_every_link_target_exists(self):
         for document in [*ROOT.glob("*.md"), *DOCS.glob("*.md")]:
             for target in re.findall(r"\]\(([^)#]+)", document.read_text()):
                 if "://" not in target:
@@ -264,21 +264,21 @@ class Links(ProgramTest):
 
 
 class Snippets(ProgramTest):
-    """Code in the documents stands in an example, which is compiled and run."""
+    """Code in the documents is part of an example, which is compiled and run."""
 
     EXAMPLES = {path.name: path.read_text() for path in sorted((ROOT / "examples").glob("*.cpp"))}
     DOCUMENTS = (ROOT / "README.md", DOCS / "embedding.md")
 
-    def test_every_snippet_stands_in_an_example(self):
+    def test_every_snippet_is_part_of_an_example(self):
         for document in self.DOCUMENTS:
             snippets = re.findall("^```cpp\n(.*?)^```", document.read_text(), re.MULTILINE | re.DOTALL)
             self.assertTrue(snippets, document)
             for snippet in snippets:
-                self.assertTrue(any(self.stands_in(snippet, text) for text in self.EXAMPLES.values()),
+                self.assertTrue(any(self.contains(text, snippet) for text in self.EXAMPLES.values()),
                                 f"{document.name}: in no example:\n{snippet}")
 
-    def stands_in(self, snippet, text):
-        """Whether the paragraphs of a snippet stand in a text one behind the other, however far indented."""
+    def contains(self, text, snippet):
+        """Whether a text contains the paragraphs of a snippet in order, with any indentation."""
         at = 0
         for paragraph in snippet.strip("\n").split("\n\n"):
             lines = textwrap.dedent(paragraph).rstrip("\n").split("\n")

@@ -25,7 +25,7 @@ class Values(ProgramTest):
         for code in (17, "0x11", "0x0011", "0X11".lower()):
             self.assertEqual(cell({"cable": {"Identifier": code}}, "IdentifierStr"), '"QSFP28"')
 
-    def test_floats_may_be_any_number_or_none(self):
+    def test_floats_may_be_any_number_nan_or_infinite(self):
         for value, text in ((1, "1.000"), (0.25, "0.250"), (-1e3, "-1000.000"), ("nan", "nan"),
                             ("inf", "inf"), ("-inf", "-inf"), (2.0**70, "1180591620717411303424.000")):
             self.assertEqual(cell({"cable": {"RxPower": [value]}}, "RX1Power"), text)
@@ -154,19 +154,19 @@ class BadPorts(ProgramTest):
                 self.assertEqual(numbers(result), [8, 9])
                 self.assertRegex(result.stderr.decode(), "\\A<stdin>:2: not valid JSON: [^\n]+\n" + summary(2, 1) + "\\Z")
 
-    def test_all_commands_go_on(self):
+    def test_all_commands_continue(self):
         for command in ("table", "report", "export"):
             result = run(command, stdin=[GOOD, {"x": 1}, GOOD])
             self.assertEqual(result.returncode, 1)
             self.assertEqual(result.stdout.count(b"GOOD"), {"export": 4}.get(command, 2))
 
-    def test_strict_stops_at_the_first(self):
+    def test_strict_stops_at_the_first_bad_port(self):
         ports = [{"port_num": 1}, {"x": 1}, {"port_num": 2}, {"y": 1}]
         result = run("table", "--no-header", "--strict", stdin=ports)
         self.assert_run(result, 1, "<stdin>:2: x: unknown key\n" + summary(1, 1))
         self.assertEqual(numbers(result), [1])
 
-    def test_a_long_value_is_shortened(self):
+    def test_a_long_value_is_abbreviated(self):
         result = run("table", stdin=[{"port_num": "\u00e9" * 100}])
         found = result.stderr.decode().split("found ")[1].split("\n")[0]
         self.assertTrue(found.endswith("..."))
@@ -174,7 +174,7 @@ class BadPorts(ProgramTest):
 
 
 class Lines(ProgramTest):
-    def test_blank_lines_and_line_ends_do_not_matter(self):
+    def test_blank_lines_are_skipped_and_line_ends_may_differ(self):
         text = b'\n{"port_num":1}\r\n  \t\n\r\n{"port_num":2}'
         result = run("table", "--no-header", stdin=text)
         self.assert_run(result)
@@ -200,7 +200,7 @@ class Lines(ProgramTest):
         self.assert_run(result)
         self.assertIn(text.encode(), result.stdout)
 
-    def test_a_line_past_the_limit_is_skipped(self):
+    def test_a_line_above_the_limit_is_skipped(self):
         for size in (MAX_LINE + 1, 3 * MAX_LINE):
             result = run("table", "--no-header",
                          stdin=b'{"port_num":1}\n' + b" " * size + b'{"port_num":2}\n{"port_num":3}')
@@ -208,7 +208,7 @@ class Lines(ProgramTest):
                             "found a longer one\n" + summary(2, 1))
             self.assertEqual(numbers(result), [1, 3])
 
-    def test_lines_that_cross_the_reader_s_blocks_are_whole(self):
+    def test_lines_across_read_boundaries_are_complete(self):
         ports = [{"port_num": n, "cable": {"VendorName": "v" * (n % 700)}} for n in range(20000)]
         result = run("table", "--no-header", stdin=ports)
         self.assert_run(result)
@@ -223,7 +223,7 @@ class Files(ProgramTest):
         self.assert_run(result, 1, f"{second}:2: x: unknown key\n" + summary(4, 1))
         self.assertEqual(numbers(result), [1, 2, 9, 3])
 
-    def test_a_dash_or_nothing_is_standard_input(self):
+    def test_a_dash_or_no_file_means_standard_input(self):
         for arguments in ((), ("-",)):
             self.assertEqual(numbers(run("table", "--no-header", *arguments, stdin=[GOOD])), [1])
 
@@ -236,7 +236,7 @@ class Files(ProgramTest):
         self.assert_run(run("table", "--no-header", self.folder), 3,
                         f"cableinfo: {self.folder}: Is a directory\n" + summary(0, 0, unread=1))
 
-    def test_usage_errors_have_a_status_of_their_own(self):
+    def test_usage_errors_have_status_2(self):
         for arguments in ((), ("nonsense",), ("table", "--nonsense"), ("table", "-o"),
                           ("columns", "file"), ("report", "--no-header")):
             result = run(*arguments)

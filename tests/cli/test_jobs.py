@@ -20,7 +20,7 @@ def lines():
         elif kind == 1:
             yield noise.choice(['{"port_num":-1}', "{", '{"cable":{"Temprature":1}}', "x" * 5000])
         elif kind == 2:
-            # Registers that give no length cost a remark.
+            # Registers from which no length can be computed give a remark.
             end = {"latency_res": 1, "round_trip_latency": 0xFFFFFF}
             yield json.dumps({"port_num": number, "prtl": {"local": end, "remote": end}})
         else:
@@ -60,13 +60,13 @@ class Jobs(ProgramTest):
             self.assertGreater(result.stderr.count(b"\n"), 300)
             self.assertGreater(result.stdout.count(b"\n"), 2000)
 
-    def test_order_is_that_of_the_input(self):
+    def test_ports_keep_the_order_of_the_input(self):
         table = self.assert_same("table", "--no-header", self.first, self.second, status=1)
         numbers = [int(row.split(b",")[2]) for row in table.stdout.splitlines()]
         self.assertEqual(numbers, sorted(numbers))
         self.assertGreater(len(numbers), 2000)
 
-    def test_messages_name_their_lines(self):
+    def test_messages_give_line_numbers(self):
         result = self.assert_same("table", "-", status=1,
                                   stdin=b'{"port_num":1}\n' * 2000 + b"{\n" + b'{"port_num":2}\n' * 500)
         self.assertRegex(result.stderr.decode(), r"\A<stdin>:2001: not valid JSON: .*\n" + summary(2500, 1) + r"\Z")
@@ -90,7 +90,7 @@ class Jobs(ProgramTest):
             self.assertEqual(result.stderr.count(b"\n"), 2)
             self.assertTrue(result.stderr.decode().endswith(summary(before, 1)))
 
-    def test_reports_have_one_empty_line_between_them(self):
+    def test_reports_are_separated_by_one_empty_line(self):
         ports = [{"port_num": n} for n in range(1000)]
         result = self.assert_same("report", status=0, stdin=ports)
         headings = result.stdout.split(b"\n\n")
@@ -98,7 +98,7 @@ class Jobs(ProgramTest):
         for number, heading in enumerate(headings):
             self.assertTrue(heading.rstrip().endswith(b"PortNum: %d" % number), heading)
 
-    def test_their_number_has_bounds(self):
+    def test_the_number_of_threads_is_limited(self):
         for jobs in ("0", "33", "-1", "two", ""):
             result = run("table", "-j", jobs, stdin=b"")
             self.assertEqual((result.returncode, result.stdout), (2, b""), jobs)

@@ -12,7 +12,7 @@ def text(value, size):
 
 
 class Image:
-    """A module's memory, all zero but what is set; `at` maps a page to where it begins."""
+    """A module's memory, initially zero; `at` maps a page to its offset."""
 
     def __init__(self, size, pages):
         self.bytes = bytearray(size)
@@ -174,7 +174,7 @@ class Modules(ProgramTest):
         listing[2] = "10:" + " XX" * 16 + "    XXXXXXXXXXXXXXXX"
         self.assertEqual(self.report(self.dump("\n".join(listing)))["Temperature"], "N/A")
 
-    def test_a_dump_may_come_through_a_pipe(self):
+    def test_a_dump_may_be_read_from_a_pipe(self):
         result = run("report", "--module", "-", stdin=qsfp28())
         self.assert_run(result)
         self.assertEqual(lines(result)["Vendor"], "Acme Optics")
@@ -188,7 +188,7 @@ class Modules(ProgramTest):
         self.assert_run(result)
         self.assertEqual(result.stdout, expected)
 
-    def test_pages_may_be_listings_at_their_own_offsets(self):
+    def test_pages_may_be_listings_with_their_own_offsets(self):
         data = qsfp28()
         third = "".join(f"0x{128 + at:04x}:\t\t{row.hex(' ')}\n" for at, row in rows(data[256:]))
         report = self.report(f"00:{self.dump(i2cdump(data[:256]), 'first')}",
@@ -248,7 +248,7 @@ class Modules(ProgramTest):
             self.assertEqual(result.stdout.count(b"\n"), 1)
             self.assertEqual(run("table", "--no-header", "--strict", "--module", bad, good).stdout, b"")
 
-    def test_files_that_cannot_be_read(self):
+    def test_unreadable_files_are_errors(self):
         missing = self.folder / "missing"
         for dump in (missing, f"lower:{missing}"):
             result = run("table", "--no-header", "--module", dump, self.dump(qsfp28()))
@@ -257,7 +257,7 @@ class Modules(ProgramTest):
         self.assert_run(run("table", "--module", self.folder), 3,
                         f"cableinfo: {self.folder}: Is a directory\n" + summary(0, 0, unread=1))
 
-    def test_endless_files_end(self):
+    def test_an_endless_file_is_rejected(self):
         self.assert_run(run("table", "--no-header", "--module", "/dev/zero"), 1,
                         "/dev/zero: a file of more than 262144 bytes is no module's memory\n" + summary(0, 1))
 
@@ -267,7 +267,7 @@ class Modules(ProgramTest):
 
 
 class PortRecords(ProgramTest):
-    def test_a_memory_may_be_a_file_or_hexadecimal(self):
+    def test_memory_may_be_a_file_or_hexadecimal(self):
         expected = run("report", "--module", self.file("dump", qsfp28())).stdout.replace(b", Label: dump\n", b"\n")
         for memory in ({"file": str(self.folder / "dump")}, {"hex": qsfp28().hex()},
                        {"hex": xxd(qsfp28())}):

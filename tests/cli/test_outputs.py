@@ -13,7 +13,7 @@ import jsonschema
 from program import EXPECTED, FABRIC, ROOT, ProgramTest, program, run
 
 HEADER_COLUMNS = 177
-# The ports whose registers give no length, by their lines in the sample.
+# The remarks on links of the sample whose length cannot be computed.
 PRTL_REMARKS = (
     f"{FABRIC}:28: port 0xa0b1c200001a7700/3: "
     "The PRTL round trip latency exceeds its maximal possible value.\n"
@@ -183,7 +183,7 @@ class Report(ProgramTest):
 
 
 class OtherReaders(ProgramTest):
-    """The table, read back by programs that people paste it into."""
+    """The table, read by other programs."""
 
     def rows_by_csv_module(self):
         text = run("table", FABRIC).stdout.decode()
@@ -216,7 +216,7 @@ class OtherReaders(ProgramTest):
     def test_sqlite_finds_every_cell_under_its_column(self):
         table = self.folder / "cables.csv"
         database = self.folder / "cables.db"
-        # A port without record has no cells for sqlite to import.
+        # Rows of ports without a record are too short for sqlite to import.
         lines = run("table", FABRIC).stdout.decode().splitlines(keepends=True)
         table.write_text("".join(line for line in lines if line.count(",") > 3))
         subprocess.run(["sqlite3", str(database), f".import --csv {table} cables"], check=True,
@@ -247,7 +247,7 @@ class Columns(ProgramTest):
         self.assert_run(result)
         self.assertEqual(result.stdout.decode(), (EXPECTED / "columns.txt").read_text())
 
-    def test_json_lists_the_same(self):
+    def test_json_lists_the_same_columns(self):
         lines = [json.loads(line) for line in run("columns", "--json").stdout.splitlines()]
         self.assertEqual([line["name"] for line in lines], self.names())
         self.assertEqual([line["number"] for line in lines], list(range(1, HEADER_COLUMNS + 1)))

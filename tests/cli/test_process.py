@@ -15,7 +15,7 @@ PORT = b'{"port_num":1,"cable":{"VendorName":"vendor"}}\n'
 
 
 def is_writing(process, folder):
-    """Whether the program has opened its output file, which has no name yet."""
+    """True if the program has opened its output file, which has no name yet."""
     try:
         descriptors = [os.readlink(link) for link in pathlib.Path(f"/proc/{process.pid}/fd").iterdir()]
     except FileNotFoundError:
@@ -57,7 +57,7 @@ class OutputFiles(ProgramTest):
     def files(self):
         return sorted(path.name for path in self.folder.iterdir())
 
-    def test_the_file_is_whole_and_alone(self):
+    def test_the_file_is_complete_and_no_other_remains(self):
         target = self.folder / "cables.csv"
         result = run("table", FABRIC, "-o", target)
         self.assertEqual(result.returncode, 0)
@@ -106,7 +106,7 @@ class OutputFiles(ProgramTest):
         self.assertEqual(target.read_bytes(), b"old")
         self.assertEqual(self.files(), ["cables.csv"])
 
-    def test_an_impossible_place_is_an_error(self):
+    def test_an_impossible_path_is_an_error(self):
         target = self.folder / "missing" / "cables.csv"
         self.assert_run(run("table", "-o", target), 3,
                         f"cableinfo: {target}: No such file or directory\n")
@@ -152,7 +152,7 @@ class OutputFiles(ProgramTest):
 
 
 class Terminals(ProgramTest):
-    """The meter on standard error, with a pseudo-terminal in its place."""
+    """The progress meter, with a pseudo-terminal as standard error."""
 
     def meter(self, *arguments, stdout=subprocess.DEVNULL, environment=None):
         ours, theirs = pty.openpty()
@@ -175,16 +175,16 @@ class Terminals(ProgramTest):
         self.assertEqual(process.wait(timeout=20), 0)
         return shown
 
-    def test_a_person_sees_a_meter_that_goes_away(self):
+    def test_a_terminal_shows_a_meter_and_clears_it(self):
         shown = self.meter()
         self.assertRegex(shown, rb"\r\d+ ports, [\d,]+ ports/s\x1b\[K")
         self.assertTrue(shown.endswith(b"\r\x1b[K"))
 
-    def test_nobody_else_sees_it(self):
+    def test_other_outputs_show_no_meter(self):
         self.assertEqual(self.meter("-q"), b"")
         self.assertEqual(self.meter(environment={"TERM": "dumb"}), b"")
 
-    def test_logs_hold_no_control_characters(self):
+    def test_logs_contain_no_control_characters(self):
         result = run("table", FABRIC)
         self.assertNotIn(b"\x1b", result.stderr + result.stdout)
         self.assertNotIn(b"\r", result.stderr + result.stdout)
