@@ -13,12 +13,12 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// A sequence of numbers that looks random (SplitMix64), the same for the same seed.
+// Pseudo-random numbers (SplitMix64), reproducible by seed.
 class Noise {
  public:
   explicit Noise(std::uint64_t seed) : state_(seed) {}
 
-  // Below `limit`.
+  // A number below `limit`.
   std::uint64_t Below(std::uint64_t limit) {
     state_ += 0x9E3779B97F4A7C15;
     std::uint64_t z = state_;
@@ -37,7 +37,7 @@ std::string Guid(std::uint64_t value) {
   return text;
 }
 
-// The lowest digits of the text make room for those of `number`.
+// Replaces the last digits of the text by those of `number`.
 void Renumber(Json& text, std::uint64_t number) {
   auto value = text.get<std::string>();
   for (auto c = value.rbegin(); c != value.rend(); ++c) {
@@ -48,7 +48,7 @@ void Renumber(Json& text, std::uint64_t number) {
   }
 }
 
-// A reading within 5 % of `value`; 0 stays what it is, nothing received.
+// A reading within 5 % of `value`; 0, no signal, is unchanged.
 void Vary(Json& value, Noise& noise) {
   const double factor = 0.95 + static_cast<double>(noise.Below(1000)) / 10000;
   if (value.is_number_unsigned()) {
@@ -80,7 +80,7 @@ void VaryModule(Json& module, std::uint64_t n, Noise& noise) {
   if (const auto sn = module.find("vendor_sn"); sn != module.end()) Renumber(*sn, n);
 }
 
-// A round trip that gives a length: the sample also has links whose registers give none.
+// A round trip from which a length can be computed; some links of the sample have none.
 void VaryPrtl(Json& prtl, Noise& noise) {
   for (Json& end : prtl) {
     end["latency_res"] = 1;

@@ -7,12 +7,12 @@
 
 namespace bench {
 
-/// A fabric of any number of ports, made from the ports of a sample: the mix of copper, optics and
-/// active cables, of cable pages and PHY registers is the sample's, while GUIDs, serial numbers,
-/// temperatures and lane monitors are every port's own. Port `n` is the same in every run.
+/// A fabric of any number of ports, derived from those of a sample. It has the sample's mix of
+/// copper, optical and active cables and of sources; GUIDs, serial numbers, temperatures and lane
+/// monitors are different for each port. Port `n` is the same in every run.
 class Fabric {
  public:
-  /// Reads the sample: a port record a line. Throws `std::runtime_error`.
+  /// Reads the sample, one port record per line. Throws `std::runtime_error`.
   explicit Fabric(const std::string& sample_path);
 
   /// The port record, one line of JSON without its newline.

@@ -1,7 +1,7 @@
-// Parses files of port records with the JSON library that cableinfo uses, and does nothing else:
-// what `cableinfo table` would cost if decoding and writing cost nothing.
-//   parse_floor lines FILE...    as cableinfo reads them, line by line through one buffer
-//   parse_floor whole FILE...    as the library reads such files, whole into memory
+// Parses files of port records with the JSON library of cableinfo and does nothing else: a lower
+// bound for `cableinfo table`.
+//   parse_floor lines FILE...    line by line through one buffer, like cableinfo
+//   parse_floor whole FILE...    loaded into memory as a whole, by the library's own function
 
 #include <simdjson.h>
 

@@ -1,6 +1,6 @@
-// What a port's row, report and export cost beside the least that they could cost: the same bytes
-// copied whole, the same cells or lines copied one by one, and the same cells written the obvious
-// way with string streams. Ratios within one run mean the same on every machine.
+// The time of a port's row, report and export compared with lower bounds, copies of the same bytes
+// as a whole and cell by cell or line by line, and with the straightforward implementation by
+// string streams. Ratios are taken within one run, so they are comparable between machines.
 
 #include <benchmark/benchmark.h>
 
@@ -35,7 +35,7 @@ using cable_info::PhyCableRecord;
 using cli::Port;
 
 constexpr std::uint64_t kPorts = 1000;
-constexpr std::size_t kRoom = 1U << 14;  // more than a row or a report needs
+constexpr std::size_t kCapacity = 1U << 14;  // more than a row or a report needs
 
 // ---------------------------------------------------------------------------------------------
 // The ports
@@ -77,7 +77,7 @@ const std::vector<const CableRecord*>& CableRecords() {
   return records;
 }
 
-// Those whose registers were read.
+// The records with a module.
 const std::vector<const PhyCableRecord*>& PhyRecords() {
   static const auto records = [] {
     auto all = Records(&Port::phy_cable_record);
@@ -90,10 +90,10 @@ const std::vector<const PhyCableRecord*>& PhyRecords() {
 }
 
 // ---------------------------------------------------------------------------------------------
-// Where the text goes
+// The destination of the text
 // ---------------------------------------------------------------------------------------------
 
-// Memory of fixed size behind a stream.
+// A stream buffer of fixed size.
 class Memory : public std::streambuf {
  public:
   void Restart() { size_ = 0; }
@@ -101,7 +101,7 @@ class Memory : public std::streambuf {
 
  protected:
   std::streamsize xsputn(const char* text, std::streamsize count) override {
-    if (count > static_cast<std::streamsize>(kRoom - size_)) return 0;
+    if (count > static_cast<std::streamsize>(kCapacity - size_)) return 0;
     std::memcpy(bytes_ + size_, text, static_cast<std::size_t>(count));
     size_ += static_cast<std::size_t>(count);
     return count;
@@ -113,7 +113,7 @@ class Memory : public std::streambuf {
 
  private:
   std::size_t size_ = 0;
-  char bytes_[kRoom] = {};
+  char bytes_[kCapacity] = {};
 };
 
 template <typename Record>
@@ -135,7 +135,7 @@ void CountRecords(benchmark::State& state, std::size_t records) {
 }
 
 // ---------------------------------------------------------------------------------------------
-// The library, and its floors
+// The library and lower bounds
 // ---------------------------------------------------------------------------------------------
 
 template <typename Record>
@@ -155,11 +155,11 @@ void Library(benchmark::State& state, const std::vector<const Record*>& records,
 }
 
 void Memcpy(benchmark::State& state, const std::vector<std::string>& texts) {
-  char room[kRoom];
+  char copy[kCapacity];
   for (auto _ : state) {
     for (const std::string& text : texts) {
-      std::memcpy(room, text.data(), text.size());
-      benchmark::DoNotOptimize(&room[0]);
+      std::memcpy(copy, text.data(), text.size());
+      benchmark::DoNotOptimize(&copy[0]);
       benchmark::ClobberMemory();
     }
   }
@@ -184,15 +184,15 @@ Pieces Cut(std::string text, char separator) {
   return pieces;
 }
 
-// Cell copy and line copy: each piece, known beforehand, and its separator.
+// Cell copy and line copy: copies of the known pieces, each with its separator.
 void PieceCopy(benchmark::State& state, const std::vector<std::string>& texts, char separator) {
   std::vector<Pieces> all;
   for (const std::string& text : texts) all.push_back(Cut(text, separator));
-  char room[kRoom];
+  char copy[kCapacity];
   for (auto _ : state) {
     for (const Pieces& pieces : all) {
       const char* from = pieces.text.data();
-      char* to = room;
+      char* to = copy;
       for (const std::uint16_t length : pieces.lengths) {
         std::memcpy(to, from, length);
         to[length] = separator;
@@ -206,13 +206,13 @@ void PieceCopy(benchmark::State& state, const std::vector<std::string>& texts, c
   CountRecords(state, texts.size());
 }
 
-// Each line handed to a stream's buffer and flushed, as the lines of the PHY report must be.
+// Each line written to a stream buffer and flushed, as the PHY report requires.
 void LinesFlushed(benchmark::State& state, const std::vector<std::string>& texts) {
   std::vector<Pieces> all;
   for (const std::string& text : texts) all.push_back(Cut(text, '\n'));
   Memory memory;
   std::streambuf* buffer = &memory;
-  benchmark::DoNotOptimize(buffer);  // a library does not know what is behind a stream
+  benchmark::DoNotOptimize(buffer);  // the library does not know the type of the buffer
   for (auto _ : state) {
     for (const Pieces& pieces : all) {
       memory.Restart();
@@ -229,7 +229,7 @@ void LinesFlushed(benchmark::State& state, const std::vector<std::string>& texts
   CountRecords(state, texts.size());
 }
 
-// A cell's value, as a program has it before it writes.
+// The value of a cell before it is written.
 struct Value {
   enum class Kind { kText, kQuoted, kDecimal, kHex, kFixed3 };
   Kind kind = Kind::kText;
@@ -285,7 +285,7 @@ void Insert(std::ostream& os, const Value& value) {
   }
 }
 
-// The obvious way: every value becomes a text in a string stream of its own.
+// The straightforward implementation: each value is written to a string stream of its own.
 void InsertAsText(std::ostream& os, const Value& value) {
   std::ostringstream text;
   Insert(text, value);
@@ -340,7 +340,7 @@ void Streams(benchmark::State& state, const std::vector<std::string>& rows, Inse
 }
 
 // ---------------------------------------------------------------------------------------------
-// Single pieces
+// Single operations
 // ---------------------------------------------------------------------------------------------
 
 void Header(benchmark::State& state) {
@@ -359,7 +359,7 @@ void Export(benchmark::State& state) {
   CountRecords(state, CableRecords().size());
 }
 
-// A decoder, once for every byte there is.
+// A decoder, called with every byte.
 void Decoder(benchmark::State& state, const std::function<std::string(std::uint8_t)>& decode) {
   for (auto _ : state) {
     for (unsigned code = 0; code < 256; ++code) {
@@ -411,8 +411,8 @@ class Times : public benchmark::BenchmarkReporter {
 
   bool failed() const { return failed_; }
 
-  // Nanoseconds an item, the least of the repetitions, for whatever else the machine does can only
-  // add to it; 0 when it did not run.
+  // Nanoseconds per item, the minimum of the repetitions, because other activity of the machine can
+  // only add to the time; 0 if it did not run.
   double Least(const std::string& name) const {
     const auto found = times_.find(name);
     if (found == times_.end()) return 0.0;
@@ -424,7 +424,7 @@ class Times : public benchmark::BenchmarkReporter {
   bool failed_ = false;
 };
 
-// A line of a table; "-" for what did not run.
+// A line of a table; "-" for benchmarks that did not run.
 void PrintRow(const std::string& name, const std::vector<double>& values, int decimals,
               const char* unit) {
   std::printf("| %-24s |", name.c_str());
@@ -569,7 +569,7 @@ void RegisterPieces() {
   });
 }
 
-// Several short runs of each, mixed, so that all of them see the machine's good and bad moments.
+// Several short runs of each in random order, so that all are affected equally by other activity.
 std::vector<char*> WithDefaults(int argc, char** argv) {
   static char repetitions[] = "--benchmark_repetitions=21";
   static char min_time[] = "--benchmark_min_time=0.02";

@@ -1,5 +1,5 @@
-"""Sends a file of port records through cableinfo table, with one thread and with more, beside
-nothing but parsing it; fails when the outputs differ or take more memory than they may."""
+"""Measures cableinfo table with one and more threads, compared with parsing the input only; fails if
+the outputs differ or the memory exceeds its limit."""
 
 import hashlib
 import os

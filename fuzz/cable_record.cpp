@@ -1,4 +1,4 @@
-// Any fields through every operation of CableRecord, and through the facade over it.
+// Arbitrary fields through every operation of CableRecord and of the facade.
 
 #include "cable_info/cable_record.h"
 
@@ -43,7 +43,7 @@ CableRecord AnyRecord(FuzzedDataProvider& input) {
   }
   r.RxPowerIsAverage = input.ConsumeBool();
   r.OpaqueDword1 = input.ConsumeIntegral<std::uint32_t>();
-  // The home vendor's modules are told by this very text.
+  // The OUI that identifies modules of the home vendor.
   const bool is_home = input.ConsumeBool();
   for (auto* text : cable_info::test::TextFields(r)) {
     *text = input.ConsumeRandomLengthString(kLongestText);

@@ -1,7 +1,6 @@
 #pragma once
 
-// What a fuzz target holds against its subject: a check that fails ends the run, and the input is
-// kept.
+// Checks of fuzz targets. A failed check ends the run, and libFuzzer saves the input.
 
 #include <cstdlib>
 #include <iostream>

@@ -1,4 +1,4 @@
-// Any bytes through the reader of lines, as a file longer than its buffer now and then.
+// Arbitrary bytes through the reader of lines, sometimes as a file longer than its buffer.
 
 #include "cli/input/line_reader.h"
 
@@ -37,14 +37,14 @@ class File {
   int fd_;
 };
 
-// Behind a star, the bytes come again and again until the file is longer than the buffer.
+// Input that starts with a star is repeated until the file is longer than the buffer.
 std::string AnyText(std::string_view bytes) {
-  constexpr std::size_t kLongest = 9U << 17;  // the buffer has 2^20
+  constexpr std::size_t kMaxSize = 9U << 17;  // the buffer has 2^20
   if (bytes.size() < 3) return std::string(bytes);
   const bool is_long = bytes[0] == '*';
   const std::string_view piece = bytes.substr(1);
   std::string text(piece);
-  while (is_long && text.size() < kLongest) text += piece;
+  while (is_long && text.size() < kMaxSize) text += piece;
   return text;
 }
 
@@ -66,7 +66,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (line->too_long) continue;
     CheckEqual(line->text, expected[i], "line");
     const volatile char* const padding = line->text.data() + line->text.size();
-    static_cast<void>(padding[cli::LineReader::kPadding - 1]);  // the sanitizer sees it read
+    static_cast<void>(padding[cli::LineReader::kPadding - 1]);  // checked by the sanitizer
   }
   Check(!reader.Next().has_value(), "there is no line more");
   CheckEqual(reader.bytes(), text.size(), "bytes of all lines");

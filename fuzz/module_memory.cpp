@@ -1,4 +1,4 @@
-// Dumps of module memories: whatever the bytes are, they are decoded or refused.
+// Dumps of module memory: arbitrary bytes are decoded or rejected.
 
 #include "cable_info/module_memory/module_memory.h"
 
@@ -29,11 +29,11 @@ void Show(module_memory::ModuleReading reading) {
 void DecodeWhole(std::string_view content) {
   try {
     Show(module_memory::ReadModule(module_memory::DumpFromContent(content)));
-  } catch (const module_memory::BadModule&) {  // refused
+  } catch (const module_memory::BadModule&) {  // rejected
   }
 }
 
-// The dump as pages, each behind a byte that names it.
+// The dump as pages, each preceded by a byte that selects the page.
 void DecodePages(std::string_view content) {
   constexpr std::size_t kSize = 1 + cable_info::ModuleImage::kHalf;
   constexpr cable_info::Page kPages[] = {
@@ -52,7 +52,7 @@ void DecodePages(std::string_view content) {
       module_memory::PutPage(image, kPages[name % std::size(kPages)], bytes);
     }
     Show(module_memory::ReadModule(std::move(image)));
-  } catch (const module_memory::BadModule&) {  // refused
+  } catch (const module_memory::BadModule&) {  // rejected
   }
 }
 

@@ -1,5 +1,5 @@
-// Any bytes through every operation of PhyCableRecord, with or without module and latched flags,
-// and through the facade over it.
+// Arbitrary bytes through every operation of PhyCableRecord, with or without module and latched
+// flags, and of the facade.
 
 #include "cable_info/phy_cable_record.h"
 
@@ -28,7 +28,7 @@ using Renderer = std::string (PhyCableRecord::*)(bool csv) const;
 constexpr bool kCsv = true;
 constexpr bool kReport = false;
 
-// A renderer, its column and the label of its line; empty where it has none.
+// A renderer, its column and the label of its line; empty if it has none.
 struct Shown {
   Renderer render;
   std::string column;
@@ -180,7 +180,7 @@ void CheckModule(const PhyCableRecord& r, const ModuleRecord& m) {
              r.CDREnableTxRXToStr(), "CDR");
 }
 
-// Both take any double, not only a register's word.
+// Both accept any double, not only words of a register.
 void CheckPowers(FuzzedDataProvider& input, const PhyCableRecord& r) {
   const auto value = std::bit_cast<double>(input.ConsumeIntegral<std::uint64_t>());
   const std::string mw = r.PowerLineToStr(value, 0, kCsv);
@@ -190,7 +190,7 @@ void CheckPowers(FuzzedDataProvider& input, const PhyCableRecord& r) {
   CheckEqual(r.TXBiasToStr(kReport, value), r.TXBiasToStr(kCsv, value) + " mA", "bias");
 }
 
-// `port` holds `r` alone.
+// `port` has only the record `r`.
 void CheckFacade(CombinedCableInfo& port, const PhyCableRecord& r) {
   CheckEqual(fuzz::RowOf(port), fuzz::RowOf(r), "row of the facade");
   CheckEqual(fuzz::BlockOf(port), fuzz::BlockOf(r), "block of the facade");

@@ -1,4 +1,4 @@
-// Any lines through the reader of JSON, and what it accepts through all three writers.
+// Arbitrary lines through the reader of port records, and accepted ones through all three writers.
 
 #include "cli/input/port_reader.h"
 
@@ -21,12 +21,12 @@ using cli::Port;
 using fuzz::Check;
 using fuzz::CheckEqual;
 
-// A line as the line reader hands it over: its bytes end where its padding ends.
+// A line as provided by the line reader; its memory ends with its padding.
 class PaddedLine {
  public:
   explicit PaddedLine(std::string_view text)
       : size_(text.size()), bytes_(text.begin(), text.end()) {
-    bytes_.resize(size_ + cli::LineReader::kPadding, '"');  // what misleads most
+    bytes_.resize(size_ + cli::LineReader::kPadding, '"');  // the most misleading character
     bytes_.shrink_to_fit();
   }
   std::string_view text() const { return {bytes_.data(), size_}; }
@@ -104,7 +104,7 @@ void ReadAndWrite(cli::PortReader& reader, std::string_view line) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  cli::PortReader reader;  // one for all lines, as the program has it
+  cli::PortReader reader;  // one for all lines, as in the program
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   for (const std::string& line : cable_info::test::Split(text, '\n')) ReadAndWrite(reader, line);
   const PaddedLine good(R"({"node_guid": 7, "cable": {"VendorName": "Acme"}})");

@@ -1,6 +1,6 @@
 #pragma once
 
-// What every target of records looks at: the row and the block of the text report.
+// Used by all targets of records: the row and the block of the text report.
 
 #include <cstdio>
 #include <string>
@@ -25,22 +25,22 @@ std::string BlockOf(const Record& record) {
   return cable_info::test::Written([&](std::ostream& os) { record.ToFileStream(os); });
 }
 
-// True when cells and lines can be counted although this text is among them.
+// True if cells and lines can still be counted when this text is one of them.
 inline bool IsPlain(std::string_view text) {
   return text.find_first_of(std::string_view(",\"\n\0", 4)) == std::string_view::npos;
 }
 
 inline std::string Quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
 
-// As C writes a value with three decimals.
+// A value with three decimals, as the C library writes it.
 inline std::string Fixed3(double value) {
   char text[400];
   std::snprintf(text, sizeof(text), "%.3f", value);
   return text;
 }
 
-// A block of plain texts, line by line in order: `Value(label)` is what stands behind the label of
-// the next line that has it.
+// The lines of a block of plain texts. `Value(label)` is the text after the label, of the first
+// line that has it.
 class Block {
  public:
   explicit Block(std::string_view text) : lines_(cable_info::test::Lines(text)) {}

@@ -25,7 +25,7 @@ void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(me
 namespace cable_info::test {
 namespace {
 
-// Takes any text and forgets it.
+// Discards any text.
 class Sink : public std::streambuf {
  public:
   std::size_t size() const { return size_; }
@@ -44,7 +44,7 @@ class Sink : public std::streambuf {
   std::size_t size_ = 0;
 };
 
-TEST(Allocation, HappensNowhereInRowsAndReportsOfUsualSize) {
+TEST(Allocation, IsNotNeededForRowsAndReportsOfUsualSize) {
   for (const RealisticPort& realistic : RealisticPorts()) {
     CombinedCableInfo port;
     realistic.fill(port);
@@ -60,7 +60,7 @@ TEST(Allocation, HappensNowhereInRowsAndReportsOfUsualSize) {
 
 TEST(Allocation, IsCounted) {
   const std::size_t before = allocations;
-  void* const memory = ::operator new(1);  // unlike a new-expression, never left out
+  void* const memory = ::operator new(1);  // unlike a new-expression, never optimized away
   EXPECT_EQ(allocations, before + 1);
   ::operator delete(memory);
 }

@@ -33,14 +33,14 @@ TEST(CableRecordIdentifier, HasANameForPortModules) {
   }
 }
 
-TEST(CableRecordType, IsTheTechnologyOfGoodData) {
+TEST(CableRecordType, IsTheTechnologyIfTheQuerySucceeded) {
   EXPECT_EQ(OfTechnology(0).ConvertCableTypeToStr(), "850 nm VCSEL");
   EXPECT_EQ(OfTechnology(15).ConvertCableTypeToStr(), "Copper cable- linear active equalizers");
   EXPECT_EQ(OfTechnology(16).ConvertCableTypeToStr(), "NA");
   EXPECT_EQ(OfTechnology(255).ConvertCableTypeToStr(), "NA");
 }
 
-TEST(CableRecordType, IsTheStatusOfAFailedQuery) {
+TEST(CableRecordType, IsTheStatusIfTheQueryFailed) {
   for (unsigned status = 1; status < 256; ++status) {
     CableRecord r = OfTechnology(3);
     r.QueryStatus = Byte(status);
@@ -51,7 +51,7 @@ TEST(CableRecordType, IsTheStatusOfAFailedQuery) {
   EXPECT_EQ(r.ConvertCableTypeToStr(), "NA - Cable not connected");
 }
 
-TEST(CableRecordSpeed, IsNaWithoutAny) {
+TEST(CableRecordSpeed, IsNaForAnEmptyMask) {
   CableRecord r;
   EXPECT_EQ(r.ConvertSupportedSpeedToStr(), "NA");
   r.SupportedSpeedMask = 0x90;
@@ -70,7 +70,7 @@ TEST(CableRecordLength, PrefersTheMeasuredOne) {
   EXPECT_EQ(r.ConvertPrtlLengthToStr(), "2.9 m");
 }
 
-TEST(CableRecordTemperature, ReadsTheHighByteOfAnyWord) {
+TEST(CableRecordTemperature, IsTheHighByteOfTheWord) {
   for (unsigned high = 0; high < 256; ++high) {
     const int degrees = high < 128 ? static_cast<int>(high) : static_cast<int>(high) - 256;
     const bool valid = degrees >= -40 && degrees <= 125;
@@ -85,7 +85,7 @@ TEST(CableRecordTemperature, ReadsTheHighByteOfAnyWord) {
   }
 }
 
-TEST(CableRecordTemperature, IsAskedOfTheRightWord) {
+TEST(CableRecordTemperature, IsReadFromTheRightWord) {
   CableRecord r;
   r.Temperature = 41 << 8;
   r.TempHighAlarmThresh = 75 << 8;
@@ -100,12 +100,12 @@ TEST(CableRecordTemperature, IsAskedOfTheRightWord) {
   EXPECT_EQ(r.GetLowTemperatureThresholdStr(), "N/A");
 }
 
-TEST(CableRecordVoltage, IsAnyWordInMicrovolts) {
+TEST(CableRecordVoltage, IsShownInMicrovolts) {
   const CableRecord r = OfTechnology(kPassive);
   EXPECT_EQ(r.ConvertVoltageToStr(33000), "3300000uV");
 }
 
-TEST(CableRecordDateCode, SplitsThePairs) {
+TEST(CableRecordDateCode, IsSplitIntoPairs) {
   CableRecord r;
   for (const auto& [text, expected] : {std::pair<std::string, std::string>{"24031501", "24-03-15"},
                                        {"240315", "24-03-15"},
@@ -121,7 +121,7 @@ TEST(CableRecordDateCode, SplitsThePairs) {
   }
 }
 
-TEST(CableRecordFirmware, IsKnownForTheHomeVendorsModules) {
+TEST(CableRecordFirmware, IsShownForTheHomeVendorsModules) {
   CableRecord r;
   r.FwVersionText = "26.11.291";
   EXPECT_EQ(r.ConvertFwVersionToStr(true), "\"NA\"");
@@ -139,7 +139,7 @@ TEST(CableRecordFirmware, IsKnownForTheHomeVendorsModules) {
   EXPECT_EQ(r.ConvertFwVersionToStr(true), "\"NA\"");
 }
 
-TEST(CableRecordAttenuation, IsKnownForPassiveCopper) {
+TEST(CableRecordAttenuation, IsShownForPassiveCopper) {
   CableRecord r = OfTechnology(kPassive);
   EXPECT_EQ(r.ConvertAttenuationToStr(true), "0,0,0,0");
   const std::uint8_t values[] = {3, 255, 0, 12};

@@ -1,6 +1,6 @@
 #pragma once
 
-// The fields of a CableRecord by their types, for those who fill them all.
+// The fields of a CableRecord by type, for tests that fill all of them.
 
 #include <array>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #pragma once
 
-// Cable-page records as a host fills them, one for each kind of port that a fabric has.
+// Records of cable pages as a host fills them, one for each kind of port in a fabric.
 
 #include <algorithm>
 #include <cstddef>
@@ -16,8 +16,8 @@ void Set(T (&array)[N], std::initializer_list<std::type_identity_t<T>> values) {
   std::copy(values.begin(), values.end(), array);
 }
 
-// A 1.5 m copper cable of the home vendor. What it says of firmware, lanes and temperature is
-// noise.
+// A 1.5 m copper cable of the home vendor. Its firmware, lane settings and temperature are
+// meaningless.
 inline CableRecord HomeCopper() {
   CableRecord r;
   r.Identifier = 0x1E;
@@ -49,7 +49,7 @@ inline CableRecord HomeCopper() {
   return r;
 }
 
-// A 3 m copper cable of another maker that leaves out what it may.
+// A 3 m copper cable of another vendor without optional values.
 inline CableRecord ForeignCopper() {
   CableRecord r;
   r.Identifier = 0x18;
@@ -114,7 +114,7 @@ inline CableRecord ActiveCable() {
   return r;
 }
 
-// A multi-mode transceiver of the home vendor, its link measured.
+// A multi-mode transceiver of the home vendor with a measured length.
 inline CableRecord HomeMultiMode() {
   CableRecord r;
   r.Identifier = 0x11;
@@ -170,7 +170,7 @@ inline CableRecord HomeMultiMode() {
   return r;
 }
 
-// A single-mode transceiver of another maker; its firmware is not ours to show.
+// A single-mode transceiver of another vendor; its firmware version is not shown.
 inline CableRecord ForeignSingleMode() {
   CableRecord r;
   r.Identifier = 0x19;
@@ -221,7 +221,7 @@ inline CableRecord ForeignSingleMode() {
   return r;
 }
 
-// A transceiver without light whose long names leave no room for its last lines.
+// A transceiver without light, with names so long that its last lines are cut.
 inline CableRecord DarkModule() {
   CableRecord r;
   r.Identifier = 0x11;
@@ -268,7 +268,7 @@ inline CableRecord DarkModule() {
   return r;
 }
 
-// Nothing could be read.
+// The pages could not be read.
 inline CableRecord FailedQuery() {
   CableRecord r;
   r.QueryStatus = 6;
@@ -283,7 +283,7 @@ inline CableRecord FailedQuery() {
   return r;
 }
 
-// A transceiver that burns: every alarm there is for heat, voltage and one lane.
+// An overheated transceiver: all alarms of temperature, voltage and one lane.
 inline CableRecord HotModule() {
   CableRecord r;
   r.Identifier = 0x0D;

@@ -13,7 +13,7 @@
 namespace cable_info::test {
 namespace {
 
-// A row is written down in several lines, its cells grouped by what they tell.
+// A row is listed on several lines, its cells in groups.
 std::string OneLine(std::string text) {
   text.erase(std::remove(text.begin(), text.end(), '\n'), text.end());
   return text + '\n';

@@ -145,10 +145,10 @@ TEST(CableRecordReport, ShowsEveryFieldOnItsLine) {
             "OutputPostEmp: N/A\n");
 }
 
-TEST(CableRecordReport, LeavesOutThreeLinesOnRequest) {
+TEST(CableRecordReport, OmitsThreeLinesOnRequest) {
   for (unsigned seed = 0; seed < 200; ++seed) {
     CableRecord r = RandomCableRecord(seed);
-    r.QueryStatus = 0;  // all below: short enough not to be cut
+    r.QueryStatus = 0;  // from here on short enough not to be cut
     for (int lane = 0; lane < 4; ++lane) r.RxPower[lane] = r.TxBias[lane] = r.TxPower[lane] = 1.0F;
     for (std::string* text : {&r.VendorName, &r.Oui, &r.PartNumber, &r.SerialNumber, &r.Revision,
                               &r.LengthText, &r.PrtlLengthText, &r.FwVersionText}) {
@@ -165,7 +165,7 @@ TEST(CableRecordReport, LeavesOutThreeLinesOnRequest) {
   }
 }
 
-TEST(CableRecordReport, ShowsTheModulesLengthTwiceWithoutAMeasurement) {
+TEST(CableRecordReport, ShowsTheLengthOfTheModuleTwiceIfNoneWasMeasured) {
   CableRecord r;
   r.LengthText = "3 m";
   const std::vector<std::string> lines = Lines(r.c_str(true));
@@ -174,7 +174,7 @@ TEST(CableRecordReport, ShowsTheModulesLengthTwiceWithoutAMeasurement) {
   EXPECT_EQ(lines[9], " Length by Reg: 3 m");
 }
 
-TEST(CableRecordReport, ShowsWhatPassiveCopperHas) {
+TEST(CableRecordReport, ShowsTheValuesOfPassiveCopper) {
   CableRecord r;
   r.TransmitterTechnologyCode = 10;
   r.Attenuation[1] = 5;
@@ -190,7 +190,7 @@ TEST(CableRecordReport, ShowsWhatPassiveCopperHas) {
   EXPECT_EQ(lines[20], "RX power type: OMA");
 }
 
-TEST(CableRecordReport, ShowsPowersThatAreNoNumbers) {
+TEST(CableRecordReport, ShowsNanAndInfinitePowers) {
   CableRecord r;
   r.RxPower[0] = std::numeric_limits<float>::quiet_NaN();
   r.RxPower[1] = std::numeric_limits<float>::infinity();
@@ -240,7 +240,7 @@ TEST(CableRecordReport, IsWrittenWithoutFlush) {
   EXPECT_EQ(buffer.flushes(), 0);
 }
 
-TEST(CableRecordReport, NeitherSeesNorChangesTheStreamsFormatting) {
+TEST(CableRecordReport, NeitherUsesNorChangesTheStreamsFormatting) {
   const CableRecord r = RandomCableRecord(3);
   OddStream os;
   r.ToFileStream(os);
@@ -250,7 +250,7 @@ TEST(CableRecordReport, NeitherSeesNorChangesTheStreamsFormatting) {
   EXPECT_EQ(os.fill(), OddStream::kFill);
 }
 
-TEST(CableRecordReport, NeverPassesItsLimit) {
+TEST(CableRecordReport, NeverExceedsItsLimit) {
   for (unsigned seed = 0; seed < 5000; ++seed) {
     const std::string block = RandomCableRecord(seed).c_str(true);
     ASSERT_LE(block.size(), kBlockLimit);

@@ -25,7 +25,7 @@ std::string Tail(const CableRecord& record) {
   return Written([&](std::ostream& os) { record.ToCSVStream(os); });
 }
 
-// The columns from the first flag on in which a flag is set.
+// The names of the columns of set flags.
 Names SetFlags(const CableRecord& record) {
   return Row::Of(record).ColumnsWith("1", kFirstFlag, kFlags);
 }
@@ -157,7 +157,7 @@ TEST(CableRecordRow, TakesEveryCellFromItsField) {
   for (const auto& [column, cell] : expected) EXPECT_EQ(row[column], cell) << column;
 }
 
-TEST(CableRecordRow, ShowsTheMeasuredLengthFirst) {
+TEST(CableRecordRow, PrefersTheMeasuredLength) {
   CableRecord r;
   r.LengthText = "3 m";
   r.PrtlLengthText = "2.9 m";
@@ -167,7 +167,7 @@ TEST(CableRecordRow, ShowsTheMeasuredLengthFirst) {
   EXPECT_EQ(row["LengthDescByReg"], "\"3 m\"");
 }
 
-TEST(CableRecordRow, ShowsWhatPassiveCopperHas) {
+TEST(CableRecordRow, ShowsTheValuesOfPassiveCopper) {
   CableRecord r;
   r.TransmitterTechnologyCode = 10;
   r.Temperature = 41 << 8;
@@ -188,7 +188,7 @@ TEST(CableRecordRow, ShowsWhatPassiveCopperHas) {
   EXPECT_EQ(row["OutputEmp"], kNa);
 }
 
-TEST(CableRecordRow, TellsHowPowerIsMeasured) {
+TEST(CableRecordRow, ShowsTheKindOfReceivedPower) {
   CableRecord r;
   r.RxPowerIsAverage = true;
   EXPECT_EQ(Row::Of(r)["RXPowerType"], "1");
@@ -227,7 +227,7 @@ TEST(CableRecordRow, WritesAnyMonitorAsThePlainFormatterDoes) {
 // Flags, by the names of their columns
 // ---------------------------------------------------------------------------------------------
 
-// Sets one bit after the other and expects the named column alone.
+// Sets each bit in turn and expects a flag in the named column only.
 template <typename Field>
 void ExpectFlag(Field CableRecord::*field, int bit, const std::string& column) {
   CableRecord r;
@@ -306,7 +306,7 @@ TEST(CableRecordRowFlags, NameThePropertiesOfTheTransmitter) {
 // Texts and streams
 // ---------------------------------------------------------------------------------------------
 
-TEST(CableRecordRow, WritesTextsAsTheyStand) {
+TEST(CableRecordRow, WritesTextsVerbatim) {
   CableRecord r;
   r.VendorName = std::string("a\0b", 3);
   r.Oui = "x,\"\n";

@@ -53,7 +53,7 @@ TEST(CableRecordKind, FollowsTechnologyAndConnector) {
   }
 }
 
-TEST(CableRecordKind, IsOpticOnlyInGoodData) {
+TEST(CableRecordKind, IsOpticOnlyIfTheQuerySucceeded) {
   CableRecord r;
   for (unsigned status = 0; status < 256; ++status) {
     for (unsigned technology = 0; technology < 256; ++technology) {
@@ -64,7 +64,7 @@ TEST(CableRecordKind, IsOpticOnlyInGoodData) {
   }
 }
 
-TEST(CableRecordKind, KnowsTheHomeVendorsModules) {
+TEST(CableRecordKind, RecognizesTheHomeVendorsModules) {
   CableRecord r;
   for (const char* oui : {"0x5a1", "0x5A1", "0x5a1 ", "", "5a1"}) {
     r.Oui = oui;
@@ -112,10 +112,10 @@ TEST(CableRecordTemperatureErrors, CompareWithTheAlarmThresholds) {
   for (const Case& c : kCases) {
     CableRecord r;
     r.TransmitterTechnologyCode = Byte(static_cast<unsigned>(c.technology));
-    r.Temperature = Degrees(c.reading) | 0xFF;  // the fraction never counts
+    r.Temperature = Degrees(c.reading) | 0xFF;  // the fraction is ignored
     r.TempHighAlarmThresh = Degrees(c.high);
     r.TempLowAlarmThresh = Degrees(c.low);
-    r.TempHighWarnThresh = Degrees(-40);  // nor do the warning thresholds
+    r.TempHighWarnThresh = Degrees(-40);  // and so are the warning thresholds
     r.TempLowWarnThresh = Degrees(125);
     EXPECT_EQ(r.GetTemperatureErrorsByTreshold(), c.errors)
         << c.technology << ' ' << c.reading << ' ' << c.high << ' ' << c.low;
@@ -157,7 +157,7 @@ TEST(CableRecordIdentification, LeavesThePartNumberUntrimmed) {
   }
 }
 
-TEST(CableRecordIdentification, FillsWhatIsKnown) {
+TEST(CableRecordIdentification, HasTheKnownParts) {
   CableRecord r;
   r.Identifier = 0x11;
   r.PartNumber = "KM1-SR4";
@@ -170,7 +170,7 @@ TEST(CableRecordIdentification, FillsWhatIsKnown) {
   EXPECT_EQ(id.revision, "A5");
 }
 
-TEST(CableRecordIdentification, LeavesEmptyWhatIsUnknown) {
+TEST(CableRecordIdentification, IsEmptyWhereUnknown) {
   CableRecord r;
   r.Identifier = 0x0E;
   r.PartNumber = "NA";
@@ -187,7 +187,7 @@ TEST(CableRecordIdentification, LeavesEmptyWhatIsUnknown) {
 // Export
 // ---------------------------------------------------------------------------------------------
 
-TEST(CableRecordExport, CarriesEveryField) {
+TEST(CableRecordExport, ContainsEveryField) {
   CableRecord r;
   r.QueryStatus = 1;
   r.Identifier = 2;

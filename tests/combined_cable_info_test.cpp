@@ -68,7 +68,7 @@ TEST(CombinedCableInfo, IsNeitherCopiedNorMoved) {
   static_assert(sizeof(CombinedCableInfo) == 2 * sizeof(void*));
 }
 
-TEST(CombinedCableInfoWithoutRecords, AnswersWithFixedValues) {
+TEST(CombinedCableInfoWithoutRecords, ReturnsFixedValues) {
   FlushCounter buffer;
   std::ostream os(&buffer);
   CombinedCableInfo port;
@@ -124,14 +124,14 @@ void ExpectAnswersOfTheCableRecord(CombinedCableInfo& port) {
   EXPECT_EQ(port.GetLowTemperatureThresholdStr(), "-5C");
 }
 
-TEST(CombinedCableInfoWithCableRecord, AsksIt) {
+TEST(CombinedCableInfoWithCableRecord, UsesIt) {
   CombinedCableInfo port;
   port.AttachCableRecord(Cable());
   ExpectAnswersOfTheCableRecord(port);
   EXPECT_EQ(port.GetCDRVendor(), kAllBits);
 }
 
-TEST(CombinedCableInfoWithBothRecords, AsksTheCableRecordButForTheCdrVendor) {
+TEST(CombinedCableInfoWithBothRecords, UsesTheCableRecordExceptForTheCdrVendor) {
   CombinedCableInfo port;
   port.AttachPhyCableRecord(Phy());
   port.AttachCableRecord(Cable());
@@ -139,7 +139,7 @@ TEST(CombinedCableInfoWithBothRecords, AsksTheCableRecordButForTheCdrVendor) {
   EXPECT_EQ(port.GetCDRVendor(), 7U);
 }
 
-TEST(CombinedCableInfoWithPhyCableRecord, AsksIt) {
+TEST(CombinedCableInfoWithPhyCableRecord, UsesIt) {
   CombinedCableInfo port;
   port.AttachPhyCableRecord(Phy());
   EXPECT_EQ(RowOf(port), Written([](std::ostream& os) { Phy()->ToCSVStream(os); }));
@@ -165,7 +165,7 @@ TEST(CombinedCableInfoWithPhyCableRecord, AsksIt) {
   EXPECT_EQ(port.GetLowTemperatureThresholdStr(), "0C");
 }
 
-TEST(CombinedCableInfoWithEmptyPhyCableRecord, AnswersForAnAbsentModule) {
+TEST(CombinedCableInfoWithEmptyPhyCableRecord, ReturnsTheValuesOfAMissingModule) {
   CombinedCableInfo port;
   port.AttachPhyCableRecord(std::make_unique<PhyCableRecord>());
   EXPECT_EQ(port.GetUniqueKey(), "");
@@ -181,7 +181,7 @@ TEST(CombinedCableInfoWithEmptyPhyCableRecord, AnswersForAnAbsentModule) {
   EXPECT_EQ(Lines(ReportOf(port)).size(), 78U);
 }
 
-TEST(CombinedCableInfoWithEmptyPhyCableRecord, IsNoIdentifiedCable) {
+TEST(CombinedCableInfoWithEmptyPhyCableRecord, HasNoIdentification) {
   CombinedCableInfo port;
   port.AttachPhyCableRecord(std::make_unique<PhyCableRecord>());
   const cable_id_t id = port.GetIdObj();
@@ -213,7 +213,7 @@ TEST(CombinedCableInfoWithPhyCableRecord, MayLackItsModuleOrItsPage) {
 // Any records
 // ---------------------------------------------------------------------------------------------
 
-// What the facade and both kinds of record answer alike.
+// The queries that the facade and both kinds of records have in common.
 template <typename Port>
 std::string CommonAnswers(const Port& port) {
   const cable_id_t id = port.GetIdObj();
@@ -229,7 +229,7 @@ std::string CommonAnswers(const Port& port) {
   return answers.str();
 }
 
-TEST(CombinedCableInfo, AnswersAsItsRecordDoes) {
+TEST(CombinedCableInfo, ReturnsTheSameAsItsRecord) {
   for (unsigned seed = 0; seed < 1000; ++seed) {
     const CableRecord cable = RandomCableRecord(seed);
     const auto phy = RandomPhyCableRecord(seed);
@@ -253,7 +253,7 @@ TEST(CombinedCableInfo, AnswersAsItsRecordDoes) {
   }
 }
 
-TEST(CombinedCableInfo, GivesTheCdrVendorAsAnUnsignedByte) {
+TEST(CombinedCableInfo, ReturnsTheCdrVendorAsAnUnsignedByte) {
   for (unsigned vendor = 0; vendor < 256; ++vendor) {
     auto record = Phy();
     record->module->cdr_vendor = static_cast<std::uint8_t>(vendor);
@@ -447,7 +447,7 @@ TEST(CombinedCableInfoPrtlLength, IsTheLastOneSet) {
   EXPECT_EQ(Row(RowOf(port))["LengthDesc"], "\"3 m\"");
 }
 
-TEST(CombinedCableInfoPrtlLength, LeavesTheOtherRecordsText) {
+TEST(CombinedCableInfoPrtlLength, DoesNotChangeTheOtherRecord) {
   CombinedCableInfo port;
   port.AttachPhyCableRecord(Phy());
   port.SetPrtlLength(4.0F);
@@ -458,7 +458,7 @@ TEST(CombinedCableInfoPrtlLength, LeavesTheOtherRecordsText) {
   EXPECT_EQ(PrtlCell(port), "\"4 m\"");
 }
 
-TEST(CombinedCableInfoPrtlLength, IsKeptByTheRecordThatAnswers) {
+TEST(CombinedCableInfoPrtlLength, IsStoredInTheRecordInUse) {
   CombinedCableInfo port;
   port.AttachCableRecord(Cable());
   port.AttachPhyCableRecord(Phy());

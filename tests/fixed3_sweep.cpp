@@ -1,6 +1,7 @@
-// Compares the library's three-decimal numbers with the C library's, over many more values than a
-// unit test should: fixed3_sweep [floats COUNT] [doubles COUNT]. There are 4294967296 floats; fewer
-// are spread evenly over the bit patterns. Without arguments it compares all floats.
+// Compares the three-decimal numbers of the library with those of the C library for many more
+// values than a unit test: fixed3_sweep [floats COUNT] [doubles COUNT]. There are 4294967296
+// floats; fewer are distributed evenly over the bit patterns. Without arguments it compares all
+// floats.
 
 #include <algorithm>
 #include <bit>
@@ -39,14 +40,14 @@ bool NumberIsAsPrintfWritesIt(double value) {
   return AreEqual(value, {expected, static_cast<std::size_t>(length)}, text.view());
 }
 
-// The float whose pattern stands at `index` of `count` evenly spread ones.
+// The float with the bit pattern number `index` of `count` evenly distributed ones.
 double FloatAt(std::uint64_t index, std::uint64_t count) {
   const auto bits = static_cast<std::uint32_t>(index * (kAllFloats / count));
   return static_cast<double>(std::bit_cast<float>(bits));
 }
 
-// Magnitudes from far below a thousandth to beyond the integers that a double holds exactly, all
-// equally often; now and then any double there is.
+// Magnitudes from far below a thousandth to above the largest integers that a double represents
+// exactly, equally distributed; occasionally any double.
 double RandomDouble(std::mt19937_64& random) {
   constexpr std::uint64_t kExponentBits = std::uint64_t{0x7FF} << 52;
   constexpr std::uint64_t kLowestExponent = 1023 - 64;
@@ -59,7 +60,8 @@ double RandomDouble(std::mt19937_64& random) {
   return std::bit_cast<double>((bits & ~kExponentBits) | exponent << 52);
 }
 
-// True for the values that `check(first, last)` covers when the threads have shared them.
+// True if `check(first, last)` is true for all parts of the values, which threads check in
+// parallel.
 bool Share(std::uint64_t count, const std::function<bool(std::uint64_t, std::uint64_t)>& check) {
   const std::uint64_t shares = std::max(1U, std::thread::hardware_concurrency());
   std::vector<char> good(shares, 0);

@@ -34,7 +34,7 @@ ModuleRecord OfTechnology(unsigned technology, unsigned identifier = 0) {
   return m;
 }
 
-TEST(ModuleRecord, IsLaidOutAsTheRegister) {
+TEST(ModuleRecord, HasTheLayoutOfTheRegister) {
   EXPECT_EQ(sizeof(ModuleRecord), 220U);
   EXPECT_EQ(offsetof(ModuleRecord, fw_version), 64U);
   EXPECT_EQ(offsetof(ModuleRecord, voltage), 86U);
@@ -190,7 +190,7 @@ TEST(ModuleRecordLength, OfMultiModeFibreHasAUnitPerGrade) {
   ModuleRecord m;
   m.length_om1 = m.length_om2 = m.length_om3 = m.length_om4 = m.length_om5 = 9;
   EXPECT_EQ(m.ConvertCableLengthOMXToStr(0), "N/A");
-  // Nothing of what lies around the record is taken for a length.
+  // The memory around the record is not read as a length.
   ModuleRecord row[3];
   std::memset(static_cast<void*>(row), 0xFF, sizeof(row));
   for (unsigned grade = 6; grade < 256; ++grade) {
@@ -234,7 +234,7 @@ TEST(ModuleRecordFirmware, HasThreeNumbers) {
   EXPECT_EQ(m.ConvertFWVersionToStr(kNa), kNa);
 }
 
-TEST(ModuleRecordDateCode, IsStoredLastCharacterFirst) {
+TEST(ModuleRecordDateCode, IsStoredInReverseOrder) {
   ModuleRecord m;
   EXPECT_EQ(m.ConvertDateCodeToStr(kNa), kNa);
   std::memcpy(m.date_code, "513012", 6);
@@ -268,7 +268,7 @@ TEST(ModuleRecordCdrEnable, IsShownWithTheCdrOrAlways) {
     for (unsigned state = 0; state < 256; ++state) {
       ModuleRecord m;
       (rx ? m.rx_cdr_state : m.tx_cdr_state) = Byte(state);
-      (rx ? m.tx_cdr_cap : m.rx_cdr_cap) = 1;  // the other side's tells nothing
+      (rx ? m.tx_cdr_cap : m.rx_cdr_cap) = 1;  // that of the other side has no effect
       char text[8];
       std::snprintf(text, sizeof(text), "0x%02x", state);
       EXPECT_EQ(m.ConvertCDREnableTxRxToStr(rx, kNa, false), kNa);
@@ -281,7 +281,7 @@ TEST(ModuleRecordCdrEnable, IsShownWithTheCdrOrAlways) {
   }
 }
 
-TEST(ModuleRecordAttenuation, IsKnownForPassiveCopper) {
+TEST(ModuleRecordAttenuation, IsShownForPassiveCopper) {
   ModuleRecord m = OfTechnology(0xA0);
   const std::uint8_t values[] = {5, 7, 12, 255};
   std::memcpy(m.attenuation, values, 4);
@@ -318,7 +318,7 @@ TEST(ModuleRecordTemperature, DependsOnTheHighNibbleOfTheTechnology) {
   }
 }
 
-TEST(ModuleRecordVoltage, IsAnyWordInMicrovolts) {
+TEST(ModuleRecordVoltage, IsShownInMicrovolts) {
   const ModuleRecord m;
   EXPECT_EQ(m.ConvertVoltageToStr(33000, false), "3300000uV");
   EXPECT_EQ(m.ConvertVoltageToStr(33000, true), "\"3300000uV\"");

@@ -1,8 +1,8 @@
 #pragma once
 
-// Ports that only the PHY's registers describe, each with something that the ports of
-// realistic_ports.h have not: a measured length beside the module's own, no page of flags, no
-// light at all, names that fill their arrays, every bit set.
+// Ports with PHY registers only. Each has a property that those of realistic_ports.h lack: a
+// measured length in addition to that of the module, no page of latched flags, no light at all,
+// names that fill their arrays, all bits set.
 
 #include <cstring>
 #include <memory>
@@ -62,7 +62,7 @@ inline std::unique_ptr<PhyCableRecord> SingleModeQsfp28() {
   SetText(m.vendor_rev, std::string_view("\0A\0B", 4));
   SetText(m.vendor_sn, "AO2403L0008");
   m.temperature = Degrees(-7) | 0xFF;
-  m.temp_high_threshold = Degrees(126);  // beyond what a module can mean
+  m.temp_high_threshold = Degrees(126);  // outside the valid range
   SetArray<std::uint16_t>(m.rx_power, {10870, 11040, 10950, 11320});
   SetArray<std::uint16_t>(m.tx_power, {13960, 14120, 14010, 14330});
   SetArray<std::uint16_t>(m.tx_bias, {18951, 19107, 19036, 19275});
@@ -80,7 +80,7 @@ inline std::unique_ptr<PhyCableRecord> DarkOsfp() {
   r->source = "";
   ModuleRecord& m = *r->module;
   m.cable_identifier = 8;
-  m.cable_technology = 0x10;  // names no transmitter of the table
+  m.cable_technology = 0x10;  // not in the table of technologies
   m.cable_length = 0xC0;      // a multiplier without a base
   m.max_power = 0;
   m.tx_cdr_cap = m.rx_cdr_cap = 0;
@@ -112,7 +112,7 @@ inline std::unique_ptr<PhyCableRecord> DarkOsfp() {
   return r;
 }
 
-// Registers of ones but for the texts, which fill their arrays.
+// All bits set, except in the texts, which fill their arrays.
 inline std::unique_ptr<PhyCableRecord> AllBitsSet() {
   auto r = std::make_unique<PhyCableRecord>();
   r->source = "ones";

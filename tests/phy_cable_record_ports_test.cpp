@@ -16,7 +16,7 @@ namespace {
 struct Port {
   std::string_view name;
   std::unique_ptr<PhyCableRecord> (*make)();
-  // Broken into lines for the eye; begins and ends with a line break, as the report does.
+  // Wrapped for readability; begins and ends with a line break, like the report.
   std::string_view row;
   std::string_view report;
 

@@ -193,7 +193,7 @@ TEST(PhyCableRecordReport, ShowsMissingValuesWithoutModuleAndPage) {
   EXPECT_EQ(Report(PhyCableRecord()), expected);
 }
 
-TEST(PhyCableRecordReport, TellsHowPowerIsMeasured) {
+TEST(PhyCableRecordReport, ShowsTheKindOfReceivedPower) {
   PhyCableRecord r;
   r.module = new ModuleRecord;
   EXPECT_EQ(Lines(Report(r))[21], "RX power type: OMA");
@@ -212,7 +212,7 @@ TEST(PhyCableRecordReport, ShowsPassiveCopperAndAbsentCdrs) {
   EXPECT_EQ(Lines(Report(r))[20], "Attenuation(5,7,12,25): 0 0 0 16");
 }
 
-// As the C library writes powers in units of 0.1 uW and biases in units of 2 uA.
+// Powers in units of 0.1 uW and bias currents in units of 2 uA, as the C library writes them.
 std::vector<std::string> MonitorLines(const ModuleRecord& m) {
   std::vector<std::string> lines;
   char text[100];
@@ -258,7 +258,7 @@ TEST(PhyCableRecordReport, FlushesEveryLine) {
   EXPECT_EQ(Lines(buffer.str()).size(), 79U);
 }
 
-TEST(PhyCableRecordReport, NeitherSeesNorChangesTheStreamsFormatting) {
+TEST(PhyCableRecordReport, NeitherUsesNorChangesTheStreamsFormatting) {
   const auto r = RandomPhyCableRecord(11);
   OddStream os;
   r->ToFileStream(os);

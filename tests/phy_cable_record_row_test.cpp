@@ -209,7 +209,7 @@ TEST(PhyCableRecordRow, ShowsTheFlagsWithoutModule) {
   EXPECT_EQ(row.ColumnsWith(kNa, kFirstFlag, kFlags), Names{"InitializationFlagComplete"});
 }
 
-TEST(PhyCableRecordRow, ShowsWhatPassiveCopperHas) {
+TEST(PhyCableRecordRow, ShowsTheValuesOfPassiveCopper) {
   PhyCableRecord r;
   r.module = new ModuleRecord;
   ModuleRecord& m = *r.module;
@@ -245,7 +245,7 @@ TEST(PhyCableRecordRow, ShowsWhatPassiveCopperHas) {
   EXPECT_EQ(Row::Of(r)["Type"], "10");
 }
 
-TEST(PhyCableRecordRow, ShowsTheMeasuredLengthFirst) {
+TEST(PhyCableRecordRow, PrefersTheMeasuredLength) {
   PhyCableRecord r;
   r.module = new ModuleRecord;
   r.module->cable_length = 3;
@@ -267,8 +267,8 @@ TEST(PhyCableRecordRow, ShowsABadDateAsTheReportDoes) {
 // Flags, by the names of their columns
 // ---------------------------------------------------------------------------------------------
 
-// Sets one bit of the byte after the other; `column(lane)` names the column that must show it, and
-// only the low four bits have one.
+// Sets each bit of the byte in turn. `column(lane)` names the column that must show it; only the
+// low four bits have one.
 template <typename Column>
 void ExpectFlags(std::uint8_t LatchedFlagsPage::*byte, const Column& column) {
   for (int bit = 0; bit < 8; ++bit) {
@@ -324,7 +324,7 @@ TEST(PhyCableRecordRowFlags, NameTheAlarmsOfALane) {
   ExpectFlags(&Page::latched_tx_power_low_warning, alarm("Low", "TX", "PowerWarning"));
 }
 
-TEST(PhyCableRecordRowFlags, LeaveOutTheReservedBytes) {
+TEST(PhyCableRecordRowFlags, IgnoreTheReservedBytes) {
   EXPECT_EQ(sizeof(LatchedFlagsPage), 22U);
   PhyCableRecord r;
   r.latched_flags = new LatchedFlagsPage;
@@ -345,7 +345,7 @@ TEST(PhyCableRecordRow, EndsInOneNewlineAndOneFlush) {
   EXPECT_EQ(buffer.str().find('\n'), buffer.str().size() - 1);
 }
 
-TEST(PhyCableRecordRow, NeitherSeesNorChangesTheStreamsFormatting) {
+TEST(PhyCableRecordRow, NeitherUsesNorChangesTheStreamsFormatting) {
   const auto r = RandomPhyCableRecord(11);
   OddStream os;
   r->ToCSVStream(os);
@@ -355,7 +355,7 @@ TEST(PhyCableRecordRow, NeitherSeesNorChangesTheStreamsFormatting) {
   EXPECT_EQ(os.fill(), OddStream::kFill);
 }
 
-TEST(PhyCableRecordRow, WritesTheSourceAsItStands) {
+TEST(PhyCableRecordRow, WritesTheSourceVerbatim) {
   PhyCableRecord r;
   r.source = std::string("a\0\"\n", 4);
   EXPECT_TRUE(Tail(r).starts_with(std::string("\"a\0\"\n\",", 7)));

@@ -259,7 +259,7 @@ TEST(PhyCableRecordTexts, MayFillTheirArrays) {
   EXPECT_EQ(p.r.GetPNVendor(), full);
 }
 
-TEST(PhyCableRecordDescription, IsFitForACell) {
+TEST(PhyCableRecordDescription, IsTrimmedAndHasDashesForCommas) {
   const PhyCableRecord r;
   EXPECT_EQ(r.DescToCsvDesc("  A,B  ", false), "A-B");
   EXPECT_EQ(r.DescToCsvDesc("\t\n\v\f\r ", false), "NA");
@@ -268,7 +268,7 @@ TEST(PhyCableRecordDescription, IsFitForACell) {
   EXPECT_EQ(r.DescToCsvDesc("a \"b\"\n;c", true), "a \"b\"\n;c");
 }
 
-TEST(PhyCableRecordIdentification, FillsWhatIsKnown) {
+TEST(PhyCableRecordIdentification, HasTheKnownParts) {
   WithModule p;
   Fill(p.m.vendor_pn, " AO,800 ");
   Fill(p.m.vendor_sn, " KS1234AB5678 ");
@@ -281,7 +281,7 @@ TEST(PhyCableRecordIdentification, FillsWhatIsKnown) {
   EXPECT_EQ(id.revision, "A2");
 }
 
-TEST(PhyCableRecordIdentification, LeavesEmptyWhatIsUnknown) {
+TEST(PhyCableRecordIdentification, IsEmptyWhereUnknown) {
   WithModule p;
   p.m.cable_identifier = 12;
   const cable_id_t id = p.r.GetIdObj();
@@ -332,7 +332,7 @@ TEST(PhyCableRecordFirmware, IsUnknownForPassiveCables) {
   EXPECT_EQ(version.major + version.minor + version.sub_minor, 0);
 }
 
-TEST(PhyCableRecordIdentification, PassesTheCdrVendorOn) {
+TEST(PhyCableRecordIdentification, ReturnsTheCdrVendorUnchanged) {
   WithModule p;
   p.m.cdr_vendor = 255;
   EXPECT_EQ(p.r.GetCDRVendor(), 255);

@@ -35,7 +35,7 @@ std::string Fixed3(double value) {
   return text;
 }
 
-TEST(PhyPower, InDbmHasAMarkerForZeroAndBelow) {
+TEST(PhyPower, InDbmHasAMarkerForZeroAndNegativePowers) {
   const PhyCableRecord r;
   EXPECT_EQ(r.mW_to_dBm(0.0), -999.999);
   EXPECT_EQ(r.mW_to_dBm(-0.0), -999.999);
@@ -70,7 +70,7 @@ TEST(PhyPowerLine, ShowsTenthsOfMicrowatts) {
 
 TEST(PhyPowerLine, ScalesInDoubleAndByMultiplication) {
   const PhyCableRecord r;
-  // Dividing by 10,000 instead shows another last digit for these many values.
+  // The number of values whose last digit would differ with a division by 10,000.
   int differences = 0;
   for (int raw = 0; raw < 65536; ++raw) {
     if (r.PowerLineToStr(raw, 1, true) != Fixed3(raw / 10000.0)) ++differences;
@@ -78,7 +78,7 @@ TEST(PhyPowerLine, ScalesInDoubleAndByMultiplication) {
   EXPECT_EQ(differences, 2022);
 }
 
-TEST(PhyPowerLine, TakesDbmWithoutUnit) {
+TEST(PhyPowerLine, ReadsDbmWithoutTheUnitFlag) {
   const PhyCableRecord r;
   EXPECT_EQ(r.PowerLineToStr(0, 0, true), "-999.999");
   EXPECT_EQ(r.PowerLineToStr(0, 0, false), "-999.999 mW, 0.000 dBm");
@@ -92,7 +92,7 @@ TEST(PhyPowerLine, TakesDbmWithoutUnit) {
   EXPECT_EQ(r.PowerLineToStr(65535, 0, false), "inf mW, 65535.000 dBm");
 }
 
-TEST(PhyPowerLine, ShowsWhatIsNoNumber) {
+TEST(PhyPowerLine, ShowsNanAndInfinities) {
   constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
   const PhyCableRecord r;
   EXPECT_EQ(r.PowerLineToStr(kNan, 0, false), "nan mW, nan dBm");
@@ -109,7 +109,7 @@ TEST(PhyLanes, AreStoredPairwiseSwapped) {
     r.module->tx_power[i] = static_cast<std::uint16_t>(1000 * (i + 1));
     r.module->tx_bias[i] = static_cast<std::uint16_t>(500 * (i + 1));
   }
-  // Where lane n stands in memory, from 0.
+  // The index of lane n in memory, from 0.
   constexpr int kPlace[] = {1, 0, 3, 2, 5, 4, 7, 6};
   for (int lane = 1; lane <= 8; ++lane) {
     const int place = kPlace[lane - 1];

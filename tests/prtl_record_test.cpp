@@ -34,7 +34,7 @@ TEST(PrtlRecord, StartsZeroed) {
             "(round_trip_latency=0, latency_res=0, local_mod_dp_latency=0, local_phy_latency=0)");
 }
 
-TEST(PrtlRecord, ShowsItsFieldsAsNumbers) {
+TEST(PrtlRecord, WritesItsFieldsAsNumbers) {
   EXPECT_EQ(
       End(1, 600, 20, 30).ToString(),
       "(round_trip_latency=600, latency_res=1, local_mod_dp_latency=20, local_phy_latency=30)");
@@ -43,23 +43,23 @@ TEST(PrtlRecord, ShowsItsFieldsAsNumbers) {
             "local_phy_latency=65534)");
 }
 
-TEST(PrtlLength, IsTheRoundTripLessBothEnds) {
+TEST(PrtlLength, IsTheRoundTripWithoutTheLatenciesOfBothEnds) {
   std::string error = "kept";
   EXPECT_EQ(End(1, 600, 20, 30).CalculateLength(End(0, 0, 20, 30), error), 50.0F);
   EXPECT_EQ(error, "kept");
   EXPECT_EQ(End(1, 600, 20, 30).CalculateLength(End(0, 0, 20, 30)), 50.0F);
 }
 
-TEST(PrtlLength, TakesTheRoundTripOfThisEndOnly) {
+TEST(PrtlLength, UsesTheRoundTripOfThisEndOnly) {
   const PrtlRecord local = End(2, 100, 10, 20);
   EXPECT_EQ(local.CalculateLength(End(99, 12345, 3, 7)), (200 - 13 - 27) / 10.0F);
 }
 
-TEST(PrtlLength, MayBeNegativeWhenNobodyChecks) {
+TEST(PrtlLength, MayBeNegativeWithoutACheck) {
   EXPECT_EQ(End(1, 10, 20, 30).CalculateLength(End(0, 0, 20, 30)), -9.0F);
 }
 
-TEST(PrtlLength, FailsAtTheCountersCeiling) {
+TEST(PrtlLength, FailsAtTheHighestCount) {
   std::string error = "before";
   EXPECT_EQ(End(1, 0xFFFFFF, 0, 0).CalculateLength({}, error), -1.0F);
   EXPECT_EQ(error, kExceeds);
@@ -68,11 +68,11 @@ TEST(PrtlLength, FailsAtTheCountersCeiling) {
   EXPECT_EQ(error, "before");
 }
 
-TEST(PrtlLength, FailsAtTheCeilingBeforeItLooksAtAnyLength) {
+TEST(PrtlLength, FailsAtTheHighestCountWhateverTheLength) {
   std::string error;
   EXPECT_EQ(End(0, 0xFFFFFF, 65535, 65535).CalculateLength({}, error), -1.0F);
   EXPECT_EQ(error, kExceeds);
-  // The far end's counter does not matter, nor does the formula alone know a ceiling.
+  // The counter of the far end is not used, and the formula alone has no highest count.
   error = "kept";
   EXPECT_EQ(End(1, 600, 20, 30).CalculateLength(End(1, 0xFFFFFF, 20, 30), error), 50.0F);
   EXPECT_EQ(error, "kept");
@@ -100,7 +100,7 @@ TEST(PrtlLength, FailsBelowItsResolution) {
   EXPECT_EQ(error, "");
 }
 
-TEST(PrtlLength, TellsBothEndsWhenItFails) {
+TEST(PrtlLength, DescribesBothEndsOnFailure) {
   std::string error = "replaced";
   EXPECT_EQ(End(7, 1, 65535, 3).CalculateLength(End(255, 4294967295U, 4, 65534), error), -1.0F);
   EXPECT_EQ(error,
@@ -116,7 +116,7 @@ TEST(PrtlLength, TellsBothEndsWhenItFails) {
                             "local_phy_latency=0)"));
 }
 
-TEST(PrtlLength, MayWriteItsErrorOverAnyText) {
+TEST(PrtlLength, OverwritesAnyTextWithItsError) {
   const PrtlRecord local = End(1, 0, 0, 0);
   std::string once;
   std::string twice(1000, 'x');
@@ -127,7 +127,7 @@ TEST(PrtlLength, MayWriteItsErrorOverAnyText) {
   EXPECT_EQ(once, twice);
 }
 
-TEST(PrtlLength, TakesOneCountOfACoarseCounter) {
+TEST(PrtlLength, IsComputedFromOneCountOfACoarseCounter) {
   std::string error;
   EXPECT_EQ(End(255, 1, 0, 0).CalculateLength({}, error), 25.5F);
   EXPECT_EQ(error, "");
@@ -145,7 +145,7 @@ TEST(PrtlLength, WrapsItsProductAt32Bits) {
                                    "local_mod_dp_latency=0, local_phy_latency=0)",
                                    "(round_trip_latency=0, latency_res=0, local_mod_dp_latency=0, "
                                    "local_phy_latency=0)"));
-  // The greatest product of a counter below its ceiling, 255 * 16777214 = 4278189570, does not
+  // The largest product of a counter below its highest count, 255 * 16777214 = 4278189570, does not
   // wrap; floats of its size are multiples of 256.
   EXPECT_EQ(End(255, 0xFFFFFE, 0, 0).CalculateLength({}), 4278189568.0F / 10.0F);
 }

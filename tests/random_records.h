@@ -1,6 +1,6 @@
 #pragma once
 
-// Records that hold anything, the same for the same seed.
+// Records of random content, reproducible by seed.
 
 #include <bit>
 #include <cstdint>
@@ -19,7 +19,7 @@ class RandomValues {
  public:
   explicit RandomValues(unsigned seed) : random_(seed) {}
 
-  // Small codes and extremes more often than chance gives them.
+  // Small codes and extremes, more frequent than in a uniform distribution.
   template <typename Unsigned>
   Unsigned Code() {
     switch (random_() % 8) {
@@ -35,7 +35,7 @@ class RandomValues {
     }
   }
 
-  // Any float, NaN and infinities among them.
+  // Any float, including NaN and infinities.
   float Float() {
     if (random_() % 2 == 0) return static_cast<float>(random_() % 80000) / 8000.0F;
     return std::bit_cast<float>(static_cast<std::uint32_t>(random_()));
@@ -76,7 +76,7 @@ inline CableRecord RandomCableRecord(unsigned seed) {
   return r;
 }
 
-// The module record and the page hold any bytes; either may be missing.
+// Module record and page with random bytes; either may be missing.
 inline std::unique_ptr<PhyCableRecord> RandomPhyCableRecord(unsigned seed) {
   RandomValues random(seed);
   auto r = std::make_unique<PhyCableRecord>();

@@ -1,7 +1,7 @@
 #pragma once
 
-// Ports as they are found in a fabric. What each one's row and report read stands in
-// expected/NAME.csv and expected/NAME.txt.
+// Typical ports of a fabric. The expected row and report of each are in expected/NAME.csv and
+// expected/NAME.txt.
 
 #include <algorithm>
 #include <cstdint>
@@ -105,7 +105,7 @@ inline std::unique_ptr<CableRecord> MultiModeOptic() {
   return r;
 }
 
-// A multi-mode transceiver as the PHY shows it, all lanes dark.
+// A multi-mode transceiver as read from the PHY, all lanes dark.
 inline std::unique_ptr<PhyCableRecord> Module() {
   auto r = std::make_unique<PhyCableRecord>();
   r->source = "PHY";
@@ -241,7 +241,7 @@ inline void ActiveCopperCable(CombinedCableInfo& port) {
   port.AttachCableRecord(std::move(r));
 }
 
-// No light, and texts so long that the block of the report is cut.
+// A transceiver without light, with texts so long that the block of the report is cut.
 inline void DarkModule(CombinedCableInfo& port) {
   auto r = MultiModeOptic();
   SetArray(r->RxPower, {0.0F, 0.0F, 0.0F, 0.0F});

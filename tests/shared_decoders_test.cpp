@@ -15,7 +15,7 @@ namespace {
 bool HasSensor(int technology) { return technology != 10 && technology != 11; }
 bool InRange(int degrees) { return degrees >= -40 && degrees <= 125; }
 
-// A temperature word: whole degrees in the high byte, their fraction in the low one.
+// A temperature word: whole degrees in the high byte, the fraction in the low byte.
 std::uint16_t Word(int degrees, unsigned fraction) {
   return static_cast<std::uint16_t>((static_cast<unsigned>(degrees) & 0xFF) << 8 | fraction);
 }
@@ -93,7 +93,7 @@ TEST(TemperatureErrors, CompareTheHighBytes) {
           unsigned expected = 0;
           if (readable && InRange(high) && degrees > high) expected |= 1;
           if (readable && InRange(low) && degrees < low) expected |= 2;
-          // The low bytes point the other way.
+          // The low bytes would give the opposite result.
           ASSERT_EQ(TemperatureErrors(static_cast<std::uint8_t>(technology), Word(degrees, 0x80),
                                       Word(high, 0xFF), Word(low, 0x00)),
                     expected)
@@ -115,7 +115,7 @@ TEST(Voltage, ShowsMicrovolts) {
   EXPECT_EQ(VoltageToStr(65535), "6553500uV");
 }
 
-TEST(OpticTechnology, EndsAtNine) {
+TEST(OpticTechnology, IsAnyCodeUpToNine) {
   for (unsigned code = 0; code < 256; ++code) {
     EXPECT_EQ(CombinedCableInfo::IsOpticCable(static_cast<std::uint8_t>(code)), code <= 9);
   }
@@ -148,7 +148,7 @@ TEST(CableInfoQueryStatus, HasATextForEveryCode) {
   }
 }
 
-// What C's own scanner makes of a serial number.
+// The vendor code as found by the C library's scanner.
 std::string Scanned(const std::string& sn) {
   int first = 0;
   int last = 0;
@@ -195,7 +195,7 @@ TEST(VendorOfSerialNumber, EndsAtANul) {
   EXPECT_EQ(_get_vendor_from_sn(std::string("KS1AB2\0xyz", 10)), "AB");
 }
 
-TEST(VendorOfSerialNumber, TakesNumbersOfAnyLength) {
+TEST(VendorOfSerialNumber, AcceptsNumbersOfAnyLength) {
   const std::string digits(10000, '7');
   EXPECT_EQ(_get_vendor_from_sn("KS" + digits + "XY" + digits), "XY");
   EXPECT_EQ(_get_vendor_from_sn("KS" + digits), "");
@@ -215,7 +215,7 @@ TEST(VendorOfSerialNumber, ScansAsTheCLibraryDoes) {
   EXPECT_GT(found, 1000);
 }
 
-TEST(TrimmedText, LosesTheSixBlanksAtItsEnds) {
+TEST(TrimmedText, HasNoWhiteSpaceAtItsEnds) {
   EXPECT_EQ(Trimmed("\t\n\v\f\r a b\t\n\v\f\r "), "a b");
   EXPECT_EQ(Trimmed(" \t "), "");
   EXPECT_EQ(Trimmed(""), "");

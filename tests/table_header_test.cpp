@@ -12,7 +12,7 @@
 namespace cable_info::test {
 namespace {
 
-// The columns that people's tools rely on, in the order in which they rely on them.
+// The published columns, in order; scripts depend on names and order.
 constexpr auto kNames = std::to_array<std::string_view>({
     "NodeGuid",
     "PortGuid",
@@ -203,7 +203,7 @@ TEST(TableHeader, HasTheColumnsInOrder) {
   EXPECT_EQ(CombinedCableInfo::GetCSVHeader(), expected + '\n');
 }
 
-TEST(TableHeader, BeginsAndEndsAsToolsExpect) {
+TEST(TableHeader, BeginsWithNodeGuidAndEndsWithMaxFiberLength) {
   const std::string header = CombinedCableInfo::GetCSVHeader();
   EXPECT_TRUE(header.starts_with("NodeGuid,PortGuid,PortNum,Source,"));
   EXPECT_TRUE(header.ends_with("MaxPower,CdrVendor,MaxFiberLength\n"));
@@ -224,8 +224,8 @@ TEST(TableHeader, GivesEveryColumnAMeaning) {
   }
 }
 
-TEST(TableHeader, MeansWhatPeopleAreTold) {
-  // What `cableinfo columns` must list: number, name and meaning, each at its place in the line.
+TEST(TableHeader, HasTheDocumentedMeanings) {
+  // The lines of `cableinfo columns`: number, name and meaning, at fixed positions.
   const std::string listed = FileText(CABLE_INFO_EXPECTED_DIR "/../cli/expected/columns.txt");
   const std::vector<std::string> lines = Lines(listed);
   ASSERT_EQ(lines.size(), kCsvColumns.size() + 1);

@@ -1,6 +1,6 @@
 #pragma once
 
-// What the tests of several concerns share: taking rows and blocks apart, and watching a stream.
+// Shared by several tests: splitting rows and blocks, and observing a stream.
 
 #include <algorithm>
 #include <cstddef>
@@ -18,7 +18,7 @@
 
 namespace cable_info::test {
 
-// The pieces of `text` between the separators; one piece more than there are separators.
+// The parts of `text` between the separators, one more than there are separators.
 inline std::vector<std::string> Split(std::string_view text, char separator) {
   std::vector<std::string> pieces;
   std::size_t begin = 0;
@@ -54,7 +54,7 @@ inline std::string FileText(const std::string& path) {
   return {std::istreambuf_iterator<char>(in), {}};
 }
 
-// What `write(stream)` writes into a fresh stream.
+// The text that `write(stream)` writes to a new stream.
 template <typename Write>
 std::string Written(const Write& write) {
   std::ostringstream stream;
@@ -62,10 +62,10 @@ std::string Written(const Write& write) {
   return stream.str();
 }
 
-// One port's row: its cells found by column name. For rows whose texts hold no commas.
+// The row of a port, with its cells by column name. For rows whose texts contain no commas.
 class Row {
  public:
-  // `tail` is what a row writer writes: the cells from Source on, and a newline.
+  // `tail` is the text of a row writer: the cells from Source on, and a newline.
   explicit Row(const std::string& tail) : cells_(Split(tail.substr(0, tail.find('\n')), ',')) {}
 
   template <typename Record>
@@ -103,7 +103,7 @@ class Row {
   std::vector<std::string> cells_;
 };
 
-// The transmitter technologies of SFF-8636 byte 147, as they stand in people's scripts.
+// The names of the transmitter technologies (SFF-8636 byte 147), which scripts compare literally.
 inline const std::vector<std::string>& TechnologyNames() {
   static const std::vector<std::string> names = {
       "850 nm VCSEL",
@@ -126,7 +126,7 @@ inline const std::vector<std::string>& TechnologyNames() {
   return names;
 }
 
-// The numbers of people who write 12.345,5.
+// A locale that writes 12.345,5.
 class CommaPoint : public std::numpunct<char> {
  protected:
   char do_decimal_point() const override { return ','; }
@@ -134,7 +134,7 @@ class CommaPoint : public std::numpunct<char> {
   std::string do_grouping() const override { return "\3"; }
 };
 
-// A stream as a host may leave it: nothing of its formatting is the default.
+// A stream with non-default formatting in every respect.
 class OddStream : public std::ostringstream {
  public:
   static constexpr int kPrecision = 9;

@@ -58,7 +58,7 @@ TEST(ToPtrString, WritesHexadecimalOfTheTypesWidth) {
   EXPECT_EQ(_to_ptr_string<unsigned short>(48879), "0xbeef");
 }
 
-TEST(ToPtrString, PadsToAnyWidthAndNeverCuts) {
+TEST(ToPtrString, PadsToAnyWidthWithoutTruncating) {
   for (int width = 0; width <= 12; ++width) {
     for (unsigned value : {0U, 1U, 0xFU, 0x10U, 0xFFU, 0x100U, 0xFFFU, 0x1000U, 0xFFFFU}) {
       std::ostringstream expected;
@@ -109,7 +109,7 @@ TEST(QuotedInserter, ReadsAnArrayToItsNulOrItsEnd) {
   EXPECT_EQ(os.str(), R"("abc""a")");
 }
 
-TEST(QuotedInserter, BreaksTheStreamOnNull) {
+TEST(QuotedInserter, SetsTheBadbitForNull) {
   std::ostringstream os;
   os << QUOTED_T<char[3]>(nullptr, '<', '>');
   EXPECT_TRUE(os.bad());
@@ -122,7 +122,7 @@ TEST(QuotedInserter, BreaksTheStreamOnNull) {
   EXPECT_EQ(other.str(), "<");
 }
 
-TEST(QuotedInserter, LeavesFlagsPrecisionAndFill) {
+TEST(QuotedInserter, DoesNotChangeFlagsPrecisionAndFill) {
   std::ostringstream os;
   os << std::hex << std::uppercase << std::setprecision(9) << std::setfill('*');
   const std::ios::fmtflags flags = os.flags();
@@ -151,7 +151,7 @@ TEST(FloatInserter, WritesFixedNotationWithItsPrecision) {
   EXPECT_EQ(os.str(), "25.500 -0.062");
 }
 
-TEST(FloatInserter, LeavesThePrecisionButRestoresTheNotation) {
+TEST(FloatInserter, RestoresTheNotationButNotThePrecision) {
   std::ostringstream os;
   os << FLOAT_T<float>(1.0F, 2, false);
   EXPECT_EQ(os.precision(), 2);
@@ -160,7 +160,7 @@ TEST(FloatInserter, LeavesThePrecisionButRestoresTheNotation) {
   EXPECT_EQ(os.str(), "1.00 3.1");
 }
 
-TEST(FloatInserter, LeavesAllToTheStreamWithoutPrecision) {
+TEST(FloatInserter, UsesTheFormatOfTheStreamWithPrecisionZero) {
   std::ostringstream os;
   os << std::scientific << std::setprecision(1) << FLOAT_T<float>(1234.5F, 0, false);
   EXPECT_EQ(os.str(), "1.2e+03");
@@ -174,7 +174,7 @@ TEST(FloatInserter, WritesScientificNotationWhateverThePrecision) {
   EXPECT_EQ(os.flags() & std::ios::floatfield, std::ios::fixed);
 }
 
-TEST(FloatInserter, WritesWhatIsNoNumber) {
+TEST(FloatInserter, WritesNanAndInfinities) {
   constexpr float kInfinity = std::numeric_limits<float>::infinity();
   std::ostringstream os;
   os << FLOAT_T<float>(kInfinity, 3, false) << ' ' << FLOAT_T<float>(-kInfinity, 3, false) << ' '
@@ -183,7 +183,7 @@ TEST(FloatInserter, WritesWhatIsNoNumber) {
   EXPECT_EQ(os.str(), "inf -inf nan -0.000");
 }
 
-TEST(FloatInserter, WidensItsValue) {
+TEST(FloatInserter, ConvertsItsValueToDouble) {
   // 0.1F is 0.100000001490116...
   std::ostringstream os;
   os << FLOAT_T<float>(0.1F, 12, false) << ' '
@@ -228,7 +228,7 @@ TEST(HexInserter, WritesAPaddedByteWithoutPrefix) {
   EXPECT_EQ(os.str(), "0dab***141");
 }
 
-TEST(HexInserter, LeavesItsFillButRestoresTheBase) {
+TEST(HexInserter, RestoresTheBaseButNotTheFill) {
   std::ostringstream os;
   os << HEX_T<unsigned char>(10, 2, '0') << std::setw(4) << 10;
   EXPECT_EQ(os.fill(), '0');
@@ -236,7 +236,7 @@ TEST(HexInserter, LeavesItsFillButRestoresTheBase) {
   EXPECT_EQ(os.flags(), std::ostringstream().flags());
 }
 
-TEST(HexInserter, TakesTheStreamsWidthWhenItHasNone) {
+TEST(HexInserter, UsesTheWidthOfTheStreamWithWidthZero) {
   std::ostringstream os;
   os << std::setw(5) << HEX_T<unsigned char>(255, 0, '.');
   EXPECT_EQ(os.str(), "...ff");
@@ -261,15 +261,15 @@ void ExpectTextsWithPoints() {
   EXPECT_EQ(VoltageToStr(65535), "6553500uV");
 }
 
-TEST(Locale, NeverShowsInTexts) {
+TEST(Locale, DoesNotAffectTexts) {
   const std::locale before =
       std::locale::global(std::locale(std::locale::classic(), new CommaPoint));
   ExpectTextsWithPoints();
   std::locale::global(before);
 }
 
-TEST(Locale, OfTheCLibraryNeverShowsInTexts) {
-  // Few systems have them all; "C" is always there.
+TEST(Locale, OfTheCLibraryDoesNotAffectTexts) {
+  // Few systems have all of them; "C" always exists.
   for (const char* name : {"C", "de_DE.UTF-8", "fr_FR.UTF-8", "ru_RU.UTF-8"}) {
     SCOPED_TRACE(name);
     if (std::setlocale(LC_ALL, name) == nullptr) continue;

@@ -1,4 +1,4 @@
-// The version: its numbers, and that library, headers and build tell the same one.
+// The version: its numbers, and that library, headers and build agree on it.
 
 #include "cable_info/version.h"
 
@@ -9,7 +9,7 @@
 namespace cable_info {
 namespace {
 
-TEST(Version, NumbersAreThoseBetweenTheDots) {
+TEST(Version, IsSplitAtTheDots) {
   static_assert(VersionNumber("1.20.345", 0) == 1);
   static_assert(VersionNumber("1.20.345", 1) == 20);
   static_assert(VersionNumber("1.20.345", 2) == 345);
@@ -19,10 +19,10 @@ TEST(Version, NumbersAreThoseBetweenTheDots) {
                           std::to_string(kVersionPatch));
 }
 
-TEST(Version, LibraryIsOfTheVersionOfItsHeaders) { EXPECT_EQ(LibraryVersion(), kVersion); }
+TEST(Version, OfTheLibraryIsThatOfItsHeaders) { EXPECT_EQ(LibraryVersion(), kVersion); }
 
-// Packages, shared library and CMake carry the version that CMake found in the header.
-TEST(Version, BuildReadsItFromTheHeader) { EXPECT_EQ(kVersion, CABLE_INFO_BUILD_VERSION); }
+// Packages, shared library and CMake use the version that CMake read from the header.
+TEST(Version, OfTheBuildIsThatOfTheHeader) { EXPECT_EQ(kVersion, CABLE_INFO_BUILD_VERSION); }
 
 }  // namespace
 }  // namespace cable_info

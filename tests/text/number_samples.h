@@ -1,6 +1,6 @@
 #pragma once
 
-// Numbers at which formatting goes wrong first, and what the C library makes of a number.
+// Numbers that are difficult to format, and their text as written by the C library.
 
 #include <cfloat>
 #include <cmath>
@@ -13,7 +13,7 @@
 
 namespace cable_info::test {
 
-// What the C library makes of a number.
+// The text of a number as written by the C library.
 inline std::string PrintfFixed3(double value) {
   char text[400];
   std::snprintf(text, sizeof(text), "%.3f", value);
@@ -34,7 +34,7 @@ inline std::string General(double value) {
   return text::ToText([&](text::TextBuffer& out) { out.AppendGeneral(value); });
 }
 
-// Values at which formatting goes wrong first.
+// Values that are difficult to format.
 inline std::vector<double> DelicateDoubles() {
   std::vector<double> values = {0.0,
                                 0.0005,
@@ -46,7 +46,7 @@ inline std::vector<double> DelicateDoubles() {
                                 1.0,
                                 999.9995,
                                 1e15,
-                                4503599627370495.5,  // the last half below 2^52
+                                4503599627370495.5,  // the largest half below 2^52
                                 4503599627370496.0,
                                 9007199254740993.0,
                                 1e22,
@@ -56,7 +56,7 @@ inline std::vector<double> DelicateDoubles() {
                                 std::numeric_limits<double>::denorm_min(),
                                 std::numeric_limits<double>::infinity(),
                                 std::numeric_limits<double>::quiet_NaN()};
-  for (int k = 0; k <= 80000; ++k) values.push_back(k / 8000.0);  // ties among them
+  for (int k = 0; k <= 80000; ++k) values.push_back(k / 8000.0);  // including ties
   for (int e = -80; e <= 80; ++e) values.push_back(std::ldexp(1.0, e));
   const std::size_t count = values.size();
   for (std::size_t i = 0; i < count; ++i) values.push_back(std::copysign(values[i], -1.0));

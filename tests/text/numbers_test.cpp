@@ -29,7 +29,7 @@ TEST(Fixed3, WritesThousandthsAsPrintfDoes) {
 }
 
 TEST(Fixed3, WritesNeighboursOfHalfThousandthsAsPrintfDoes) {
-  // Odd sixteenths end in half a thousandth.
+  // Odd multiples of a sixteenth end in half a thousandth.
   for (int sixteenths = 1; sixteenths < 20'000; sixteenths += 2) {
     const double half = sixteenths / 16.0;
     for (const double value : {std::nextafter(half, 0.0), half, std::nextafter(half, 1e9)}) {
@@ -110,7 +110,7 @@ TEST(Decimal, WritesIntegersOfAnyLengthAsPrintfDoes) {
   }
 }
 
-// Around every change of length, and all short numbers.
+// Numbers around every change of length, and all short numbers.
 TEST(Decimal, WritesAllDigits) {
   const auto expect_digits = [](std::uint32_t value) {
     char expected[16];
@@ -129,7 +129,7 @@ TEST(Decimal, WritesAllDigits) {
   expect_digits(UINT32_MAX);
 }
 
-// The address sanitizer reports what is written past the stated size.
+// The address sanitizer reports writes beyond the stated size.
 TEST(Numbers, StayWithinTheirSize) {
   const auto expect_text = [](std::string_view expected, std::size_t size, auto write) {
     std::vector<char> text(size);

@@ -122,7 +122,7 @@ Outcome OutcomeOf(const WriteLines& write_lines, std::size_t bad_call, FaultyBuf
 
 TEST(FlushedReport, TreatsStreamsAsWriteAndFlushOfEachLineDo) {
   constexpr std::size_t kLines = 70;
-  const std::string label(100, 'L');  // more lines than are ever collected
+  const std::string label(100, 'L');  // more lines than fit the buffer
   const auto plainly = [&](std::ostream& os) {
     for (std::size_t i = 0; i < kLines; ++i) {
       const std::string line = label + std::to_string(i) + "\n";

@@ -41,7 +41,7 @@ TEST(TextBuffer, GrowsAtEveryFillLevel) {
   }
 }
 
-// The address sanitizer reports where capacity is lacking.
+// The address sanitizer reports insufficient capacity.
 TEST(TextBuffer, ReservesEnoughForTheLongestNumbersAtEveryFillLevel) {
   const auto expect_after = [](const std::string& text, const std::string& number, auto append) {
     TextBuffer out;
