@@ -183,8 +183,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::ostringstream stream;
   r.ToCSVStream(stream);
   const std::string row = stream.str();
-  CheckEqual(stream.precision(), 3, "precision behind a row");
-  CheckEqual(stream.fill(), '0', "fill behind a row");
+  CheckEqual(stream.precision(), 3, "precision after a row");
+  CheckEqual(stream.fill(), '0', "fill after a row");
   CheckEqual(row.back(), '\n', "end of a row");
   if (is_plain) CheckRow(r, row);
 

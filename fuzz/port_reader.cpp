@@ -63,7 +63,7 @@ void CheckReport(Port& port) {
 void CheckExport(Port& port) {
   const cli::ExportWriter writer;
   const std::string line = Written(writer, port);
-  CheckEqual(line.find('\n'), line.size() - 1, "an object stands on one line");
+  CheckEqual(line.find('\n'), line.size() - 1, "an object is on one line");
   Check(std::all_of(line.begin(), line.end() - 1, [](char c) { return c >= ' ' && c < 0x7F; }),
         "an object is printable ASCII");
   const auto object = nlohmann::json::parse(line, nullptr, false);
@@ -111,7 +111,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Port port;
   std::vector<cli::Message> messages;
   Check(reader.Read(good.text(), port, messages), "a good port is good");
-  CheckEqual(port.node_guid, 7U, "a good port is read behind any other");
+  CheckEqual(port.node_guid, 7U, "a good port is read after any other");
   CheckEqual(port.cable_record->VendorName, "Acme", "its vendor, too");
   return 0;
 }

@@ -123,7 +123,7 @@ def token_mutants(path, source):
             continue
         for replacement in replacements(match.lastgroup, match.group()):
             change = f"{match.group()} -> {replacement}"
-            seen[line, change] += 1  # lines of the same text are told apart by number, too
+            seen[line, change] += 1  # lines with the same text are distinguished by number
             if seen[line, change] > 1:
                 change += f" #{seen[line, change]}"
             yield Mutant(path, match.start(), match.end(), replacement, number, line, change)
