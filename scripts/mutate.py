@@ -54,10 +54,11 @@ TOKEN = re.compile(
 OPERATORS = {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "==", "&&": "||",
              "||": "&&"}
 WORDS = {"true": "false", "false": "true", "kCsv": "kReport", "kReport": "kCsv"}
-WORDS_DEFINED_HERE = re.compile(r"constexpr bool k(Csv|Report) ")
+WORDS_DEFINED_HERE = re.compile(r"enum class Form ")
 
 # A cell of a row, a line of a report, an entry of a table: their order is visible to users.
-ORDERED_STATEMENT = re.compile(r"^ +(?:row|lines)\.|^ +(?:decimal|raw)\(|"
+ORDERED_STATEMENT = re.compile(r"^ +(?:row|lines|cells)\.|"
+                               r"^ +(?:lane_setting|lane_powers|temperature|voltage)\(|"
                                r"^ +Append\w+\((?:row|lines)\b")
 TABLE_ENTRY = re.compile(r'^ +(?:".*"|\{.*\}|[A-Z]\w*(?:\[\d\])?),$')
 
