@@ -69,6 +69,8 @@ std::optional<double> NumberOf(Decoding& to, Field field, unsigned raw) {
       return static_cast<double>((raw & 0x1FU) << (raw >> 5U));
     case Field::kPageChangeTime:  // ms
       return 10.0 / static_cast<double>(1U << raw);
+    case Field::kBanks:
+      return BanksOf(to.image);
     case Field::kPowerClass:
     case Field::kVdmGroups:
       return raw + 1.0;

@@ -71,7 +71,8 @@ unsigned HighestBankRead(const ModuleImage& image) {
   return highest;
 }
 
-// 01h:142.1-0, and 01h:174.4-0 from CMIS 5.4 on.
+}  // namespace
+
 unsigned BanksOf(const ModuleImage& image) {
   constexpr unsigned kMostBanks = 32;
   constexpr unsigned kBanksByCode[] = {1, 2, 4};
@@ -82,8 +83,6 @@ unsigned BanksOf(const ModuleImage& image) {
   if (IsSince(image, 0x54) != Advertised::kYes) return 1;
   return BitsOf(image, Page::k01, 174, 4, 0).value_or(0) + 1U;
 }
-
-}  // namespace
 
 LaneLayout LanesOf(const ModuleImage& image, const std::vector<Application>& applications) {
   LaneLayout layout;

@@ -18,6 +18,10 @@ struct LaneLayout {
   unsigned media = 0;
 };
 
+/// The banks of lanes: 01h:142.1-0, and 01h:174.4-0 from CMIS 5.4 on. Those that were read when
+/// page 01h was not.
+unsigned BanksOf(const ModuleImage& image);
+
 /// The lanes on which an application can run, as far as the form factor has them; all of the form
 /// factor when no application says. Media lanes are those that 00h:210 leaves.
 LaneLayout LanesOf(const ModuleImage& image, const std::vector<Application>& applications);

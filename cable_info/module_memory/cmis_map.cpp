@@ -36,7 +36,6 @@ constexpr Entry kRxEqControlEntries[] = {
     {0, "none"}, {1, "pre-cursor"}, {2, "post-cursor"}, {3, "pre-cursor and post-cursor"}};
 constexpr Entry kInputClockingEntries[] = {
     {0, "lanes 1-8 together"}, {1, "lanes 1-4 and 5-8"}, {2, "pairs of lanes"}, {3, "each lane"}};
-constexpr Entry kBankEntries[] = {{0, "1"}, {1, "2"}, {2, "4"}, {3, "by 01h byte 174"}};
 constexpr Entry kDurationEntries[] = {
     {0, "< 1 ms"}, {1, "< 5 ms"}, {2, "< 10 ms"}, {3, "< 50 ms"}, {4, "< 100 ms"},
     {5, "< 500 ms"}, {6, "< 1 s"}, {7, "< 5 s"}, {8, "< 10 s"}, {9, "< 1 min"}, {10, "< 5 min"},
@@ -59,7 +58,6 @@ constexpr CodeTable kRxPowerTypes("CMIS 4.0, 01h byte 151", kRxPowerEntries);
 constexpr CodeTable kRxEqTypes("CMIS 4.0, 01h byte 151", kRxEqTypeEntries);
 constexpr CodeTable kRxEqControls("CMIS 4.0, 01h byte 162", kRxEqControlEntries);
 constexpr CodeTable kInputClockings("CMIS 4.0, 01h byte 145", kInputClockingEntries);
-constexpr CodeTable kBanks("CMIS 4.0, 01h byte 142", kBankEntries);
 constexpr CodeTable kDurations("CMIS 4.0, 01h byte 144", kDurationEntries);
 constexpr CodeTable kFarEnds("CMIS 4.0, 00h byte 211", kFarEndEntries);
 constexpr CodeTable kGatings("CMIS 4.0, 13h byte 129", kGatingEntries);
@@ -146,7 +144,7 @@ constexpr MapField kFields[] = {
     {Field::kLengthOm2, Page::k01, 136, kByte, kNumber.ZeroIsNone(), kAlways, "CMIS 4.0"},
     {Field::kWavelength, Page::k01, 138, kWord, Number(Per(20)).ZeroIsNone(), kAlways, "CMIS 4.0"},
     {Field::kWavelengthTolerance, Page::k01, 140, kWord, Number(Per(200)).ZeroIsNone(), kAlways, "CMIS 4.0"},
-    {Field::kBanks, Page::k01, 142, Bits(1, 0), Code(kBanks), kAlways, "CMIS 4.0"},
+    {Field::kBanks, Page::k01, 142, Bits(1, 0), kOwn, kAlways, "CMIS 4.0, more by 174 CMIS 5.4"},
     {Field::kModselWaitTime, Page::k01, 143, kByte, kOwn, kAlways, "CMIS 4.0"},
     {Field::kDataPathDeinitTime, Page::k01, 144, Bits(7, 4), Code(kDurations), kAlways, "CMIS 4.0"},
     {Field::kDataPathInitTime, Page::k01, 144, Bits(3, 0), Code(kDurations), kAlways, "CMIS 4.0"},

@@ -146,7 +146,7 @@ constexpr std::array<FieldInfo, kFieldCount> kFields = {{
     {Field::kFunctionType, "details.function_type", "Function", K::kCode, "", G::kCapabilities},
     {Field::kHeatsink, "details.heatsink", "Heatsink", K::kCode, "", G::kMedia},
     {Field::kLowPowerRestrictions, "details.low_power_restrictions", "CDB restrictions in low power", K::kNumber, "", G::kCapabilities},
-    {Field::kBanks, "details.banks", "Banks of lanes", K::kCode, "", G::kCapabilities},
+    {Field::kBanks, "details.banks", "Banks of lanes", K::kNumber, "", G::kCapabilities},
     {Field::kTxInputClocking, "details.tx_input_clocking", "TX inputs in one clock domain", K::kCode, "", G::kCapabilities},
     {Field::kTxSquelchMethods, "details.tx_squelch_methods", "TX squelch methods", K::kCode, "", G::kCapabilities},
     {Field::kRxOutputEqControls, "details.rx_output_eq_controls", "RX output equalization controls", K::kCode, "", G::kCapabilities},

@@ -371,21 +371,22 @@ TEST(CmisLanes, WavelengthAndFiberOfZeroAreUnknown) {
 // Diagnostics
 // ---------------------------------------------------------------------------------------------
 
-TEST(CmisDiagnostics, BitErrorRatiosNeedTheirSelector) {
-  for (const unsigned selector : {0x01U, 0x11U}) {
-    Memory memory = FullModule();
-    memory.Put(Page::k14, 128, {selector});
-    memory.Put(Page::k14, 192, {0x70, 0x78}).Put(Page::k14, 206, {0x79, 0xEF});
-    memory.Put(Page::k14, 208, {0x70, 0x01});
-    const ModuleInfo info = memory.Decode();
-    EXPECT_EQ(info.lanes[0][LaneField::kHostBer].number, 1.2e-8);
-    EXPECT_EQ(info.lanes[7][LaneField::kHostBer].number, 4.95e-7);
-    EXPECT_EQ(info.lanes[0][LaneField::kMediaBer].number, 1e-10);
-    EXPECT_EQ(info.lanes[1][LaneField::kMediaBer].state, FieldState::kPresent);
-    EXPECT_TRUE(AllLanesAre(info, LaneField::kHostSnr, FieldState::kNotRead));
-    EXPECT_TRUE(AllLanesAre(info, LaneField::kHostErrors, FieldState::kNotRead));
-  }
+class CmisBitErrorRatios : public testing::TestWithParam<unsigned> {};
+
+TEST_P(CmisBitErrorRatios, NeedTheirSelector) {
+  Memory memory = FullModule();
+  memory.Put(Page::k14, 128, {GetParam()});
+  memory.Put(Page::k14, 192, {0x70, 0x78}).Put(Page::k14, 206, {0x79, 0xEF});
+  memory.Put(Page::k14, 208, {0x70, 0x01});
+  const ModuleInfo info = memory.Decode();
+  EXPECT_EQ(info.lanes[0][LaneField::kHostBer].number, 1.2e-8);
+  EXPECT_EQ(info.lanes[7][LaneField::kHostBer].number, 4.95e-7);
+  EXPECT_EQ(info.lanes[0][LaneField::kMediaBer].number, 1e-10);
+  EXPECT_EQ(info.lanes[1][LaneField::kMediaBer].state, FieldState::kPresent);
+  EXPECT_TRUE(AllLanesAre(info, LaneField::kHostSnr, FieldState::kNotRead));
+  EXPECT_TRUE(AllLanesAre(info, LaneField::kHostErrors, FieldState::kNotRead));
 }
+INSTANTIATE_TEST_SUITE_P(Selectors, CmisBitErrorRatios, testing::Values(0x01U, 0x11U));
 
 TEST(CmisDiagnostics, SignalToNoiseRatiosAreLittleEndian) {
   Memory memory = FullModule();
@@ -587,10 +588,20 @@ TEST(CmisApplications, MediaTypeNamesTheMediaInterface) {
   }
 }
 
-TEST(CmisApplications, GoOnInPage01h) {
+// A module with all the applications that there can be.
+Memory ModuleOfManyApplications() {
   Memory memory = BareModule();
-  for (unsigned i = 0; i < 8; ++i) memory.Put(Page::kLower, 86 + 4 * i, {0x11, 0x1C, 0x11, 1});
-  for (unsigned i = 0; i < 7; ++i) memory.Put(Page::k01, 223 + 4 * i, {0x2C + i, 0x1C, 0x11, 1});
+  for (unsigned i = 0; i < 8; ++i) {
+    memory.Put(Page::kLower, 86 + std::size_t{4} * i, {0x11, 0x1C, 0x11, 1});
+  }
+  for (unsigned i = 0; i < 7; ++i) {
+    memory.Put(Page::k01, 223 + std::size_t{4} * i, {0x2C + i, 0x1C, 0x11, 1});
+  }
+  return memory;
+}
+
+TEST(CmisApplications, GoOnInPage01h) {
+  Memory memory = ModuleOfManyApplications();
   memory.Put(Page::k01, 184, {0x80}).Put(Page::k01, 190, {0x40});
   const std::vector<Application> applications = memory.Decode().applications;
   ASSERT_EQ(applications.size(), 15U);

@@ -209,6 +209,16 @@ TEST(Vdm, ASampleHasItsObservableLaneAndValue) {
   EXPECT_EQ(vdm[2].monitor.value, 1.2e-8);
 }
 
+// The thresholds of a sample, from high alarm to low warning; -1 for those that are absent.
+std::vector<double> ThresholdsOf(const VdmSample& sample) {
+  std::vector<double> thresholds;
+  for (const AlarmLevel level : {AlarmLevel::kHighAlarm, AlarmLevel::kLowAlarm,
+                                 AlarmLevel::kHighWarning, AlarmLevel::kLowWarning}) {
+    thresholds.push_back(sample.monitor.thresholds.At(level).value_or(-1.0));
+  }
+  return thresholds;
+}
+
 TEST(Vdm, ThresholdSetsBelongToTheGroup) {
   for (unsigned group = 0; group < 4; ++group) {
     const auto page = [group](unsigned first) {
@@ -222,10 +232,7 @@ TEST(Vdm, ThresholdSetsBelongToTheGroup) {
     const std::vector<VdmSample> vdm = memory.Decode().vdm;
     ASSERT_EQ(vdm.size(), 1U);
     EXPECT_EQ(vdm[0].monitor.value, 1.0);
-    EXPECT_EQ(vdm[0].monitor.thresholds.At(AlarmLevel::kHighAlarm), 4.0);
-    EXPECT_EQ(vdm[0].monitor.thresholds.At(AlarmLevel::kLowAlarm), 1.0);
-    EXPECT_EQ(vdm[0].monitor.thresholds.At(AlarmLevel::kHighWarning), 3.0);
-    EXPECT_EQ(vdm[0].monitor.thresholds.At(AlarmLevel::kLowWarning), 2.0);
+    EXPECT_EQ(ThresholdsOf(vdm[0]), (std::vector<double>{4, 1, 3, 2}));
   }
 }
 
@@ -255,15 +262,13 @@ TEST(Vdm, FlagsAreANibbleAnInstance) {
   for (const Place& place : {Place{0, 0, 128, 0x05}, Place{0, 1, 128, 0x50},
                              Place{0, 63, 159, 0x50}, Place{3, 62, 255, 0x05}}) {
     Memory memory = VdmModule();
-    memory.Put(PageOf(static_cast<std::uint8_t>(0x20 + place.group)), 128 + 2 * place.instance,
-               {0x00, 5});
+    memory.Put(PageOf(static_cast<std::uint8_t>(0x20 + place.group)),
+               128 + std::size_t{2} * place.instance, {0x00, 5});
     memory.Put(PageOf(0x2C), place.byte, {place.bits});
     const std::vector<VdmSample> vdm = memory.Decode().vdm;
     ASSERT_EQ(vdm.size(), 1U);
-    EXPECT_EQ(vdm[0].monitor.flags.At(AlarmLevel::kHighAlarm), true);
-    EXPECT_EQ(vdm[0].monitor.flags.At(AlarmLevel::kLowAlarm), false);
-    EXPECT_EQ(vdm[0].monitor.flags.At(AlarmLevel::kHighWarning), true);
-    EXPECT_EQ(vdm[0].monitor.flags.At(AlarmLevel::kLowWarning), false);
+    EXPECT_EQ(vdm[0].monitor.flags.known, 0b1111);
+    EXPECT_EQ(vdm[0].monitor.flags.raised, 0b0101);  // high alarm and high warning
   }
 }
 
