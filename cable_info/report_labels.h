@@ -7,8 +7,7 @@
 
 #include <string_view>
 
-namespace cable_info {
-namespace label {
+namespace cable_info::label {
 
 inline constexpr std::string_view kSource = "Source: ";
 inline constexpr std::string_view kIdentifier = "Identifier: ";
@@ -82,5 +81,4 @@ inline constexpr std::string_view kTxAdaptiveEqEnable = "TX Adaptive Equalizatio
 inline constexpr std::string_view kOutputPreEmp = "OutputPreEmp: ";
 inline constexpr std::string_view kOutputPostEmp = "OutputPostEmp: ";
 
-}  // namespace label
-}  // namespace cable_info
+}  // namespace cable_info::label
