@@ -18,7 +18,7 @@
 
 namespace cable_info {
 
-/// The form of a column's cells. Quotes are part of the cell. A missing value has texts of its own.
+/// The form of a column's cells. Quotes are part of the cell. Missing values have other texts.
 enum class CsvForm : std::uint8_t {
   kMissing,      ///< `"NA"`: the source has no such value
   kGuid,         ///< `0xa0b1c20000d4e500`: 64 bits in hexadecimal
