@@ -5,6 +5,7 @@
 #include "cable_info/cable_decode.h"
 #include "cable_info/csv_columns.h"
 #include "cable_info/report_labels.h"
+#include "cable_info/text/cell_texts.h"
 #include "cable_info/text/csv_row.h"
 #include "cable_info/text/report_lines.h"
 #include "cable_info/typed_row.h"
@@ -425,6 +426,11 @@ void WriteRow(std::ostream& os, const CableRecord& r) {
 
 void VisitCells(CellSink& sink, const CableRecord& r) {
   TypedRow row(sink);
+  AppendRow(row, r);
+}
+
+void AppendCells(std::vector<std::string>& cells, const CableRecord& r) {
+  text::CellTexts row(cells);
   AppendRow(row, r);
 }
 

@@ -4,6 +4,7 @@
 
 #include <iosfwd>
 #include <string>
+#include <vector>
 
 #include "cable_info/cable_record.h"
 #include "cable_info/cell_sink.h"
@@ -18,6 +19,8 @@ enum class PhyLines { kLeftOut, kShown };
 void WriteRow(std::ostream& os, const CableRecord& r);
 /// Hands the cells of the row to `sink`.
 void VisitCells(CellSink& sink, const CableRecord& r);
+/// Appends the cells of that row to `cells`, each as its text.
+void AppendCells(std::vector<std::string>& cells, const CableRecord& r);
 /// What `CableRecord::ToFileStream` writes.
 void WriteReport(std::ostream& os, const CableRecord& r);
 /// What `CableRecord::c_str` returns.

@@ -56,6 +56,17 @@ void CombinedCableInfo::VisitCells(CellSink& sink) const {
   for (int cell = 0; cell < kRecordColumnCount; ++cell) sink.Missing();
 }
 
+std::vector<std::string> CombinedCableInfo::Cells() const {
+  std::vector<std::string> cells;
+  cells.reserve(kCsvColumns.size());
+  if (cable_record_ != nullptr) {
+    cable::AppendCells(cells, *cable_record_);
+  } else if (phy_cable_record_ != nullptr) {
+    phy::AppendCells(cells, *phy_cable_record_);
+  }
+  return cells;
+}
+
 void CombinedCableInfo::ToFileStream(std::ostream& os) const {
   if (cable_record_ != nullptr) return cable_record_->ToFileStream(os);
   if (phy_cable_record_ != nullptr) return phy_cable_record_->ToFileStream(os);

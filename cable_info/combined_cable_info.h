@@ -18,6 +18,7 @@
 #include <iosfwd>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "cable_info/cable_record.h"
 #include "cable_info/cell_sink.h"
@@ -79,6 +80,9 @@ class CombinedCableInfo {
   /// for both sources, and lengths, which are in metres. A text that is empty, "NA" or "N/A" is a
   /// missing value, and so are NaN, infinities and a power that cannot be represented.
   void VisitCells(CellSink& sink) const;
+  /// The cells of that row, in the order of the columns from Source on: each with the quotes that
+  /// it has there, but without the comma. None without records.
+  std::vector<std::string> Cells() const;
   /// Writes the block of the port in the text report; nothing without records. Leaves the stream
   /// with width 0.
   void ToFileStream(std::ostream& os) const;

@@ -556,5 +556,5 @@ std::uint8_t Voltage(const LatchedFlagsPage& p) { return p.latched_voltage_flags
 
 }  // namespace flags
 
-}  // namespace phy
+}  // namespace gnu::visibility("hidden")]]phy
 }  // namespace cable_info

@@ -3,6 +3,7 @@
 #include "cable_info/csv_columns.h"
 #include "cable_info/phy_decode.h"
 #include "cable_info/report_labels.h"
+#include "cable_info/text/cell_texts.h"
 #include "cable_info/text/csv_row.h"
 #include "cable_info/text/flushed_lines.h"
 #include "cable_info/typed_row.h"
@@ -543,11 +544,16 @@ void VisitCells(CellSink& sink, const PhyCableRecord& r) {
   AppendRow(row, r);
 }
 
+void AppendCells(std::vector<std::string>& cells, const PhyCableRecord& r) {
+  text::CellTexts row(cells);
+  AppendRow(row, r);
+}
+
 void WriteReport(std::ostream& os, const PhyCableRecord& r) {
   FlushedReport lines(os);
   AppendReport(lines, r);
   lines.Finish();
 }
 
-}  // namespace phy
+}  // namespace gnu::visibility("hidden")]]phy
 }  // namespace cable_info

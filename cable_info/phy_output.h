@@ -3,6 +3,8 @@
 // The row and the report of a `PhyCableRecord`. Internal; not installed.
 
 #include <iosfwd>
+#include <string>
+#include <vector>
 
 #include "cable_info/cell_sink.h"
 #include "cable_info/phy_cable_record.h"
@@ -14,6 +16,8 @@ namespace [[gnu::visibility("hidden")]] phy {
 void WriteRow(std::ostream& os, const PhyCableRecord& r);
 /// Hands the cells of the row to `sink`.
 void VisitCells(CellSink& sink, const PhyCableRecord& r);
+/// Appends the cells of that row to `cells`, each as its text.
+void AppendCells(std::vector<std::string>& cells, const PhyCableRecord& r);
 /// What `PhyCableRecord::ToFileStream` writes.
 void WriteReport(std::ostream& os, const PhyCableRecord& r);
 

@@ -101,5 +101,5 @@ void AppendCableInfoVSStatus(TextBuffer& out, std::uint8_t status) {
   out.Append(TableEntry(kCableInfoVSStatusTexts, status, kUnknownStatus));
 }
 
-}  // namespace decode
+}  // namespace gnu::visibility("hidden")]]decode
 }  // namespace cable_info

@@ -76,6 +76,7 @@ ExitStatus Run(int argc, char** argv) {
   cli::AddTableCommand(app, action);
   cli::AddReportCommand(app, action);
   cli::AddExportCommand(app, action);
+  cli::AddCheckCommand(app, action);
   cli::AddModuleCommand(app, action);
   cli::AddColumnsCommand(app, action);
   try {

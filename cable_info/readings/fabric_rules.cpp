@@ -85,7 +85,9 @@ void FabricRules::Add(const FabricPort& port) {
   serial_numbers_ += port.serial_number;
   if (!port.part_number.empty()) {
     const auto next = static_cast<std::uint32_t>(parts_.size() + 1);
-    kept.part = parts_.emplace(port.part_number, next).first->second;
+    const auto [part, is_new] = parts_.emplace(port.part_number, next);
+    if (is_new) part_numbers_.push_back(&part->first);
+    kept.part = part->second;
   }
   kept.lanes = static_cast<std::uint8_t>(port.lanes);
   kept.is_separable = port.is_separable;
@@ -197,6 +199,11 @@ void FabricRules::JudgeEnds(std::size_t index, const Kept& far, const Found& fou
     finding.detail |= kSerialNumber;
   }
   if (finding.detail != 0) found(index, finding);
+}
+
+std::string_view FabricRules::PartNumberOf(std::size_t index) const {
+  const std::uint32_t part = ports_[index].part;
+  return part == 0 ? std::string_view() : std::string_view(*part_numbers_[part - 1]);
 }
 
 std::string_view FabricRules::SerialNumber(const Kept& port) const {

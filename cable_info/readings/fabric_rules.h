@@ -63,6 +63,16 @@ class FabricRules {
   /// Adds a port; its index is the number of ports added before.
   void Add(const FabricPort& port);
 
+  /// How many ports were added.
+  std::size_t size() const { return ports_.size(); }
+  /// \name The port of an index
+  /// Texts stay valid until the next `Add`.
+  /// @{
+  PortId IdOf(std::size_t index) const { return ports_[index].id; }
+  std::string_view PartNumberOf(std::size_t index) const;
+  std::string_view SerialNumberOf(std::size_t index) const { return SerialNumber(ports_[index]); }
+  /// @}
+
   /// Judges all ports; `found(index, finding)` is called for each finding, rule by rule.
   void Judge(const std::function<void(std::size_t index, const Finding& finding)>& found) const;
 
@@ -93,6 +103,7 @@ class FabricRules {
   std::deque<Kept> ports_;
   std::string serial_numbers_;
   std::unordered_map<std::string, std::uint32_t> parts_;
+  std::vector<const std::string*> part_numbers_;  // the keys of parts_, by number less 1
   bool has_peers_ = false;
 };
 

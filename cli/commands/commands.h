@@ -16,6 +16,7 @@ using Action = std::function<ExitStatus()>;
 void AddTableCommand(CLI::App& app, Action& action);
 void AddReportCommand(CLI::App& app, Action& action);
 void AddExportCommand(CLI::App& app, Action& action);
+void AddCheckCommand(CLI::App& app, Action& action);
 void AddModuleCommand(CLI::App& app, Action& action);
 void AddColumnsCommand(CLI::App& app, Action& action);
 /// @}

@@ -50,8 +50,9 @@ Message LineTooLong() {
 }
 
 // Writes the port of a line; false when the line is bad. `messages` receives what there is to say.
-bool DecodeLine(const LineBlock::Line& line, PortReader& reader, const PortWriter& writer,
-                std::ostream& os, DecodedBlock& decoded, std::vector<Message>& messages) {
+bool DecodeLine(const LineBlock::Line& line, PortReader& reader, const Selection& selection,
+                const PortWriter& writer, std::ostream& os, DecodedBlock& decoded,
+                std::vector<Message>& messages) {
   messages.clear();
   if (line.too_long) {
     messages.push_back(LineTooLong());
@@ -60,6 +61,10 @@ bool DecodeLine(const LineBlock::Line& line, PortReader& reader, const PortWrite
   if (IsBlank(line.text)) return true;
   Port port;
   if (!reader.Read(line.text, port, messages)) return false;
+  if (!selection.Selects(port)) {
+    messages.clear();
+    return true;
+  }
   for (Message& remark : messages) remark.text.insert(0, PortName(port) + ": ");
   if (!messages.empty()) ++decoded.counts.remarked;
   if (!writer.Writes(port)) return true;
@@ -71,8 +76,8 @@ bool DecodeLine(const LineBlock::Line& line, PortReader& reader, const PortWrite
 
 }  // namespace
 
-void DecodeBlock(const LineBlock& block, PortReader& reader, const PortWriter& writer,
-                 OnBadPort on_bad_port, DecodedBlock& decoded) {
+void DecodeBlock(const LineBlock& block, PortReader& reader, const Selection& selection,
+                 const PortWriter& writer, OnBadPort on_bad_port, DecodedBlock& decoded) {
   decoded.text.clear();
   decoded.messages.clear();
   decoded.counts = {};
@@ -83,7 +88,7 @@ void DecodeBlock(const LineBlock& block, PortReader& reader, const PortWriter& w
   std::vector<Message> messages;
   for (std::size_t i = 0; i < block.size(); ++i) {
     const LineBlock::Line line = block[i];
-    const bool is_good = DecodeLine(line, reader, writer, os, decoded, messages);
+    const bool is_good = DecodeLine(line, reader, selection, writer, os, decoded, messages);
     for (Message& message : messages) {
       decoded.messages.push_back({line.number, std::move(message)});
     }

@@ -7,6 +7,7 @@
 #include "cli/commands/message_log.h"
 #include "cli/input/line_block.h"
 #include "cli/input/port_reader.h"
+#include "cli/input/selection.h"
 #include "cli/message.h"
 #include "cli/output/port_writer.h"
 
@@ -28,9 +29,9 @@ struct DecodedBlock {
   PortCounts counts;
 };
 
-/// Decodes the lines of `block` and writes their ports into `decoded`, with `writer`'s separator
-/// between them.
-void DecodeBlock(const LineBlock& block, PortReader& reader, const PortWriter& writer,
-                 OnBadPort on_bad_port, DecodedBlock& decoded);
+/// Decodes the lines of `block` and writes the ports that are selected into `decoded`, with
+/// `writer`'s separator between them. There are no remarks on other ports.
+void DecodeBlock(const LineBlock& block, PortReader& reader, const Selection& selection,
+                 const PortWriter& writer, OnBadPort on_bad_port, DecodedBlock& decoded);
 
 }  // namespace cli

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <ostream>
+#include <sstream>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -97,13 +98,19 @@ ModuleReading ReadModuleOf(const Dump& dump, ModuleUse use, Port& port) {
 // One run over all dumps.
 class Run {
  public:
-  Run(const PortOptions& options, const PortWriter& writer, OutputFile& output)
-      : options_(options), writer_(writer), os_(&output), log_(LogOf(options)) {}
+  Run(const PortOptions& options, const PortWriter& writer, PortCollector* collector,
+      OutputFile& output)
+      : options_(options),
+        writer_(writer),
+        collector_(collector),
+        os_(&output),
+        log_(LogOf(options)) {}
 
   Outcome Do() {
     writer_.Begin(os_);
     const bool reached_end = std::ranges::all_of(
         Dumps(options_.modules), [this](const Dump& dump) { return WriteModule(dump); });
+    if (collector_ != nullptr) collector_->End(os_);
     log_.Finish();
     return {status_, reached_end ? Outcome::End::kReached : Outcome::End::kStopped, counts_};
   }
@@ -141,13 +148,21 @@ class Run {
   }
 
   void WritePort(Port& port) {
-    if (counts_.written > 0) os_ << writer_.Separator();
+    if (!options_.selection.Selects(port)) return;
+    if (collector_ != nullptr) {
+      std::ostringstream text;
+      writer_.Write(text, port);
+      collector_->Take(text.view());
+    } else {
+      if (counts_.written > 0) os_ << writer_.Separator();
+      writer_.Write(os_, port);
+    }
     ++counts_.written;
-    writer_.Write(os_, port);
   }
 
   const PortOptions& options_;
   const PortWriter& writer_;
+  PortCollector* const collector_;
   std::ostream os_;
   MessageLog log_;
   ExitStatus status_ = ExitStatus::kGood;
@@ -179,9 +194,10 @@ std::optional<std::string> UnknownPage(const std::string& argument) {
          "; the pages are lower, 00 to ff, and a0 and a2 of SFP modules";
 }
 
-ExitStatus RunModules(const PortOptions& options, const PortWriter& writer) {
+ExitStatus RunModules(const PortOptions& options, const PortWriter& writer,
+                      PortCollector* collector) {
   return WritePortOutput(options, writer, [&](OutputFile& output, const PortWriter& used) {
-    return Run(options, used, output).Do();
+    return Run(options, collector == nullptr ? used : writer, collector, output).Do();
   });
 }
 

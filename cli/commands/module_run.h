@@ -14,7 +14,8 @@ namespace cli {
 /// is the whole memory of a module; consecutive `PAGE:FILE` arguments are the pages of one module,
 /// until a page follows that the module already has. A bad dump is reported on standard error and
 /// left out.
-ExitStatus RunModules(const PortOptions& options, const PortWriter& writer);
+ExitStatus RunModules(const PortOptions& options, const PortWriter& writer,
+                      PortCollector* collector);
 
 /// Why an argument of `--module` of the form `NAME:FILE` names no page; none when it names one, or
 /// when it is a file.

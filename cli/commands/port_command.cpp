@@ -15,6 +15,18 @@ namespace cli {
 
 namespace {
 
+constexpr int kHexadecimal = 16;
+
+// What is wrong with a GUID; empty when it is one, such as 0xa0b1c20000d4e500.
+std::string IsGuid(const std::string& text) {
+  std::string_view digits = text;
+  if (digits.starts_with("0x")) digits.remove_prefix(2);
+  constexpr std::size_t kMostDigits = 16;
+  const bool is_guid = !digits.empty() && digits.size() <= kMostDigits &&
+                       digits.find_first_not_of("0123456789abcdefABCDEF") == std::string_view::npos;
+  return is_guid ? "" : "expected a GUID of up to 16 hexadecimal digits, found \"" + text + '"';
+}
+
 // All files that the run reads.
 std::vector<std::string> InputPaths(const PortOptions& options) {
   if (!options.modules.empty()) return ModulePaths(options);
@@ -50,6 +62,29 @@ CLI::App* AddPortCommand(CLI::App& app, const std::string& name, const std::stri
                    "listings, each whole or, as PAGE:FILE, page by page")
       ->type_name("DUMP")
       ->excludes(inputs);
+  command->add_option("--port", options.selection.numbers, "Only ports with this number")
+      ->type_name("N")
+      ->allow_extra_args(false)
+      ->take_all();
+  command
+      ->add_option_function<std::vector<std::string>>(
+          "--guid",
+          [&options](const std::vector<std::string>& guids) {
+            for (const std::string& guid : guids) {
+              options.selection.guids.push_back(std::stoull(guid, nullptr, kHexadecimal));
+            }
+          },
+          "Only ports with this GUID, or of the node with it")
+      ->type_name("GUID")
+      ->allow_extra_args(false)
+      ->take_all()
+      ->check(IsGuid, "", "GUID");
+  command
+      ->add_option("--label", options.selection.labels,
+                   "Only ports whose label fits this pattern of '*', '?' and '[...]'")
+      ->type_name("GLOB")
+      ->allow_extra_args(false)
+      ->take_all();
   command->add_option("-o,--output", options.output,
                       "Write to this file, which is replaced when the output is complete");
   command->add_flag("--strict", options.strict, "Stop at the first bad port");
@@ -66,12 +101,14 @@ CLI::App* AddPortCommand(CLI::App& app, const std::string& name, const std::stri
   return command;
 }
 
-ExitStatus WritePorts(const PortOptions& options, const PortWriter& writer) {
+ExitStatus WritePorts(const PortOptions& options, const PortWriter& writer,
+                      PortCollector* collector) {
   if (const std::optional<std::string> problem = UsageProblem(options)) {
     PrintError("cableinfo: " + *problem);
     return ExitStatus::kUsage;
   }
-  return options.modules.empty() ? RunPorts(options, writer) : RunModules(options, writer);
+  return options.modules.empty() ? RunPorts(options, writer, collector)
+                                 : RunModules(options, writer, collector);
 }
 
 }  // namespace cli

@@ -14,7 +14,9 @@ namespace cli {
 CLI::App* AddPortCommand(CLI::App& app, const std::string& name, const std::string& description,
                          const std::string& examples, PortOptions& options);
 
-/// Reads the ports of the command line and writes each with `writer`.
-ExitStatus WritePorts(const PortOptions& options, const PortWriter& writer);
+/// Reads the ports of the command line and writes each with `writer`: to the output, or when there
+/// is one, to `collector`.
+ExitStatus WritePorts(const PortOptions& options, const PortWriter& writer,
+                      PortCollector* collector = nullptr);
 
 }  // namespace cli

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "cli/input/selection.h"
+
 namespace cli {
 
 /// The most threads of a run.
@@ -13,6 +15,7 @@ struct PortOptions {
   std::vector<std::string> inputs;   ///< "-" or none: standard input
   std::vector<std::string> modules;  ///< dumps of modules, instead of the inputs
   std::string output = "-";          ///< "-": standard output
+  Selection selection;               ///< of the ports that are read
   bool strict = false;               ///< stop at the first bad port
   bool quiet = false;                ///< no progress meter, remarks or summary
   bool all_messages = false;         ///< no limit of messages

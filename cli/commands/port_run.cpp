@@ -87,11 +87,14 @@ struct WorkItem {
 
 class Run {
  public:
-  Run(const PortOptions& options, const PortWriter& writer, OutputFile& output)
+  Run(const PortOptions& options, const PortWriter& writer, PortCollector* collector,
+      OutputFile& output)
       : on_bad_port_(options.strict ? OnBadPort::kStop : OnBadPort::kContinue),
         threads_(ThreadsOf(options)),
         reader_options_(ReaderOptionsOf(options, writer)),
+        selection_(options.selection),
         writer_(writer),
+        collector_(collector),
         inputs_(InputsOf(options)),
         os_(&output),
         shows_at_once_(output.is_terminal()),
@@ -112,6 +115,7 @@ class Run {
     for (std::thread& other : others) other.join();
     if (failure_) std::rethrow_exception(failure_);
     progress_.Clear();
+    if (collector_ != nullptr) collector_->End(os_);
     log_.Finish();
     return {status_, is_stopped_ ? Outcome::End::kStopped : Outcome::End::kReached, counts_};
   }
@@ -121,7 +125,7 @@ class Run {
     try {
       WorkItem item(reader_options_);
       while (Read(item)) {
-        DecodeBlock(item.block, item.reader, writer_, on_bad_port_, item.decoded);
+        DecodeBlock(item.block, item.reader, selection_, writer_, on_bad_port_, item.decoded);
         WriteInOrder(item);
       }
     } catch (...) {
@@ -150,8 +154,7 @@ class Run {
   void Write(const LineBlock& block, const DecodedBlock& decoded) {
     Report(block, decoded);
     if (decoded.counts.written > 0) {
-      if (counts_.written > 0) os_ << writer_.Separator();
-      os_.write(decoded.text.data(), static_cast<std::streamsize>(decoded.text.size()));
+      WriteText(decoded.text);
     }
     if (block.is_last_for_now || shows_at_once_) os_.flush();
     Count(block, decoded.counts);
@@ -159,6 +162,12 @@ class Run {
     const bool ends_here = on_bad_port_ == OnBadPort::kStop && is_bad;
     if (!os_.good() || ends_here) is_stopped_ = true;
     progress_.Update(counts_.written, block.input_bytes);
+  }
+
+  void WriteText(const std::string& text) {
+    if (collector_ != nullptr) return collector_->Take(text);
+    if (counts_.written > 0) os_ << writer_.Separator();
+    os_.write(text.data(), static_cast<std::streamsize>(text.size()));
   }
 
   void Report(const LineBlock& block, const DecodedBlock& decoded) {
@@ -190,7 +199,9 @@ class Run {
   const OnBadPort on_bad_port_;
   const unsigned threads_;
   const PortReaderOptions reader_options_;
+  const Selection& selection_;
   const PortWriter& writer_;
+  PortCollector* const collector_;
 
   std::mutex reading_;  // guards the next two
   BlockReader inputs_;
@@ -212,9 +223,10 @@ class Run {
 
 }  // namespace
 
-ExitStatus RunPorts(const PortOptions& options, const PortWriter& writer) {
+ExitStatus RunPorts(const PortOptions& options, const PortWriter& writer,
+                    PortCollector* collector) {
   return WritePortOutput(options, writer, [&](OutputFile& output, const PortWriter& used) {
-    return Run(options, used, output).Do();
+    return Run(options, collector == nullptr ? used : writer, collector, output).Do();
   });
 }
 

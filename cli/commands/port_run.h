@@ -8,6 +8,6 @@ namespace cli {
 
 /// Reads the inputs port by port and writes each port with `writer`. A bad port is reported on
 /// standard error and left out.
-ExitStatus RunPorts(const PortOptions& options, const PortWriter& writer);
+ExitStatus RunPorts(const PortOptions& options, const PortWriter& writer, PortCollector* collector);
 
 }  // namespace cli

@@ -2,15 +2,17 @@
 
 _cableinfo() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-  local port_options='--all-messages --help --jobs --module --no-files --output --strict --quiet'
+  local port_options='--all-messages --guid --help --jobs --label --module --no-files --output'
+  port_options+=' --port --strict --quiet'
   COMPREPLY=()
   if [ "$COMP_CWORD" -eq 1 ]; then
-    mapfile -t COMPREPLY < <(compgen -W 'table report export columns --help --version' -- "$word")
+    mapfile -t COMPREPLY < <(compgen -W 'table report export check columns --help --version' -- "$word")
     return
   fi
   local options
   case ${COMP_WORDS[1]} in
-    table) options="$port_options --json --no-header --rfc4180" ;;
+    table) options="$port_options --columns --json --no-header --rfc4180" ;;
+    check) options="$port_options --config --json --plugin --rules --set" ;;
     report | export) options=$port_options ;;
     columns) options='--help --json' ;;
   esac

@@ -30,11 +30,21 @@ ModuleReading RemarksOf(const ModuleInfo& info) {
 
 }  // namespace
 
-ModuleReading DecodeModule(const ModuleImage& image, ModuleUse use, Port& port) {
+namespace {
+
+ModuleReading Decode(const ModuleImage& image, ModuleUse use, Port& port) {
   if (use == ModuleUse::kRecords) return cable_info::module_memory::ReadModule(image);
   const ModuleInfo& info = port.module.emplace(cable_info::Decode(image));
   if (info.family == ModuleFamily::kUnknown) throw BadModule(info.warnings.front());
   return use == ModuleUse::kInfo ? RemarksOf(info) : cable_info::module_memory::ReadModule(image);
+}
+
+}  // namespace
+
+ModuleReading DecodeModule(const ModuleImage& image, ModuleUse use, Port& port) {
+  ModuleReading reading = Decode(image, use, port);
+  port.checksum_mismatches = static_cast<int>(reading.mismatches.size());
+  return reading;
 }
 
 ModuleReading DecodeModule(const DumpBytes& dump, ModuleUse use, Port& port) {

@@ -14,6 +14,12 @@ void Port::Attach(std::unique_ptr<cable_info::CableRecord> cable_pages,
   cable.AttachPhyCableRecord(std::move(phy));
 }
 
+cable_info::Readings ReadingsOf(const Port& port) {
+  cable_info::Readings readings = ReadingsOf(port.cable);
+  readings.checksum_mismatches = port.checksum_mismatches;
+  return readings;
+}
+
 void AppendGuid(cable_info::text::TextBuffer& out, std::uint64_t guid) {
   constexpr int kHalfDigits = 8;
   out.AppendPrefixedHex(static_cast<std::uint32_t>(guid >> 32), kHalfDigits);

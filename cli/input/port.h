@@ -7,6 +7,8 @@
 
 #include "cable_info/combined_cable_info.h"
 #include "cable_info/module_memory/module_info.h"
+#include "cable_info/readings/fabric_rules.h"
+#include "cable_info/readings/readings.h"
 #include "cable_info/text/text_buffer.h"
 #include "cable_info/value_format.h"
 
@@ -28,7 +30,9 @@ struct Port {
   std::uint64_t node_guid = 0;
   std::uint64_t port_guid = 0;
   std::uint32_t number = 0;
-  std::string label;  ///< what its user calls the port; empty: nothing
+  std::string label;                       ///< what its user calls the port; empty: nothing
+  std::optional<cable_info::PortId> peer;  ///< the port at the other end of the link
+  int checksum_mismatches = 0;             ///< of the memory that its records come from
   cable_info::CombinedCableInfo cable;
   /// The records that `cable` owns; null where it has none.
   cable_info::CableRecord* cable_record = nullptr;
@@ -36,6 +40,9 @@ struct Port {
   /// Everything that the memory of the module says, when it was given and `ModuleUse` asks for it.
   std::optional<cable_info::ModuleInfo> module;
 };
+
+/// What is known of the cable as numbers.
+cable_info::Readings ReadingsOf(const Port& port);
 
 /// A GUID as the table writes it: "0x" and 16 digits.
 void AppendGuid(cable_info::text::TextBuffer& out, std::uint64_t guid);

@@ -27,6 +27,7 @@ namespace {
 
 using cable_info::CableRecord;
 using cable_info::PhyCableRecord;
+using cable_info::PortId;
 using cable_info::PrtlRecord;
 using cable_info::module_memory::BadModule;
 using cable_info::module_memory::DumpBytes;
@@ -271,6 +272,7 @@ struct Draft {
   std::uint64_t node_guid = 0;
   std::uint64_t port_guid = 0;
   std::uint32_t port_num = 0;
+  std::optional<PortId> peer;
   std::unique_ptr<CableRecord> cable;
   std::unique_ptr<PhyCableRecord> phy;
   MemoryDraft memory;
@@ -345,6 +347,15 @@ bool SetModuleMemory(Draft& draft, const Value& value) {
   return SetFields(draft.memory, value, kModuleMemoryFields);
 }
 
+constexpr FieldTable kPeerFields(std::to_array<Field<PortId>>({
+    {"port_guid", Set<&PortId::guid>},
+    {"port_num", Set<&PortId::number>},
+}));
+
+bool SetPeer(Draft& draft, const Value& value) {
+  return SetFields(draft.peer.emplace(), value, kPeerFields);
+}
+
 bool SetPrtl(Draft& draft, const Value& value) { return SetFields(draft.prtl, value, kPrtlFields); }
 
 bool SetPrtlLength(Draft& draft, const Value& value) {
@@ -359,6 +370,7 @@ constexpr FieldTable kPortFields(std::to_array<Field<Draft>>({
     {"port_guid", Set<&Draft::port_guid>},
     {"port_num", Set<&Draft::port_num>},
     {"label", Set<&Draft::label>},
+    {"peer", SetPeer},
     {"cable", SetCable},
     {"phy", SetPhy},
     {"module_memory", SetModuleMemory},
@@ -471,6 +483,7 @@ bool PortReader::Read(std::string_view line, Port& port, std::vector<Message>& m
   port.port_guid = draft.port_guid;
   port.number = draft.port_num;
   port.label = std::move(draft.label);
+  port.peer = draft.peer;
   port.Attach(std::move(draft.cable), std::move(draft.phy));
   std::string no_length = StorePrtlLength(draft, port);
   if (!no_length.empty()) {

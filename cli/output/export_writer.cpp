@@ -284,7 +284,7 @@ std::string_view MeasuredLength(const CombinedCableInfo& cable) {
 
 void WritePort(JsonText& json, Port& port) {
   CombinedCableInfo& cable = port.cable;
-  const Readings readings = ReadingsOf(cable);
+  const Readings readings = ReadingsOf(port);
   json.BeginObject();
   json.Key("format_version").Integer(kExportFormatVersion);
   json.Key("node_guid");
@@ -292,6 +292,8 @@ void WritePort(JsonText& json, Port& port) {
   json.Key("port_guid");
   WriteGuid(json, port.port_guid);
   json.Key("port_num").Integer(port.number);
+  json.Key("label");
+  port.label.empty() ? json.Null() : json.Utf8(port.label);
   json.Key("source").BytesOrNull(readings.source);
   WriteQueryStatus(json, readings);
   WriteIdentity(json, readings, cable);

@@ -7,6 +7,23 @@
 
 namespace cli {
 
+/// Collects what a writer wrote of all ports, for an output that needs all of them. Its functions
+/// are called by one thread at a time.
+class PortCollector {
+ public:
+  PortCollector() = default;
+  PortCollector(const PortCollector&) = delete;
+  PortCollector& operator=(const PortCollector&) = delete;
+  PortCollector(PortCollector&&) = delete;
+  PortCollector& operator=(PortCollector&&) = delete;
+  virtual ~PortCollector() = default;
+
+  /// Takes the text of the next ports, in the order of the input.
+  virtual void Take(std::string_view ports) = 0;
+  /// Writes the output, after the last port.
+  virtual void End(std::ostream& os) = 0;
+};
+
 /// An output format, written port by port. A writer keeps no state of a port, so that several
 /// threads may use one writer at the same time.
 class PortWriter {

@@ -1,7 +1,10 @@
 #include "cli/output/table_writer.h"
 
+#include <array>
 #include <ostream>
+#include <string>
 
+#include "cable_info/csv_columns.h"
 #include "cable_info/text/text_buffer.h"
 
 namespace cli {
@@ -18,6 +21,33 @@ void TableWriter::Write(std::ostream& os, Port& port) const {
   cells.Append(',').AppendDecimal(port.number).Append(',');
   os.write(cells.view().data(), static_cast<std::streamsize>(cells.size()));
   port.cable.ToCSVStream(os);
+}
+
+void ColumnsWriter::Begin(std::ostream& os) const {
+  if (header_ == TableWriter::Header::kOmitted) return;
+  const char* separator = "";
+  for (const std::size_t column : columns_) {
+    os << separator << cable_info::kCsvColumns[column].name;
+    separator = ",";
+  }
+  os << '\n';
+}
+
+void ColumnsWriter::Write(std::ostream& os, Port& port) const {
+  const std::array<std::string, 3> port_cells = {GuidText(port.node_guid), GuidText(port.port_guid),
+                                                 std::to_string(port.number)};
+  const std::vector<std::string> cells = port.cable.Cells();
+  const char* separator = "";
+  for (const std::size_t column : columns_) {
+    os << separator;
+    separator = ",";
+    if (column < port_cells.size()) {
+      os << port_cells[column];
+    } else if (column - port_cells.size() < cells.size()) {
+      os << cells[column - port_cells.size()];
+    }
+  }
+  os << '\n';
 }
 
 }  // namespace cli

@@ -7,7 +7,7 @@ import unittest
 from program import ROOT, ProgramTest, run
 
 COMPLETIONS = ROOT / "cli" / "completions"
-COMMANDS = {"table", "report", "export", "columns"}
+COMMANDS = {"table", "report", "export", "check", "columns"}
 
 
 def help_options(*command):

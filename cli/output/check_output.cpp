@@ -1,0 +1,261 @@
+// The forms of what `cableinfo check` found.
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <ostream>
+#include <string>
+
+#include "cable_info/text/text_buffer.h"
+#include "cli/format_version.h"
+#include "cli/output/check_result.h"
+#include "cli/output/json_text.h"
+#include "cli/printable.h"
+
+namespace cli {
+
+namespace {
+
+using cable_info::Finding;
+using cable_info::Rule;
+using cable_info::RuleSettings;
+using cable_info::Severity;
+using cable_info::Verdict;
+using cable_info::text::TextBuffer;
+
+constexpr std::array<Verdict, cable_info::kVerdicts> kWorstFirst = {
+    Verdict::kCritical, Verdict::kWarning, Verdict::kUnknown, Verdict::kOk};
+
+// "0xa0b1c20000d4e500/5", as messages name a port.
+std::string PortText(const CheckResult& result, std::size_t port) {
+  const cable_info::PortId id = result.IdOf(port);
+  return GuidText(id.guid) + '/' + std::to_string(id.number);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Text
+// ---------------------------------------------------------------------------------------------
+
+constexpr int kSeverityWidth = 8;  // of "critical"
+
+std::string Padded(std::string_view text, std::size_t width) {
+  std::string padded(text);
+  padded.resize(std::max(width, padded.size()), ' ');
+  return padded;
+}
+
+// A verdict or a severity by the name that both share, padded to a common width.
+std::string Coloured(std::string_view name, Colour colour, std::size_t width) {
+  const std::string padded = Padded(name, width);
+  if (colour == Colour::kNone) return padded;
+  const std::string_view code = name == "critical"  ? "\x1b[1;31m"
+                                : name == "warning" ? "\x1b[33m"
+                                : name == "unknown" ? "\x1b[36m"
+                                                    : "\x1b[32m";
+  return std::string(code) + padded + "\x1b[0m";
+}
+
+// What a reader looks for at the port: label, part number and serial number, as far as known.
+std::string PortHeading(const CheckResult& result, std::size_t port) {
+  std::string heading = PortText(result, port);
+  if (!result.LabelOf(port).empty()) {
+    heading.append(" \"").append(Printable(result.LabelOf(port))).append("\"");
+  }
+  for (const std::string_view text : {result.PartNumberOf(port), result.SerialNumberOf(port)}) {
+    if (!text.empty()) heading.append("  ").append(Printable(text));
+  }
+  return heading;
+}
+
+std::size_t RuleWidth(const std::vector<Finding>& findings) {
+  std::size_t width = 0;
+  for (const Finding& finding : findings) width = std::max(width, RuleName(finding.rule).size());
+  return width;
+}
+
+void WritePortFindings(std::ostream& os, const CheckResult& result, std::size_t port,
+                       Colour colour) {
+  os << Coloured(VerdictName(result.VerdictOf(port)), colour, 0) << "  "
+     << PortHeading(result, port) << '\n';
+  const std::vector<Finding> findings = result.FindingsOf(port);
+  const std::size_t width = RuleWidth(findings);
+  for (const Finding& finding : findings) {
+    os << "  " << Coloured(SeverityName(finding.severity), colour, kSeverityWidth) << "  "
+       << Padded(RuleName(finding.rule), width) << "  " << Sentence(finding) << '\n';
+  }
+}
+
+std::string Counted(std::size_t count, std::string_view what) {
+  return std::to_string(count) + ' ' + std::string(what);
+}
+
+void WriteCounts(std::ostream& os, const CheckResult& result, Colour colour) {
+  os << Counted(result.size(), result.size() == 1 ? "port" : "ports") << ": ";
+  bool is_first = true;
+  for (const Verdict verdict : kWorstFirst) {
+    const std::size_t count = result.CountOf(verdict);
+    if (!is_first) os << ", ";
+    is_first = false;
+    os << count << ' ' << Coloured(VerdictName(verdict), count == 0 ? Colour::kNone : colour, 0);
+  }
+  os << '\n';
+  std::size_t width = 0;
+  std::vector<Rule> rules;
+  for (std::size_t i = 0; i < cable_info::kRules; ++i) {
+    const Rule rule = cable_info::RuleOf(i);
+    if (result.CountOf(rule) == 0) continue;
+    rules.push_back(rule);
+    width = std::max(width, RuleName(rule).size());
+  }
+  std::stable_sort(rules.begin(), rules.end(),
+                   [&](Rule a, Rule b) { return result.CountOf(a) > result.CountOf(b); });
+  for (const Rule rule : rules) {
+    os << "  " << Padded(RuleName(rule), width) << "  " << result.CountOf(rule) << '\n';
+  }
+}
+
+// ---------------------------------------------------------------------------------------------
+// JSON
+// ---------------------------------------------------------------------------------------------
+
+void WriteLine(std::ostream& os, TextBuffer& line) {
+  line.Append('\n');
+  os.write(line.view().data(), static_cast<std::streamsize>(line.size()));
+}
+
+void WriteFinding(JsonText& json, const Finding& finding) {
+  const std::string_view unit = RuleUnit(finding.rule);
+  json.BeginObject();
+  json.Key("rule").Plain(RuleName(finding.rule));
+  json.Key("severity").Plain(SeverityName(finding.severity));
+  json.Key("lane");
+  finding.lane == 0 ? json.Null() : json.Integer(finding.lane);
+  json.Key("value").Number(finding.value);
+  json.Key("limit").Number(finding.limit);
+  json.Key("unit");
+  unit.empty() ? json.Null() : json.Plain(unit);
+  json.Key("message").Bytes(Sentence(finding));
+  json.EndObject();
+}
+
+void WritePortLine(std::ostream& os, const CheckResult& result, std::size_t port) {
+  TextBuffer line;
+  JsonText json(line);
+  json.BeginObject();
+  json.Key("format_version").Integer(kFormatVersion);
+  json.Key("node_guid").Plain(GuidText(result.NodeGuidOf(port)));
+  json.Key("port_guid").Plain(GuidText(result.IdOf(port).guid));
+  json.Key("port_num").Integer(result.IdOf(port).number);
+  json.Key("label");
+  result.LabelOf(port).empty() ? json.Null() : json.Utf8(result.LabelOf(port));
+  json.Key("part_number").BytesOrNull(result.PartNumberOf(port));
+  json.Key("serial_number").BytesOrNull(result.SerialNumberOf(port));
+  json.Key("verdict").Plain(VerdictName(result.VerdictOf(port)));
+  json.Key("findings").BeginArray();
+  for (const Finding& finding : result.FindingsOf(port)) WriteFinding(json, finding);
+  json.EndArray();
+  json.EndObject();
+  WriteLine(os, line);
+}
+
+void WriteSummary(std::ostream& os, const CheckResult& result) {
+  TextBuffer line;
+  JsonText json(line);
+  const auto count = [&](std::string_view key, std::size_t number) {
+    json.Key(key).Integer(static_cast<std::uint32_t>(number));
+  };
+  json.BeginObject();
+  json.Key("format_version").Integer(kFormatVersion);
+  json.Key("summary").BeginObject();
+  json.Key("verdict").Plain(VerdictName(result.verdict()));
+  count("ports", result.size());
+  json.Key("verdicts").BeginObject();
+  for (const Verdict verdict : kWorstFirst) count(VerdictName(verdict), result.CountOf(verdict));
+  json.EndObject();
+  json.Key("rules").BeginObject();
+  for (std::size_t i = 0; i < cable_info::kRules; ++i) {
+    const Rule rule = cable_info::RuleOf(i);
+    if (result.CountOf(rule) > 0) count(RuleName(rule), result.CountOf(rule));
+  }
+  json.EndObject();
+  json.EndObject();
+  json.EndObject();
+  WriteLine(os, line);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Rules
+// ---------------------------------------------------------------------------------------------
+
+// A limit with its unit.
+std::string LimitText(float limit, std::string_view unit) {
+  TextBuffer out;
+  out.AppendGeneral(static_cast<double>(limit));
+  if (!unit.empty()) out.Append(' ').Append(unit);
+  return std::string(out.view());
+}
+
+void WriteRule(std::ostream& os, std::string_view name, std::string_view severity,
+               const std::string& limit, std::string_view meaning) {
+  constexpr std::size_t kNameWidth = 34;
+  constexpr std::size_t kLimitWidth = 8;
+  os << Padded(name, kNameWidth) << Padded(severity, kSeverityWidth) << "  "
+     << Padded(limit, kLimitWidth) << "  " << meaning << '\n';
+}
+
+void WriteParameters(std::ostream& os, const RuleSettings& settings, Rule rule) {
+  for (std::size_t i = 0; i < cable_info::kRuleParameters.size(); ++i) {
+    const cable_info::RuleParameter& parameter = cable_info::kRuleParameters[i];
+    if (parameter.rule != rule) continue;
+    if (std::isnan(parameter.limit)) {
+      WriteRule(os, parameter.name, SeverityName(settings.ParameterSeverity(i)), "",
+                parameter.meaning);
+    } else {
+      WriteRule(os, parameter.name, "", LimitText(settings.ParameterLimit(i), parameter.unit),
+                parameter.meaning);
+    }
+  }
+}
+
+}  // namespace
+
+void WriteCheckAsText(std::ostream& os, const CheckResult& result, Colour colour) {
+  for (const std::uint32_t port : result.WorstFirst()) {
+    WritePortFindings(os, result, port, colour);
+    os << '\n';
+  }
+  WriteCounts(os, result, colour);
+}
+
+void WriteCheckAsJson(std::ostream& os, const CheckResult& result) {
+  for (std::size_t port = 0; port < result.size(); ++port) WritePortLine(os, result, port);
+  WriteSummary(os, result);
+}
+
+void WriteCheckAsPlugin(std::ostream& os, const CheckResult& result) {
+  constexpr std::array<std::string_view, cable_info::kVerdicts> kStates = {"OK", "UNKNOWN",
+                                                                           "WARNING", "CRITICAL"};
+  os << "CABLES " << kStates[static_cast<std::size_t>(result.verdict())] << " - "
+     << Counted(result.size(), result.size() == 1 ? "port" : "ports");
+  for (const Verdict verdict : kWorstFirst) {
+    os << ", " << Counted(result.CountOf(verdict), VerdictName(verdict));
+  }
+  os << " | ports=" << result.size();
+  for (const Verdict verdict : kWorstFirst) {
+    os << ' ' << VerdictName(verdict) << '=' << result.CountOf(verdict);
+  }
+  os << '\n';
+}
+
+void WriteRules(std::ostream& os, const RuleSettings& settings) {
+  WriteRule(os, "rule", "severity", "limit", "what it finds");
+  for (std::size_t i = 0; i < cable_info::kRules; ++i) {
+    const Rule rule = cable_info::RuleOf(i);
+    const std::optional<float> limit = settings.LimitOf(rule);
+    WriteRule(os, RuleName(rule), SeverityName(settings.SeverityOf(rule)),
+              limit ? LimitText(*limit, RuleUnit(rule)) : "", RuleMeaning(rule));
+    WriteParameters(os, settings, rule);
+  }
+}
+
+}  // namespace cli
