@@ -17,6 +17,15 @@ ModuleFamily FamilyOf(std::uint8_t identifier);
 /// a maximum power: older revisions reserve its bit, and modules set it.
 unsigned Sff8636PowerClass(unsigned extended_identifier, unsigned maximum_power);
 
+/// What a module of SFF-8472 is made for.
+enum class Sff8472Medium : std::uint8_t {
+  kOptical,
+  kPassiveCable,
+  kActiveCable,
+  kCopper,  ///< BASE-T, and others with a copper connector
+};
+Sff8472Medium Sff8472MediumOf(const ModuleImage& image);
+
 /// The power level of a module, 1 to 4, by byte 64 of A0h of SFF-8472.
 unsigned Sff8472PowerLevel(unsigned options);
 

@@ -452,17 +452,22 @@ std::string MismatchText(const PageChecksum& sum) {
          std::to_string(sum.last + 1) + " says " + HexText(sum.stored);
 }
 
+std::optional<PageChecksum> ReadChecksum(const ModuleImage& image, const Checksum& checksum) {
+  const ModuleImage::Half& half = image.HalfOf(checksum.page, checksum.first);
+  const std::size_t count = checksum.last - checksum.first + std::size_t{1};
+  if (!half.Has(checksum.first, count) || !half.Has(checksum.stored)) return std::nullopt;
+  unsigned sum = 0;
+  for (std::size_t i = checksum.first; i <= checksum.last; ++i) sum += half[i];
+  return PageChecksum{checksum.page, checksum.first, checksum.last, half[checksum.stored],
+                      static_cast<std::uint8_t>(sum)};
+}
+
 void AddChecksums(Decoding& to, Lines<Checksum> checksums) {
   for (const Checksum& checksum : checksums) {
-    const ModuleImage::Half& half = to.image.HalfOf(checksum.page, checksum.first);
-    const std::size_t count = checksum.last - checksum.first + std::size_t{1};
-    if (!half.Has(checksum.first, count) || !half.Has(checksum.stored)) continue;
-    unsigned sum = 0;
-    for (std::size_t i = checksum.first; i <= checksum.last; ++i) sum += half[i];
-    const auto computed = static_cast<std::uint8_t>(sum);
-    const std::uint8_t stored = half[checksum.stored];
-    to.info.checksums.push_back({checksum.page, checksum.first, checksum.last, stored, computed});
-    if (stored != computed) to.info.warnings.push_back(MismatchText(to.info.checksums.back()));
+    const std::optional<PageChecksum> sum = ReadChecksum(to.image, checksum);
+    if (!sum) continue;
+    to.info.checksums.push_back(*sum);
+    if (sum->stored != sum->computed) to.info.warnings.push_back(MismatchText(*sum));
   }
 }
 

@@ -366,6 +366,9 @@ void WarnOfFlags(Decoding& to, Lines<LaneMapField> map);
 /// Adds the names of the bits that are set.
 void AddNames(const ModuleImage& image, Lines<NamedBit> bits, std::vector<std::string_view>& to);
 
+/// Computes a checksum; none when bytes of it are not known.
+std::optional<PageChecksum> ReadChecksum(const ModuleImage& image, const Checksum& checksum);
+
 /// Computes the checksums whose bytes are all known; a mismatch is a warning.
 void AddChecksums(Decoding& to, Lines<Checksum> checksums);
 

@@ -5,9 +5,8 @@
 #include <iterator>
 #include <utility>
 
-#include "cable_info/module_memory/cmis.h"
-#include "cable_info/module_memory/sff8472.h"
-#include "cable_info/module_memory/sff8636.h"
+#include "cable_info/module_memory/decode.h"
+#include "cable_info/module_memory/records.h"
 #include "cable_info/text/text_buffer.h"
 #include "cable_info/value_format.h"
 
@@ -145,55 +144,27 @@ ModuleImage Split(const DumpBytes& bytes, const Layout& layout) {
   return image;
 }
 
-// Pages that the module says it has not are copies of others, or zeros.
-void DropPages(ModuleImage& image, std::initializer_list<Page> pages) {
-  for (const Page page : pages) image.Drop(page);
-}
-
-// A device whose diagnostics are all zero has none.
-void DropBlankDiagnostics(ModuleImage& image) {
-  for (std::size_t i = 0; i < ModuleImage::kHalf; ++i) {
-    if (image.At(Page::kA2, i).value_or(0) != 0) return;
-  }
-  image.Drop(Page::kA2);
-}
-
-void Verify(const ModuleImage& image, const ChecksumList& checksums,
+void Verify(const ModuleImage& image, Lines<Checksum> checksums,
             std::vector<std::string>& mismatches) {
   for (const Checksum& checksum : checksums) {
-    unsigned sum = 0;
-    bool is_complete = true;
-    for (std::size_t i = checksum.first; i <= checksum.last; ++i) {
-      const DumpByte byte = image.At(checksum.page, i);
-      is_complete = is_complete && byte.has_value();
-      sum += byte.value_or(0);
-    }
-    const DumpByte stored = image.At(checksum.page, checksum.stored);
-    const auto computed = static_cast<std::uint8_t>(sum);
-    if (!is_complete || !stored || *stored == computed) continue;
-    mismatches.push_back(PageName(checksum.page) + ": the checksum of bytes " +
-                         std::to_string(checksum.first) + " to " + std::to_string(checksum.last) +
-                         " is " + Hex(computed) + ", but byte " + std::to_string(checksum.stored) +
-                         " says " + Hex(*stored));
+    const std::optional<PageChecksum> sum = ReadChecksum(image, checksum);
+    if (sum && sum->stored != sum->computed) mismatches.push_back(MismatchText(*sum));
   }
 }
 
-void Decode(const Identifier& identifier, ModuleImage& image, ModuleReading& reading) {
+void Decode(const Identifier& identifier, const ModuleImage& image, ModuleReading& reading) {
   switch (identifier.family) {
     case Family::kSff8636:
-      if (IsFlatSff8636(image)) DropPages(image, {Page::k01, Page::k02, Page::k03});
-      Verify(image, Sff8636Checksums(), reading.mismatches);
-      reading.cable = CableFromSff8636(image, identifier.code);
+      Verify(image, Sff8636Map().checksums, reading.mismatches);
+      reading.cable = CableFromSff8636(image, identifier.code, reading.remarks);
       return;
     case Family::kCmis:
-      if (IsFlatCmis(image)) DropPages(image, {Page::k01, Page::k02, Page::k10, Page::k11});
-      Verify(image, CmisChecksums(), reading.mismatches);
+      Verify(image, CmisMap().checksums, reading.mismatches);
       reading.phy = CableFromCmis(image, identifier.form_factor, reading.remarks);
       break;
     case Family::kSff8472:
-      DropBlankDiagnostics(image);
-      Verify(image, Sff8472Checksums(), reading.mismatches);
-      reading.phy = CableFromSff8472(image);
+      Verify(image, Sff8472Map().checksums, reading.mismatches);
+      reading.phy = CableFromSff8472(image, reading.remarks);
       break;
   }
   reading.phy->source = kModuleSource;
@@ -207,26 +178,32 @@ ModuleImage SplitImage(const DumpBytes& image, std::vector<std::string>& remarks
 }
 
 ModuleReading ReadModule(const DumpBytes& image) {
-  ModuleReading reading;
-  const Identifier& identifier = Identify(At(image, 0), At(image, kUpper), reading.remarks);
-  ModuleImage pages = Split(image, FindLayout(identifier, image.size(), reading.remarks));
-  pages.DropUnanswered();
-  Decode(identifier, pages, reading);
+  std::vector<std::string> remarks;
+  const ModuleImage pages = SplitImage(image, remarks);
+  ModuleReading reading = ReadModule(pages);
+  // What SplitImage says of the identifier, decoding says, too.
+  for (std::string& remark : remarks) {
+    const auto& known = reading.remarks;
+    if (std::find(known.begin(), known.end(), remark) == known.end()) {
+      reading.remarks.insert(reading.remarks.begin(), std::move(remark));
+    }
+  }
   return reading;
 }
 
-ModuleReading ReadModule(ModuleImage pages) {
+ModuleReading ReadModule(const ModuleImage& pages) {
+  const ModuleMemory memory(pages);
+  const ModuleImage& image = memory.image();
   ModuleReading reading;
-  pages.DropUnanswered();
   const bool is_sfp = pages.Has(Page::kA0) || pages.Has(Page::kA2);
   const Page first = is_sfp ? Page::kA0 : Page::kLower;
-  const DumpByte copy = is_sfp ? DumpByte() : pages.At(Page::k00, kUpper);
-  const Identifier& identifier = Identify(pages.At(first, 0), copy, reading.remarks);
+  const DumpByte copy = is_sfp ? DumpByte() : image.At(Page::k00, kUpper);
+  const Identifier& identifier = Identify(image.At(first, 0), copy, reading.remarks);
   if (is_sfp != (identifier.family == Family::kSff8472)) {
     throw BadModule("the pages of a module that calls itself " + Shown(identifier) + " are " +
                     (is_sfp ? "lower, 00, 01 and so on" : "a0 and a2"));
   }
-  Decode(identifier, pages, reading);
+  Decode(identifier, image, reading);
   return reading;
 }
 

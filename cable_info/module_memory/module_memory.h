@@ -35,7 +35,7 @@ ModuleImage SplitImage(const DumpBytes& image, std::vector<std::string>& remarks
 ModuleReading ReadModule(const DumpBytes& image);
 
 /// Decodes a memory that was given page by page. Throws `BadModule`.
-ModuleReading ReadModule(ModuleImage pages);
+ModuleReading ReadModule(const ModuleImage& pages);
 
 /// A checksum that does not match, as a sentence.
 std::string MismatchText(const PageChecksum& sum);

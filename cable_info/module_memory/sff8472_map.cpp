@@ -14,7 +14,8 @@ constexpr Page A0 = Page::kA0;
 constexpr Page A2 = Page::kA2;
 
 constexpr unsigned kSeeExtendedBitrate = 255;  // in byte 12
-constexpr unsigned kRj45 = 0x22;               // in byte 2
+constexpr unsigned kCopperPigtail = 0x21;      // in byte 2
+constexpr unsigned kRj45 = 0x22;
 
 // ---------------------------------------------------------------------------------------------
 // What advertises fields
@@ -34,15 +35,17 @@ bool IsBaseTCode(unsigned code) {
   return code == 0x16 || code == 0x1C || code == 0x1D || code == 0x1E;
 }
 
-Advertised IsBaseT(const ModuleImage& image) {
+// BASE-T, and other modules for copper that are no cables.
+Advertised IsCopperModule(const ModuleImage& image) {
   const std::optional<std::uint8_t> connector = image.At(A0, 2);
   const std::optional<std::uint8_t> compliance = image.At(A0, 36);
-  if (connector == kRj45 || (compliance && IsBaseTCode(*compliance))) return Advertised::kYes;
+  if (connector == kRj45 || connector == kCopperPigtail || (compliance && IsBaseTCode(*compliance)))
+    return Advertised::kYes;
   return Both(AskBit(image, A0, 6, 3), Not(IsCable(image)));
 }
 
 Advertised IsOptical(const ModuleImage& image) {
-  return Both(Not(IsCable(image)), Not(IsBaseT(image)));
+  return Both(Not(IsCable(image)), Not(IsCopperModule(image)));
 }
 
 // Cables whose bytes 14 and 15 are attenuations: copper, rev 12.4 on.
@@ -106,7 +109,8 @@ Advertised HasLaserMonitors(const ModuleImage& image) {
   return Both(HasDiagnostics(image), Both(AskBit(image, A0, 64, 2), Not(AskBit(image, A0, 92, 4))));
 }
 
-constexpr Advertisement kOptical = By(IsOptical, "neither a cable (8.3-2) nor BASE-T");
+constexpr Advertisement kOptical =
+    By(IsOptical, "neither a cable (8.3-2) nor for copper (2, 6.3, 36)");
 constexpr Advertisement kDiagnostics = By(HasDiagnostics, "A0h:92.6");
 constexpr Advertisement kCalibration = By(HasCalibration, "A0h:92.6 and 92.4");
 constexpr Advertisement kEnhanced = By(HasEnhancedFeatures, "A0h:92.6, not 92.4, 94 from 09h on");
@@ -569,6 +573,13 @@ void DecodeLane(Decoding& to) {
 }  // namespace
 
 const MemoryMap& Sff8472Map() { return kMap; }
+
+Sff8472Medium Sff8472MediumOf(const ModuleImage& image) {
+  if (AskBit(image, A0, 8, 2) == Advertised::kYes) return Sff8472Medium::kPassiveCable;
+  if (AskBit(image, A0, 8, 3) == Advertised::kYes) return Sff8472Medium::kActiveCable;
+  const bool is_copper = IsCopperModule(image) == Advertised::kYes;
+  return is_copper ? Sff8472Medium::kCopper : Sff8472Medium::kOptical;
+}
 
 unsigned Sff8472PowerLevel(unsigned options) {
   if ((options >> 6U & 1U) != 0) return 4;

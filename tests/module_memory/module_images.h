@@ -112,6 +112,7 @@ inline constexpr Place kRxPower = {Page::kLower, 34};
 inline constexpr Place kTxBias = {Page::kLower, 42};
 inline constexpr Place kTxPower = {Page::kLower, 50};
 inline constexpr Place kCdrControl = {Page::kLower, 98};
+inline constexpr Place kMaximumPower = {Page::kLower, 107};
 inline constexpr Place kIdentifierCopy = {Page::k00, 128};
 inline constexpr Place kExtendedIdentifier = {Page::k00, 129};
 inline constexpr Place kConnector = {Page::k00, 130};

@@ -35,11 +35,22 @@ using Texts = std::vector<std::string>;
 using LatchedFlagsPage = PhyCableRecord::LatchedFlagsPage;
 using ModuleRecord = PhyCableRecord::ModuleRecord;
 
-// The record of a module whose memory gives no cause for remarks.
+// Remarks but those on what has no place in a record.
+Texts RemarksBesidePlaces(const ModuleReading& reading) {
+  Texts others;
+  for (const std::string& remark : reading.remarks) {
+    const bool is_on_place = remark.find("rows and reports") != std::string::npos ||
+                             remark.find("reserved code") != std::string::npos;
+    if (!is_on_place) others.push_back(remark);
+  }
+  return others;
+}
+
+// The record of a module whose memory gives no cause for other remarks.
 CableRecord Cable(const Memory& memory) {
   const ModuleReading reading = ReadModule(memory.Image());
   EXPECT_EQ(reading.mismatches, Texts());
-  EXPECT_EQ(reading.remarks, Texts());
+  EXPECT_EQ(RemarksBesidePlaces(reading), Texts());
   EXPECT_EQ(reading.phy, nullptr);
   return *reading.cable;
 }
@@ -47,7 +58,7 @@ CableRecord Cable(const Memory& memory) {
 std::unique_ptr<PhyCableRecord> Phy(const DumpBytes& image) {
   ModuleReading reading = ReadModule(image);
   EXPECT_EQ(reading.mismatches, Texts());
-  EXPECT_EQ(reading.remarks, Texts());
+  EXPECT_EQ(RemarksBesidePlaces(reading), Texts());
   EXPECT_EQ(reading.cable, nullptr);
   EXPECT_EQ(reading.phy->source, "MODULE");
   return std::move(reading.phy);
@@ -167,9 +178,116 @@ TEST(Sff8636, KnowsEightPowerClasses) {
   };
   for (const auto& [byte, power_class] : kClasses) {
     Memory memory = qsfp::Optic();
-    memory.Byte(qsfp::kExtendedIdentifier, byte);
+    memory.Byte(qsfp::kExtendedIdentifier, byte).Byte(qsfp::kMaximumPower, 60);
     EXPECT_EQ(Cable(qsfp::Sealed(memory)).PowerClass, power_class) << byte;
   }
+}
+
+TEST(Sff8636, TakesClass8OnlyWithAMaximumPower) {
+  Memory memory = qsfp::Optic();
+  memory.Byte(qsfp::kExtendedIdentifier, 0xE3).Byte(qsfp::kMaximumPower, 0);
+  EXPECT_EQ(Cable(qsfp::Sealed(memory)).PowerClass, 7);
+}
+
+// ---------------------------------------------------------------------------------------------
+// What has no place in a record
+// ---------------------------------------------------------------------------------------------
+
+Texts RemarksOf(const Memory& memory) { return ReadModule(memory.Image()).remarks; }
+
+TEST(ModuleRemarks, TellTheMaximumPowerOfClass8) {
+  Memory memory = qsfp::Optic();
+  memory.Byte(qsfp::kExtendedIdentifier, 0x20).Byte(qsfp::kMaximumPower, 125);
+  EXPECT_EQ(RemarksOf(qsfp::Sealed(memory)),
+            Texts{"the maximum power is 12.5 W, which rows and reports do not show"});
+}
+
+TEST(ModuleRemarks, TellThatDataIsNotReady) {
+  Memory memory = qsfp::Optic();
+  memory.Byte(qsfp::kStatus, 0x01);
+  EXPECT_EQ(RemarksOf(memory), Texts{"the module says that its data is not ready"});
+}
+
+TEST(ModuleRemarks, TellTheAttenuationOfCopperAt25Gigahertz) {
+  Memory memory = qsfp::Copper();
+  memory.Byte(qsfp::kLengthOm1, 21);
+  const ModuleReading reading = ReadModule(qsfp::Sealed(memory).Image());
+  EXPECT_EQ(reading.remarks,
+            Texts{"the attenuation at 25.8 GHz is 21 dB, which rows and reports do not show"});
+  EXPECT_EQ(reading.cable->LengthOm1, 0);
+}
+
+TEST(ModuleRemarks, TellABiasAboveTheRangeOfTheRecord) {
+  Memory memory = cmis::Blank(0x18, false);
+  memory.Byte(cmis::kMonitors, 0x17);  // times 4
+  memory.Words(cmis::kTxBias, {35275});
+  const ModuleReading reading = ReadModule(cmis::Sealed(memory).Image());
+  EXPECT_EQ(reading.remarks,
+            Texts{"the TX bias of lane 1 is 282.2 mA; rows and reports show at most 131.07 mA"});
+  EXPECT_EQ(reading.phy->module->tx_bias[1], 65535);
+}
+
+TEST(ModuleRemarks, TellALongFibre) {
+  Memory memory = cmis::Blank(0x18, false);
+  memory.Byte(cmis::kLengthSmf, 0xBF);  // 63 times 10 km
+  EXPECT_EQ(RemarksOf(cmis::Sealed(memory)),
+            Texts{"the length of single-mode fibre is above 255 km, for which rows and reports "
+                  "have no place"});
+}
+
+TEST(ModuleRemarks, TellFlagsOfTheHigherLanes) {
+  Memory memory = cmis::Blank(0x18, false);
+  memory.Bytes(cmis::kRxFlags, {0x90});  // loss of signal on lanes 5 and 8
+  EXPECT_EQ(RemarksOf(cmis::Sealed(memory)),
+            Texts{"flags are raised that rows and reports do not show: lane 5, 8"});
+}
+
+TEST(ModuleRemarks, TellAReservedMultiplier) {
+  Memory memory = cmis::Blank(0x18, false);
+  memory.Byte(cmis::kMonitors, 0x18);
+  EXPECT_EQ(RemarksOf(cmis::Sealed(memory)),
+            Texts{"the multiplier of the bias currents has a reserved code; it is taken as 1"});
+}
+
+TEST(Cmis, CallsTunableLasersOthersAndLinearCopperLinearActive) {
+  const std::pair<unsigned, unsigned> kTechnologies[] = {{15, 15}, {16, 8},  {17, 8},
+                                                         {18, 15}, {20, 15}, {21, 8}};
+  for (const auto& [code, stored] : kTechnologies) {
+    Memory memory = cmis::Blank(0x18, false);
+    memory.Byte(cmis::kTechnology, code);
+    EXPECT_EQ(Phy(cmis::Sealed(memory))->module->cable_technology, stored) << code;
+  }
+}
+
+TEST(Sff8472, TakesByte18OfBaseTAsMetresOfCopper) {
+  Memory memory = sfp::Blank(false);
+  memory.Byte({Page::kA0, 6}, 0x08).Byte(sfp::kConnector, 0x22);
+  memory.Byte(sfp::kLengthOm4OrCable, 100);
+  const auto record = Phy(sfp::SealedA0(memory));
+  EXPECT_EQ(record->module->cable_length, 100);
+  EXPECT_EQ(record->module->length_om4, 0);
+  EXPECT_FALSE(record->IsOpticCable());
+}
+
+TEST(Sff8472, HasNoDiagnosticsWhereA2RepeatsA0) {
+  Memory memory = sfp::Optic();
+  DumpBytes image = memory.Image();
+  std::copy_n(image.begin(), 256, image.begin() + 256);
+  const ModuleReading reading = ReadModule(image);
+  EXPECT_EQ(reading.phy->latched_flags, nullptr);
+  EXPECT_EQ(reading.phy->module->voltage, 0);
+}
+
+TEST(Sff8472, KnowsPowerLevel4) {
+  Memory memory = sfp::Optic();
+  memory.Byte({Page::kA0, 64}, 0x62);
+  EXPECT_EQ(Phy(sfp::Sealed(memory))->module->power_class, 4);
+}
+
+TEST(ModuleMemory, DropsAPageThatRepeatsPage00) {
+  DumpBytes image = cmis::Optic().Image();
+  std::copy_n(image.begin() + 128, 128, image.begin() + 640);  // page 11h
+  EXPECT_EQ(ReadModule(image).phy->module->rx_power[1], 0);
 }
 
 TEST(Sff8636, SaysTheLengthOfTheBestFibre) {
@@ -213,7 +331,7 @@ TEST(Sff8636, ShowsWhatFlatMemoryLacksAsMissing) {
 TEST(Sff8636, ShowsWhatAnImageLacksAsMissing) {
   const ModuleReading reading = ReadModule(qsfp::Optic().Image(256));
   const CableRecord& r = *reading.cable;
-  EXPECT_EQ(reading.remarks, Texts());
+  EXPECT_EQ(RemarksBesidePlaces(reading), Texts());
   EXPECT_EQ(r.GetTemperatureStr(), "26C");
   EXPECT_EQ(r.GetHighTemperatureThresholdStr(), "N/A");
   EXPECT_EQ(r.GetLowTemperatureThresholdStr(), "N/A");
@@ -640,7 +758,7 @@ TEST(ModuleMemory, DecodesByByte0WhereItsCopyDiffers) {
   const ModuleReading reading = ReadModule(memory.Image());
   EXPECT_EQ(reading.cable->Identifier, 0x0D);
   EXPECT_EQ(reading.cable->VendorName, "Acme Optics");
-  EXPECT_EQ(reading.remarks,
+  EXPECT_EQ(RemarksBesidePlaces(reading),
             Texts{"byte 0 names the module QSFP+ (0x0d), byte 128 is 0x11; decoded by byte 0"});
 }
 
@@ -650,9 +768,10 @@ TEST(ModuleMemory, DecodesByByte128WhereByte0SaysNothing) {
     memory.Byte(cmis::kIdentifier, unknown);
     const ModuleReading reading = ReadModule(memory.Image());
     EXPECT_EQ(reading.phy->VendorToStr(), "Acme Optics");
-    EXPECT_EQ(reading.remarks, Texts{std::string("byte 0 is ") + shown +
-                                     "; decoded by byte 128, which names the module QSFP-DD "
-                                     "(0x18)"});
+    EXPECT_EQ(RemarksBesidePlaces(reading),
+              Texts{std::string("byte 0 is ") + shown +
+                    "; decoded by byte 128, which names the module QSFP-DD "
+                    "(0x18)"});
   }
 }
 
@@ -800,8 +919,9 @@ TEST(ModulePages, RemarkAMissingMultiplier) {
   cable_info::module_memory::PutPage(pages, Page::k11, Half(image, 5));
   const ModuleReading reading = ReadModule(pages);
   EXPECT_EQ(reading.phy->module->tx_bias[1], 2001);
-  EXPECT_EQ(reading.remarks, Texts{"page 01h with the multiplier of the bias currents is missing; "
-                                   "it is taken as 1"});
+  EXPECT_EQ(RemarksBesidePlaces(reading),
+            Texts{"page 01h with the multiplier of the bias currents is missing; "
+                  "it is taken as 1"});
 }
 
 TEST(ModulePages, HaveNamesOfTheirOwnForSfp) {

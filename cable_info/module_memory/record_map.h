@@ -1,8 +1,9 @@
 #pragma once
 
-// How the memory map of a module family is written down as data, and read.
+// How records are filled from the memory maps of module families.
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -10,21 +11,15 @@
 #include <string_view>
 #include <type_traits>
 
-#include "cable_info/module_memory/module_image.h"
+#include "cable_info/module_memory/memory_map.h"
 #include "cable_info/phy_cable_record.h"
 
 namespace cable_info::module_memory {
 
-/// Bits of a byte, as the standards write them: 7..4. All eight unless something else is said.
-struct Bits {
-  std::uint8_t high = 7;
-  std::uint8_t low = 0;
-};
-
 /// The bytes of one field, all of them known unless it is a text.
-class FieldValue {
+class FieldBytes {
  public:
-  FieldValue(const std::uint8_t* bytes, std::size_t count, Bits bits)
+  FieldBytes(const std::uint8_t* bytes, std::size_t count, Extent bits)
       : bytes_(bytes), size_(count), bits_(bits) {}
 
   std::size_t size() const { return size_; }
@@ -50,18 +45,50 @@ class FieldValue {
  private:
   const std::uint8_t* bytes_;
   std::size_t size_;
-  Bits bits_;
+  Extent bits_;
 };
 
-/// A line of a memory map: what the standard calls the field, where it stands, and what takes it.
-template <typename Target>
-struct MapField {
-  std::string_view name;
+/// Bytes of a page, or bits of one byte.
+struct Place {
   Page page = Page::kLower;
-  std::uint8_t byte = 0;   ///< the first
-  std::uint8_t count = 0;  ///< bytes
-  Bits bits;
-  void (*set)(Target& target, const FieldValue& value) = nullptr;
+  std::uint8_t byte = 0;
+  Extent extent = kByte;
+};
+
+/// The places of a family's map. What the map does not have is no place.
+class Places {
+ public:
+  explicit Places(const MemoryMap& map) : map_(map) {}
+
+  /// All bytes of a field.
+  Place Of(Field field) const;
+  /// Bits of the byte that has a field.
+  Place Of(Field field, Extent extent) const;
+  /// The byte that has the field of lane 1, or `bytes` of them.
+  Place Of(LaneField field, std::uint8_t bytes = 1) const;
+  /// Bits of that byte.
+  Place Of(LaneField field, Extent extent) const;
+  /// The value of a quantity, or those of several lanes.
+  Place Value(Quantity quantity, unsigned lanes = 1) const;
+  Place Threshold(Quantity quantity, AlarmLevel level) const;
+  /// The flag of lane 1.
+  Place Flag(Quantity quantity, AlarmLevel level) const;
+  /// The four flags of a map in which that of the high alarm is the lowest bit of a nibble.
+  Place FlagNibble(Quantity quantity) const;
+  /// The byte that has the flag of lane 1, or `bytes` of them.
+  Place FlagBytes(Quantity quantity, AlarmLevel level, std::uint8_t bytes = 1) const;
+
+ private:
+  const MapMonitor* Find(Quantity quantity) const;
+
+  const MemoryMap& map_;
+};
+
+/// A line of a record's map: where a field stands, and what takes it.
+template <typename Target>
+struct RecordField {
+  Place place;
+  void (*set)(Target& target, const FieldBytes& value) = nullptr;
   bool is_text = false;  ///< a text that is cut short is still one
 };
 
@@ -78,19 +105,19 @@ void StoreText(char (&field)[N], std::string_view text) {
 }
 
 template <typename Target, auto kMember>
-void SetNumber(Target& target, const FieldValue& value) {
+void SetNumber(Target& target, const FieldBytes& value) {
   auto& member = target.*kMember;
   member = static_cast<std::remove_reference_t<decltype(member)>>(value.Number());
 }
 
 template <typename Target, auto kPart, auto kMember>
-void SetNumberOf(Target& target, const FieldValue& value) {
+void SetNumberOf(Target& target, const FieldBytes& value) {
   auto& part = target.*kPart;
   SetNumber<std::remove_reference_t<decltype(part)>, kMember>(part, value);
 }
 
 template <typename Target, auto kPart, auto kMember>
-void SetTextOf(Target& target, const FieldValue& value) {
+void SetTextOf(Target& target, const FieldBytes& value) {
   StoreText((target.*kPart).*kMember, value.Text());
 }
 /// @}
@@ -99,40 +126,21 @@ void SetTextOf(Target& target, const FieldValue& value) {
 inline constexpr std::size_t kLongestField = 64;
 
 /// Reads a field into `bytes`; returns how many bytes of it are known from its first one on.
-std::size_t ReadField(const ModuleImage& image, Page page, std::size_t byte, std::size_t count,
+std::size_t ReadField(const ModuleImage& image, const Place& place,
                       std::uint8_t (&bytes)[kLongestField]);
 
 /// Sets what the image tells; what it lacks stays as it is.
 template <typename Target, std::size_t N>
-void SetFields(const ModuleImage& image, const MapField<Target> (&map)[N], Target& target) {
-  for (const MapField<Target>& field : map) {
-    std::uint8_t bytes[kLongestField] = {};
-    const std::size_t known = ReadField(image, field.page, field.byte, field.count, bytes);
-    if (known == 0 || (known < field.count && !field.is_text)) continue;
-    field.set(target, FieldValue(bytes, known, field.bits));
+void SetFields(const ModuleImage& image, const std::array<RecordField<Target>, N>& map,
+               Target& target) {
+  for (const RecordField<Target>& field : map) {
+    const Place& place = field.place;
+    std::uint8_t bytes[kLongestField];
+    const std::size_t known = ReadField(image, place, bytes);
+    if (known == 0 || (known < place.extent.bytes && !field.is_text)) continue;
+    field.set(target, FieldBytes(bytes, known, place.extent));
   }
 }
-
-/// Bytes whose sum, cut to 8 bits, stands in another byte of the same page.
-struct Checksum {
-  Page page;
-  std::uint8_t first;
-  std::uint8_t last;
-  std::uint8_t stored;
-};
-
-/// The checksums of a module family, in a table that lives as long as the program.
-class ChecksumList {
- public:
-  template <std::size_t N>
-  explicit constexpr ChecksumList(const Checksum (&table)[N]) : begin_(table), end_(table + N) {}
-  const Checksum* begin() const { return begin_; }
-  const Checksum* end() const { return end_; }
-
- private:
-  const Checksum* begin_;
-  const Checksum* end_;
-};
 
 /// \name What maps have in common
 /// @{

@@ -1,0 +1,294 @@
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+
+#include "cable_info/module_memory/decode.h"
+#include "cable_info/module_memory/record_map.h"
+#include "cable_info/module_memory/records.h"
+
+namespace cable_info::module_memory {
+
+namespace {
+
+constexpr AlarmLevel kHighAlarm = AlarmLevel::kHighAlarm;
+constexpr AlarmLevel kLowAlarm = AlarmLevel::kLowAlarm;
+constexpr AlarmLevel kHighWarning = AlarmLevel::kHighWarning;
+constexpr AlarmLevel kLowWarning = AlarmLevel::kLowWarning;
+
+using cable_info::PhyCableRecord;
+
+constexpr std::uint8_t kSfpFormFactor = 2;
+constexpr std::uint8_t kSeeExtendedRate = 255;
+constexpr std::size_t kLastReading = 105;  // the last byte of what is calibrated
+
+// The four warnings and alarms of one quantity, in the order of the flags.
+struct LevelFlags {
+  std::uint8_t high_alarm = 0;
+  std::uint8_t low_alarm = 0;
+  std::uint8_t high_warning = 0;
+  std::uint8_t low_warning = 0;
+};
+
+// The record on its way, and the bytes that are a field only together with others.
+struct Draft {
+  ModuleRecord module;
+  LatchedFlagsPage flags;
+  LevelFlags temperature;
+  LevelFlags voltage;
+  std::uint16_t smf_length = 0;  // kilometres, and hundreds of metres
+  std::uint8_t om4_or_cable = 0;
+  std::uint8_t om3 = 0;
+  std::uint16_t wavelength = 0;
+  std::uint8_t extended_rate = 0;
+  std::uint8_t options = 0;
+};
+
+template <auto kMember>
+constexpr auto ToModule = SetNumberOf<Draft, &Draft::module, kMember>;
+template <auto kMember>
+constexpr auto ToText = SetTextOf<Draft, &Draft::module, kMember>;
+template <auto kMember>
+constexpr auto ToFlags = SetNumberOf<Draft, &Draft::flags, kMember>;
+template <auto kMember>
+constexpr auto ToDraft = SetNumber<Draft, kMember>;
+
+template <auto kQuantity, auto kFlag>
+constexpr auto ToAlarm = SetNumberOf<Draft, kQuantity, kFlag>;
+
+template <auto kMember>
+void ToLane1(Draft& draft, const FieldBytes& value) {
+  LaneOf(draft.module.*kMember, 1) = value.Word(0);
+}
+
+void ToDate(Draft& draft, const FieldBytes& value) { draft.module.SetDateCode(value.Text()); }
+
+constexpr bool kText = true;
+
+// The fields, and what takes them. The places are those of the family's map.
+const auto& Map() {
+  using F = RecordField<Draft>;
+  static const auto kMap = [] {
+    const Places P(Sff8472Map());
+    return std::array{
+        F{P.Of(Field::kConnector), ToModule<&ModuleRecord::connector_type>},
+        F{P.Of(Field::kNominalBitrate), ToModule<&ModuleRecord::nominal_bitrate>},
+        F{P.Of(Field::kLengthSmf), ToDraft<&Draft::smf_length>},
+        F{P.Of(Field::kLengthOm2), ToModule<&ModuleRecord::length_om2>},
+        F{P.Of(Field::kLengthOm1), ToModule<&ModuleRecord::length_om1>},
+        F{P.Of(Field::kLengthCable), ToDraft<&Draft::om4_or_cable>},
+        F{P.Of(Field::kLengthOm3), ToDraft<&Draft::om3>},
+        F{P.Of(Field::kVendor), ToText<&ModuleRecord::vendor_name>, kText},
+        F{P.Of(Field::kExtendedCompliance), ToModule<&ModuleRecord::compliance_code>},
+        F{P.Of(Field::kOui), ToModule<&ModuleRecord::vendor_oui>},
+        F{P.Of(Field::kPartNumber), ToText<&ModuleRecord::vendor_pn>, kText},
+        F{P.Of(Field::kVendorRevision), ToText<&ModuleRecord::vendor_rev>, kText},
+        F{P.Of(Field::kWavelength), ToDraft<&Draft::wavelength>},
+        F{P.Of(Field::kPowerClass), ToDraft<&Draft::options>},
+        F{P.Of(Field::kExtendedBitrate), ToDraft<&Draft::extended_rate>},
+        F{P.Of(Field::kSerialNumber), ToText<&ModuleRecord::vendor_sn>, kText},
+        F{P.Of(Field::kDateCode), ToDate},
+        F{P.Of(Field::kLot), ToModule<&ModuleRecord::lot>},
+        F{P.Of(Field::kRxPowerType), ToModule<&ModuleRecord::rx_power_type>},
+        F{P.Threshold(Quantity::kTemperature, kHighAlarm),
+          ToModule<&ModuleRecord::temp_high_threshold>},
+        F{P.Threshold(Quantity::kTemperature, kLowAlarm),
+          ToModule<&ModuleRecord::temp_low_threshold>},
+        F{P.Threshold(Quantity::kVoltage, kHighAlarm),
+          ToModule<&ModuleRecord::voltage_high_threshold>},
+        F{P.Threshold(Quantity::kVoltage, kLowAlarm),
+          ToModule<&ModuleRecord::voltage_low_threshold>},
+        F{P.Threshold(Quantity::kTxBias, kHighAlarm),
+          ToModule<&ModuleRecord::tx_bias_high_threshold>},
+        F{P.Threshold(Quantity::kTxBias, kLowAlarm),
+          ToModule<&ModuleRecord::tx_bias_low_threshold>},
+        F{P.Threshold(Quantity::kTxPower, kHighAlarm),
+          ToModule<&ModuleRecord::tx_power_high_threshold>},
+        F{P.Threshold(Quantity::kTxPower, kLowAlarm),
+          ToModule<&ModuleRecord::tx_power_low_threshold>},
+        F{P.Threshold(Quantity::kRxPower, kHighAlarm),
+          ToModule<&ModuleRecord::rx_power_high_threshold>},
+        F{P.Threshold(Quantity::kRxPower, kLowAlarm),
+          ToModule<&ModuleRecord::rx_power_low_threshold>},
+        F{P.Value(Quantity::kTemperature), ToModule<&ModuleRecord::temperature>},
+        F{P.Value(Quantity::kVoltage), ToModule<&ModuleRecord::voltage>},
+        F{P.Value(Quantity::kTxBias), ToLane1<&ModuleRecord::tx_bias>},
+        F{P.Value(Quantity::kTxPower), ToLane1<&ModuleRecord::tx_power>},
+        F{P.Value(Quantity::kRxPower), ToLane1<&ModuleRecord::rx_power>},
+        F{P.Of(LaneField::kRxLos, Bit(1)), ToFlags<&LatchedFlagsPage::latched_rx_los>},
+        F{P.Flag(Quantity::kTemperature, kHighAlarm),
+          ToAlarm<&Draft::temperature, &LevelFlags::high_alarm>},
+        F{P.Flag(Quantity::kTemperature, kLowAlarm),
+          ToAlarm<&Draft::temperature, &LevelFlags::low_alarm>},
+        F{P.Flag(Quantity::kVoltage, kHighAlarm),
+          ToAlarm<&Draft::voltage, &LevelFlags::high_alarm>},
+        F{P.Flag(Quantity::kVoltage, kLowAlarm), ToAlarm<&Draft::voltage, &LevelFlags::low_alarm>},
+        F{P.Flag(Quantity::kTxBias, kHighAlarm),
+          ToFlags<&LatchedFlagsPage::latched_tx_bias_high_alarm>},
+        F{P.Flag(Quantity::kTxBias, kLowAlarm),
+          ToFlags<&LatchedFlagsPage::latched_tx_bias_low_alarm>},
+        F{P.Flag(Quantity::kTxPower, kHighAlarm),
+          ToFlags<&LatchedFlagsPage::latched_tx_power_high_alarm>},
+        F{P.Flag(Quantity::kTxPower, kLowAlarm),
+          ToFlags<&LatchedFlagsPage::latched_tx_power_low_alarm>},
+        F{P.Flag(Quantity::kRxPower, kHighAlarm),
+          ToFlags<&LatchedFlagsPage::latched_rx_power_high_alarm>},
+        F{P.Flag(Quantity::kRxPower, kLowAlarm),
+          ToFlags<&LatchedFlagsPage::latched_rx_power_low_alarm>},
+        F{P.Flag(Quantity::kTemperature, kHighWarning),
+          ToAlarm<&Draft::temperature, &LevelFlags::high_warning>},
+        F{P.Flag(Quantity::kTemperature, kLowWarning),
+          ToAlarm<&Draft::temperature, &LevelFlags::low_warning>},
+        F{P.Flag(Quantity::kVoltage, kHighWarning),
+          ToAlarm<&Draft::voltage, &LevelFlags::high_warning>},
+        F{P.Flag(Quantity::kVoltage, kLowWarning),
+          ToAlarm<&Draft::voltage, &LevelFlags::low_warning>},
+        F{P.Flag(Quantity::kTxBias, kHighWarning),
+          ToFlags<&LatchedFlagsPage::latched_tx_bias_high_warning>},
+        F{P.Flag(Quantity::kTxBias, kLowWarning),
+          ToFlags<&LatchedFlagsPage::latched_tx_bias_low_warning>},
+        F{P.Flag(Quantity::kTxPower, kHighWarning),
+          ToFlags<&LatchedFlagsPage::latched_tx_power_high_warning>},
+        F{P.Flag(Quantity::kTxPower, kLowWarning),
+          ToFlags<&LatchedFlagsPage::latched_tx_power_low_warning>},
+        F{P.Flag(Quantity::kRxPower, kHighWarning),
+          ToFlags<&LatchedFlagsPage::latched_rx_power_high_warning>},
+        F{P.Flag(Quantity::kRxPower, kLowWarning),
+          ToFlags<&LatchedFlagsPage::latched_rx_power_low_warning>},
+    };
+  }();
+  return kMap;
+}
+
+// SFF-8636's technology codes, in the high nibble of the record's technology byte.
+std::uint8_t Technology(const Draft& draft, Sff8472Medium medium) {
+  if (medium == Sff8472Medium::kPassiveCable || medium == Sff8472Medium::kCopper) return 0xA0;
+  if (medium == Sff8472Medium::kActiveCable) return 0xC0;
+  switch (draft.wavelength) {
+    case 850:
+      return 0x00;
+    case 1310:
+      return 0x40;
+    case 1490:
+      return 0x90;
+    case 1550:
+      return 0x50;
+    default:
+      return 0x80;  // others
+  }
+}
+
+std::uint16_t SmfLength(const Draft& draft) {
+  constexpr unsigned kTenthsOfKilometre = 1U << 8;
+  const unsigned kilometres = draft.smf_length >> 8U;
+  const unsigned hundreds = draft.smf_length & 0xFFU;
+  if (kilometres != 0) return static_cast<std::uint16_t>(kilometres);
+  return static_cast<std::uint16_t>(hundreds == 0 ? 0 : kTenthsOfKilometre | hundreds);
+}
+
+// The lengths of fibre are those of optics; cables and copper modules have other things there.
+void FinishIdentity(Draft& draft, Sff8472Medium medium) {
+  ModuleRecord& module = draft.module;
+  module.cable_technology = Technology(draft, medium);
+  module.power_class = static_cast<std::uint8_t>(Sff8472PowerLevel(draft.options));
+  if (module.nominal_bitrate == kSeeExtendedRate) module.extended_bitrate = draft.extended_rate;
+  if (medium == Sff8472Medium::kOptical) {
+    module.smf_length = SmfLength(draft);
+    module.length_om4 = draft.om4_or_cable;
+    module.length_om3 = draft.om3;
+  } else {
+    module.cable_length = draft.om4_or_cable;
+    module.length_om2 = 0;
+    module.length_om1 = 0;
+  }
+}
+
+// The nearest word; values that are no number have none.
+std::uint16_t Word(double value) {
+  constexpr double kHighest = 65535.0;
+  if (std::isnan(value)) return 0;
+  return static_cast<std::uint16_t>(std::lround(std::clamp(value, 0.0, kHighest)));
+}
+
+std::uint16_t SignedWord(double value) {
+  constexpr double kLowest = -32768.0;
+  constexpr double kHighest = 32767.0;
+  return static_cast<std::uint16_t>(std::lround(std::clamp(value, kLowest, kHighest)));
+}
+
+void Calibrate(std::uint16_t& value, const Sff8472Calibration::Line& line) {
+  value = Word(line.At(value));
+}
+
+void CalibrateTemperature(std::uint16_t& value, const Sff8472Calibration::Line& line) {
+  if (value != kNoTemperature) value = SignedWord(line.At(std::int16_t(value)));
+}
+
+// Values and thresholds alike are those of the converter until they are calibrated.
+void CalibrateExternally(ModuleRecord& module, const Sff8472Calibration& constants) {
+  for (std::uint16_t* value :
+       {&module.temperature, &module.temp_high_threshold, &module.temp_low_threshold}) {
+    CalibrateTemperature(*value, constants.temperature);
+  }
+  for (std::uint16_t* value :
+       {&module.voltage, &module.voltage_high_threshold, &module.voltage_low_threshold}) {
+    Calibrate(*value, constants.voltage);
+  }
+  for (std::uint16_t* value : {&LaneOf(module.tx_bias, 1), &module.tx_bias_high_threshold,
+                               &module.tx_bias_low_threshold}) {
+    Calibrate(*value, constants.tx_bias);
+  }
+  for (std::uint16_t* value : {&LaneOf(module.tx_power, 1), &module.tx_power_high_threshold,
+                               &module.tx_power_low_threshold}) {
+    Calibrate(*value, constants.tx_power);
+  }
+  for (std::uint16_t* value : {&LaneOf(module.rx_power, 1), &module.rx_power_high_threshold,
+                               &module.rx_power_low_threshold}) {
+    *value = Word(constants.RxPower(*value));
+  }
+}
+
+std::uint8_t ModuleFlags(const LevelFlags& flags) {
+  return static_cast<std::uint8_t>(flags.high_alarm | flags.low_alarm << 1 |
+                                   flags.high_warning << 2 | flags.low_warning << 3);
+}
+
+Draft UnknownModule() {
+  Draft draft;
+  draft.module.cable_identifier = kSfpFormFactor;
+  StoreText(draft.module.vendor_name, "NA");
+  draft.module.power_unit_flag = 1;  // powers are in units of 0.1 uW
+  draft.module.temperature = kNoTemperature;
+  draft.module.temp_high_threshold = kNoTemperature;
+  draft.module.temp_low_threshold = kNoTemperature;
+  return draft;
+}
+
+}  // namespace
+
+std::unique_ptr<PhyCableRecord> CableFromSff8472(const ModuleImage& image,
+                                                 std::vector<std::string>& remarks) {
+  Draft draft = UnknownModule();
+  SetFields<Draft>(image, Map(), draft);
+  FinishIdentity(draft, Sff8472MediumOf(image));
+
+  auto record = std::make_unique<PhyCableRecord>();
+  // Whether there are diagnostics is asked of A2h itself: modules exist that have them and deny it.
+  if (image.Has(Page::kA2)) {
+    const bool has_readings = image.At(Page::kA2, kLastReading).has_value();
+    const bool is_external = AskBit(image, Page::kA0, 92, 4) == Advertised::kYes &&
+                             AskBit(image, Page::kA0, 92, 5) != Advertised::kYes;
+    if (has_readings && is_external) {
+      CalibrateExternally(draft.module, Sff8472CalibrationOf(image));
+    }
+    draft.flags.latched_temperature_flags = ModuleFlags(draft.temperature);
+    draft.flags.latched_voltage_flags = ModuleFlags(draft.voltage);
+    record->latched_flags = std::make_unique<LatchedFlagsPage>(draft.flags).release();
+    if (AskBit(image, Page::kA2, 110, 0) == Advertised::kYes) {
+      remarks.emplace_back("the module says that its data is not ready");
+    }
+  }
+  record->module = std::make_unique<ModuleRecord>(draft.module).release();
+  return record;
+}
+
+}  // namespace cable_info::module_memory
