@@ -6,13 +6,14 @@ _cableinfo() {
   port_options+=' --port --strict --quiet'
   COMPREPLY=()
   if [ "$COMP_CWORD" -eq 1 ]; then
-    mapfile -t COMPREPLY < <(compgen -W 'table report export check columns --help --version' -- "$word")
+    mapfile -t COMPREPLY < <(compgen -W 'table report export module check columns --help --version' -- "$word")
     return
   fi
   local options
   case ${COMP_WORDS[1]} in
     table) options="$port_options --columns --json --no-header --rfc4180" ;;
     check) options="$port_options --config --json --plugin --rules --set" ;;
+    module) options="$port_options --json" ;;
     report | export) options=$port_options ;;
     columns) options='--help --json' ;;
   esac
