@@ -18,7 +18,7 @@ enum class OnBadPort { kContinue, kStop };
 
 /// A message about a line.
 struct LineMessage {
-  std::uint64_t line;
+  std::uint64_t line = 0;
   Message message;
 };
 

@@ -20,29 +20,27 @@ constexpr std::array<std::uint8_t, 256> HexDigits() {
 }
 constexpr auto kHexDigits = HexDigits();
 
-std::optional<std::uint64_t> HexCode(std::string_view text) {
-  if (text.size() < 3 || text[0] != '0' || text[1] != 'x') return std::nullopt;
+bool ReadHexCode(std::string_view text, std::uint64_t& code) {
+  if (text.size() < 3 || text[0] != '0' || text[1] != 'x') return false;
   text.remove_prefix(2);
-  std::uint64_t code = 0;
+  code = 0;
   for (const char c : text) {
     const std::uint8_t digit = kHexDigits[static_cast<unsigned char>(c)];
-    if (digit == 16 || code >> 60 != 0) return std::nullopt;
+    if (digit == 16 || code >> 60 != 0) return false;
     code = code << 4 | digit;
   }
-  return code;
+  return true;
 }
 
-// The integer that a value stands for, however it is written: 31, 31.0 or "0x1f".
-std::optional<std::uint64_t> Unsigned(simdjson::dom::element json) {
-  std::uint64_t number = 0;
-  if (json.get(number) == simdjson::SUCCESS) return number;
-  std::string_view text;
-  if (json.get(text) == simdjson::SUCCESS) return HexCode(text);
+// The integer that a number stands for, however it is written; false where it is none.
+bool ReadNumber(simdjson::dom::element json, std::uint64_t& number) {
+  if (json.get(number) == simdjson::SUCCESS) return true;
   constexpr double kEnd = 18446744073709551616.0;  // 2^64
   double real = 0.0;
   const bool is_integer = json.is_double() && json.get(real) == simdjson::SUCCESS && real >= 0.0 &&
                           real < kEnd && std::trunc(real) == real;
-  return is_integer ? std::optional(static_cast<std::uint64_t>(real)) : std::nullopt;
+  if (is_integer) number = static_cast<std::uint64_t>(real);
+  return is_integer;
 }
 
 // True for what stands for a number that no 64-bit float can hold; see `Representable`.
@@ -79,19 +77,20 @@ bool Value::FailAsUnknownKey(std::span<const std::string_view> known_keys) const
   return false;
 }
 
-std::optional<std::uint64_t> UnsignedUpTo(std::uint64_t highest, const Value& value) {
-  const std::optional<std::uint64_t> number = Unsigned(value.json);
-  if (number && *number <= highest) return number;
-  value.Expected("an integer from 0 to " + std::to_string(highest));
-  return std::nullopt;
+bool AssignInteger(std::uint64_t& target, std::uint64_t highest, const Value& value) {
+  std::string_view text;
+  const bool is_integer = value.json.get(text) == simdjson::SUCCESS
+                              ? ReadHexCode(text, target)
+                              : ReadNumber(value.json, target);
+  if (is_integer && target <= highest) return true;
+  return value.Expected("an integer from 0 to " + std::to_string(highest));
 }
 
 bool Assign(bool& target, const Value& value) {
   if (value.json.get(target) == simdjson::SUCCESS) return true;
-  const std::optional<std::uint64_t> number =
-      value.json.is_number() ? Unsigned(value.json) : std::nullopt;
-  if (!number || *number > 1) return value.Expected("true or false");
-  target = *number == 1;
+  std::uint64_t number = 0;
+  if (!ReadNumber(value.json, number) || number > 1) return value.Expected("true or false");
+  target = number == 1;
   return true;
 }
 

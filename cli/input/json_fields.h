@@ -71,15 +71,18 @@ class Value {
 /// Each function stores a value that fits the type of the member, or returns false.
 /// @{
 
-/// An integer, or hexadecimal text such as "0x1f".
-std::optional<std::uint64_t> UnsignedUpTo(std::uint64_t highest, const Value& value);
+/// Any way to write an integer, such as 31, 31.0 or "0x1f".
+bool AssignInteger(std::uint64_t& target, std::uint64_t highest, const Value& value);
 
 template <typename Unsigned>
 requires std::is_unsigned_v<Unsigned>
 bool Assign(Unsigned& target, const Value& value) {
-  const auto number = UnsignedUpTo(std::numeric_limits<Unsigned>::max(), value);
-  if (number) target = static_cast<Unsigned>(*number);
-  return number.has_value();
+  constexpr std::uint64_t kHighest = std::numeric_limits<Unsigned>::max();
+  std::uint64_t number = 0;
+  const bool is_plain = value.json.get(number) == simdjson::SUCCESS && number <= kHighest;
+  if (!is_plain && !AssignInteger(number, kHighest, value)) return false;
+  target = static_cast<Unsigned>(number);
+  return true;
 }
 
 /// true, false, 1 or 0.

@@ -77,17 +77,18 @@ std::optional<std::string> Representable(std::string_view line) {
     const std::size_t end = std::min(line.find_first_not_of(kNumberCharacters, i), line.size());
     const std::string_view token = line.substr(i, end - i);
     i = end;
-    if (!IsNumber(token)) {
-      out += token;
-    } else if (IsTooLarge(token)) {
+    const bool is_number = IsNumber(token);
+    if (is_number && IsTooLarge(token)) {
       out += token.front() == '-' ? "-1.7976931348623157e308" : "1.7976931348623157e308";
       is_changed = true;
-    } else if (IsInteger(token) && !Holds<std::uint64_t>(token) && !Holds<std::int64_t>(token)) {
-      out += token;
+      continue;
+    }
+    out += token;
+    const bool is_long_integer = is_number && IsInteger(token) && !Holds<std::uint64_t>(token) &&
+                                 !Holds<std::int64_t>(token);
+    if (is_long_integer) {
       out += "e0";
       is_changed = true;
-    } else {
-      out += token;
     }
   }
   return is_changed ? std::optional(out) : std::nullopt;
