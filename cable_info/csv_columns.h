@@ -94,7 +94,8 @@ struct CsvColumn {
 };
 
 /// Makes `kCsvColumns`, which is the table to use.
-constexpr std::array<CsvColumn, 177> MakeCsvColumns() {  // NOLINT(readability-function-size): a table
+// NOLINTNEXTLINE(readability-function-size): a table
+constexpr std::array<CsvColumn, 177> MakeCsvColumns() {
   using F = CsvForm;
   // clang-format off
   return {{
