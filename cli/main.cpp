@@ -77,6 +77,8 @@ ExitStatus Run(int argc, char** argv) {
   cli::AddReportCommand(app, action);
   cli::AddExportCommand(app, action);
   cli::AddCheckCommand(app, action);
+  cli::AddMetricsCommand(app, action);
+  cli::AddStoreCommand(app, action);
   cli::AddModuleCommand(app, action);
   cli::AddColumnsCommand(app, action);
   try {

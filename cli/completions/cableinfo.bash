@@ -6,7 +6,7 @@ _cableinfo() {
   port_options+=' --port --strict --quiet'
   COMPREPLY=()
   if [ "$COMP_CWORD" -eq 1 ]; then
-    mapfile -t COMPREPLY < <(compgen -W 'table report export module check columns --help --version' -- "$word")
+    mapfile -t COMPREPLY < <(compgen -W 'table report export module check metrics store columns --help --version' -- "$word")
     return
   fi
   local options
@@ -15,6 +15,8 @@ _cableinfo() {
     check) options="$port_options --config --json --plugin --rules --set" ;;
     module) options="$port_options --json" ;;
     report | export) options=$port_options ;;
+    metrics) options=$port_options ;;
+    store) options="${port_options/ --output/} --keep --taken-at" ;;
     columns) options='--help --json' ;;
   esac
   if [[ $word == -* && $previous != -o && $previous != --output ]]; then

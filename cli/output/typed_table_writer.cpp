@@ -12,6 +12,7 @@
 #include "cable_info/csv_columns.h"
 #include "cable_info/text/text_buffer.h"
 #include "cli/output/json_text.h"
+#include "cli/output/utf8_text.h"
 
 namespace cli {
 
@@ -47,21 +48,6 @@ void WriteLine(std::ostream& os, const TextBuffer& line) {
 
 constexpr std::string_view kCsvLineEnd = "\r\n";
 
-// A byte as the UTF-8 of the code point of the same number. A NUL, which readers written in C take
-// for the end of a text, becomes its symbol, U+2400; no byte has that code point.
-void AppendByte(TextBuffer& out, unsigned char byte) {
-  constexpr unsigned kFirstBeyondAscii = 0x80;
-  constexpr std::string_view kSymbolForNul = "\xE2\x90\x80";
-  if (byte == 0) {
-    out.Append(kSymbolForNul);
-  } else if (byte < kFirstBeyondAscii) {
-    out.Append(static_cast<char>(byte));
-  } else {
-    out.Append(static_cast<char>(0xC0U | byte >> 6U));
-    out.Append(static_cast<char>(0x80U | (byte & 0x3FU)));
-  }
-}
-
 class Rfc4180Cells : public CellSink {
  public:
   void Text(std::string_view text) override {
@@ -69,7 +55,7 @@ class Rfc4180Cells : public CellSink {
     if (is_quoted) row_.out().Append('"');
     for (const char c : text) {
       if (c == '"') row_.out().Append('"');
-      AppendByte(row_.out(), static_cast<unsigned char>(c));
+      AppendByteAsUtf8(row_.out(), static_cast<unsigned char>(c));
     }
     if (is_quoted) row_.out().Append('"');
     row_.EndCell();

@@ -217,7 +217,7 @@ class Mistakes(ProgramTest):
 
     def test_unknown_commands_are_named(self):
         for word, hint in (("tabel", 'did you mean "table"?'), ("colums", 'did you mean "columns"?'),
-                           ("xyz", "the commands are table, report, export, check, module, columns")):
+                           ("xyz", "the commands are table, report, export, check, metrics, store, module, columns")):
             result = run(word, "file")
             self.assertEqual((result.returncode, result.stdout), (2, b""))
             self.assertIn(f'cableinfo: unknown command "{word}"; {hint}', result.stderr.decode())

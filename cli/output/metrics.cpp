@@ -1,0 +1,341 @@
+#include "cli/output/metrics.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+#include <optional>
+#include <ostream>
+#include <sstream>
+
+#include "cable_info/readings/readings.h"
+#include "cable_info/text/text_buffer.h"
+#include "cli/output/utf8_text.h"
+
+namespace cli {
+
+namespace {
+
+using cable_info::Bound;
+using cable_info::CodeAndName;
+using cable_info::Finding;
+using cable_info::LaneFlag;
+using cable_info::Quantity;
+using cable_info::Reading;
+using cable_info::Readings;
+using cable_info::Verdict;
+using cable_info::text::TextBuffer;
+
+// ---------------------------------------------------------------------------------------------
+// Families
+// ---------------------------------------------------------------------------------------------
+
+struct Family {
+  std::string_view name;
+  std::string_view unit;  // empty: a plain number; otherwise the end of the name
+  std::string_view help;
+};
+
+// Values and thresholds are in the order of `Quantity`.
+constexpr std::size_t kFirstValue = 0;
+constexpr std::size_t kFirstDbm = 5;
+constexpr std::size_t kFirstThreshold = 7;
+constexpr std::size_t kFlag = 12;
+constexpr std::size_t kLaneFlag = 13;
+constexpr std::size_t kInfo = 14;
+
+constexpr std::array<Family, kPortFamilies> kFamilies = {{
+    {"cableinfo_temperature_celsius", "celsius", "Temperature of the module."},
+    {"cableinfo_voltage_volts", "volts", "Supply voltage of the module."},
+    {"cableinfo_rx_power_watts", "watts", "Received optical power of a lane."},
+    {"cableinfo_tx_power_watts", "watts", "Transmitted optical power of a lane."},
+    {"cableinfo_tx_bias_amperes", "amperes", "Laser bias current of a lane."},
+    {"cableinfo_rx_power_dbm", "dbm", "Received optical power of a lane; absent without light."},
+    {"cableinfo_tx_power_dbm", "dbm", "Transmitted optical power of a lane; absent without light."},
+    {"cableinfo_temperature_threshold_celsius", "celsius",
+     "Threshold of the module's temperature."},
+    {"cableinfo_voltage_threshold_volts", "volts", "Threshold of the module's supply voltage."},
+    {"cableinfo_rx_power_threshold_watts", "watts", "Threshold of a lane's received power."},
+    {"cableinfo_tx_power_threshold_watts", "watts", "Threshold of a lane's transmitted power."},
+    {"cableinfo_tx_bias_threshold_amperes", "amperes", "Threshold of a lane's bias current."},
+    {"cableinfo_flag_raised", "", "Latched flag of a monitor; present only while it is raised."},
+    {"cableinfo_lane_flag_raised", "", "Latched flag of a lane; present only while it is raised."},
+    {"cableinfo_module_info", "", "What identifies the cable or module; always 1."},
+}};
+constexpr Family kVerdict = {"cableinfo_verdict", "",
+                             "Verdict on a port: 0 ok, 1 unknown, 2 warning, 3 critical."};
+constexpr Family kFinding = {"cableinfo_finding", "",
+                             "Finding of a rule; present only while there is one."};
+constexpr Family kPorts = {"cableinfo_ports", "", "Number of ports with a verdict."};
+
+void WriteFamily(std::ostream& os, const Family& family, std::string_view samples) {
+  if (samples.empty()) return;
+  os << "# HELP " << family.name << ' ' << family.help << '\n';
+  os << "# TYPE " << family.name << " gauge\n";
+  if (!family.unit.empty()) os << "# UNIT " << family.name << ' ' << family.unit << '\n';
+  os << samples;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Samples
+// ---------------------------------------------------------------------------------------------
+
+// The value of a label, between double quotes.
+void AppendLabelValue(TextBuffer& out, std::string_view text, bool is_utf8) {
+  out.Append('"');
+  for (const char c : text) {
+    if (c == '"' || c == '\\') {
+      out.Append('\\').Append(c);
+    } else if (c == '\n') {
+      out.Append("\\n");
+    } else if (is_utf8 && c != '\0') {
+      out.Append(c);
+    } else {
+      AppendByteAsUtf8(out, static_cast<unsigned char>(c));
+    }
+  }
+  out.Append('"');
+}
+
+// One sample, "name{labels} value\n", written label by label.
+class Sample {
+ public:
+  Sample(TextBuffer& out, const Family& family, std::string_view port_labels) : out_(out) {
+    out_.Append(family.name).Append('{').Append(port_labels);
+  }
+
+  Sample& Label(std::string_view name, std::string_view value) {
+    out_.Append(',').Append(name).Append('=');
+    AppendLabelValue(out_, value, false);
+    return *this;
+  }
+  Sample& LabelIfAny(std::string_view name, std::string_view value) {
+    return value.empty() ? *this : Label(name, value);
+  }
+  // Nothing for the module itself.
+  Sample& Lane(int lane) {
+    if (lane != 0) out_.Append(",lane=\"").AppendDecimal(lane).Append('"');
+    return *this;
+  }
+  void Value(double value) {
+    constexpr int kDigits = 7;  // all that a `float` holds
+    constexpr std::size_t kCapacity = 32;
+    out_.Append("} ");
+    out_.AppendWithin(kCapacity, [value](char* to) {
+      return std::to_chars(to, to + kCapacity, value, std::chars_format::general, kDigits).ptr;
+    });
+    out_.Append('\n');
+  }
+
+ private:
+  TextBuffer& out_;
+};
+
+bool IsUtf8(std::string_view text) {
+  for (std::size_t i = 0; i < text.size();) {
+    const auto first = static_cast<unsigned char>(text[i]);
+    const std::size_t size = first < 0x80                    ? 1
+                             : first >= 0xC2 && first < 0xE0 ? 2
+                             : first >= 0xE0 && first < 0xF0 ? 3
+                             : first >= 0xF0 && first < 0xF5 ? 4
+                                                             : 0;
+    if (size == 0 || i + size > text.size()) return false;
+    for (std::size_t k = 1; k < size; ++k) {
+      if ((static_cast<unsigned char>(text[i + k]) & 0xC0U) != 0x80) return false;
+    }
+    i += size;
+  }
+  return true;
+}
+
+// The labels that all samples of a port begin with.
+std::string PortLabels(std::uint64_t node_guid, cable_info::PortId id, std::string_view label) {
+  TextBuffer out;
+  out.Append("node_guid=\"");
+  AppendGuid(out, node_guid);
+  out.Append("\",port_guid=\"");
+  AppendGuid(out, id.guid);
+  out.Append("\",port_num=\"").AppendDecimal(id.number).Append('"');
+  if (!label.empty()) {
+    out.Append(",label=");
+    AppendLabelValue(out, label, IsUtf8(label));
+  }
+  return std::string(out.view());
+}
+
+// Values of a reading are in its own unit, those of a sample in the base unit.
+double InBaseUnit(Quantity quantity, double value) {
+  constexpr double kMilli = 1000;
+  const bool is_base = quantity == Quantity::kTemperature || quantity == Quantity::kVoltage;
+  return is_base ? value : value / kMilli;
+}
+
+class PortSamples {
+ public:
+  explicit PortSamples(const Port& port)
+      : labels_(PortLabels(port.node_guid, {port.port_guid, port.number}, port.label)) {}
+
+  std::string_view operator[](std::size_t family) const { return samples_[family].view(); }
+
+  void Add(const Readings& port) {
+    for (const Reading& reading : port) {
+      AddValue(reading);
+      AddThresholds(reading);
+      AddFlags(reading);
+    }
+    for (const LaneFlag flag : cable_info::kAllLaneFlags) AddLaneFlags(port, flag);
+    if (port.has_data) AddInfo(port);
+  }
+
+ private:
+  Sample Begin(std::size_t family) { return {samples_[family], kFamilies[family], labels_}; }
+
+  void AddValue(const Reading& reading) {
+    if (!reading.IsPresent()) return;
+    const auto quantity = static_cast<std::size_t>(reading.quantity);
+    Begin(kFirstValue + quantity)
+        .Lane(reading.lane)
+        .Value(InBaseUnit(reading.quantity, static_cast<double>(reading.value)));
+    const std::optional<double> dbm = reading.Dbm();
+    if (!dbm) return;
+    const auto first_power = static_cast<std::size_t>(Quantity::kRxPower);
+    Begin(kFirstDbm + quantity - first_power).Lane(reading.lane).Value(*dbm);
+  }
+
+  void AddThresholds(const Reading& reading) {
+    if (!reading.IsPresent()) return;
+    for (const Bound bound : cable_info::kAllBounds) {
+      const std::optional<float> threshold = reading.Threshold(bound);
+      if (!threshold) continue;
+      Begin(kFirstThreshold + static_cast<std::size_t>(reading.quantity))
+          .Lane(reading.lane)
+          .Label("bound", BoundName(bound))
+          .Value(InBaseUnit(reading.quantity, static_cast<double>(*threshold)));
+    }
+  }
+
+  void AddFlags(const Reading& reading) {
+    for (const Bound bound : cable_info::kAllBounds) {
+      if (!reading.Latched(bound).value_or(false)) continue;
+      Begin(kFlag)
+          .Lane(reading.lane)
+          .Label("quantity", QuantityName(reading.quantity))
+          .Label("bound", BoundName(bound))
+          .Value(1);
+    }
+  }
+
+  void AddLaneFlags(const Readings& port, LaneFlag flag) {
+    std::string name(RuleName(LaneFlagRule(flag)));
+    std::replace(name.begin(), name.end(), '-', '_');
+    for (int lane = 1; lane <= cable_info::kMostLanes; ++lane) {
+      if (port.Of(flag).IsRaised(lane)) Begin(kLaneFlag).Lane(lane).Label("flag", name).Value(1);
+    }
+  }
+
+  void AddInfo(const Readings& port) {
+    const cable_info::Identity& identity = port.identity;
+    const auto name = [](const std::optional<CodeAndName>& code) -> std::string_view {
+      return code ? std::string_view(code->name) : std::string_view();
+    };
+    Begin(kInfo)
+        .LabelIfAny("vendor", identity.vendor)
+        .LabelIfAny("part_number", identity.part_number)
+        .LabelIfAny("serial_number", identity.serial_number)
+        .LabelIfAny("revision", identity.revision)
+        .LabelIfAny("firmware", identity.firmware)
+        .LabelIfAny("form_factor", name(port.identifier))
+        .LabelIfAny("type", name(port.technology))
+        .Value(1);
+  }
+
+  std::string labels_;
+  std::array<TextBuffer, kPortFamilies> samples_;
+};
+
+// ---------------------------------------------------------------------------------------------
+// From one thread to another
+// ---------------------------------------------------------------------------------------------
+
+// A port, followed by its samples family by family and by its judgement. Only this program reads
+// it, in the same run.
+struct Head {
+  std::uint64_t guid;
+  std::uint32_t number;
+  std::array<std::uint32_t, kPortFamilies> samples;  // the sizes of the texts
+  std::uint32_t judgement;
+};
+
+}  // namespace
+
+void WritePortMetrics(std::ostream& os, const Port& port,
+                      const cable_info::RuleSettings& settings) {
+  PortSamples samples(port);
+  samples.Add(ReadingsOf(port));
+  std::ostringstream judgement;
+  WriteJudgedPort(judgement, port, settings);
+  Head head{};
+  head.guid = port.port_guid;
+  head.number = port.number;
+  for (std::size_t i = 0; i < kPortFamilies; ++i) {
+    head.samples[i] = static_cast<std::uint32_t>(samples[i].size());
+  }
+  head.judgement = static_cast<std::uint32_t>(judgement.view().size());
+  os.write(reinterpret_cast<const char*>(&head), sizeof(head));
+  for (std::size_t i = 0; i < kPortFamilies; ++i) os << samples[i];
+  os << judgement.view();
+}
+
+void Metrics::Add(std::string_view ports) {
+  const auto take = [&ports](std::size_t size) {
+    const std::string_view text = ports.substr(0, size);
+    ports.remove_prefix(size);
+    return text;
+  };
+  while (!ports.empty()) {
+    Head head;
+    std::memcpy(&head, take(sizeof(head)).data(), sizeof(head));
+    const bool is_new = ports_.emplace(head.guid, head.number).second;
+    for (std::size_t i = 0; i < kPortFamilies; ++i) {
+      const std::string_view text = take(head.samples[i]);
+      if (is_new) samples_[i] += text;
+    }
+    const std::string_view judgement = take(head.judgement);
+    if (is_new) judged_.Add(judgement);
+  }
+}
+
+void Metrics::WriteTo(std::ostream& os) {
+  judged_.Finish();
+  TextBuffer verdicts;
+  TextBuffer findings;
+  for (std::size_t port = 0; port < judged_.size(); ++port) {
+    const std::string labels =
+        PortLabels(judged_.NodeGuidOf(port), judged_.IdOf(port), judged_.LabelOf(port));
+    Sample(verdicts, kVerdict, labels).Value(static_cast<double>(judged_.VerdictOf(port)));
+    const std::vector<Finding> found = judged_.FindingsOf(port);
+    for (auto finding = found.begin(); finding != found.end(); ++finding) {
+      const auto is_same = [&](const Finding& other) {
+        return other.rule == finding->rule && other.lane == finding->lane;
+      };
+      if (std::find_if(found.begin(), finding, is_same) != finding) continue;
+      Sample(findings, kFinding, labels)
+          .Lane(finding->lane)
+          .Label("rule", RuleName(finding->rule))
+          .Label("severity", SeverityName(finding->severity))
+          .Value(1);
+    }
+  }
+  TextBuffer ports;
+  for (std::size_t i = 0; i < cable_info::kVerdicts; ++i) {
+    const auto verdict = static_cast<Verdict>(i);
+    ports.Append(kPorts.name).Append("{verdict=\"").Append(VerdictName(verdict)).Append("\"} ");
+    ports.AppendDecimal(static_cast<std::int64_t>(judged_.CountOf(verdict))).Append('\n');
+  }
+  for (std::size_t i = 0; i < kPortFamilies; ++i) WriteFamily(os, kFamilies[i], samples_[i]);
+  WriteFamily(os, kVerdict, verdicts.view());
+  WriteFamily(os, kFinding, findings.view());
+  WriteFamily(os, kPorts, ports.view());
+  os << "# EOF\n";
+}
+
+}  // namespace cli

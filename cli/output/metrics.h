@@ -1,0 +1,43 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <iosfwd>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "cable_info/readings/rules.h"
+#include "cli/input/port.h"
+#include "cli/output/check_result.h"
+
+namespace cli {
+
+/// The number of families that are written port by port.
+inline constexpr std::size_t kPortFamilies = 15;
+
+/// Writes the samples of a port, in a form that `Metrics::Add` reads. Any thread may do so.
+void WritePortMetrics(std::ostream& os, const Port& port, const cable_info::RuleSettings& settings);
+
+/// The metrics of all ports of a run, as OpenMetrics text that is also valid in the text format of
+/// Prometheus. The format wants all samples of a family in one place, so that their text is kept
+/// until the last port is there.
+class Metrics {
+ public:
+  explicit Metrics(const cable_info::RuleSettings& settings) : judged_(settings) {}
+
+  /// Adds the ports that `WritePortMetrics` wrote one after the other. Of ports with the same GUIDs
+  /// and number, the first counts: a monitoring system could not tell them apart.
+  void Add(std::string_view ports);
+  /// Judges the fabric, and writes all families. To be called once.
+  void WriteTo(std::ostream& os);
+
+ private:
+  std::array<std::string, kPortFamilies> samples_;
+  std::set<std::pair<std::uint64_t, std::uint32_t>> ports_;
+  CheckResult judged_;
+};
+
+}  // namespace cli

@@ -1,0 +1,114 @@
+#include "cli/output/store_schema.h"
+
+#include <string_view>
+
+#include "cable_info/csv_columns.h"
+
+namespace cli {
+
+namespace {
+
+using cable_info::CsvColumn;
+using cable_info::CsvForm;
+using cable_info::kCsvColumns;
+
+constexpr std::string_view kTables = R"(
+CREATE TABLE snapshot (
+  id INTEGER PRIMARY KEY AUTOINCREMENT,
+  taken_at TEXT NOT NULL,
+  input TEXT NOT NULL,
+  version TEXT NOT NULL
+);
+CREATE TABLE reading (
+  snapshot_id INTEGER NOT NULL REFERENCES snapshot (id) ON DELETE CASCADE,
+  node_guid TEXT NOT NULL,
+  port_guid TEXT NOT NULL,
+  port_num INTEGER NOT NULL,
+  label TEXT,
+  quantity TEXT NOT NULL,
+  lane INTEGER NOT NULL,
+  value REAL,
+  unit TEXT NOT NULL,
+  high_alarm REAL,
+  low_alarm REAL,
+  high_warning REAL,
+  low_warning REAL,
+  flags INTEGER,
+  PRIMARY KEY (snapshot_id, port_guid, port_num, quantity, lane)
+) WITHOUT ROWID;
+CREATE TABLE finding (
+  id INTEGER PRIMARY KEY,
+  snapshot_id INTEGER NOT NULL REFERENCES snapshot (id) ON DELETE CASCADE,
+  node_guid TEXT NOT NULL,
+  port_guid TEXT NOT NULL,
+  port_num INTEGER NOT NULL,
+  label TEXT,
+  rule TEXT NOT NULL,
+  severity TEXT NOT NULL,
+  lane INTEGER NOT NULL,
+  value REAL,
+  limit_value REAL,
+  unit TEXT,
+  sentence TEXT NOT NULL
+);
+CREATE INDEX finding_by_snapshot ON finding (snapshot_id, port_guid, port_num);
+CREATE UNIQUE INDEX cable_by_snapshot ON cable (snapshot_id, "PortGuid", "PortNum");
+)";
+
+constexpr std::string_view kViews = R"(
+CREATE VIEW snapshot_pair AS
+  SELECT id, lag(id) OVER (ORDER BY taken_at, id) AS previous_id FROM snapshot;
+CREATE VIEW latest_snapshot AS
+  SELECT * FROM snapshot ORDER BY taken_at DESC, id DESC LIMIT 1;
+CREATE VIEW latest_cable AS
+  SELECT * FROM cable WHERE snapshot_id = (SELECT id FROM latest_snapshot);
+CREATE VIEW latest_reading AS
+  SELECT * FROM reading WHERE snapshot_id = (SELECT id FROM latest_snapshot);
+CREATE VIEW latest_finding AS
+  SELECT * FROM finding WHERE snapshot_id = (SELECT id FROM latest_snapshot);
+CREATE VIEW reading_change AS
+  SELECT new.snapshot_id, old.snapshot_id AS previous_id, new.node_guid, new.port_guid, new.port_num,
+    new.label, new.quantity, new.lane, new.unit, old.value AS previous_value, new.value,
+    new.value - old.value AS change
+  FROM snapshot_pair AS pair
+  JOIN reading AS new ON new.snapshot_id = pair.id
+  JOIN reading AS old ON old.snapshot_id = pair.previous_id AND old.port_guid = new.port_guid
+    AND old.port_num = new.port_num AND old.quantity = new.quantity AND old.lane = new.lane;
+)";
+
+std::string_view TypeOf(const CsvColumn& column) {
+  if (column.unit == "m") return "REAL";
+  switch (column.cable_form == CsvForm::kMissing ? column.phy_form : column.cable_form) {
+    case CsvForm::kDecimal:
+    case CsvForm::kFlag:
+    case CsvForm::kCelsius:
+    case CsvForm::kMicrovolts:
+      return "INTEGER";
+    case CsvForm::kFixed3:
+    case CsvForm::kWatts:
+      return "REAL";
+    default:
+      return "TEXT";
+  }
+}
+
+}  // namespace
+
+std::string StoreSchema() {
+  std::string text =
+      "CREATE TABLE cable (\n"
+      "  snapshot_id INTEGER NOT NULL REFERENCES snapshot (id) ON DELETE CASCADE,\n"
+      "  label TEXT";
+  for (const CsvColumn& column : kCsvColumns) {
+    text.append(",\n  \"").append(column.name).append("\" ").append(TypeOf(column));
+  }
+  return text.append("\n);").append(kTables).append(kViews);
+}
+
+std::string InsertCableStatement() {
+  std::string text = "INSERT OR IGNORE INTO cable VALUES (?, ?";
+  for (std::size_t i = 0; i < kCsvColumns.size(); ++i) text += ", ?";
+  return text += ')';
+}
+
+}  // namespace cli

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string_view>
+
+#include "cable_info/text/text_buffer.h"
+
+namespace cli {
+
+/// Appends a byte as the UTF-8 of the code point of the same number. A NUL, which readers written
+/// in C take for the end of a text, becomes its symbol, U+2400; no byte has that code point.
+void AppendByteAsUtf8(cable_info::text::TextBuffer& out, unsigned char byte);
+
+}  // namespace cli
