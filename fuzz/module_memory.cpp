@@ -7,10 +7,13 @@
 #include <cstdint>
 #include <iterator>
 #include <sstream>
+#include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "cable_info/combined_cable_info.h"
+#include "cable_info/module_memory/module_output.h"
 
 namespace {
 
@@ -25,10 +28,20 @@ void Show(module_memory::ModuleReading reading) {
   port.ToFileStream(text);
 }
 
+// Everything that the memory says, as values, JSON and text.
+void ShowInfo(const cable_info::ModuleImage& image) {
+  const cable_info::ModuleInfo info = cable_info::Decode(image);
+  cable_info::ModuleToJson(info, "module");
+  cable_info::ModuleToText(info, "module");
+}
+
 // The dump as an image or a listing.
 void DecodeWhole(std::string_view content) {
   try {
-    Show(module_memory::ReadModule(module_memory::DumpFromContent(content)));
+    const module_memory::DumpBytes dump = module_memory::DumpFromContent(content);
+    std::vector<std::string> remarks;
+    ShowInfo(module_memory::SplitImage(dump, remarks));
+    Show(module_memory::ReadModule(dump));
   } catch (const module_memory::BadModule&) {  // rejected
   }
 }
@@ -51,9 +64,32 @@ void DecodePages(std::string_view content) {
       }
       module_memory::PutPage(image, kPages[name % std::size(kPages)], bytes);
     }
-    Show(module_memory::ReadModule(std::move(image)));
+    ShowInfo(image);
+    Show(module_memory::ReadModule(image));
   } catch (const module_memory::BadModule&) {  // rejected
   }
+}
+
+// Any upper pages of any bank, each preceded by its number and its bank, after the lower page.
+void DecodeBanks(std::string_view content) {
+  constexpr std::size_t kHalf = cable_info::ModuleImage::kHalf;
+  constexpr std::size_t kHeader = 2;
+  cable_info::ModuleImage image;
+  const auto put = [&image](cable_info::Page page, std::size_t first, std::string_view bytes) {
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+      const auto byte = static_cast<std::uint8_t>(bytes[i]);
+      image.Put(page, first + i, &byte, 1);
+    }
+  };
+  put(cable_info::Page::kLower, 0, content.substr(0, kHalf));
+  content.remove_prefix(std::min(kHalf, content.size()));
+  while (content.size() > kHeader) {
+    const auto number = static_cast<std::uint8_t>(content[0]);
+    const auto bank = static_cast<std::uint8_t>(content[1]);
+    put(cable_info::PageOf(number, bank), kHalf, content.substr(kHeader, kHalf));
+    content.remove_prefix(std::min(kHeader + kHalf, content.size()));
+  }
+  ShowInfo(image);
 }
 
 }  // namespace
@@ -63,5 +99,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string_view content(reinterpret_cast<const char*>(data), size);
   DecodeWhole(content);
   DecodePages(content);
+  DecodeBanks(content);
   return 0;
 }

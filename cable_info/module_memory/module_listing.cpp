@@ -1,6 +1,7 @@
 #include "cable_info/module_memory/module_listing.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <string>
 
@@ -11,9 +12,25 @@ namespace {
 constexpr std::string_view kBlanks = " \t\r";
 constexpr std::size_t kBytesPerRow = 16;
 
-bool IsHexDigit(char c) {
-  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+constexpr std::uint8_t kNoNibble = 0xFF;
+
+// The value of each hexadecimal digit; `kNoNibble` for other characters.
+constexpr std::array<std::uint8_t, 256> NibblesOfDigits() {
+  std::array<std::uint8_t, 256> nibbles = {};
+  for (std::uint8_t& nibble : nibbles) nibble = kNoNibble;
+  for (std::uint8_t digit = 0; digit < 10; ++digit) {
+    nibbles[static_cast<std::size_t>('0') + digit] = digit;
+  }
+  for (std::uint8_t digit = 0; digit < 6; ++digit) {
+    nibbles[static_cast<std::size_t>('a') + digit] = static_cast<std::uint8_t>(digit + 10);
+    nibbles[static_cast<std::size_t>('A') + digit] = static_cast<std::uint8_t>(digit + 10);
+  }
+  return nibbles;
 }
+
+constexpr std::array<std::uint8_t, 256> kNibbles = NibblesOfDigits();
+
+bool IsHexDigit(char c) { return kNibbles[static_cast<unsigned char>(c)] != kNoNibble; }
 
 bool IsHex(std::string_view text) {
   return !text.empty() && std::all_of(text.begin(), text.end(), IsHexDigit);
@@ -185,6 +202,30 @@ class Listing {
   std::size_t line_number_ = 0;
 };
 
+// The digits of bytes without anything between them, as port records have them; empty for any other
+// listing. Eight digits alone may be an offset.
+std::string_view PlainDigits(std::string_view text) {
+  constexpr std::size_t kOffsetDigits = 8;
+  while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) text.remove_suffix(1);
+  const bool is_short = text.size() <= kOffsetDigits || text.size() > 2 * kLongestDump;
+  if (is_short || text.size() % 2 != 0) return {};
+  for (const char c : text) {
+    if (kNibbles[static_cast<unsigned char>(c)] == kNoNibble) return {};
+  }
+  return text;
+}
+
+DumpBytes BytesOf(std::string_view digits) {
+  DumpBytes bytes;
+  bytes.reserve(digits.size() / 2);
+  for (std::size_t i = 0; i < digits.size(); i += 2) {
+    const unsigned high = kNibbles[static_cast<unsigned char>(digits[i])];
+    const unsigned low = kNibbles[static_cast<unsigned char>(digits[i + 1])];
+    bytes.emplace_back(static_cast<std::uint8_t>(high << 4U | low));
+  }
+  return bytes;
+}
+
 }  // namespace
 
 bool IsListing(std::string_view content) {
@@ -195,6 +236,8 @@ bool IsListing(std::string_view content) {
 }
 
 DumpBytes ParseListing(std::string_view text) {
+  const std::string_view digits = PlainDigits(text);
+  if (!digits.empty()) return BytesOf(digits);
   Listing listing;
   while (!text.empty()) {
     const std::size_t end = std::min(text.find('\n'), text.size());

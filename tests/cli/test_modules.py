@@ -4,6 +4,8 @@ import json
 import re
 import unittest
 
+import jsonschema
+
 from program import ROOT, ProgramTest, run, summary
 
 
@@ -317,6 +319,67 @@ class PortRecords(ProgramTest):
         result = run("table", "--no-header", stdin=[{"module_memory": {"file": missing}}])
         self.assertEqual(result.returncode, 1)
         self.assertIn(b"<stdin>:1: module_memory.file: cannot read ", result.stderr)
+
+
+class Everything(ProgramTest):
+    """What the command module writes."""
+
+    def json(self, *arguments, **options):
+        result = run("module", "--json", *arguments, **options)
+        self.assert_run(result)
+        return [json.loads(line) for line in result.stdout.splitlines()]
+
+    def test_json_is_valid(self):
+        schema = json.loads((ROOT / "docs" / "module.schema.json").read_text())
+        jsonschema.Draft202012Validator.check_schema(schema)
+        validator = jsonschema.Draft202012Validator(schema)
+        images = [qsfp28(), qsfp28(256), osfp(), sfp(), sfp(256)]
+        files = [self.file(f"{i}.bin", image) for i, image in enumerate(images)]
+        for module in self.json(*files):
+            validator.validate(module)
+
+    def test_json_has_values(self):
+        [module] = self.json(self.file("q.bin", qsfp28()))
+        self.assertEqual(module["label"], "q.bin")
+        self.assertEqual(module["family"], "SFF-8636")
+        self.assertEqual(module["identity"]["vendor"], "Acme Optics")
+        self.assertEqual(module["monitors"]["temperature_c"]["value"], 26.5)
+        self.assertEqual(module["lanes"][0]["rx_power_mw"]["value"], 0.4643)
+        self.assertEqual(module["media"]["length_m"]["om3"], 70)
+        self.assertEqual(module["pages_read"], ["lower", "00h", "03h"])
+
+    def test_pages_make_one_module(self):
+        data = osfp()
+        parts = [f"{page}:{self.file(page, data[at:at + 128])}" for page, at in
+                 (("lower", 0), ("00", 128), ("01", 256), ("02", 384), ("10", 512), ("11", 640))]
+        whole = self.json(self.file("whole", data))
+        whole[0]["label"] = "lower"
+        self.assertEqual(self.json(*parts), whole)
+
+    def test_ports_with_a_memory_have_values(self):
+        lines = [{"port_num": 1}, {"port_num": 2, "module_memory": {"hex": sfp().hex()}}]
+        [module] = self.json(stdin=lines)
+        self.assertEqual(module["family"], "SFF-8472")
+        self.assertEqual(module["media"]["wavelength_nm"], 1310)
+
+    def test_text_is_a_data_sheet(self):
+        result = run("module", self.file("q.bin", qsfp28()), self.file("s.bin", sfp()))
+        self.assert_run(result)
+        text = result.stdout.decode()
+        self.assertTrue(text.startswith("q.bin: QSFP28"))
+        self.assertIn("\n\ns.bin: SFP", text)
+        self.assertRegex(text, r"Temperature +26\.5 C")
+        self.assertRegex(text, r"RX power, lane 1 +0\.4643 mW \(-3\.33 dBm\)")
+
+    def test_dumps_and_port_records_are_not_mixed(self):
+        ports = self.file("ports.jsonl", b'{"port_num": 1}\n')
+        result = run("module", ports, self.file("s.bin", sfp()))
+        self.assertEqual(result.returncode, 2)
+
+    def test_unknown_modules_are_bad(self):
+        result = run("module", self.file("z.bin", bytes(256)))
+        self.assertEqual(result.returncode, 1)
+        self.assertIn(b"unknown module identifier", result.stderr)
 
 
 class Documentation(unittest.TestCase):
