@@ -179,7 +179,7 @@ void AppendMonitorMembers(text::TextBuffer& out, const Monitor& monitor) {
   } else {
     out.Append(kNull);
   }
-  out.Append(",\"state\":\"").Append(StateName(monitor.state)).Append("\",\"thresholds\":");
+  out.Append(R"(,"state":")").Append(StateName(monitor.state)).Append(R"(","thresholds":)");
   AppendThresholds(out, monitor.thresholds);
   out.Append(",\"flags\":");
   AppendFlags(out, monitor.flags);
@@ -298,10 +298,10 @@ class Json {
   }
 
   void Monitors() {
-    AppendMonitor(out_, ",\"monitors\":{\"temperature_c\":", info_.temperature);
+    AppendMonitor(out_, R"(,"monitors":{"temperature_c":)", info_.temperature);
     AppendMonitor(out_, ",\"voltage_v\":", info_.voltage);
     AppendList(out_, ",\"aux\":", info_.aux, [this](const AuxMonitor& aux) {
-      out_.Append("{\"name\":\"").Append(aux.name).Append("\",");
+      out_.Append(R"({"name":")").Append(aux.name).Append("\",");
       AppendMonitorMembers(out_, aux.monitor);
       out_.Append('}');
     });
@@ -338,7 +338,7 @@ class Json {
 
   void Checksums() {
     AppendList(out_, ",\"checksums\":", info_.checksums, [this](const PageChecksum& sum) {
-      out_.Append("{\"page\":\"").Append(ShortPageName(sum.page)).Append("\",\"first\":");
+      out_.Append(R"({"page":")").Append(ShortPageName(sum.page)).Append(R"(","first":)");
       out_.AppendDecimal(sum.first).Append(",\"last\":").AppendDecimal(sum.last);
       out_.Append(",\"stored\":").AppendDecimal(sum.stored);
       out_.Append(",\"computed\":").AppendDecimal(sum.computed).Append('}');
