@@ -163,8 +163,8 @@ void AppendLaneBias(TextBuffer& out, const PhyCableRecord& r, int lane, Form for
 
 namespace flags {
 
-/// An alarm word of the lane masks `a` to `d` (bit 0 is lane 1): a nibble a lane, lane 1 in the top
-/// one, with the bits of `a`, `b`, `c`, `d` from its top.
+/// An alarm word of the lane masks `a` to `d` (bit 0 is lane 1): one nibble per lane, lane 1 in the
+/// top one, with the bits of `a`, `b`, `c`, `d` from its top.
 std::uint16_t Interleaved(std::uint8_t a, std::uint8_t b, std::uint8_t c, std::uint8_t d);
 
 std::uint16_t RxPowerAlarms(const LatchedFlagsPage& p);

@@ -1,7 +1,7 @@
 #pragma once
 
 // The sink that hands the cells of a row to a `CellSink` as values. It has the members of `CsvRow`,
-// whose comments say what each cell is; here stands what differs. Internal; not installed.
+// which document the cells; comments here describe differences only. Internal; not installed.
 
 #include <cstdint>
 #include <string_view>

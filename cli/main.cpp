@@ -31,7 +31,7 @@ constexpr const char* kFooter =
     "3 a file could not be read or written, 4 internal error or out of memory.\n"
     "'cableinfo COMMAND --help' describes a command; see also the manual page.";
 
-// The message for a word that stands where a command is expected; empty when it is one.
+// The message for a word in place of a command; empty if it is a command.
 std::string UnknownCommand(const CLI::App& app, std::string_view word) {
   std::vector<std::string> names;
   for (const CLI::App* command : app.get_subcommands({})) names.push_back(command->get_name());

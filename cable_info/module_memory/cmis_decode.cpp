@@ -144,7 +144,7 @@ void DecodeModule(Decoding& to, bool is_flat) {
 
 constexpr unsigned kApplications = 15;
 
-// Descriptors 1 to 8 stand in the lower page, the others in page 01h.
+// Descriptors 1 to 8 are in the lower page, the others in page 01h.
 struct DescriptorPlace {
   Page page;
   std::size_t byte;
@@ -177,7 +177,7 @@ void DecodeApplications(Decoding& to) {
     const ModuleImage::Half& half = to.image.HalfOf(place.page, place.byte);
     if (!half.Has(place.byte, 4) || half[place.byte] == kEndOfList) return;
     const std::uint32_t descriptor = RawNumber(half, place.byte, Bytes(4));
-    if (descriptor == 0) continue;  // unused, and the list not ended as it should be
+    if (descriptor == 0) continue;  // unused; the list should have ended with FFh
     const unsigned lanes = half[place.byte + 2];
     Application application;
     application.number = number;
@@ -278,7 +278,7 @@ void DecodeMonitors(Decoding& to, const LaneLayout& layout, bool is_flat) {
 // Lanes
 // ---------------------------------------------------------------------------------------------
 
-// Where a lane's fields stand.
+// The position of a lane's fields.
 struct LanePosition {
   unsigned lane;  // of the bank, from 1
   unsigned bank;
@@ -309,7 +309,7 @@ LaneValue PreCursor(const ModuleImage& image, const LaneMapField& line, Advertis
 }
 
 // The masks of the four flags as one number, high alarm, low alarm, high warning and low warning
-// from bit 3 down; a byte each with a bit a lane.
+// from bit 3 down; one byte per level with one bit per lane.
 LaneValue Masks(const ModuleImage& image, const LaneMapField& line, Advertised advertised,
                 LanePosition at) {
   const ModuleImage::Half& half = image.HalfOf(InBank(line.page, at.bank), line.byte);
@@ -334,7 +334,7 @@ LaneValue Grid(const ModuleImage& image, const LaneMapField& line, Advertised ad
 }
 
 // ---------------------------------------------------------------------------------------------
-// Results of diagnostics, page 14h: what the selector, byte 128, has put there
+// Results of diagnostics, page 14h, as selected by byte 128
 // ---------------------------------------------------------------------------------------------
 
 constexpr unsigned kGated = 0x10;  // a bit of the selector

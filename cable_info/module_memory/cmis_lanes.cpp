@@ -32,7 +32,7 @@ constexpr unsigned LowestLanes(unsigned count) {
   return (1U << std::min(count, kLanesPerBank)) - 1U;
 }
 
-// Lanes that applications of `count` lanes take which may start where `starts` has a bit.
+// The lanes used by applications of `count` lanes that may start at the bits of `starts`.
 unsigned LanesFrom(unsigned starts, unsigned count) {
   unsigned lanes = 0;
   for (unsigned n = 0; n < kLanesPerBank; ++n) {
@@ -60,7 +60,7 @@ unsigned MediaLanes(const Application& application) {
   return LowestLanes(application.media_lanes * times);
 }
 
-// A bank of a page that is there whatever the module says.
+// A bank of a page that every module has.
 unsigned HighestBankRead(const ModuleImage& image) {
   unsigned highest = 0;
   for (const ModuleImage::Half& half : image.halves()) {

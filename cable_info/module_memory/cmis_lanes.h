@@ -1,6 +1,6 @@
 #pragma once
 
-// Which lanes a CMIS module has.
+// The lanes that a CMIS module has.
 
 #include <cstdint>
 #include <vector>
@@ -22,8 +22,9 @@ struct LaneLayout {
 /// page 01h was not.
 unsigned BanksOf(const ModuleImage& image);
 
-/// The lanes on which an application can run, as far as the form factor has them; all of the form
-/// factor when no application says. Media lanes are those that 00h:210 leaves.
+/// The lanes on which an application can run, limited to those of the form factor; all lanes of the
+/// form factor if no application specifies them. Media lanes marked unsupported in 00h:210 are
+/// excluded.
 LaneLayout LanesOf(const ModuleImage& image, const std::vector<Application>& applications);
 
 }  // namespace cable_info::module_memory

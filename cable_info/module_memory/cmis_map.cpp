@@ -64,7 +64,7 @@ constexpr CodeTable kGatings("CMIS 4.0, 13h byte 129", kGatingEntries);
 constexpr CodeTable kCdbInstances("CMIS 4.0, 01h byte 163", kCdbEntries);
 
 // ---------------------------------------------------------------------------------------------
-// Where a module advertises what
+// Advertisements
 // ---------------------------------------------------------------------------------------------
 
 constexpr Advertisement kPaged = By(IsPaged, "paged memory: byte 2, bit 7 clear");
@@ -324,7 +324,7 @@ constexpr LaneMapField kLaneFields[] = {
 // ---------------------------------------------------------------------------------------------
 
 // The four flags of a module's quantity follow each other from its lowest bit up; those of the lanes
-// are a byte each with a bit a lane.
+// have one byte per level with one bit per lane.
 constexpr FlagPlaces InByte(std::uint8_t byte, std::uint8_t bit) { return {kLow, byte, bit, -1, -2, 0}; }
 constexpr FlagPlaces FromByte(std::uint8_t byte) { return {Page::k11, byte, 0, 8, 16, -1}; }
 

@@ -18,9 +18,9 @@ constexpr AlarmLevel kLowWarning = AlarmLevel::kLowWarning;
 
 using cable_info::PhyCableRecord;
 
-constexpr std::uint8_t kUnknownTechnology = 0xF0;  // behind the end of the table, flags clear
+constexpr std::uint8_t kUnknownTechnology = 0xF0;  // not in the table; flags clear
 
-// The record on its way, and the bytes that are a field only together with others.
+// The record under construction, and bytes that form a field only together with others.
 struct Draft {
   ModuleRecord module;
   LatchedFlagsPage flags;

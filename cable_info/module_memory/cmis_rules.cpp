@@ -11,7 +11,7 @@ std::optional<unsigned> BitsOf(const ModuleImage& image, Page page, std::size_t 
 
 namespace {
 
-// What a number says about the module; nothing when it was not read.
+// A property derived from a number; none if the number was not read.
 template <typename Predicate>
 Advertised AdvertisedBy(std::optional<unsigned> number, Predicate predicate) {
   if (!number) return Advertised::kUnknown;

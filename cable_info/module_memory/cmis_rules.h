@@ -1,6 +1,6 @@
 #pragma once
 
-// What a CMIS module advertises, where a single bit does not say it.
+// Advertisements of CMIS modules that depend on more than a single bit.
 
 #include <cstdint>
 
@@ -22,7 +22,7 @@ Advertised Since(const ModuleImage& image) {
   return IsSince(image, kRevision);
 }
 
-/// Pages besides 00h, monitors, controls and flags: byte 2, bit 7 clear.
+/// Pages other than 00h, monitors, controls and flags: byte 2, bit 7 clear.
 Advertised IsPaged(const ModuleImage& image);
 template <unsigned kRevision>
 Advertised PagedSince(const ModuleImage& image) {
@@ -35,15 +35,15 @@ Advertised BitSince(const ModuleImage& image) {
   return Both(IsSince(image, kRevision), AskBit(image, kPage, kByteNumber, kBit));
 }
 
-/// The module configures its lanes by itself when stepped configuration is all it has: 2.6.
+/// The module supports stepped configuration only: lower byte 2.6.
 Advertised HasAutoCommissioning(const ModuleImage& image);
 /// Flat modules leave their state 0.
 Advertised HasModuleState(const ModuleImage& image);
 /// Any instance of the command data block: 01h:163.7-6.
 Advertised HasCdb(const ModuleImage& image);
-/// 01h:155.5-4 leaves the method of TX squelch to the host.
+/// The host selects the method of TX squelch: 01h:155.5-4.
 Advertised HostSelectsSquelch(const ModuleImage& image);
-/// The media interface technology, 00h:212, is a copper cable's.
+/// The media interface technology, 00h:212, is that of a copper cable.
 Advertised IsCopper(const ModuleImage& image);
 Advertised IsCopperSince53(const ModuleImage& image);
 /// 01h:146-147 are not both 0.
@@ -65,8 +65,8 @@ Advertised HasLoopback(const ModuleImage& image) {
   return Both(AskBit(image, Page::k01, 142, 5), AskBit(image, Page::k13, 128, kBit));
 }
 
-/// An auxiliary monitor (bit `kMonitor` of 01h:159) that measures what the value `kValue` of bit
-/// `kObservable` of 01h:145 says.
+/// An auxiliary monitor (bit `kMonitor` of 01h:159) with the observable given by the value `kValue`
+/// of bit `kObservable` of 01h:145.
 Advertised HasAuxOf(const ModuleImage& image, unsigned monitor, unsigned observable,
                     unsigned value);
 template <unsigned kMonitor, unsigned kObservable, unsigned kValue>

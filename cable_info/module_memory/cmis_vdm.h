@@ -9,7 +9,7 @@
 
 namespace cable_info {
 
-/// How the 16 bits of a VDM sample or threshold are read.
+/// The encoding of the 16 bits of a VDM sample or threshold.
 enum class VdmNumberType : std::uint8_t { kUnsigned, kSigned, kFloat16 };
 
 /// A type of observable: CMIS 5.4, pages 20h to 23h, and the coherent extension from 128 on.

@@ -87,7 +87,7 @@ bool HasFlatMemory(const ModuleImage& image, ModuleFamily family) {
   return family == ModuleFamily::kCmis && (status & 1U << 7U) != 0;
 }
 
-// An address that nobody answers at shows equal bytes, or the other device once more.
+// An address without a device reads as equal bytes, or as the other device.
 bool HasDiagnosticsDevice(const ModuleImage& image) {
   constexpr std::size_t kIdentityEnd = 96;
   constexpr std::size_t kVendor = 20;
@@ -102,7 +102,7 @@ bool HasDiagnosticsDevice(const ModuleImage& image) {
     return true;
   };
   if (repeats(0, kIdentityEnd)) return false;
-  // The name of a vendor in the place of thresholds gives a shortened copy away.
+  // A vendor name in place of thresholds identifies an abbreviated copy of A0h.
   return !(repeats(0, 1) && repeats(kVendor, kVendorEnd));
 }
 

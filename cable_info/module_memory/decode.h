@@ -1,6 +1,6 @@
 #pragma once
 
-// The decoders of the families, and what they decide in common.
+// The decoders of the families, and rules that they share.
 
 #include <cstdint>
 #include <optional>
@@ -10,7 +10,7 @@
 
 namespace cable_info::module_memory {
 
-/// The family that an identifier (SFF-8024, table 4-1) stands for.
+/// The family of an identifier (SFF-8024 rev 4.13, table 4-1).
 ModuleFamily FamilyOf(std::uint8_t identifier);
 
 /// The power class of a module, 1 to 8, by bytes 129 and 107 of SFF-8636. Class 8 counts only with
@@ -52,20 +52,18 @@ struct Sff8472Calibration {
 Sff8472Calibration Sff8472CalibrationOf(const ModuleImage& image);
 
 /// \name The families' decoders
-/// The image is that of a `ModuleMemory`. What they fill is a `ModuleInfo` that knows its family
-/// and the pages that were read.
+/// The image is that of a `ModuleMemory`. Family and pages of the `ModuleInfo` are set already.
 /// @{
 void DecodeSff8636(Decoding& to);
 void DecodeSff8472(Decoding& to);
 void DecodeCmis(Decoding& to);
 /// @}
 
-/// The memory of a module of a family, without what was not there:
-/// - halves whose bytes are all 0xFF, which is what a bus reads that nobody answers;
-/// - upper pages that repeat page 00h, which a module shows in place of a page that it does not
-/// have;
-/// - all upper pages but 00h when the module says that its memory is flat;
-/// - an A2h of equal bytes, or that repeats A0h: a module without that device.
+/// The memory of a module and its family. Removes bytes that were read but do not exist:
+/// - half pages whose bytes are all 0xFF, as read from a bus when no device responds;
+/// - upper pages equal to page 00h, which a module returns for a page that it does not have;
+/// - all upper pages except 00h if the module states that its memory is flat;
+/// - device A2h if all its bytes are equal or it equals A0h: a module without that device.
 class ModuleMemory {
  public:
   /// `image` must outlive this.
@@ -80,7 +78,7 @@ class ModuleMemory {
   /// The identifier that decided the family: byte 0, or its copy; none when it was not read.
   std::optional<std::uint8_t> identifier() const { return identifier_; }
   const ModuleImage& image() const { return *image_; }
-  /// What there is to remark on the identifier; why there is none when the family is unknown.
+  /// A remark on the identifier, or the reason for an unknown family; empty if there is none.
   const std::string& remark() const { return remark_; }
 
  private:
@@ -92,7 +90,7 @@ class ModuleMemory {
   void Choose(ModuleFamily family, std::optional<std::uint8_t> identifier);
 
   const ModuleImage* image_;
-  ModuleImage rest_;  // where image_ points when anything was not there
+  ModuleImage rest_;  // the image without removed bytes; image_ points to it if any were removed
   ModuleFamily family_ = ModuleFamily::kUnknown;
   std::optional<std::uint8_t> identifier_;
   std::string remark_;

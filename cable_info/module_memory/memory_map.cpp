@@ -11,7 +11,7 @@ constexpr unsigned kBitsPerByte = 8;
 
 bool IsBlank(char c) { return c == ' ' || c == '\0'; }
 
-// The page of a map's line in another bank.
+// The page of a line in another bank.
 Page InBank(Page page, unsigned bank) { return bank == 0 ? page : PageOf(NumberOf(page), bank); }
 
 std::int32_t SignedOf(std::uint32_t raw, unsigned bits) {
@@ -339,7 +339,7 @@ bool IsOfLanes(Quantity quantity) {
          quantity == Quantity::kRxPower;
 }
 
-// A value that a module without the monitor would not show.
+// A value that implies that the monitor exists.
 bool IsPlausible(const ModuleImage& image, const MapMonitor& line, unsigned lane, unsigned bank) {
   constexpr std::uint32_t kAllSet = 0xFFFF;
   const std::size_t byte = line.byte + 2 * std::size_t{lane - 1};

@@ -1,7 +1,7 @@
 #pragma once
 
-// How the memory map of a module family is written down as data, and read. A map is a table; what
-// decodes it, shows it, documents it and converts it into records reads the same lines.
+// The memory map of a module family as a table, and the functions that read it. Decoding, output,
+// documentation and conversion to records use the same lines.
 
 #include <array>
 #include <cstddef>
@@ -14,10 +14,10 @@
 namespace cable_info::module_memory {
 
 // ---------------------------------------------------------------------------------------------
-// Where a field stands
+// The position of a field
 // ---------------------------------------------------------------------------------------------
 
-/// How much of its page a field takes: bits of one byte, or whole bytes.
+/// The size of a field: bits of one byte, or whole bytes.
 struct Extent {
   std::uint8_t bytes;
   std::uint8_t high;  ///< bits of a single byte: high..low
@@ -42,7 +42,7 @@ inline std::uint32_t RawNumber(const ModuleImage::Half& half, std::size_t byte, 
 }
 
 // ---------------------------------------------------------------------------------------------
-// What its bytes mean
+// The meaning of its bytes
 // ---------------------------------------------------------------------------------------------
 
 enum class RawType : std::uint8_t {
@@ -55,17 +55,17 @@ enum class RawType : std::uint8_t {
   kCode,
   kOui,      ///< three bytes as hexadecimal; all zero is none
   kVersion,  ///< two bytes, "major.minor"; 0.0 and 255.255 are none
-  kOwn,      ///< decoded by the family's own code, with other fields
+  kOwn,      ///< decoded by code of the family, together with other fields
 };
 
-/// What the bits of a field mean.
+/// The meaning of the bits of a field.
 struct Format {
   RawType type;
   double times = 1.0;  ///< value = raw * times / per
   double per = 1.0;
   const CodeTable* codes = nullptr;  ///< the names of codes
   bool zero_is_none = false;         ///< a raw 0 means that nothing is given
-  bool highest_is_more = false;      ///< all bits set means more than can be said
+  bool highest_is_more = false;      ///< all bits set means more than the highest number
 
   /// A raw 0 means that nothing is given.
   constexpr Format ZeroIsNone() const {
@@ -85,9 +85,9 @@ struct Scale {
   double times;
   double per;
 };
-/// The raw number times this is the value.
+/// value = raw number * times.
 constexpr Scale Times(double times) { return {times, 1.0}; }
-/// So many raw units are one unit of the value.
+/// value = raw number / per.
 constexpr Scale Per(double per) { return {1.0, per}; }
 
 inline constexpr Format kText = {RawType::kText};
@@ -102,7 +102,7 @@ constexpr Format Number(Scale scale) { return {RawType::kUnsigned, scale.times, 
 constexpr Format Signed(Scale scale) { return {RawType::kSigned, scale.times, scale.per}; }
 constexpr Format Code(const CodeTable& codes) { return {RawType::kCode, 1.0, 1.0, &codes}; }
 
-/// \name What the families have in common
+/// \name Shared by the families
 /// @{
 inline constexpr Format kCelsius = Signed(Per(256));       ///< 1/256 degrees Celsius, in degrees
 inline constexpr Format kVolts = Number(Per(10000));       ///< 100 uV, in V
@@ -111,54 +111,54 @@ inline constexpr Format kMilliamperes = Number(Per(500));  ///< 2 uA, in mA
 /// @}
 
 // ---------------------------------------------------------------------------------------------
-// What advertises it
+// Its advertisement
 // ---------------------------------------------------------------------------------------------
 
 enum class Advertised : std::uint8_t {
   kNo,
   kYes,
-  kUnknown,  ///< the page that says so was not read
+  kUnknown,  ///< the advertising page was not read
 };
 
-/// Where a module says whether it implements a field.
+/// Where a module advertises that it implements a field.
 struct Advertisement {
   /// Decides; null for a single bit.
   Advertised (*rule)(const ModuleImage& image) = nullptr;
   Page page = Page::k00;
   std::uint8_t byte = 0;
   std::uint8_t bit = 0;
-  std::string_view words;  ///< the rule for people; empty for a single bit
+  std::string_view words;  ///< the rule in words; empty for a single bit
   bool is_always = false;
 };
 
-/// Every module has the field, or it follows its page.
+/// Not advertised: every module has the field, or every module that has its page.
 inline constexpr Advertisement kAlways = {nullptr, Page::k00, 0, 0, {}, true};
-/// A bit says so when it is set.
+/// Advertised by a bit that is set.
 constexpr Advertisement On(Page page, std::uint8_t byte, std::uint8_t bit) {
   return {nullptr, page, byte, bit, {}, false};
 }
-/// A rule says so; `words` says the rule to people.
+/// Advertised by a rule; `words` describes it.
 constexpr Advertisement By(Advertised (*rule)(const ModuleImage&), std::string_view words) {
   return {rule, Page::k00, 0, 0, words, false};
 }
 
-/// The bit as an answer.
+/// Yes if the bit is set.
 Advertised AskBit(const ModuleImage& image, Page page, std::size_t byte, unsigned bit);
-/// Yes when any bit of the mask is set.
+/// Yes if any bit of the mask is set.
 Advertised AskBits(const ModuleImage& image, Page page, std::size_t byte, unsigned mask);
-/// Asks what advertises a field.
+/// Evaluates an advertisement.
 Advertised Ask(const ModuleImage& image, const Advertisement& advertisement);
-/// Yes when all say yes, no when any says no.
+/// Yes if both are yes, no if one of them is no.
 constexpr Advertised Both(Advertised a, Advertised b) {
   if (a == Advertised::kNo || b == Advertised::kNo) return Advertised::kNo;
   return a == Advertised::kYes ? b : a;
 }
-/// Yes when any says yes, no when all say no.
+/// Yes if one of them is yes, no if both are no.
 constexpr Advertised Either(Advertised a, Advertised b) {
   if (a == Advertised::kYes || b == Advertised::kYes) return Advertised::kYes;
   return a == Advertised::kNo ? b : a;
 }
-/// Yes when it says no.
+/// Yes if it is no, and vice versa.
 constexpr Advertised Not(Advertised a) {
   if (a == Advertised::kUnknown) return a;
   return a == Advertised::kYes ? Advertised::kNo : Advertised::kYes;
@@ -167,8 +167,9 @@ constexpr Advertised AdvertisedIf(bool is_advertised) {
   return is_advertised ? Advertised::kYes : Advertised::kNo;
 }
 
-/// The state of what is advertised so, when its bytes are known (`is_known`) and not all zero
-/// (`is_set`): where the page that advertises was not read, a value of 0 may be none.
+/// The state of a field from its advertisement, whether its bytes are known (`is_known`) and
+/// whether any of them is not 0 (`is_set`). If the advertising page was not read, 0 may mean no
+/// value.
 FieldState StateOf(Advertised advertised, bool is_known, bool is_set);
 
 // ---------------------------------------------------------------------------------------------
@@ -186,18 +187,18 @@ struct MapField {
   std::string_view since;  ///< the first revision of the standard that has it; empty: all
 };
 
-/// How the values of lanes 1, 2, ... follow each other.
+/// The layout of the values of lanes 1, 2, ...
 enum class LaneOrder : std::uint8_t {
   kModule,           ///< one value for all
-  kBitsUp,           ///< a bit a lane, that of lane 1 is the lowest of the extent
-  kBitsDown,         ///< a bit a lane, that of lane 1 is the highest of the extent
-  kPairsUp,          ///< two bits a lane, bits 1..0 are those of lane 1
-  kHighNibbleFirst,  ///< four bits a lane, bits 7..4 of the first byte are those of lane 1
-  kLowNibbleFirst,   ///< four bits a lane, bits 3..0 of the first byte are those of lane 1
-  kApart,  ///< the extent of lane 1; each further lane so many bytes later as it has bytes
+  kBitsUp,           ///< one bit per lane, lane 1 in the lowest bit of the extent
+  kBitsDown,         ///< one bit per lane, lane 1 in the highest bit of the extent
+  kPairsUp,          ///< two bits per lane, lane 1 in bits 1..0
+  kHighNibbleFirst,  ///< four bits per lane, lane 1 in bits 7..4 of the first byte
+  kLowNibbleFirst,   ///< four bits per lane, lane 1 in bits 3..0 of the first byte
+  kApart,            ///< the extents of the lanes follow each other
 };
 
-/// Which lanes have a field. Modules may have host and media lanes in different numbers.
+/// The kind of lanes that have a field. The numbers of host and media lanes may differ.
 enum class LaneSide : std::uint8_t { kBoth, kHost, kMedia };
 
 /// A line of a map: a field of each lane. The extent is that of lane 1, for bits that of all lanes.
@@ -213,10 +214,10 @@ struct LaneMapField {
   LaneSide side = LaneSide::kBoth;
 };
 
-/// Which of the monitored quantities of a module or of its lanes.
+/// The monitored quantities of a module and its lanes.
 enum class Quantity : std::uint8_t { kTemperature, kVoltage, kAux, kTxBias, kTxPower, kRxPower };
 
-/// Where the four flags of a quantity stand. Bits are counted through, bit 7 of a byte first: the
+/// The position of the four flags of a quantity. Bits are numbered consecutively, bit 7 first: the
 /// flag of `level` of lane n is (level is low) * low + (level is a warning) * warning + (n - 1) *
 /// lane bits after that of the high alarm of lane 1.
 struct FlagPlaces {
@@ -251,7 +252,7 @@ struct NamedBit {
   std::string_view name;
 };
 
-/// Bytes whose sum, cut to 8 bits, stands in another byte of the same page.
+/// A checksum: the low byte of the sum of some bytes, stored in another byte of the same page.
 struct Checksum {
   Page page;
   std::uint8_t first;
@@ -259,7 +260,7 @@ struct Checksum {
   std::uint8_t stored;
 };
 
-/// Lines of a table, wherever they are kept.
+/// A view of the lines of a table.
 template <typename T>
 class Lines {
  public:
@@ -299,7 +300,7 @@ const MemoryMap& CmisMap();
 // Reading
 // ---------------------------------------------------------------------------------------------
 
-/// The image that a family decodes, and what it decodes into.
+/// The input and output of a family's decoder.
 struct Decoding {
   const ModuleImage& image;
   ModuleInfo& info;
@@ -316,7 +317,7 @@ void DecodeField(Decoding& to, const MapField& line, Advertised advertised);
 /// advertised as given.
 LaneValue ReadLaneField(const ModuleImage& image, const LaneMapField& line, Advertised advertised,
                         unsigned lane, unsigned bank = 0);
-/// The same, of the half that the field stands in.
+/// The same, given the half page that contains the field.
 LaneValue ReadLaneField(const ModuleImage::Half& half, const LaneMapField& line,
                         Advertised advertised, unsigned lane);
 /// Decodes the fields of a lane in the same way, all but those of `RawType::kOwn`.
@@ -349,27 +350,27 @@ struct Conversion {
 Monitor ReadMonitor(const ModuleImage& image, const MapMonitor& line, const Conversion& conversion,
                     Advertised advertised, unsigned lane = 1, unsigned bank = 0);
 
-/// What there is to know beyond the map when quantities are decoded.
+/// Additional conditions for decoding quantities.
 struct MonitorScope {
-  std::uint64_t absent_lanes = 0;  ///< bit n: lane n + 1 does not have what is monitored
+  std::uint64_t absent_lanes = 0;  ///< bit n: lane n + 1 does not have the quantity
   bool is_ready = true;            ///< the module has valid data
 };
 
-/// Decodes a quantity of the module, or of all lanes that `to` has, eight to a bank. A value or a
-/// flag that is there though it is not advertised is a warning.
+/// Decodes a quantity of the module, or of all lanes of `to`, eight per bank. A value or a flag
+/// that is set but not advertised gives a warning.
 void DecodeMonitor(Decoding& to, const MapMonitor& line, const Conversion& conversion,
                    Advertised advertised, const MonitorScope& scope);
 
-/// Warns of the flags of lanes that are raised and not advertised.
+/// Adds warnings for flags of lanes that are raised but not advertised.
 void WarnOfFlags(Decoding& to, Lines<LaneMapField> map);
 
-/// Adds the names of the bits that are set.
+/// Appends the names of the bits that are set.
 void AddNames(const ModuleImage& image, Lines<NamedBit> bits, std::vector<std::string_view>& to);
 
 /// Computes a checksum; none when bytes of it are not known.
 std::optional<PageChecksum> ReadChecksum(const ModuleImage& image, const Checksum& checksum);
 
-/// Computes the checksums whose bytes are all known; a mismatch is a warning.
+/// Computes the checksums whose bytes are all known; a mismatch gives a warning.
 void AddChecksums(Decoding& to, Lines<Checksum> checksums);
 
 /// A checksum that does not match, as a sentence.

@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// The names of everything that a module's memory can say: one vocabulary for all families.
+/// The names of all values of module memory: one vocabulary for all families.
 
 #include <array>
 #include <cstddef>
@@ -12,7 +12,7 @@ namespace cable_info {
 
 class CodeTable;
 
-/// What a field's value is.
+/// The kind of a field's value.
 enum class FieldKind : std::uint8_t {
   kText,
   kNumber,  ///< in the field's unit
@@ -20,7 +20,7 @@ enum class FieldKind : std::uint8_t {
   kFlag,    ///< true or false
 };
 
-/// How data sheets group fields.
+/// Groups of fields, as in data sheets.
 enum class FieldGroup : std::uint8_t {
   kModule,
   kIdentity,
@@ -220,7 +220,7 @@ enum class Field : std::uint8_t {
 };
 inline constexpr std::size_t kFieldCount = static_cast<std::size_t>(Field::kCount);
 
-/// The fields that each lane has, besides its monitors.
+/// The fields of a lane, in addition to its monitors.
 enum class LaneField : std::uint8_t {
   kRxLos,
   kTxLos,
@@ -323,21 +323,21 @@ inline constexpr LaneField kLastLaneFlag = LaneField::kTxAdaptiveEqFault;
 inline constexpr std::string_view kOptionalObjects[] = {"attenuation_db", "data_path",
                                                         "diagnostics", "tuning"};
 
-/// What a field is called.
+/// The names and the kind of a field.
 struct FieldInfo {
   Field field;
-  std::string_view key;    ///< where it stands in JSON: "identity.vendor"
-  std::string_view label;  ///< for people: "Vendor"
+  std::string_view key;    ///< path in JSON: "identity.vendor"
+  std::string_view label;  ///< in data sheets: "Vendor"
   FieldKind kind;
   std::string_view unit;  ///< of a number: "W"; empty for none
   FieldGroup group;
 };
 
-/// What a field of a lane is called.
+/// The names and the kind of a field of a lane.
 struct LaneFieldInfo {
   LaneField field;
   std::string_view key;    ///< within the lane: "flags.rx_los"
-  std::string_view label;  ///< for people: "RX LOS"
+  std::string_view label;  ///< in data sheets: "RX LOS"
   FieldKind kind;
   std::string_view unit;
   const CodeTable* codes = nullptr;  ///< the names of codes

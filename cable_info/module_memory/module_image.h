@@ -11,9 +11,9 @@
 
 namespace cable_info {
 
-/// A page of a module's memory, called as the standards call it. Bytes 0..127 are those of
-/// the lower page, 128..255 those of an upper page; SFP modules have two devices of 256 bytes.
-/// Upper pages have a number, 00h..FFh, and CMIS pages a bank, too: see `PageOf`.
+/// A page of a module's memory, with the name of the standards. Bytes 0..127 are those of the lower
+/// page, 128..255 those of an upper page; SFP modules have two devices of 256 bytes. Upper pages
+/// have a number, 00h..FFh, and those of CMIS a bank, too: see `PageOf`.
 enum class Page : std::uint32_t {
   k00 = 0x00,
   k01 = 0x01,
@@ -32,7 +32,7 @@ enum class Page : std::uint32_t {
   kA2 = 0x1A2,
 };
 
-/// The upper page of a number, in a bank.
+/// The upper page with the given number and bank.
 constexpr Page PageOf(std::uint8_t number, unsigned bank = 0) {
   return static_cast<Page>((bank & 0xFFU) << 16U | number);
 }
@@ -48,8 +48,8 @@ std::string PageName(Page page);
 /// "lower", "03h", "11h bank 1", "A2h".
 std::string ShortPageName(Page page);
 
-/// What is known of a module's memory. Whatever is asked, the answer is a byte or that there is
-/// none.
+/// The known bytes of a module's memory. Every byte of every page can be queried; it is known or
+/// missing.
 class ModuleImage {
  public:
   static constexpr std::size_t kHalf = 128;  ///< where upper pages begin
@@ -84,9 +84,9 @@ class ModuleImage {
     bool IsAll(std::uint8_t value) const;
     /// True when every byte that is known is `value`.
     bool IsUniform(std::uint8_t value) const;
-    /// True when both know the same bytes, and no other.
+    /// True if both have the same known bytes with the same values.
     bool Repeats(const Half& other) const;
-    /// Stores a byte; what is not in this half is dropped.
+    /// Stores a byte; ignored if it is outside this half.
     void Put(std::size_t byte, std::uint8_t value) {
       const std::size_t at = byte - first_;
       if (at >= kHalf) return;
@@ -105,24 +105,23 @@ class ModuleImage {
   std::optional<std::uint8_t> At(Page page, std::size_t byte) const;
   /// True when any byte of the page is known.
   bool Has(Page page) const;
-  /// The half of the page that has the byte; one without bytes when nothing is known of it. Valid
+  /// The half of the page that contains the byte; an empty one if none of its bytes is known. Valid
   /// until the image changes.
   const Half& HalfOf(Page page, std::size_t byte) const;
-  /// What is known, in the order in which it was stored.
+  /// The halves with known bytes, in the order in which they were stored.
   const std::vector<Half>& halves() const { return halves_; }
 
-  /// Stores `bytes` from byte `first` of the page on; what lies behind its end is dropped.
+  /// Stores `bytes` from byte `first` of the page on; bytes after its end are ignored.
   void Put(Page page, std::size_t first, const module_memory::DumpBytes& bytes);
   /// Stores `size` bytes in the same way.
   void Put(Page page, std::size_t first, const std::uint8_t* bytes, std::size_t size);
   /// Stores a half in the same way.
   void Put(const Half& half);
-  /// Forgets the page.
+  /// Removes the page.
   void Drop(Page page);
-  /// Forgets every half page whose bytes are all 0xFF: that is what a bus reads that nobody
-  /// answers.
+  /// Removes every half page whose bytes are all 0xFF, as read from a bus when no device responds.
   void DropUnanswered();
-  /// Forgets everything, and keeps the room for it.
+  /// Removes everything; keeps the allocated memory.
   void Clear() {
     keys_.clear();
     halves_.clear();
@@ -133,7 +132,7 @@ class ModuleImage {
   template <typename Predicate>
   void Erase(const Predicate& is_such);
 
-  std::vector<std::uint32_t> keys_;  // of the halves, side by side so that they are found fast
+  std::vector<std::uint32_t> keys_;  // of the halves, contiguous for fast search
   std::vector<Half> halves_;
 };
 
@@ -144,18 +143,18 @@ namespace cable_info::module_memory {
 /// The bytes of a dump: an image, or a hex listing. Throws `BadModule`.
 DumpBytes DumpFromContent(std::string_view content);
 
-/// A page of a dump that is given page by page.
+/// A file with a single page of a dump.
 struct PageFile {
   Page page;
   std::string path;
 };
 
-/// Takes "03:page3.bin" apart; none when nothing before the first colon is a page's name. Pages are
-/// called "lower", "00" to "ff", with "h" behind or "0x" before it, or "a0" and "a2". A bank other
-/// than 0 follows the page: "11.1:page11bank1.bin".
+/// Splits "03:page3.bin"; none if the text before the first colon is not the name of a page. The
+/// names are "lower", "00" to "ff", optionally with "h" after or "0x" before it, "a0" and "a2". A
+/// bank other than 0 follows the page: "11.1:page11bank1.bin".
 std::optional<PageFile> ParsePageFile(std::string_view argument);
 
-/// Stores the dump of one page. An upper page may come alone or with the lower page before it.
+/// Stores the dump of one page. An upper page may be given alone or after the lower page.
 /// Throws `BadModule`.
 void PutPage(ModuleImage& image, Page page, const DumpBytes& bytes);
 

@@ -1,10 +1,10 @@
 #pragma once
 
 /// \file
-/// Everything that a module's memory says, as named values.
+/// The contents of a module's memory as named values.
 ///
-/// `Decode` takes what was read of a module's memory and never fails: whatever the bytes are, each
-/// value is there or says why it is not.
+/// `Decode` decodes the bytes that were read and never fails: each value is present or has a state
+/// that explains why it is not.
 
 #include <array>
 #include <cstddef>
@@ -78,7 +78,7 @@ struct AlarmFlags {
   }
 };
 
-/// A monitored quantity with what belongs to it.
+/// A monitored quantity with its thresholds and flags.
 struct Monitor {
   FieldState state = FieldState::kNotImplemented;
   double value = 0.0;  ///< in the unit of the quantity; only when `state` is present
@@ -95,7 +95,7 @@ struct AuxMonitor {
   Monitor monitor;
 };
 
-/// What a lane value is: a number, a code, or a flag (0 or 1).
+/// The value of a lane: a number, a code, or a flag (0 or 1).
 struct LaneValue {
   FieldState state = FieldState::kNotImplemented;
   double number = 0.0;
@@ -103,8 +103,8 @@ struct LaneValue {
   bool IsPresent() const { return state == FieldState::kPresent; }
 };
 
-/// A lane of a module. Lanes of CMIS modules with several banks are counted through: the first
-/// lane of bank 1 is lane 9.
+/// A lane of a module. Lanes of CMIS modules with several banks are numbered consecutively: the
+/// first lane of bank 1 is lane 9.
 struct Lane {
   unsigned number = 1;  ///< from 1
   Monitor rx_power;     ///< mW
@@ -124,8 +124,8 @@ struct NamedCode {
   std::string_view name;
 };
 
-/// The name of the code that a lane's field has; empty for fields that are no code, and for codes
-/// without a name.
+/// The name of the code in a field of a lane; empty for codes without a name and for fields that
+/// are not codes.
 std::string_view LaneCodeName(LaneField field, const LaneValue& value);
 
 /// An application descriptor of a CMIS module.
@@ -159,7 +159,7 @@ struct PageChecksum {
   std::uint8_t computed = 0;
 };
 
-/// Everything that a module's memory says. Fields that the module's family does not have are not
+/// The contents of a module's memory. Fields that the family of the module does not have are not
 /// implemented.
 class ModuleInfo {
  public:
@@ -172,25 +172,25 @@ class ModuleInfo {
   std::vector<VdmSample> vdm;
   std::vector<std::string_view> compliance;        ///< the standards that the module follows
   std::vector<std::string_view> supported_speeds;  ///< of InfiniBand: "SDR" ... "XDR", lowest first
-  std::vector<std::string_view> options;           ///< what is implemented, by name
+  std::vector<std::string_view> options;           ///< the names of implemented options
   std::vector<PageChecksum> checksums;             ///< those whose bytes were all read
   std::vector<Page> pages_read;
-  std::vector<std::string> warnings;  ///< what a reader must not miss, a sentence each
+  std::vector<std::string> warnings;  ///< inconsistencies and problems, one sentence each
 
   /// The value of a field.
   FieldValue operator[](Field field) const;
-  /// The value under a key such as "identity.vendor"; nothing for a key that no field has.
+  /// The value of the field with a key such as "identity.vendor"; none for an unknown key.
   std::optional<FieldValue> Find(std::string_view key) const;
 
   /// \name For decoders
   /// @{
-  /// Forgets everything, and keeps the room for it.
+  /// Removes everything; keeps the allocated memory.
   void Clear();
   void SetState(Field field, FieldState state);
   void SetNumber(Field field, double number);
-  /// `name` must outlive everything; it is one of a code table.
+  /// `name` is that of a code table, which outlives this object.
   void SetCode(Field field, unsigned code, std::string_view name);
-  /// A text of bytes of which each is the code point of its number.
+  /// A text whose bytes are the code points of the same numbers.
   void SetText(Field field, std::string_view latin1);
   /// @}
 
@@ -207,10 +207,10 @@ class ModuleInfo {
   std::string texts_;
 };
 
-/// Decodes what was read of a module's memory. Never fails: an image that is no module's memory
-/// yields a `ModuleInfo` of unknown family with a warning that says why.
+/// Decodes the known bytes of a module's memory. Never fails: an image that is not the memory of a
+/// module gives a `ModuleInfo` of unknown family with a warning that states the reason.
 ModuleInfo Decode(const ModuleImage& image);
-/// The same into `info`, whose room is used again.
+/// The same into `info`, whose memory is reused.
 void Decode(const ModuleImage& image, ModuleInfo& info);
 
 }  // namespace cable_info

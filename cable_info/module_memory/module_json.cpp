@@ -27,7 +27,7 @@ constexpr std::size_t kSizeOf = std::tuple_size_v<Fields>;
 struct OptionalObject {
   std::size_t begin;
   std::size_t end;
-  std::string null;  // what stands in place of the object, with what comes before it
+  std::string null;  // written instead of the object, including the text before it
 };
 
 // What comes before the value of each field: its key, after the ends and beginnings of the objects
@@ -49,7 +49,7 @@ std::vector<std::string_view> Split(std::string_view key) {
   return parts;
 }
 
-// The object that a field stands in; empty at the top.
+// The object that contains a field; empty at the top level.
 std::string_view ObjectOf(std::string_view key) {
   const std::vector<std::string_view> parts = Split(key);
   return parts.size() < 2 ? std::string_view() : parts[parts.size() - 2];

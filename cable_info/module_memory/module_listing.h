@@ -9,7 +9,7 @@
 
 namespace cable_info::module_memory {
 
-/// Why a dump is no module's memory, as people read it.
+/// Thrown for a dump that is not the memory of a module; the message states the reason.
 class BadModule : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -19,10 +19,10 @@ class BadModule : public std::runtime_error {
 using DumpByte = std::optional<std::uint8_t>;
 using DumpBytes = std::vector<DumpByte>;
 
-/// No dump reaches further than this.
+/// The largest offset of a dump.
 inline constexpr std::size_t kLongestDump = 4096;
 
-/// True when `content` is text, and so a listing; no image is, for it holds codes and zeros.
+/// True if `content` is text and therefore a listing; images contain zeros and control codes.
 bool IsListing(std::string_view content);
 
 /// The bytes of a hex listing, each at the offset that the listing gives it. Understands plain

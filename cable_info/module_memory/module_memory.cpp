@@ -90,8 +90,8 @@ const Identifier* FindIdentifier(DumpByte code) {
 
 std::string Shown(DumpByte byte) { return byte ? Hex(*byte) : "missing"; }
 
-// What the module is, by byte 0 and, if that says nothing, by its copy at byte 128, which all but
-// the SFP family have.
+// The kind of the module by byte 0 or, if that is not a known identifier, by its copy at byte 128,
+// which all families except SFP have.
 const Identifier& Identify(DumpByte byte0, DumpByte byte128, std::vector<std::string>& remarks) {
   const Identifier* const first = FindIdentifier(byte0);
   if (first != nullptr) {

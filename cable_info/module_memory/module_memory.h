@@ -13,34 +13,34 @@
 
 namespace cable_info::module_memory {
 
-/// How rows and reports name the source of a `PhyCableRecord` that comes from a module's memory.
+/// The name of the source, in rows and reports, of a `PhyCableRecord` from a module's memory.
 inline constexpr std::string_view kModuleSource = "MODULE";
 
-/// What a module's memory tells: one record, of the kind that its family fills.
+/// A decoded module: one record, of the kind that corresponds to its family.
 struct ModuleReading {
   std::unique_ptr<cable_info::CableRecord> cable;
   std::unique_ptr<cable_info::PhyCableRecord> phy;
   /// Checksums that do not match, a sentence each.
   std::vector<std::string> mismatches;
-  /// Whatever else there is to remark.
+  /// All other remarks.
   std::vector<std::string> remarks;
 };
 
-/// The pages of an image in which they stand one behind the other, in the order of the family. What
-/// there is to remark goes to `remarks`. Throws `BadModule`.
+/// The pages of an image, in which they follow each other in the order of the family. Appends
+/// remarks to `remarks`. Throws `BadModule`.
 ModuleImage SplitImage(const DumpBytes& image, std::vector<std::string>& remarks);
 
-/// Decodes an image: its pages one behind the other, in the order of the family. Throws `BadModule`
-/// for what is no module's memory.
+/// Decodes an image, in which pages follow each other in the order of the family. Throws
+/// `BadModule` if it is not the memory of a module.
 ModuleReading ReadModule(const DumpBytes& image);
 
-/// Decodes a memory that was given page by page. Throws `BadModule`.
+/// Decodes memory given page by page. Throws `BadModule`.
 ModuleReading ReadModule(const ModuleImage& pages);
 
 /// A checksum that does not match, as a sentence.
 std::string MismatchText(const PageChecksum& sum);
 
-/// What becomes of a module whose memory has a wrong checksum.
+/// The treatment of a module whose memory has a wrong checksum.
 enum class ChecksumPolicy {
   kReport,  ///< it is decoded, with a remark
   kRefuse,  ///< it is a `BadModule`

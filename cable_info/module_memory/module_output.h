@@ -14,12 +14,12 @@ namespace cable_info {
 inline constexpr unsigned kModuleFormatVersion = 1;
 
 /// The module as one JSON object, on one line without a line break. The keys never depend on what
-/// the module says: what is absent is null. `label` names the module, a file name for example;
+/// the module contains: absent values are null. `label` names the module, a file name for example;
 /// bytes of it that are no UTF-8 become U+FFFD. docs/module.schema.json describes the object.
 std::string ModuleToJson(const ModuleInfo& info, std::string_view label);
 
-/// The module as a data sheet: grouped, with units, thresholds beside their values and raised flags
-/// by name. Every line ends with a line break.
+/// The module as a data sheet: values in groups with units, thresholds next to their values, and
+/// raised flags by name. Every line ends with a line break.
 std::string ModuleToText(const ModuleInfo& info, std::string_view label);
 
 }  // namespace cable_info

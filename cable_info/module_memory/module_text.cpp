@@ -79,7 +79,7 @@ std::size_t WidthOf(std::string_view text) {
 constexpr std::array<std::string_view, kAlarmLevels> kLevelNames = {"high alarm", "low alarm",
                                                                     "high warning", "low warning"};
 
-// Thresholds stand in the order of their values.
+// Thresholds are listed in the order of their values.
 constexpr std::array<AlarmLevel, kAlarmLevels> kColumns = {
     AlarmLevel::kLowAlarm, AlarmLevel::kLowWarning, AlarmLevel::kHighWarning,
     AlarmLevel::kHighAlarm};
@@ -122,7 +122,7 @@ constexpr Group kGroups[] = {
     {FieldGroup::kCalibration, "Calibration"},
 };
 
-// What people call an auxiliary monitor.
+// The label of an auxiliary monitor.
 struct AuxLabel {
   std::string_view name;
   std::string_view label;

@@ -4,10 +4,10 @@
 
 namespace cable_info::module_memory {
 
-/// The room of `WriteShortest`.
+/// The size of the longest text of `WriteShortest`.
 inline constexpr std::size_t kShortestRoom = 32;
-/// The shortest decimal number that reads back as `value`, as JSON has numbers; "null" for what is
-/// no number.
+/// The shortest decimal number that reads back as `value`, as in JSON; "null" for NaN and
+/// infinities.
 char* WriteShortest(char* to, double value);
 
 inline void AppendShortest(text::TextBuffer& out, double value) {

@@ -1,6 +1,6 @@
 #pragma once
 
-// How records are filled from the memory maps of module families.
+// Filling records from the memory maps of module families.
 
 #include <algorithm>
 #include <array>
@@ -23,7 +23,7 @@ class FieldBytes {
       : bytes_(bytes), size_(count), bits_(bits) {}
 
   std::size_t size() const { return size_; }
-  /// The byte at `index`; 0 behind the end.
+  /// The byte at `index`; 0 after the end.
   std::uint8_t operator[](std::size_t index) const {
     return index < size_ ? bytes_[index] : std::uint8_t{0};
   }
@@ -38,8 +38,8 @@ class FieldBytes {
     const unsigned width = bits_.high - bits_.low + 1U;
     return size_ == 1 ? number >> bits_.low & ((1U << width) - 1) : number;
   }
-  /// As text that is fit for one cell: NULs are blanks, other control characters "?", and the
-  /// blanks at both ends are gone.
+  /// The bytes as text for one cell: NULs become blanks, other control characters "?", and blanks
+  /// at both ends are removed.
   std::string Text() const;
 
  private:
@@ -84,7 +84,7 @@ class Places {
   const MemoryMap& map_;
 };
 
-/// A line of a record's map: where a field stands, and what takes it.
+/// A line of a record's map: the position of a field, and its setter.
 template <typename Target>
 struct RecordField {
   Place place;
@@ -92,7 +92,7 @@ struct RecordField {
   bool is_text = false;  ///< a text that is cut short is still one
 };
 
-/// \name What takes a field: a member of the target, or a member of a part of the target
+/// \name Setters: of a member of the target, or of a member of a part of the target
 /// @{
 inline void StoreText(std::string& field, std::string_view text) { field = text; }
 
@@ -129,7 +129,7 @@ inline constexpr std::size_t kLongestField = 64;
 std::size_t ReadField(const ModuleImage& image, const Place& place,
                       std::uint8_t (&bytes)[kLongestField]);
 
-/// Sets what the image tells; what it lacks stays as it is.
+/// Sets the fields that the image contains; others are unchanged.
 template <typename Target, std::size_t N>
 void SetFields(const ModuleImage& image, const std::array<RecordField<Target>, N>& map,
                Target& target) {
@@ -142,10 +142,11 @@ void SetFields(const ModuleImage& image, const std::array<RecordField<Target>, N
   }
 }
 
-/// \name What maps have in common
+/// \name Shared by several maps
 /// @{
 
-/// The temperature word of no reading: -128 C, outside of every sensor's range, shows as missing.
+/// The temperature word without a reading: -128 C, which is outside the valid range and is shown as
+/// missing.
 inline constexpr std::uint16_t kNoTemperature = 0x8000;
 
 /// The value of the number, cut to the range of a word.
@@ -154,7 +155,7 @@ constexpr std::uint16_t Saturated(std::uint32_t number) {
   return static_cast<std::uint16_t>(std::min(number, kHighest));
 }
 
-/// What fills a `PhyCableRecord`: its module record, and its page of latched flags.
+/// A `PhyCableRecord` under construction: its module record and its page of latched flags.
 using ModuleRecord = cable_info::PhyCableRecord::ModuleRecord;
 using LatchedFlagsPage = cable_info::PhyCableRecord::LatchedFlagsPage;
 

@@ -12,9 +12,10 @@
 namespace cable_info::module_memory {
 
 /// \name The records of the module families
-/// The image is that of a `ModuleMemory`. What has no place in the record goes to `remarks`.
+/// The image is that of a `ModuleMemory`. Values for which the record has no field are remarked on
+/// in `remarks`.
 /// @{
-/// `identifier` is the code that chose the family.
+/// `identifier` is the code that determined the family.
 std::unique_ptr<CableRecord> CableFromSff8636(const ModuleImage& image, std::uint8_t identifier,
                                               std::vector<std::string>& remarks);
 /// `form_factor` is the `cable_identifier` of the record.

@@ -13,21 +13,25 @@ namespace cable_info {
 
 /// A code and its name in the standard.
 struct CodeName {
-  std::uint8_t code;
-  std::string_view name;
+  std::uint8_t code;      ///< the code
+  std::string_view name;  ///< its name, shortened where the standard has a sentence
 };
 
 /// A table of codes in ascending order. The entries are static.
 class CodeTable {
  public:
+  /// `entries` must be static.
   template <std::size_t N>
   constexpr CodeTable(std::string_view source, const CodeName (&entries)[N])
       : source_(source), entries_(entries), size_(N) {}
 
   /// The standard, its revision and the table or byte that lists the codes.
   constexpr std::string_view source() const { return source_; }
+  /// The number of codes.
   constexpr std::size_t size() const { return size_; }
+  /// The first entry.
   constexpr const CodeName* begin() const { return entries_; }
+  /// The end of the entries.
   constexpr const CodeName* end() const { return entries_ + size_; }
 
   /// The name of `code`; empty for reserved, vendor specific and unknown codes.
@@ -83,9 +87,9 @@ extern const CodeTable kMediaTechnologies;
 extern const CodeTable kSff8636Technologies;
 /// Module states of CMIS: bits 3..1.
 extern const CodeTable kModuleStates;
-/// Data path states of CMIS, a nibble a lane; CMIS 5.x shortens the names to DPActivated etc..
+/// Data path states of CMIS, one nibble per lane; CMIS 5.x shortens the names to DPActivated etc.
 extern const CodeTable kDataPathStates;
-/// Results of the last configuration command of CMIS, a nibble a lane.
+/// Results of the last configuration command of CMIS, one nibble per lane.
 extern const CodeTable kConfigStatuses;
 /// Frequency grids of tunable CMIS modules, 12h bytes 128-135 bits 7..4, with the codes of CMIS 5.0
 /// and later; before that, 6 and 7 were swapped.

@@ -29,7 +29,7 @@ struct LevelFlags {
   std::uint8_t low_warning = 0;
 };
 
-// The record on its way, and the bytes that are a field only together with others.
+// The record under construction, and bytes that form a field only together with others.
 struct Draft {
   ModuleRecord module;
   LatchedFlagsPage flags;
@@ -159,7 +159,7 @@ const auto& Map() {
   return kMap;
 }
 
-// SFF-8636's technology codes, in the high nibble of the record's technology byte.
+// Technology codes of SFF-8636, in the high nibble of the record's technology byte.
 std::uint8_t Technology(const Draft& draft, Sff8472Medium medium) {
   if (medium == Sff8472Medium::kPassiveCable || medium == Sff8472Medium::kCopper) return 0xA0;
   if (medium == Sff8472Medium::kActiveCable) return 0xC0;
@@ -202,7 +202,7 @@ void FinishIdentity(Draft& draft, Sff8472Medium medium) {
   }
 }
 
-// The nearest word; values that are no number have none.
+// The nearest word; none for NaN and infinities.
 std::uint16_t Word(double value) {
   constexpr double kHighest = 65535.0;
   if (std::isnan(value)) return 0;
@@ -223,7 +223,7 @@ void CalibrateTemperature(std::uint16_t& value, const Sff8472Calibration::Line& 
   if (value != kNoTemperature) value = SignedWord(line.At(std::int16_t(value)));
 }
 
-// Values and thresholds alike are those of the converter until they are calibrated.
+// Values and thresholds are uncalibrated readings of the converter.
 void CalibrateExternally(ModuleRecord& module, const Sff8472Calibration& constants) {
   for (std::uint16_t* value :
        {&module.temperature, &module.temp_high_threshold, &module.temp_low_threshold}) {
@@ -272,7 +272,7 @@ std::unique_ptr<PhyCableRecord> CableFromSff8472(const ModuleImage& image,
   FinishIdentity(draft, Sff8472MediumOf(image));
 
   auto record = std::make_unique<PhyCableRecord>();
-  // Whether there are diagnostics is asked of A2h itself: modules exist that have them and deny it.
+  // A2h itself determines whether there are diagnostics: some modules have them without stating it.
   if (image.Has(Page::kA2)) {
     const bool has_readings = image.At(Page::kA2, kLastReading).has_value();
     const bool is_external = AskBit(image, Page::kA0, 92, 4) == Advertised::kYes &&

@@ -1,5 +1,5 @@
-// The memory map of SFF-8636 rev 2.11, which is that of SFF-8436 rev 4.9, too, where that one
-// reserves what it does not have.
+// The memory map of SFF-8636 rev 2.11. It also fits SFF-8436 rev 4.9, which reserves the fields
+// that it does not have.
 
 #include <algorithm>
 
@@ -338,8 +338,8 @@ void DecodeRevision(Decoding& to) {
   if (*code != 0) to.Warn("byte 1 is " + HexText(*code) + ", which is no revision's code");
 }
 
-// The class, and the power that it stands for. Class 8 is that only with a power of its own: older
-// revisions reserve its bit, and modules set it.
+// The class and its power. Class 8 requires a maximum power in byte 107: older revisions reserve
+// the bit, and some modules set it.
 void DecodePower(Decoding& to) {
   constexpr double kWattsOfClass[] = {1.5, 2.0, 2.5, 3.5, 4.0, 4.5, 5.0};
   constexpr double kTenths = 10.0;
@@ -444,7 +444,7 @@ void AddSpeeds(Decoding& to) {
 // Monitors and lanes
 // ---------------------------------------------------------------------------------------------
 
-// Lanes that byte 113 says are not there, as bits. All four would be no module.
+// The lanes that are not implemented by byte 113, as bits. All four set is ignored.
 std::uint64_t AbsentLanes(const ModuleImage& image) {
   constexpr unsigned kAll = 0xF;
   const unsigned lanes = image.At(L, 113).value_or(0) & kAll;
@@ -498,7 +498,7 @@ unsigned Sff8636PowerClass(unsigned extended_identifier, unsigned maximum_power)
 
 namespace {
 
-// What would be on a page that flat memory does not have is not implemented.
+// Fields on pages that flat memory does not have are not implemented.
 void DecodeFlat(Decoding& to) {
   for (const MapField& line : kFields) {
     if (IsUpperPage(line.page) && line.page != P00) {

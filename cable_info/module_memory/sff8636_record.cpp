@@ -21,11 +21,11 @@ using cable_info::CableRecord;
 
 constexpr std::string_view kUnknown = "NA";
 constexpr std::string_view kUnknownDate = "N/A";
-constexpr std::uint8_t kUnknownTechnology = 0xFF;  // behind the end of the table: shows as missing
+constexpr std::uint8_t kUnknownTechnology = 0xFF;  // not in the table: shown as missing
 constexpr std::uint8_t kLastCopperTechnology = 15;
 constexpr std::uint16_t kUnread = 0xFFFF;
 
-// The record on its way, and the bytes that are a field only together with others.
+// The record under construction, and bytes that form a field only together with others.
 struct Draft {
   CableRecord record;
   std::uint16_t extended_identifier = kUnread;
@@ -181,7 +181,7 @@ std::string LengthText(const CableRecord& record) {
   return std::string(kUnknown);
 }
 
-// A record that knows nothing, as far as it can say so.
+// A record with all values unknown, as far as it can represent that.
 Draft UnknownCable(std::uint8_t identifier) {
   Draft draft;
   CableRecord& record = draft.record;

@@ -4,7 +4,7 @@
 
 namespace cable_info::module_memory {
 
-/// The bit of `ib_compliance_code` that a host electrical interface of SFF-8024, table 4-5, stands
+/// The bit of `ib_compliance_code` for a host electrical interface of SFF-8024 rev 4.13, table 4-5,
 /// for; 0 for interfaces that are not InfiniBand's. The codes of SDR to NDR follow each other as
 /// the bits do.
 constexpr std::uint8_t InfiniBandSpeedOfHostInterface(std::uint8_t code) {

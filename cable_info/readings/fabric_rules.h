@@ -21,10 +21,10 @@
 
 namespace cable_info {
 
-/// What names a port in its fabric.
+/// The identity of a port in its fabric.
 struct PortId {
-  std::uint64_t guid = 0;
-  std::uint32_t number = 0;
+  std::uint64_t guid = 0;    ///< port GUID
+  std::uint32_t number = 0;  ///< port number
 };
 
 /// Ports by GUID, then by number.
@@ -37,20 +37,21 @@ constexpr bool operator==(const PortId& a, const PortId& b) {
   return a.guid == b.guid && a.number == b.number;
 }
 
-/// What the rules need to know of a port.
+/// The values of a port that the rules use.
 struct FabricPort {
   FabricPort() = default;
-  /// The port's own part; `peer` is the port at the other end, if that is known.
+  /// Copies the values from `readings`; `peer` is the port at the other end, if it is known.
   FabricPort(const PortId& id_in, const std::optional<PortId>& peer_in, const Readings& readings);
 
-  PortId id;
-  std::optional<PortId> peer;
-  std::string part_number;
-  std::string serial_number;
-  bool is_separable = true;  ///< false for a cable without separable connectors
-  int lanes = 0;             ///< that the form factor offers
-  /// Powers by lane in milliwatts, NaN where a lane has none or is not in use.
+  PortId id;                   ///< the port
+  std::optional<PortId> peer;  ///< the port at the other end; none if it is unknown
+  std::string part_number;     ///< empty if unknown
+  std::string serial_number;   ///< empty if unknown
+  bool is_separable = true;    ///< false for a cable without separable connectors
+  int lanes = 0;               ///< the number of lanes of the form factor
+  /// Received powers by lane in milliwatts, NaN for lanes without a value or not in use.
   std::array<float, kMostLanes> rx_power{};
+  /// Transmitted powers, in the same form.
   std::array<float, kMostLanes> tx_power{};
 };
 
@@ -63,13 +64,17 @@ class FabricRules {
   /// Adds a port; its index is the number of ports added before.
   void Add(const FabricPort& port);
 
-  /// How many ports were added.
+  /// The number of ports that were added.
   std::size_t size() const { return ports_.size(); }
   /// \name The port of an index
   /// Texts stay valid until the next `Add`.
   /// @{
+
+  /// Its identity.
   PortId IdOf(std::size_t index) const { return ports_[index].id; }
+  /// Its part number; empty if unknown.
   std::string_view PartNumberOf(std::size_t index) const;
+  /// Its serial number; empty if unknown.
   std::string_view SerialNumberOf(std::size_t index) const { return SerialNumber(ports_[index]); }
   /// @}
 

@@ -14,7 +14,7 @@
 
 namespace cable_info {
 
-/// What a reading measures.
+/// The quantity of a reading.
 enum class Quantity : std::uint8_t {
   kTemperature,  ///< the module's temperature, degrees Celsius
   kVoltage,      ///< the module's supply voltage, volts
@@ -23,16 +23,16 @@ enum class Quantity : std::uint8_t {
   kTxBias,       ///< laser bias current of a lane, milliamperes
 };
 
-/// How many quantities there are.
+/// The number of quantities.
 inline constexpr std::size_t kQuantities = 5;
 
-/// The lanes that a port can have, numbered from 1.
+/// The highest number of lanes of a port. Lanes are numbered from 1.
 inline constexpr int kMostLanes = 8;
 
-/// A limit that a module sets itself, and the flag that it latches when the value crosses it.
+/// A threshold set by the module, and the flag that it latches when the value crosses it.
 enum class Bound : std::uint8_t { kHighAlarm, kLowAlarm, kHighWarning, kLowWarning };
 
-/// How many bounds there are.
+/// The number of bounds.
 inline constexpr std::size_t kBounds = 4;
 
 /// All bounds, in order.
@@ -87,7 +87,7 @@ struct Reading {
   std::optional<bool> Latched(Bound bound) const {
     return latched.Get(static_cast<int>(bound) + 1);
   }
-  /// True when there is a value, and it lies strictly beyond `limit` on the side of `bound`.
+  /// True if there is a value strictly beyond `limit`, on the side of `bound`.
   bool IsBeyond(Bound bound, float limit) const {
     return IsPresent() && (IsHigh(bound) ? value > limit : value < limit);
   }

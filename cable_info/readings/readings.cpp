@@ -205,7 +205,7 @@ Flags BoundsDownwards(std::uint8_t byte) {
   return {kKnown, Reversed4(byte >> 4)};
 }
 
-// SFF-8636 lower page, bytes 9 to 14: a nibble a lane, lane 1 in the top one.
+// SFF-8636 lower page, bytes 9 to 14: one nibble per lane, lane 1 in the top nibble.
 Flags BoundsOfLane(std::uint16_t word, int lane) {
   constexpr std::uint8_t kKnown = 0x0F;
   return {kKnown, Reversed4(static_cast<unsigned>(word) >> (4 * (kCableLanes - lane)) & 0xF)};

@@ -20,9 +20,9 @@ class CableRecord;
 class CombinedCableInfo;
 class PhyCableRecord;
 
-/// What carries the signal.
+/// The transmission medium.
 enum class Medium : std::uint8_t {
-  kUnknown,        ///< nothing says
+  kUnknown,        ///< not known
   kOptical,        ///< a module or an active optical cable
   kPassiveCopper,  ///< unequalized or passive equalized copper
   kActiveCopper,   ///< copper with active equalizers
@@ -33,44 +33,44 @@ std::string_view MediumName(Medium medium);
 
 /// A code as its source numbers it, with its name.
 struct CodeAndName {
-  std::uint8_t code = 0;
-  std::string name;  ///< empty for a code without name
+  std::uint8_t code = 0;  ///< as numbered by the source
+  std::string name;       ///< empty for a code without a name
 };
 
-/// What identifies a cable or module. Texts have no blanks at their ends; an empty one is unknown.
+/// The identity of a cable or module. Texts have no blanks at their ends; an empty text is unknown.
 struct Identity {
-  std::string vendor;
-  std::string oui;  ///< six lower-case hexadecimal digits
-  std::string part_number;
-  std::string revision;
-  std::string serial_number;
-  std::string date_code;  ///< YYMMDD
-  std::string firmware;   ///< major.minor.sub-minor in decimal, or as the source gives it
-  std::optional<std::uint16_t> lot;
+  std::string vendor;         ///< vendor name
+  std::string oui;            ///< six lower-case hexadecimal digits
+  std::string part_number;    ///< part number
+  std::string revision;       ///< revision
+  std::string serial_number;  ///< serial number
+  std::string date_code;      ///< YYMMDD
+  std::string firmware;       ///< major.minor.sub-minor in decimal, or verbatim from the source
+  std::optional<std::uint16_t> lot;  ///< lot code
 };
 
-/// Lengths in metres; what is empty is not given.
+/// Lengths in metres; empty ones are not given.
 struct Lengths {
   std::optional<float> cable;     ///< the stated length of a cable without separable connectors
   std::optional<float> measured;  ///< by round-trip latency
-  std::optional<float> smf;  ///< supported on single-mode fibre, as the next five on multi-mode
-  std::optional<float> om5;
-  std::optional<float> om4;
-  std::optional<float> om3;
-  std::optional<float> om2;
-  std::optional<float> om1;
+  std::optional<float> smf;       ///< supported on single-mode fibre
+  std::optional<float> om5;       ///< supported on OM5 multi-mode fibre
+  std::optional<float> om4;       ///< supported on OM4 multi-mode fibre
+  std::optional<float> om3;       ///< supported on OM3 multi-mode fibre
+  std::optional<float> om2;       ///< supported on OM2 multi-mode fibre
+  std::optional<float> om1;       ///< supported on OM1 multi-mode fibre
 };
 
-/// Attenuation of copper in dB, by frequency in GHz; what is empty is not given.
+/// Attenuation of copper in dB, by frequency in GHz; empty ones are not given.
 struct Attenuation {
-  std::optional<std::uint8_t> at_2p5;
-  std::optional<std::uint8_t> at_5;
-  std::optional<std::uint8_t> at_7;
-  std::optional<std::uint8_t> at_12p9;
-  std::optional<std::uint8_t> at_25p8;
+  std::optional<std::uint8_t> at_2p5;   ///< at 2.5 GHz
+  std::optional<std::uint8_t> at_5;     ///< at 5 GHz
+  std::optional<std::uint8_t> at_7;     ///< at 7 GHz
+  std::optional<std::uint8_t> at_12p9;  ///< at 12.9 GHz
+  std::optional<std::uint8_t> at_25p8;  ///< at 25.8 GHz
 };
 
-/// A latched flag that each lane has of its own, besides those of its monitors.
+/// The latched flags of a lane, in addition to those of its monitors.
 enum class LaneFlag : std::uint8_t {
   kRxLos,            ///< loss of the received signal
   kTxLos,            ///< loss of the host's signal
@@ -88,7 +88,7 @@ inline constexpr std::array<LaneFlag, 6> kAllLaneFlags = {
 /// A value for each lane; empty where there is none. Lane n has index n - 1.
 using LaneValues = std::array<std::optional<std::uint8_t>, kMostLanes>;
 
-/// What is set in the module, lane by lane.
+/// The settings of the module by lane.
 struct Controls {
   Flags tx_cdr;                 ///< the CDR of the transmitter is on
   Flags rx_cdr;                 ///< the CDR of the receiver is on
@@ -110,49 +110,52 @@ struct Observable {
   Reading reading;    ///< its quantity and lane have no meaning
 };
 
-/// Everything that is known of a port as numbers.
+/// All values of a port as numbers.
 class Readings {
  public:
-  /// Nothing is known.
+  /// Without data.
   Readings();
 
-  /// False when nothing was read of the cable; then all else is empty.
+  /// False if nothing was read from the cable; all other members are empty then.
   bool has_data = false;
-  /// How the source of the data is named; empty without data.
+  /// The name of the data source; empty without data.
   std::string source;
   /// The status of the query that read the cable pages (see `ConvertCableInfoVSStatusToStr`); empty
   /// for other sources. Unless it is 0 there is neither a reading nor a flag.
   std::optional<std::uint8_t> query_status;
-  /// How many checksums of a module's memory do not match.
+  /// The number of wrong checksums in the memory of the module.
   int checksum_mismatches = 0;
 
+  /// Vendor, part and serial number, and so on.
   Identity identity;
-  /// The form factor: SFF-8024 table 4-1, or the number of the PHY's register.
+  /// The form factor: SFF-8024 rev 4.13 table 4-1, or the number of the PHY's register.
   std::optional<CodeAndName> identifier;
-  /// SFF-8024 table 4-3.
+  /// The connector: SFF-8024 rev 4.13 table 4-3.
   std::optional<CodeAndName> connector;
-  /// SFF-8636 byte 147 bits 7..4, or CMIS page 00h byte 212.
+  /// The technology: SFF-8636 rev 2.11 page 00h byte 147 bits 7..4, or CMIS 5.x page 00h byte 212.
   std::optional<CodeAndName> technology;
-  /// SFF-8024 table 4-4.
+  /// The extended specification compliance: SFF-8024 rev 4.13 table 4-4.
   std::optional<CodeAndName> compliance;
+  /// The transmission medium.
   Medium medium = Medium::kUnknown;
-  /// The CDR chip's vendor, as the PHY's register numbers it.
+  /// The vendor code of the CDR chip, as in the PHY's register.
   std::optional<std::uint8_t> cdr_vendor;
 
-  /// Bit 0 SDR, 1 DDR, 2 QDR, 3 FDR, 4 EDR, 5 HDR, 6 NDR.
+  /// The InfiniBand speeds: bit 0 SDR, 1 DDR, 2 QDR, 3 FDR, 4 EDR, 5 HDR, 6 NDR.
   std::optional<std::uint8_t> speeds;
-  std::optional<float> nominal_bitrate_gbps;
-  std::optional<std::uint8_t> power_class;
-  std::optional<float> max_power_w;
-  Lengths lengths;
-  Attenuation attenuation;
+  std::optional<float> nominal_bitrate_gbps;  ///< nominal bit rate, Gb/s
+  std::optional<std::uint8_t> power_class;    ///< power class, 1 to 8
+  std::optional<float> max_power_w;           ///< maximum power, W
+  Lengths lengths;                            ///< lengths of the cable, or supported by the module
+  Attenuation attenuation;                    ///< attenuation of copper
   /// Received power is an average (true) or an OMA (false).
   std::optional<bool> rx_power_is_average;
 
-  /// How many lanes the form factor offers, 0 to `kMostLanes`; `kMostLanes` when nothing says.
+  /// The number of lanes of the form factor, 0 to `kMostLanes`; `kMostLanes` if it is unknown.
   int lanes = 0;
   /// Bit n - 1: lane n is offered, and not zero on all three of its monitors.
   std::uint8_t lanes_in_use = 0;
+  /// The settings of the lanes.
   Controls controls;
   /// Auxiliary monitors and VDM observables of a module.
   std::vector<Observable> observables;
@@ -163,18 +166,21 @@ class Readings {
   const Reading& Of(Quantity quantity, int lane = 0) const {
     return readings_[Index(quantity, lane)];
   }
+  /// The same, for modification.
   Reading& Of(Quantity quantity, int lane = 0) { return readings_[Index(quantity, lane)]; }
   /// @}
 
   /// All readings: temperature, voltage, then RX power, TX power and TX bias of lanes 1..8 each.
   /// @{
   const Reading* begin() const { return readings_.data(); }
+  /// The end of the readings.
   const Reading* end() const { return readings_.data() + readings_.size(); }
   /// @}
 
   /// The latched flags of the lanes.
   /// @{
   const Flags& Of(LaneFlag flag) const { return flags_[static_cast<std::size_t>(flag)]; }
+  /// The same, for modification.
   Flags& Of(LaneFlag flag) { return flags_[static_cast<std::size_t>(flag)]; }
   /// @}
 
@@ -195,7 +201,8 @@ class Readings {
   std::array<Flags, kAllLaneFlags.size()> flags_;
 };
 
-/// What the cable-information pages report. Units and bit orders are those of SFF-8636.
+/// The readings of the cable-information pages. Units and bit orders are those of SFF-8636
+/// rev 2.11.
 ///
 /// The pages have thresholds of temperature and voltage only. A quantity whose four thresholds are
 /// all zero has none; temperatures and their thresholds outside -40..125 C are none. A module
@@ -203,12 +210,13 @@ class Readings {
 /// then a temperature word of 0 is none either. Passive copper measures nothing.
 Readings ReadingsOf(const CableRecord& record);
 
-/// What the PHY's registers report. The register has alarm thresholds only; the rules for missing
-/// values are those of the cable pages. With a unit flag of 0 lane powers and their thresholds are
-/// dBm: a lane of 0 dBm has no value, and a threshold above 40 dBm is none.
+/// The readings of the PHY's registers. The register has alarm thresholds only; the rules for
+/// missing values are those of the cable pages. With a unit flag of 0 lane powers and their
+/// thresholds are dBm: a lane of 0 dBm has no value, and a threshold above 40 dBm is none.
 Readings ReadingsOf(const PhyCableRecord& record);
 
-/// What the record that answers for the port reports; no data without records.
+/// The readings of the `CableRecord` if there is one, otherwise of the `PhyCableRecord`; no data
+/// without records.
 Readings ReadingsOf(const CombinedCableInfo& cable);
 
 }  // namespace cable_info

@@ -16,16 +16,16 @@
 
 namespace cable_info {
 
-/// How much a finding matters, and whether its rule is applied at all.
+/// The severity of a finding; `kOff` disables a rule.
 enum class Severity : std::uint8_t { kOff, kUnknown, kWarning, kCritical };
 
 /// "off", "unknown", "warning" or "critical".
 std::string_view SeverityName(Severity severity);
 
-/// What all findings of a port, or of several ports, come to; each is worse than the one before.
+/// The overall result for a port or several ports, in ascending severity.
 enum class Verdict : std::uint8_t { kOk, kUnknown, kWarning, kCritical };
 
-/// How many verdicts there are.
+/// The number of verdicts.
 inline constexpr std::size_t kVerdicts = 4;
 
 /// "ok", "unknown", "warning" or "critical".
@@ -46,23 +46,23 @@ enum class Rule : std::uint8_t {
   kChecksum,
 };
 
-/// How many rules there are.
+/// The number of rules.
 inline constexpr std::size_t kRules = static_cast<std::size_t>(Rule::kChecksum) + 1;
 
-/// The rule that a value now lies beyond a bound.
+/// The rule for a current value beyond a bound.
 constexpr Rule ThresholdRule(Quantity quantity, Bound bound) {
   return static_cast<Rule>(static_cast<std::size_t>(Rule::kFirstThreshold) +
                            static_cast<std::size_t>(quantity) * kBounds +
                            static_cast<std::size_t>(bound));
 }
 
-/// The rule that the flag of a bound is latched although the value does not lie beyond it now.
+/// The rule for a latched flag of a bound that the current value is not beyond.
 constexpr Rule LatchedRule(Quantity quantity, Bound bound) {
   return static_cast<Rule>(static_cast<std::size_t>(ThresholdRule(quantity, bound)) +
                            kQuantities * kBounds);
 }
 
-/// The rule that a lane flag is latched.
+/// The rule for a latched lane flag.
 constexpr Rule LaneFlagRule(LaneFlag flag) {
   return static_cast<Rule>(static_cast<std::size_t>(Rule::kFirstLaneFlag) +
                            static_cast<std::size_t>(flag));
@@ -74,10 +74,10 @@ constexpr Rule RuleOf(std::size_t number) { return static_cast<Rule>(number); }
 /// The stable name of a rule, such as "rx-power-low-alarm".
 std::string_view RuleName(Rule rule);
 
-/// The rule of a name; empty for a name of none.
+/// The rule with a name; none for an unknown name.
 std::optional<Rule> FindRule(std::string_view name);
 
-/// What a rule finds, in one phrase.
+/// The meaning of a rule in one phrase.
 std::string_view RuleMeaning(Rule rule);
 
 /// The unit of a rule's values and first limit: "C", "V", "mW", "mA", "dB" or "m"; empty for a rule
@@ -86,7 +86,7 @@ std::string_view RuleUnit(Rule rule);
 
 /// A limit, or a second severity, of a rule that has more than one.
 struct RuleParameter {
-  Rule rule;
+  Rule rule;                 ///< the rule that it belongs to
   std::string_view name;     ///< as `RuleSettings::Set` knows it, such as "outlier.modules"
   std::string_view unit;     ///< empty for a plain number or a severity
   float limit;               ///< the default; NaN where it is a severity
@@ -114,7 +114,7 @@ class RuleSettings {
   /// The defaults.
   RuleSettings();
 
-  /// What became of a setting.
+  /// The result of `Set`.
   enum class Outcome : std::uint8_t { kSet, kUnknownName, kBadValue };
 
   /// Sets the severity or the limit of `name`, which is a rule or one of `kRuleParameters`: `value`
@@ -123,7 +123,7 @@ class RuleSettings {
 
   /// The severity of a rule; `kOff` for one that is not applied.
   Severity SeverityOf(Rule rule) const { return severities_[Index(rule)]; }
-  /// The limit of a rule; empty where the module's own threshold counts, or the rule has none.
+  /// The limit of a rule; empty if the threshold of the module applies or the rule has none.
   std::optional<float> LimitOf(Rule rule) const { return limits_[Index(rule)]; }
   /// The severity of an entry of `kRuleParameters`.
   Severity ParameterSeverity(std::size_t parameter) const {
@@ -141,37 +141,37 @@ class RuleSettings {
   std::array<float, kRuleParameters.size()> parameter_limits_{};
 };
 
-/// What a rule found. Numbers that a finding does not have are NaN.
+/// A finding of a rule. Numbers that it does not have are NaN.
 struct Finding {
+  /// A number that the finding does not have.
   static constexpr float kNone = std::numeric_limits<float>::quiet_NaN();
 
-  Rule rule = Rule::kNoData;
-  Severity severity = Severity::kUnknown;
-  std::uint8_t lane = 0;    ///< 1..8; 0 is the module
+  Rule rule = Rule::kNoData;               ///< the rule
+  Severity severity = Severity::kUnknown;  ///< its severity
+  std::uint8_t lane = 0;                   ///< 1..8; 0 is the module
   std::uint8_t detail = 0;  ///< of `kEndMismatch`: bit 0 the part number, bit 1 the serial number
-  /// In `RuleUnit`; the number of `kQueryFailed` is the status, of `kChecksum` how many there are.
+  /// In `RuleUnit`; for `kQueryFailed` the status, for `kChecksum` the number of wrong checksums.
   float value = kNone;
   float limit = kNone;      ///< in `RuleUnit`
-  float reference = kNone;  ///< what the value was compared with: see `Sentence`
+  float reference = kNone;  ///< the value that it was compared with; see `Sentence`
 };
 
-/// What a finding says, in one sentence.
+/// The finding as one sentence.
 std::string Sentence(const Finding& finding);
 
-/// What findings come to; `kOk` for none.
+/// The worst of the findings; `kOk` if there are none.
 Verdict VerdictOf(const Finding* first, const Finding* last);
 
-/// Puts the worst findings first, then in the order of the rules and lanes.
+/// Sorts findings by severity, the worst first, then by rule and lane.
 void SortWorstFirst(std::vector<Finding>& findings);
 
-/// A power that counts as 0 dB apart from no light at all: the resolution of a module's registers,
-/// 0.1 uW, in dBm.
+/// The power used for no light: the resolution of a module's registers, 0.1 uW, in dBm.
 inline constexpr double kDarkDbm = -40.0;
 
-/// A lane's power in dBm, and `kDarkDbm` where it is lower or there is no light.
+/// The power of a lane in dBm; `kDarkDbm` if it is lower or there is no light.
 double DbmOrDark(double milliwatts);
 
-/// Adds what the rules that need one port alone find in it to `findings`: all but `kOutlier`,
+/// Appends the findings of all rules that need only one port to `findings`: all except `kOutlier`,
 /// `kLinkLoss` and `kEndMismatch`, which need the fabric (see fabric_rules.h).
 ///
 /// Lanes that are not in use, copper and modules without monitors raise no optical finding: none of

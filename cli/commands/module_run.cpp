@@ -34,7 +34,7 @@ using cable_info::module_memory::PageFile;
 using cable_info::module_memory::ParsePageFile;
 using cable_info::module_memory::PutPage;
 
-// The dump of one module: one file, or a file a page.
+// The dump of one module: one file, or one file per page.
 struct Dump {
   std::string path;
   std::vector<PageFile> pages;

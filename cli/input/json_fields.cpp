@@ -32,7 +32,7 @@ bool ReadHexCode(std::string_view text, std::uint64_t& code) {
   return true;
 }
 
-// The integer that a number stands for, however it is written; false where it is none.
+// The integer value of a number, however it is written; false if it is not an integer.
 bool ReadNumber(simdjson::dom::element json, std::uint64_t& number) {
   if (json.get(number) == simdjson::SUCCESS) return true;
   constexpr double kEnd = 18446744073709551616.0;  // 2^64
@@ -43,7 +43,7 @@ bool ReadNumber(simdjson::dom::element json, std::uint64_t& number) {
   return is_integer;
 }
 
-// True for what stands for a number that no 64-bit float can hold; see `Representable`.
+// True for a number outside the range of a 64-bit float; see `Representable`.
 bool IsBeyondDouble(simdjson::dom::element json) {
   double number = 0.0;
   return json.is_double() && json.get(number) == simdjson::SUCCESS &&

@@ -19,7 +19,7 @@ struct Selection {
   bool Selects(const Port& port) const;
 };
 
-/// True when `text` as a whole fits `pattern`, in which "*" stands for any characters, "?" for one,
+/// True when `text` as a whole fits `pattern`, in which "*" matches any characters, "?" one,
 /// "[abc]" and "[a-z]" for one of these and "[!abc]" for any other, and "\" takes the next
 /// character verbatim. Compares bytes; a "?" is one UTF-8 character.
 bool MatchesPattern(std::string_view text, std::string_view pattern);

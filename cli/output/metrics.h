@@ -29,7 +29,7 @@ class Metrics {
   explicit Metrics(const cable_info::RuleSettings& settings) : judged_(settings) {}
 
   /// Adds the ports that `WritePortMetrics` wrote one after the other. Of ports with the same GUIDs
-  /// and number, the first counts: a monitoring system could not tell them apart.
+  /// and number, the first counts: a monitoring system could not distinguish them.
   void Add(std::string_view ports);
   /// Judges the fabric, and writes all families. To be called once.
   void WriteTo(std::ostream& os);

@@ -26,7 +26,7 @@ inline bool IsStandardOutput(const std::string& path) { return path == kStandard
 /// destructor and the signals that end a program remove.
 ///
 /// Devices, pipes and the names of open descriptors (`/dev/stdout`, `/dev/fd/1`) are written in
-/// place, from where they stand.
+/// place, from their current position.
 ///
 /// Text is buffered and written in large pieces; a flush writes what there is.
 class OutputFile : public std::streambuf {

@@ -19,7 +19,7 @@ TEST(Representable, MakesNumbersBeyondDoublesTheLargestOne) {
   EXPECT_EQ(Representable(std::string(400, '9')), "1.7976931348623157e308");
 }
 
-TEST(Representable, LeavesOtherLines) {
+TEST(Representable, DoesNotChangeOtherLines) {
   for (const char* const line :
        {"", "{}", "[18446744073709551615,-9223372036854775808]", "1e-400", "1.5e300", R"("1e400")",
         R"({"1e400":"\"1e400"})", "[01e400]", "1e400e1", "1e", "-"}) {

@@ -88,7 +88,7 @@ class AtOnce(ProgramTest):
 
 
 class Delivery(ProgramTest):
-    """The limit of a line counts its text, not how it comes."""
+    """The limit of a line counts its text, however it is delivered."""
 
     def deliver(self, pieces):
         with LiveProgram("table", "--no-header") as live:

@@ -37,7 +37,7 @@ def short_texts(size):
     return ['""', f'"{"x" * size}"', '"\\u0000"', "null"], [f'"{"x" * (size + 1)}"', "1", "[]"]
 
 
-# Where a value stands, as a line with "@" in its place, and the values that fit there and do not.
+# A line with "@" in the place of a value, and values that are valid there and that are not.
 CASES = [
     ('@', (["{}"], ["null", "1", '"text"', "[]", "true"])),
     ('{"format_version":@}', (["1", "1.0", "1e0", "null"], ["0", "2", '"1"', "true", "1.5", "[]"])),

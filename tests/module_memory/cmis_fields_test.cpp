@@ -33,7 +33,7 @@ struct Number {
   double value;
 };
 
-// Values of bytes beside those of the field are 0, or of the bits that advertise.
+// All other bytes are 0 except the advertising bits.
 std::vector<Number> Numbers() {
   constexpr Page kLower = Page::kLower;
   return {
@@ -229,7 +229,7 @@ TEST(CmisFields, InterruptIsAssertedByAClearBit) {
   EXPECT_EQ(memory.Put(Page::kLower, 3, {0x07}).Decode()[Field::kInterruptAsserted].number, 0.0);
 }
 
-TEST(CmisFields, TextsLoseTheirBlanksAndNuls) {
+TEST(CmisFields, TextsAreTrimmedOfBlanksAndNuls) {
   Memory memory = BareModule();
   memory.Text(Page::k00, 129, "Example Vendor  ");
   memory.Put(Page::k00, 145, {0xA0, 0xB1, 0xC2});
@@ -281,7 +281,7 @@ TEST(CmisFields, ZeroIsNoLengthAndNoWavelength) {
   }
 }
 
-TEST(CmisFields, ACaseTemperatureOfZeroCountsBesideAnotherOne) {
+TEST(CmisFields, ACaseTemperatureOfZeroIsValidIfTheOtherIsNotZero) {
   Memory memory = FullModule();
   memory.Put(Page::k01, 146, {70, 0});
   const FieldValue lowest = memory.Decode()[Field::kMinCaseTemperature];
@@ -482,7 +482,7 @@ TEST(CmisFields, FlatMemoryHasNoFlagsMonitorsOrControls) {
   }
 }
 
-TEST(CmisFields, FlatMemoryMayTellItsState) {
+TEST(CmisFields, FlatMemoryMayReportItsState) {
   Memory memory = FlatModule();
   memory.Put(Page::kLower, 3, {0x07});
   EXPECT_EQ(memory.Decode()[Field::kState].text, "ModuleReady");

@@ -50,7 +50,7 @@ bool AllLanesAre(const ModuleInfo& info, LaneField field, FieldState state) {
 }
 
 // ---------------------------------------------------------------------------------------------
-// Fields of a bit a lane
+// Fields with one bit per lane
 // ---------------------------------------------------------------------------------------------
 
 struct LaneBit {
@@ -157,7 +157,7 @@ std::vector<LaneNumber> LaneNumbersInBytes() {
       {LaneField::kTxEqRecalledBuffer, Page::k11, 215, {0x09, 0x80}, 1, 1},
       {LaneField::kTxEqRecalledBuffer, Page::k11, 215, {0x09, 0x80}, 2, 2},
       {LaneField::kTxEqRecalledBuffer, Page::k11, 215, {0x09, 0x80}, 8, 2},
-      // A byte a lane
+      // One byte per lane
       {LaneField::kApplication, Page::k11, 206, {0x20, 0, 0, 0, 0x28}, 5, 2},
       {LaneField::kDataPathFirstLane, Page::k11, 206, {0x20, 0, 0, 0, 0x28}, 1, 1},
       {LaneField::kDataPathFirstLane, Page::k11, 206, {0x20, 0, 0, 0, 0x28}, 5, 5},
@@ -331,7 +331,7 @@ TEST(CmisLanes, ACdrWithoutBypassIsOn) {
   EXPECT_EQ(LanesWith(info, LaneField::kRxCdr), std::vector<unsigned>{3});
 }
 
-TEST(CmisLanes, APreCursorWithoutPostCursorStandsInTheFieldOfThePostCursor) {
+TEST(CmisLanes, APreCursorWithoutPostCursorIsInTheFieldOfThePostCursor) {
   Memory memory = FullModule();
   memory.Put(Page::k01, 162, {0x08}).Put(Page::k11, 223, {0x05}).Put(Page::k11, 227, {0x06});
   ModuleInfo info = memory.Decode();
@@ -473,7 +473,7 @@ TEST(CmisLaneLayout, MediaQuantitiesEndWithTheMediaLanes) {
   EXPECT_EQ(info.lanes[4][LaneField::kDataPathState].state, FieldState::kPresent);
 }
 
-TEST(CmisLaneLayout, UnsupportedMediaLanesAreTakenAway) {
+TEST(CmisLaneLayout, UnsupportedMediaLanesAreExcluded) {
   Memory memory = FullModule();
   memory.Put(Page::k00, 210, {0xFE}).Put(Page::k11, 135, {0xFF});
   const ModuleInfo info = memory.Decode();
@@ -539,7 +539,7 @@ TEST(CmisLaneLayout, LanesWithGapsKeepTheirNumbersInEachBank) {
   EXPECT_EQ(LaneNumbers(memory.Decode()), (std::vector<unsigned>{1, 2, 3, 4, 9, 10, 11, 12}));
 }
 
-TEST(CmisLaneLayout, FlatModulesHaveLanesWithoutAnythingToSay) {
+TEST(CmisLaneLayout, FlatModulesHaveLanesWithoutValues) {
   const ModuleInfo info = FlatModule().Decode();
   ASSERT_EQ(info.lanes.size(), 8U);
   for (const Lane& lane : info.lanes) {
@@ -600,7 +600,7 @@ Memory ModuleOfManyApplications() {
   return memory;
 }
 
-TEST(CmisApplications, GoOnInPage01h) {
+TEST(CmisApplications, ContinueInPage01h) {
   Memory memory = ModuleOfManyApplications();
   memory.Put(Page::k01, 184, {0x80}).Put(Page::k01, 190, {0x40});
   const std::vector<Application> applications = memory.Decode().applications;

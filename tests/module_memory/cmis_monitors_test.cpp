@@ -108,7 +108,7 @@ std::vector<std::string_view> AuxNames(const ModuleInfo& info) {
   return names;
 }
 
-TEST(CmisMonitors, AuxiliaryMonitorsAreNamedAfterWhatTheyMeasure) {
+TEST(CmisMonitors, AuxiliaryMonitorsAreNamedAfterTheirObservable) {
   Memory memory = FullModule();
   memory.Put(Page::k01, 145, {0x00});
   EXPECT_EQ(AuxNames(memory.Decode()),
@@ -137,7 +137,7 @@ TEST(CmisMonitors, AuxiliaryMonitorsThatAreNotAdvertisedAreRemarkedOn) {
   }
 }
 
-TEST(CmisMonitors, WithoutPage01hNobodyKnowsWhatAuxiliaryMonitorsMeasure) {
+TEST(CmisMonitors, WithoutPage01hAuxiliaryMonitorsHaveNoObservable) {
   Memory memory = FullModule();
   memory.Word(Page::kLower, 18, 100).Drop(Page::k01);
   EXPECT_TRUE(memory.Decode().aux.empty());
@@ -224,7 +224,7 @@ TEST(CmisLaneMonitors, FollowLaneByLane) {
   }
 }
 
-TEST(CmisLaneMonitors, FlagsAreAByteALevelWithABitALane) {
+TEST(CmisLaneMonitors, FlagsHaveOneBytePerLevelAndOneBitPerLane) {
   for (const LaneMonitor& expected : LaneMonitors()) {
     for (unsigned level = 0; level < 4; ++level) {
       Memory memory = FullModule();

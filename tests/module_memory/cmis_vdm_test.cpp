@@ -252,7 +252,7 @@ TEST(Vdm, ThresholdsAtTheEndsOfTheRangeAreAbsent) {
   EXPECT_EQ(memory.Decode().vdm[0].monitor.thresholds.given, 0);
 }
 
-TEST(Vdm, FlagsAreANibbleAnInstance) {
+TEST(Vdm, FlagsHaveOneNibblePerInstance) {
   struct Place {
     unsigned group;
     unsigned instance;
@@ -313,7 +313,7 @@ TEST(Vdm, GroupsAreThoseThatTheModuleSupports) {
   EXPECT_EQ(memory.Decode().vdm.size(), 2U);
 }
 
-TEST(Vdm, LanesOfOtherBanksAreCountedThrough) {
+TEST(Vdm, LanesOfOtherBanksAreNumberedConsecutively) {
   Memory memory = VdmModule();
   memory.Put(Page::k01, 142, {0xFD});  // two banks
   memory.Add(PageOf(0x20, 1)).Put(PageOf(0x20, 1), 128, {0x02, 5});

@@ -57,7 +57,7 @@ class Memory {
     }
     return *this;
   }
-  /// Writes the sum of bytes `first` to `last` of the page behind them.
+  /// Writes the sum of bytes `first` to `last` of the page after them.
   Memory& Sum(Page page, std::size_t first, std::size_t last) {
     unsigned sum = 0;
     for (std::size_t i = first; i <= last; ++i) sum += bytes_.at(page).at(i);
@@ -70,7 +70,7 @@ class Memory {
     return *this;
   }
 
-  /// The halves of its pages one behind the other.
+  /// The halves of its pages in order.
   DumpBytes Image() const {
     DumpBytes image;
     for (const Place& half : halves_) {
@@ -262,7 +262,7 @@ inline Memory Optic(unsigned identifier = 0x18) {
   memory.Byte(kModuleFlags, 0x5A).Word(kTemperature, 0x2D40).Word(kVoltage, 32578);
   memory.Bytes(kFirmware, {2, 10});
   memory.Bytes(kApplications, {0x11, 0x1C, 0x88, 0x01, 0x30, 0, 0, 0, 0x32, 0, 0, 0, 0xFF});
-  memory.Byte({Page::kLower, 86 + 16}, 0x2C);  // behind the end of the list
+  memory.Byte({Page::kLower, 86 + 16}, 0x2C);  // after the end of the list
   memory.Text(kVendor, 16, "Acme Optics").Bytes(kOui, {0x9A, 0xAD, 0xCA});
   memory.Text(kPartNumber, 16, "AO-DD-DR4").Text(kRevision, 2, "2B");
   memory.Text(kSerialNumber, 16, "AO4711").Text(kDate, 6, "230704").Word(kLot, 0x4C37);

@@ -27,7 +27,7 @@ DumpBytes CountingUp(std::size_t count, unsigned first = 0) {
   return bytes;
 }
 
-TEST(ModuleListing, TellsTextFromImages) {
+TEST(ModuleListing, DistinguishesTextFromImages) {
   EXPECT_TRUE(IsListing("11 07\t00\r\n"));
   EXPECT_FALSE(IsListing(std::string_view("\x11 00", 3)));
   EXPECT_FALSE(IsListing(std::string_view("00\0", 3)));
@@ -62,7 +62,7 @@ TEST(ModuleListing, ReadsCanonicalHexdump) {
       CountingUp(18));
 }
 
-TEST(ModuleListing, RepeatsTheLastRowBehindAStar) {
+TEST(ModuleListing, RepeatsTheLastRowAfterAStar) {
   const DumpBytes bytes = ParseListing(
       "00000000  00 01 02 03 04 05 06 07  08 09 0a 0b 0c 0d 0e 0f  |................|\n"
       "00000010  20 20 20 20 20 20 20 20  20 20 20 20 20 20 20 20  |                |\n"
@@ -104,14 +104,14 @@ TEST(ModuleListing, ReadsTheKernelToolsListing) {
             CountingUp(20));
 }
 
-TEST(ModuleListing, LeavesGapsMissing) {
+TEST(ModuleListing, TreatsGapsAsMissing) {
   DumpBytes expected = CountingUp(2);
   expected.resize(0x80);
   expected.emplace_back(0x11);
   EXPECT_EQ(ParseListing("0x0000: 00 01\n0x0080: 11\n"), expected);
 }
 
-TEST(ModuleListing, SaysWhatItCannotRead) {
+TEST(ModuleListing, NamesTheLineThatItCannotRead) {
   EXPECT_EQ(Problem(""), "the listing holds no bytes");
   EXPECT_EQ(Problem(" \n\n"), "the listing holds no bytes");
   EXPECT_EQ(Problem("00 01\nVendor: Acme\n"),

@@ -145,7 +145,7 @@ TEST(Sff8636, FillsTheFieldsOfPage03) {
   EXPECT_EQ(r.RxOutputDisableTxAdaptiveEq, 0x5A);
 }
 
-TEST(Sff8636, FindsPage03BehindTwoOtherPages) {
+TEST(Sff8636, FindsPage03AfterTwoOtherPages) {
   DumpBytes image = qsfp::Optic().Image();
   image.insert(image.begin() + 256, 256, 0x77);
   const ModuleReading reading = ReadModule(image);
@@ -153,7 +153,7 @@ TEST(Sff8636, FindsPage03BehindTwoOtherPages) {
   EXPECT_EQ(reading.cable->InputEq, 0x1234);
 }
 
-TEST(Sff8636, HasFourAttenuationsOfCopper) {
+TEST(Sff8636, ReadsFourAttenuationsOfCopper) {
   const CableRecord r = Cable(qsfp::Copper());
   EXPECT_EQ(Values(r.Attenuation), (std::vector<std::uint8_t>{7, 11, 13, 19}));
   EXPECT_EQ(r.ConvertAttenuationToStr(false), "7 11 13 19");
@@ -162,7 +162,7 @@ TEST(Sff8636, HasFourAttenuationsOfCopper) {
   EXPECT_EQ(r.GetTemperatureStr(), "N/A");
 }
 
-TEST(Sff8636, TakesTheRateFromItsExtendedByteAt255Only) {
+TEST(Sff8636, ReadsTheExtendedRateOnlyIfTheNominalRateIs255) {
   Memory memory = qsfp::Copper();
   EXPECT_EQ(Cable(memory).NominalBitrate, 25);
   memory.Byte(qsfp::kRate, 103).Byte(qsfp::kExtendedRate, 200);
@@ -171,7 +171,7 @@ TEST(Sff8636, TakesTheRateFromItsExtendedByteAt255Only) {
   EXPECT_EQ(Cable(qsfp::Sealed(memory)).NominalBitrate, 25);
 }
 
-TEST(Sff8636, KnowsEightPowerClasses) {
+TEST(Sff8636, DecodesEightPowerClasses) {
   const std::pair<unsigned, unsigned> kClasses[] = {
       {0x00, 1}, {0x40, 2}, {0x80, 3}, {0xC0, 4}, {0xC1, 5},
       {0xC2, 6}, {0xC3, 7}, {0x03, 7}, {0x20, 8}, {0xE3, 8},
@@ -290,7 +290,7 @@ TEST(ModuleMemory, DropsAPageThatRepeatsPage00) {
   EXPECT_EQ(ReadModule(image).phy->module->rx_power[1], 0);
 }
 
-TEST(Sff8636, SaysTheLengthOfTheBestFibre) {
+TEST(Sff8636, GivesTheLengthOfTheBestFibre) {
   Memory memory = qsfp::Blank(0x0D, true);
   memory.Byte(qsfp::kTechnology, 0x40);
   EXPECT_EQ(Cable(qsfp::Sealed(memory)).LengthText, "NA");
@@ -310,7 +310,7 @@ TEST(Sff8636, SaysTheLengthOfTheBestFibre) {
   EXPECT_EQ(Cable(qsfp::Sealed(memory)).LengthText, "200 m");
 }
 
-TEST(Sff8636, ShowsColdAsColdAndTheLowestTemperatureAsNone) {
+TEST(Sff8636, ShowsNegativeTemperaturesAndTheLowestAsMissing) {
   Memory memory = qsfp::Optic();
   memory.Word(qsfp::kTemperature, 0xF680);
   EXPECT_EQ(Cable(memory).GetTemperatureStr(), "-10C");
@@ -319,7 +319,7 @@ TEST(Sff8636, ShowsColdAsColdAndTheLowestTemperatureAsNone) {
   EXPECT_EQ(Cable(memory).GetTemperatureStr(), "N/A");
 }
 
-TEST(Sff8636, ShowsWhatFlatMemoryLacksAsMissing) {
+TEST(Sff8636, ShowsFieldsThatFlatMemoryLacksAsMissing) {
   DumpBytes image = qsfp::Copper().Image();
   image.resize(384, 0x55);  // the module says that it has no page 03h
   const ModuleReading reading = ReadModule(image);
@@ -328,7 +328,7 @@ TEST(Sff8636, ShowsWhatFlatMemoryLacksAsMissing) {
   EXPECT_EQ(reading.cable->InputEq, 0);
 }
 
-TEST(Sff8636, ShowsWhatAnImageLacksAsMissing) {
+TEST(Sff8636, ShowsFieldsThatAnImageLacksAsMissing) {
   const ModuleReading reading = ReadModule(qsfp::Optic().Image(256));
   const CableRecord& r = *reading.cable;
   EXPECT_EQ(RemarksBesidePlaces(reading), Texts());
@@ -339,7 +339,7 @@ TEST(Sff8636, ShowsWhatAnImageLacksAsMissing) {
   EXPECT_EQ(r.ConvertTemperatureToStr(r.TempLowWarnThresh, false), "N/A");
 }
 
-TEST(Sff8636, KnowsNothingOfPage00WithoutIt) {
+TEST(Sff8636, ShowsAllFieldsOfAMissingPage00AsMissing) {
   const ModuleReading reading = ReadModule(qsfp::Optic().Image(128));
   const CableRecord& r = *reading.cable;
   EXPECT_EQ(reading.remarks, Texts{"the image ends behind byte 127; what it lacks is missing"});
@@ -355,19 +355,19 @@ TEST(Sff8636, KnowsNothingOfPage00WithoutIt) {
   EXPECT_FALSE(r.IsOpticCable());
 }
 
-TEST(Sff8636, KeepsTheCharactersOfATextThatIsCutShort) {
+TEST(Sff8636, KeepsTheCharactersOfATruncatedText) {
   const ModuleReading reading = ReadModule(qsfp::Optic().Image(148 + 4));
   EXPECT_EQ(reading.cable->VendorName, "Acme");
   EXPECT_EQ(reading.cable->PartNumber, "NA");
 }
 
-TEST(Sff8636, CutsNoWordInHalf) {
+TEST(Sff8636, IgnoresHalfOfAWord) {
   const ModuleReading reading = ReadModule(qsfp::Optic().Image(23));
   EXPECT_EQ(reading.cable->LatchedCdrLos, 0x21);
   EXPECT_EQ(reading.cable->GetTemperatureStr(), "N/A");
 }
 
-TEST(Sff8636, MakesTextsFitForACell) {
+TEST(Sff8636, ReplacesControlCharactersInTexts) {
   Memory memory = qsfp::Optic();
   memory.Text(qsfp::kVendor, 16, std::string_view("Ac\0me\xE9\n\x7F\0\0\0\0\0\0\0\0", 16));
   EXPECT_EQ(Cable(qsfp::Sealed(memory)).VendorName, "Ac me\xE9??");
@@ -448,7 +448,7 @@ TEST(Cmis, MultipliesBiasValuesAndThresholds) {
   }
 }
 
-TEST(Cmis, TakesTheThresholdsInItsOwnOrder) {
+TEST(Cmis, ReadsTheThresholdsInItsOwnOrder) {
   const auto phy = Phy(cmis::Optic());
   const ModuleRecord& m = *phy->module;
   EXPECT_EQ(m.temp_high_threshold, 0x4B00);
@@ -463,7 +463,7 @@ TEST(Cmis, TakesTheThresholdsInItsOwnOrder) {
   EXPECT_EQ(m.rx_power_low_threshold, 501);
 }
 
-TEST(Cmis, TakesModuleFlagsFromTheLowestBitOn) {
+TEST(Cmis, ReadsModuleFlagsFromTheLowestBitOn) {
   Memory memory = cmis::Optic();
   memory.Byte(cmis::kModuleFlags, 0x21);  // temperature high alarm, voltage low alarm
   const auto phy = Phy(memory);
@@ -472,7 +472,7 @@ TEST(Cmis, TakesModuleFlagsFromTheLowestBitOn) {
   EXPECT_EQ(phy->GetTemperatureAlarms(), 1);
 }
 
-TEST(Cmis, TakesLaneFlagsAsMasks) {
+TEST(Cmis, ReadsLaneFlagsAsMasks) {
   const auto phy = Phy(cmis::Optic());
   const LatchedFlagsPage& f = *phy->latched_flags;
   EXPECT_EQ(f.latched_temperature_flags, 0xA);
@@ -496,7 +496,7 @@ TEST(Cmis, TakesLaneFlagsAsMasks) {
   EXPECT_EQ(f.latched_rx_power_low_warning, 10);
 }
 
-TEST(Cmis, KnowsTheUnitsOfTheSingleModeLength) {
+TEST(Cmis, ConvertsTheUnitsOfTheSingleModeLength) {
   const std::pair<unsigned, const char*> kLengths[] = {
       {0x05, "0.5 km"}, {0x4A, "10 km"}, {0x84, "40 km"},  {0xC4, "N/A"},
       {0x40, "N/A"},    {0x00, "N/A"},   {0x99, "250 km"}, {0x9A, "N/A"},  // 260 km pass the field
@@ -521,7 +521,7 @@ TEST(Cmis, ShowsACopperCableWithoutMonitors) {
   EXPECT_EQ(phy->DateCodeToStr(false), "N/A");
 }
 
-TEST(Cmis, ShowsWhatAnImageLacksAsMissing) {
+TEST(Cmis, ShowsFieldsThatAnImageLacksAsMissing) {
   const auto phy = Phy(cmis::Optic().Image(256));
   EXPECT_EQ(phy->GetTemperatureStr(), "45C");
   EXPECT_EQ(phy->GetHighTemperatureThresholdStr(), "N/A");
@@ -535,7 +535,7 @@ TEST(Cmis, ShowsWhatAnImageLacksAsMissing) {
   EXPECT_EQ(Phy(quiet.Image(256))->LatchedTempAlarmAndWarningToStr(), "N/A");
 }
 
-TEST(Cmis, KnowsNothingOfPage00WithoutIt) {
+TEST(Cmis, ShowsAllFieldsOfAMissingPage00AsMissing) {
   const ModuleReading reading = ReadModule(cmis::Optic().Image(128));
   EXPECT_EQ(reading.phy->VendorToStr(), "NA");
   EXPECT_EQ(reading.phy->VendorPnToStr(), "NA");
@@ -543,7 +543,7 @@ TEST(Cmis, KnowsNothingOfPage00WithoutIt) {
   EXPECT_FALSE(reading.phy->IsOpticCable());
 }
 
-TEST(Cmis, IgnoresPagesThatFlatMemoryHasNot) {
+TEST(Cmis, IgnoresPagesThatFlatMemoryLacks) {
   Memory memory = cmis::Optic();
   memory.Byte(cmis::kStatus, 0x80);
   const auto phy = Phy(memory);
@@ -621,13 +621,13 @@ TEST(Sff8472, FillsTheFlags) {
   EXPECT_EQ(f.latched_rx_los, 1);
 }
 
-TEST(Sff8472, TakesTheRateFromItsExtendedByteAt255) {
+TEST(Sff8472, ReadsTheExtendedRateIfTheNominalRateIs255) {
   Memory memory = sfp::Optic();
   memory.Byte(sfp::kRate, 255).Byte(sfp::kExtendedRate, 103);
   EXPECT_EQ(Phy(sfp::Sealed(memory))->module->SelectNominalBR(), 25);
 }
 
-TEST(Sff8472, KnowsTechnologiesByCableBitsAndWavelength) {
+TEST(Sff8472, DerivesTheTechnologyFromCableBitsAndWavelength) {
   const std::pair<unsigned, unsigned> kOptics[] = {{850, 0x00},  {1310, 0x40}, {1490, 0x90},
                                                    {1550, 0x50}, {1270, 0x80}, {0, 0x80}};
   for (const auto& [wavelength, technology] : kOptics) {
@@ -650,13 +650,13 @@ TEST(Sff8472, ShowsACopperCableWithoutDiagnostics) {
   EXPECT_EQ(phy->latched_flags, nullptr);
 }
 
-TEST(Sff8472, TakesShortSingleModeLengthsInHundredsOfMetres) {
+TEST(Sff8472, ReadsShortSingleModeLengthsInHundredsOfMetres) {
   Memory memory = sfp::Optic();
   memory.Byte(sfp::kSmfKilometres, 0).Byte(sfp::kSmfHundredMetres, 5);
   EXPECT_EQ(Phy(sfp::Sealed(memory))->LengthSMFiberToStr(), "0.5 km");
 }
 
-TEST(Sff8472, ShowsDiagnosticsThatTheModuleDenies) {
+TEST(Sff8472, ShowsDiagnosticsThatTheModuleDoesNotAdvertise) {
   Memory memory = sfp::Optic();
   memory.Byte(sfp::kDiagnostics, 0);
   const auto phy = Phy(sfp::Sealed(memory));
@@ -664,7 +664,7 @@ TEST(Sff8472, ShowsDiagnosticsThatTheModuleDenies) {
   EXPECT_EQ(phy->TXBias1ToStr(true), "35.994");
 }
 
-TEST(Sff8472, TakesBlankDiagnosticsForNone) {
+TEST(Sff8472, IgnoresBlankDiagnostics) {
   for (const unsigned blank : {0x00U, 0xFFU}) {
     Memory memory = sfp::Optic();
     memory.Fill({Page::kA2, 0}, blank);
@@ -697,7 +697,7 @@ Memory ExternallyCalibrated() {
   return memory;
 }
 
-TEST(Sff8472, CalibratesExternally) {
+TEST(Sff8472, AppliesExternalCalibration) {
   const auto phy = Phy(sfp::Sealed(ExternallyCalibrated()));
   const ModuleRecord& m = *phy->module;
   EXPECT_EQ(m.temperature, 0x1D00);  // 20 C * 1.5 - 1 C
@@ -710,7 +710,7 @@ TEST(Sff8472, CalibratesExternally) {
   EXPECT_EQ(m.tx_power_low_threshold, 734);  // 1267 / 2 + 100, rounded
 }
 
-TEST(Sff8472, CutsWhatCalibrationDrivesOutOfRange) {
+TEST(Sff8472, LimitsCalibratedValuesToTheirRange) {
   Memory memory = ExternallyCalibrated();
   memory.Words(sfp::kReadings, {0x7F00, 65535, 65535, 0, 0});
   memory.Words(sfp::kTxPowerCalibration, {0x0100, 0x8000});
@@ -742,7 +742,7 @@ TEST(Sff8472, NeedsNoUpperHalfOfTheDiagnostics) {
 // All families
 // ---------------------------------------------------------------------------------------------
 
-TEST(ModuleMemory, ShowsNoLightAsNoPower) {
+TEST(ModuleMemory, ShowsNoLightAsZeroPower) {
   Memory dark = qsfp::Optic();
   dark.Words(qsfp::kRxPower, {0, 0, 0, 0});
   EXPECT_EQ(Cable(dark).RxPower[0], 0.0F);
@@ -762,7 +762,7 @@ TEST(ModuleMemory, DecodesByByte0WhereItsCopyDiffers) {
             Texts{"byte 0 names the module QSFP+ (0x0d), byte 128 is 0x11; decoded by byte 0"});
 }
 
-TEST(ModuleMemory, DecodesByByte128WhereByte0SaysNothing) {
+TEST(ModuleMemory, DecodesByByte128WhereByte0IsNoIdentifier) {
   for (const auto& [unknown, shown] : {std::pair{0x00U, "0x00"}, {0x7EU, "0x7e"}}) {
     Memory memory = cmis::Optic();
     memory.Byte(cmis::kIdentifier, unknown);
@@ -775,7 +775,7 @@ TEST(ModuleMemory, DecodesByByte128WhereByte0SaysNothing) {
   }
 }
 
-TEST(ModuleMemory, TakesAnUnansweredLowerPageForMissing) {
+TEST(ModuleMemory, TreatsAnUnansweredLowerPageAsMissing) {
   Memory memory = qsfp::Optic();
   memory.Fill(module_images::kLowerHalf, 0xFF);
   const ModuleReading reading = ReadModule(memory.Image());
@@ -786,14 +786,14 @@ TEST(ModuleMemory, TakesAnUnansweredLowerPageForMissing) {
   EXPECT_EQ(reading.cable->RxPower[0], 0.0F);
 }
 
-TEST(ModuleMemory, NeverReadsOneFamilyWithTheMapOfAnother) {
+TEST(ModuleMemory, NeverDecodesAFamilyWithTheMapOfAnother) {
   // The vendor's name begins at byte 129 in CMIS, at 148 in SFF-8636 and at 20 in SFF-8472.
   EXPECT_EQ(Phy(cmis::Optic(0x1E))->VendorToStr(), "Acme Optics");
   EXPECT_EQ(Cable(qsfp::Optic()).VendorName, "Acme Optics");
   EXPECT_EQ(Phy(sfp::Optic())->VendorToStr(), "Acme Optics");
 }
 
-TEST(ModuleMemory, RefusesModulesThatItDoesNotKnow) {
+TEST(ModuleMemory, RejectsUnknownModules) {
   Memory memory = qsfp::Blank(0x06, true);
   EXPECT_EQ(Problem(memory.Image()), "unknown module identifier: byte 0 is 0x06, byte 128 is 0x06");
   EXPECT_EQ(Problem({}), "unknown module identifier: byte 0 is missing, byte 128 is missing");
@@ -804,7 +804,7 @@ TEST(ModuleMemory, RefusesModulesThatItDoesNotKnow) {
             "unknown module identifier: byte 0 is 0x00, byte 128 is 0x03");
 }
 
-TEST(ModuleMemory, RefusesImagesOfImpossibleSize) {
+TEST(ModuleMemory, RejectsImagesOfImpossibleSize) {
   DumpBytes image = qsfp::Optic().Image();
   image.resize(512);
   EXPECT_EQ(Problem(image),
@@ -856,7 +856,7 @@ TEST(ModuleMemory, NamesBothValuesOfAChecksum) {
   EXPECT_NE(reading.cable, nullptr);
 }
 
-TEST(ModuleMemory, VerifiesNoChecksumOfBytesThatAreMissing) {
+TEST(ModuleMemory, SkipsChecksumsOfMissingBytes) {
   Memory memory = qsfp::Copper();
   EXPECT_EQ(ReadModule(memory.Image(191)).mismatches, Texts());
   DumpBytes image = memory.Image();
@@ -864,7 +864,7 @@ TEST(ModuleMemory, VerifiesNoChecksumOfBytesThatAreMissing) {
   EXPECT_EQ(ReadModule(image).mismatches, Texts());
 }
 
-TEST(ModuleMemory, JudgesMismatchesAsErrorsWhenStrict) {
+TEST(ModuleMemory, ReportsMismatchesAsErrorsIfStrict) {
   ModuleReading reading;
   reading.mismatches = {"page 00h is wrong"};
   reading.remarks = {"odd"};
@@ -885,7 +885,7 @@ DumpBytes Half(const DumpBytes& image, std::size_t number) {
   return {begin, begin + 128};
 }
 
-TEST(ModulePages, MakeTheSameModuleAsTheWholeImage) {
+TEST(ModulePages, GiveTheSameModuleAsTheWholeImage) {
   const DumpBytes image = cmis::Optic().Image();
   const Page kPages[] = {Page::kLower, Page::k00, Page::k01, Page::k02, Page::k10, Page::k11};
   ModuleImage pages;
@@ -899,7 +899,7 @@ TEST(ModulePages, MakeTheSameModuleAsTheWholeImage) {
   EXPECT_EQ(from_pages.str(), from_image.str());
 }
 
-TEST(ModulePages, MayComeWithTheLowerPageBeforeThem) {
+TEST(ModulePages, MayFollowTheLowerPageInTheirFiles) {
   const DumpBytes image = qsfp::Optic().Image();
   DumpBytes third = Half(image, 0);
   const DumpBytes upper = Half(image, 2);
@@ -912,7 +912,7 @@ TEST(ModulePages, MayComeWithTheLowerPageBeforeThem) {
   EXPECT_EQ(reading.cable->VendorName, "NA");
 }
 
-TEST(ModulePages, RemarkAMissingMultiplier) {
+TEST(ModulePages, GiveARemarkOnAMissingMultiplier) {
   const DumpBytes image = cmis::Optic().Image();
   ModuleImage pages;
   cable_info::module_memory::PutPage(pages, Page::kLower, Half(image, 0));
@@ -924,7 +924,7 @@ TEST(ModulePages, RemarkAMissingMultiplier) {
                   "it is taken as 1"});
 }
 
-TEST(ModulePages, HaveNamesOfTheirOwnForSfp) {
+TEST(ModulePages, AreNamedA0AndA2ForSfp) {
   const DumpBytes image = sfp::Optic().Image();
   ModuleImage pages;
   cable_info::module_memory::PutPage(pages, Page::kA0,
@@ -942,7 +942,7 @@ TEST(ModulePages, HaveNamesOfTheirOwnForSfp) {
   }
 }
 
-TEST(ModulePages, HaveAtMostTheirSize) {
+TEST(ModulePages, MustNotExceedTheirSize) {
   ModuleImage pages;
   EXPECT_THROW(cable_info::module_memory::PutPage(pages, Page::kLower, DumpBytes(129, 0)),
                BadModule);
@@ -951,7 +951,7 @@ TEST(ModulePages, HaveAtMostTheirSize) {
   EXPECT_FALSE(pages.Has(Page::kLower) || pages.Has(Page::k00) || pages.Has(Page::kA2));
 }
 
-TEST(ModulePages, AreToldFromPlainFiles) {
+TEST(ModulePages, AreDistinguishedFromPlainFiles) {
   for (const char* const argument : {"03:a.bin", "03h:a.bin", "0x03:a.bin", "03H:a.bin"}) {
     const auto file = cable_info::module_memory::ParsePageFile(argument);
     ASSERT_TRUE(file) << argument;
@@ -966,7 +966,7 @@ TEST(ModulePages, AreToldFromPlainFiles) {
   }
 }
 
-TEST(ModulePages, AnswerForBytesThatTheyHaveNot) {
+TEST(ModulePages, ReturnMissingBytes) {
   ModuleImage image;
   EXPECT_EQ(image.At(Page::k03, 128), cable_info::module_memory::DumpByte());
   image.Put(Page::k03, 250, DumpBytes(100, 7));
@@ -998,7 +998,7 @@ void Show(const DumpBytes& image) {
   }
 }
 
-TEST(HostileModules, OfEverySizeAreDecodedOrRefused) {
+TEST(HostileModules, OfEverySizeAreDecodedOrRejected) {
   std::mt19937 random(20240315);
   const std::uint8_t kIdentifiers[] = {0x03, 0x0C, 0x0D, 0x11, 0x18, 0x19, 0x1A, 0x1B, 0x1E, 0x00};
   for (std::size_t size = 0; size <= 1024; ++size) {
@@ -1009,7 +1009,7 @@ TEST(HostileModules, OfEverySizeAreDecodedOrRefused) {
   }
 }
 
-TEST(HostileModules, OfRightSizesAndRandomBytesAreDecoded) {
+TEST(HostileModules, OfValidSizesAndRandomBytesAreDecoded) {
   std::mt19937 random(4711);
   const std::pair<std::uint8_t, std::size_t> kModules[] = {
       {0x0D, 256}, {0x11, 384}, {0x11, 640}, {0x18, 256}, {0x19, 768}, {0x03, 256}, {0x03, 512},
@@ -1029,7 +1029,7 @@ TEST(HostileModules, OfRightSizesAndRandomBytesAreDecoded) {
   }
 }
 
-TEST(HostileModules, AsRandomTextAreReadOrRefused) {
+TEST(HostileModules, AsRandomTextAreReadOrRejected) {
   std::mt19937 random(815);
   constexpr std::string_view kCharacters = "0123456789abcdefXx:*|- \n\t";
   for (int round = 0; round < 5000; ++round) {

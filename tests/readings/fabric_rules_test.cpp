@@ -59,7 +59,7 @@ std::vector<FabricPort> Group(const std::vector<double>& dbm) {
 // Outliers
 // ---------------------------------------------------------------------------------------------
 
-TEST(Outlier, LiesMoreThanThreeDecibelsBelowTheMedian) {
+TEST(Outlier, IsMoreThanThreeDecibelsBelowTheMedian) {
   const std::vector<double> others(7, -1.0);
   std::vector<double> powers = others;
   powers.push_back(-3.99);
@@ -80,7 +80,7 @@ TEST(Outlier, LiesMoreThanThreeDecibelsBelowTheMedian) {
       "The RX power is 3.01 dB below the median of its part number (-1 dBm), more than 3 dB.");
 }
 
-TEST(Outlier, LiesMoreThanFourRobustDeviationsBelowTheMedian) {
+TEST(Outlier, IsMoreThanFourRobustDeviationsBelowTheMedian) {
   // The median of these is -1.5, and of the distances from it 1: a robust deviation of 1.4826.
   const std::vector<double> others = {0.5, -0.5, -0.5, -1.5, -1.5, -2.5, -2.5, -3.5};
   std::vector<double> powers = others;
@@ -116,7 +116,7 @@ TEST(Outlier, IsNeverAStrongOneOrOneWithoutPartNumber) {
   EXPECT_EQ(Judge(ports).size(), 0U);
 }
 
-TEST(Outlier, IsFoundInRegistersToo) {
+TEST(Outlier, IsAlsoFoundInRegisters) {
   std::vector<FabricPort> ports = Group({0, 0, 0, 0, 0, 0, 0});
   PhyCableRecord phy;
   phy.module = new PhyCableRecord::ModuleRecord();
@@ -171,7 +171,7 @@ TEST(LinkLoss, NamesTheWorstLane) {
   EXPECT_EQ(findings[0].second.value, 40.0F) << "no light counts as -40 dBm";
 }
 
-TEST(LinkLoss, NeedsAFarEndThatSends) {
+TEST(LinkLoss, NeedsAFarEndThatTransmits) {
   CableRecord far = Module("B", 1.0F);
   for (float& power : far.TxPower) power = 0;
   EXPECT_EQ(Judge(Link(Module("A", 0.01F), far)).size(), 0U);
@@ -230,7 +230,7 @@ TEST(EndMismatch, ComparesPartAndSerialNumbers) {
   EXPECT_EQ(Judge(Link(Fixed("P", "S"), Fixed("Q", "T")), With("end-mismatch", "off")).size(), 0U);
 }
 
-TEST(EndMismatch, NeedsTwoEndsOfACableThatNameThemselves) {
+TEST(EndMismatch, NeedsTwoIdentifiedEndsOfACable) {
   CableRecord separable = Fixed("P", "S");
   separable.Connector = 0x0C;
   EXPECT_EQ(Judge(Link(Fixed("P", "S"), separable)).size(), 0U);
@@ -238,7 +238,7 @@ TEST(EndMismatch, NeedsTwoEndsOfACableThatNameThemselves) {
   EXPECT_EQ(Judge(Link(Fixed("P", "S"), Fixed("", ""))).size(), 0U);
 }
 
-TEST(EndMismatch, ComparesRegistersToo) {
+TEST(EndMismatch, AlsoComparesRegisters) {
   PhyCableRecord phy;
   phy.module = new PhyCableRecord::ModuleRecord();
   phy.module->connector_type = 0x23;

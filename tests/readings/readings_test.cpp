@@ -145,7 +145,7 @@ void ExpectThresholds(const Reading& reading, Threshold high_alarm, Threshold lo
 // The cable pages
 // ---------------------------------------------------------------------------------------------
 
-TEST(CableReadings, NameTheModule) {
+TEST(CableReadings, IdentifyTheModule) {
   const Readings port = ReadingsOf(Optic());
   EXPECT_TRUE(port.has_data);
   EXPECT_EQ(port.source, "CABLE");
@@ -198,7 +198,7 @@ TEST(CableReadings, LeaveUnknownTextsEmpty) {
   EXPECT_EQ(identity.date_code, "");
 }
 
-TEST(CableReadings, KnowTheFirmwareOfTheHomeVendor) {
+TEST(CableReadings, GiveTheFirmwareOfTheHomeVendor) {
   CableRecord r = Optic();
   r.Oui = "0x5a1";
   EXPECT_EQ(ReadingsOf(r).identity.firmware, "");
@@ -221,7 +221,7 @@ TEST(CableReadings, GiveLengthsInMetres) {
   EXPECT_EQ(lengths.measured, 50.5F);
 }
 
-TEST(CableReadings, KnowTheLengthOfACable) {
+TEST(CableReadings, GiveTheLengthOfACable) {
   CableRecord r = Optic();
   r.Connector = 0x23;
   EXPECT_EQ(ReadingsOf(r).lengths.cable, 50.0F);
@@ -267,7 +267,7 @@ TEST(CableReadings, GiveTemperatureAndVoltage) {
   ExpectThresholds(voltage, 3.63F, 2.97F, 3.465F, 3.135F);
 }
 
-TEST(CableReadings, HaveNoThresholdsWhereAllFourAreZero) {
+TEST(CableReadings, HaveNoThresholdsIfAllFourAreZero) {
   CableRecord r = Optic();
   r.TempHighAlarmThresh = r.TempHighWarnThresh = r.TempLowAlarmThresh = r.TempLowWarnThresh = 0;
   r.VoltHighAlarmThresh = r.VoltHighWarnThresh = r.VoltLowAlarmThresh = r.VoltLowWarnThresh = 0;
@@ -278,7 +278,7 @@ TEST(CableReadings, HaveNoThresholdsWhereAllFourAreZero) {
   ExpectThresholds(ReadingsOf(r).Of(Quantity::kVoltage), 3.63F, 0.0F, 0.0F, 0.0F);
 }
 
-TEST(CableReadings, LeaveOutTemperaturesThatAreNone) {
+TEST(CableReadings, OmitInvalidTemperatures) {
   CableRecord r = Optic();
   r.Temperature = 126 << 8;
   r.TempHighAlarmThresh = 126 << 8;
@@ -316,7 +316,7 @@ TEST(CableReadings, MeasureNoLightOnActiveCopper) {
   }
 }
 
-TEST(CableReadings, KnowThatAModuleWithoutVoltageMeasuresNone) {
+TEST(CableReadings, HaveNoVoltageIfItReadsZero) {
   CableRecord r = Optic();
   r.SupplyVoltage = 0;
   EXPECT_EQ(ReadingsOf(r).Of(Quantity::kVoltage).state, FieldState::kNotImplemented);
@@ -354,7 +354,7 @@ TEST(CableReadings, CountDarkLanesAsNotInUse) {
   EXPECT_TRUE(port.Of(Quantity::kRxPower, 2).IsPresent()) << "0 is a value";
 }
 
-TEST(CableReadings, HaveNoMonitorsWhereAllAreZero) {
+TEST(CableReadings, HaveNoMonitorsIfAllAreZero) {
   CableRecord r = Optic();
   for (int i = 0; i < 4; ++i) r.RxPower[i] = r.TxPower[i] = r.TxBias[i] = 0;
   const Readings port = ReadingsOf(r);
@@ -363,7 +363,7 @@ TEST(CableReadings, HaveNoMonitorsWhereAllAreZero) {
   EXPECT_EQ(port.Of(Quantity::kTxBias, 4).state, FieldState::kNotImplemented);
 }
 
-TEST(CableReadings, LeaveOutNumbersThatAreNone) {
+TEST(CableReadings, OmitNanAndInfinities) {
   CableRecord r = Optic();
   r.RxPower[0] = std::numeric_limits<float>::quiet_NaN();
   r.TxPower[0] = std::numeric_limits<float>::infinity();
@@ -402,7 +402,7 @@ TEST(CableReadings, ReadTheFlagsOfTheModule) {
   }
 }
 
-TEST(CableReadings, DoNotTakeTheInitializationFlagForAnAlarm) {
+TEST(CableReadings, DoNotReadTheInitializationFlagAsAnAlarm) {
   CableRecord r = Optic();
   r.LatchedTemperatureAlarms = 0x0F;
   r.LatchedVoltageAlarms = 0x0F;
@@ -476,7 +476,7 @@ TEST(CableReadings, GiveTheControlsByLane) {
   EXPECT_EQ(controls.rx_post_cursor[0], std::nullopt);
 }
 
-TEST(CableReadings, KnowTheCdrsThatTheModuleHas) {
+TEST(CableReadings, GiveTheStateOfPresentCdrs) {
   CableRecord r = Optic();
   r.CdrPresence = 2;
   EXPECT_EQ(ReadingsOf(r).controls.tx_cdr.known, 0x0F);
@@ -521,7 +521,7 @@ TEST(CableReadings, AreEmptyWhenTheQueryFailed) {
 // The PHY's registers
 // ---------------------------------------------------------------------------------------------
 
-TEST(PhyReadings, NameTheModule) {
+TEST(PhyReadings, IdentifyTheModule) {
   PhyCableRecord phy;
   const Readings port = ReadingsOf(Fill(phy, PhyOptic()));
   EXPECT_TRUE(port.has_data);
@@ -562,7 +562,7 @@ TEST(PhyReadings, ConvertThresholdsToTheUnitOfTheirValue) {
   EXPECT_EQ(port.Of(Quantity::kVoltage).value, 3.287F);
 }
 
-TEST(PhyReadings, PutTheLanesIntoReadingOrder) {
+TEST(PhyReadings, GiveTheLanesInOrder) {
   PhyCableRecord phy;
   const Readings port = ReadingsOf(Fill(phy, PhyOptic()));
   const float tenths_of_milliwatts[] = {2, 1, 4, 3,
@@ -575,7 +575,7 @@ TEST(PhyReadings, PutTheLanesIntoReadingOrder) {
   }
 }
 
-TEST(PhyReadings, TakePowersForDbmWithoutTheUnitFlag) {
+TEST(PhyReadings, ReadPowersAsDbmWithoutTheUnitFlag) {
   ModuleRecord m = PhyOptic();
   m.power_unit_flag = 0;
   for (std::uint16_t& power : m.rx_power) power = 10;
@@ -594,7 +594,7 @@ TEST(PhyReadings, TakePowersForDbmWithoutTheUnitFlag) {
   ExpectThresholds(port.Of(Quantity::kTxPower, 1), {}, {}, {}, {});
 }
 
-TEST(PhyReadings, LeaveOutDbmThatNoNumberHolds) {
+TEST(PhyReadings, OmitPowersOutOfRange) {
   ModuleRecord m = PhyOptic();
   m.power_unit_flag = 0;
   for (std::uint16_t& power : m.rx_power) power = 65535;
@@ -602,7 +602,7 @@ TEST(PhyReadings, LeaveOutDbmThatNoNumberHolds) {
   EXPECT_EQ(ReadingsOf(Fill(phy, m)).Of(Quantity::kRxPower, 1).state, FieldState::kNotRead);
 }
 
-TEST(PhyReadings, HaveNoThresholdsWhereBothAreZero) {
+TEST(PhyReadings, HaveNoThresholdsIfBothAreZero) {
   ModuleRecord m = PhyOptic();
   m.temp_high_threshold = m.temp_low_threshold = 0;
   m.voltage_high_threshold = m.voltage_low_threshold = 0;
@@ -634,7 +634,7 @@ TEST(PhyReadings, OfferTheLanesOfTheFormFactor) {
   }
 }
 
-TEST(PhyReadings, KnowTheMediumByTheCodeThatCounts) {
+TEST(PhyReadings, DeriveTheMediumFromTheTechnology) {
   const auto medium = [](std::uint8_t identifier, std::uint8_t technology) {
     ModuleRecord m = PhyOptic();
     m.cable_identifier = identifier;
@@ -689,7 +689,7 @@ TEST(PhyReadings, GiveLengthsInMetres) {
   EXPECT_EQ(ReadingsOf(Fill(other, m)).lengths.smf, std::nullopt);
 }
 
-TEST(PhyReadings, KnowTheLengthOfACable) {
+TEST(PhyReadings, GiveTheLengthOfACable) {
   const auto length = [](std::uint8_t identifier, std::uint8_t raw) {
     ModuleRecord m = PhyOptic();
     m.cable_identifier = identifier;
@@ -809,14 +809,14 @@ TEST(PhyReadings, ReadLossAndFaultOfAllEightLanes) {
   EXPECT_EQ(port.Of(LaneFlag::kTxFault).Get(1), std::nullopt) << "the page has no such flag";
 }
 
-TEST(PhyReadings, KnowNoFlagsWithoutTheirPage) {
+TEST(PhyReadings, HaveNoFlagsWithoutTheirPage) {
   PhyCableRecord phy;
   const Readings port = ReadingsOf(Fill(phy, PhyOptic()));
   for (const Reading& reading : port) EXPECT_EQ(reading.latched.known, 0);
   for (const LaneFlag flag : kAllLaneFlags) EXPECT_EQ(port.Of(flag).known, 0);
 }
 
-TEST(PhyReadings, KnowFlagsWithoutAModule) {
+TEST(PhyReadings, GiveFlagsWithoutAModule) {
   LatchedFlagsPage page;
   page.latched_rx_los = 0x80;
   page.latched_temperature_flags = 1;
@@ -844,7 +844,7 @@ TEST(PhyReadings, AreEmptyWithoutRegisters) {
 // The port
 // ---------------------------------------------------------------------------------------------
 
-TEST(PortReadings, AreThoseOfTheRecordThatAnswers) {
+TEST(PortReadings, AreThoseOfTheRecordInUse) {
   CombinedCableInfo cable;
   EXPECT_FALSE(ReadingsOf(cable).has_data);
   EXPECT_EQ(ReadingsOf(cable).source, "");
@@ -856,7 +856,7 @@ TEST(PortReadings, AreThoseOfTheRecordThatAnswers) {
   EXPECT_EQ(ReadingsOf(cable).source, "CABLE");
 }
 
-TEST(Reading, GivesDbmWhereThereIsLight) {
+TEST(Reading, GivesDbmIfThereIsLight) {
   Reading reading;
   reading.quantity = Quantity::kRxPower;
   reading.state = FieldState::kPresent;

@@ -218,7 +218,7 @@ TEST(Rules, PowerAndBiasOfTheRegisters) {
   }
 }
 
-TEST(Rules, ThresholdsOfNoneAreNotCrossed) {
+TEST(Rules, MissingThresholdsAreNotCrossed) {
   Registers r;
   r.module.temperature = 100 << 8;
   r.module.temp_high_threshold = r.module.temp_low_threshold = 0;
@@ -226,7 +226,7 @@ TEST(Rules, ThresholdsOfNoneAreNotCrossed) {
   EXPECT_EQ(Shown(Find(r)), Texts{});
 }
 
-TEST(Rules, FindingsOfThresholdsSayWhatTheyCompared) {
+TEST(Rules, FindingsOfThresholdsNameBothValues) {
   Registers r;
   r.module.rx_power[0] = 4030;  // lane 2
   r.module.temperature = 79 << 8;
@@ -286,7 +286,7 @@ TEST(Rules, LatchedFlagsOfTheRegisters) {
              "warning rx-power-low-alarm-latched 8"}));
 }
 
-TEST(Rules, ALatchedFlagOfAValueThatIsBeyondNowIsNoFindingOfItsOwn) {
+TEST(Rules, ALatchedFlagOfAValueBeyondItsThresholdGivesNoSecondFinding) {
   Registers r;
   r.module.temperature = 76 << 8;
   r.flags.latched_temperature_flags = 1;
@@ -345,7 +345,7 @@ TEST(Rules, LaneFlagsOfTheRegisters) {
             Texts{"warning adaptive-eq-fault 7"});
 }
 
-TEST(Rules, LossOfSignalMattersMoreInTheDark) {
+TEST(Rules, LossOfSignalIsMoreSevereWithoutLight) {
   const RuleSettings settings = With("lane-imbalance", "off");
   CableRecord r = Pages();
   r.LatchedCdrLos = 0x02;
@@ -361,7 +361,7 @@ TEST(Rules, LossOfSignalMattersMoreInTheDark) {
   EXPECT_EQ(Shown(Find(r, settings)), Texts{"warning rx-los 2"}) << "not known is not dark";
 }
 
-TEST(Rules, LossOfSignalMattersMoreInTheDarkOfTheRegisters) {
+TEST(Rules, LossOfSignalOfTheRegistersIsMoreSevereWithoutLight) {
   Registers r;
   r.flags.latched_rx_los = 0x01;
   r.module.rx_power_low_threshold = r.module.rx_power_high_threshold = 0;
@@ -372,7 +372,7 @@ TEST(Rules, LossOfSignalMattersMoreInTheDarkOfTheRegisters) {
   EXPECT_EQ(Shown(Find(r, settings)), Texts{"critical rx-los 1"});
 }
 
-TEST(Rules, TransmitterFaultMattersMoreInTheDark) {
+TEST(Rules, TransmitterFaultIsMoreSevereWithoutLight) {
   CableRecord r = Pages();
   r.LatchedAdaptiveEqFault = 0x08;
   r.TxPower[3] = 0.0011F;
@@ -523,7 +523,7 @@ TEST(Rules, LengthMismatchHasTwoLimits) {
             Texts{"warning length-mismatch"});
 }
 
-TEST(Rules, ReachOfAModuleIsNoLengthOfACable) {
+TEST(Rules, TheReachOfAModuleIsNotTheLengthOfACable) {
   CableRecord r = Pages();
   r.LengthText = "100 m";
   r.LengthCopperOrActive = 50;
@@ -555,7 +555,7 @@ TEST(RuleSettings, SetSeverities) {
   EXPECT_EQ(Shown(Find(Readings(), With("no-data", "critical"))), Texts{"critical no-data"});
 }
 
-TEST(RuleSettings, SetLimitsBesideThoseOfTheModule) {
+TEST(RuleSettings, SetLimitsInAdditionToThoseOfTheModule) {
   CableRecord r = Pages();
   r.Temperature = 66 << 8;
   EXPECT_EQ(Shown(Find(r, With("temperature-high-warning", "66"))), Texts{});
@@ -567,7 +567,7 @@ TEST(RuleSettings, SetLimitsBesideThoseOfTheModule) {
   EXPECT_EQ(Shown(Find(r, With("temperature-low-alarm", "-40"))), Texts{});
 }
 
-TEST(RuleSettings, RefuseWhatTheyDoNotKnow) {
+TEST(RuleSettings, RejectUnknownNamesAndValues) {
   RuleSettings settings;
   using Outcome = RuleSettings::Outcome;
   EXPECT_EQ(settings.Set("lane-imbalanc", "2"), Outcome::kUnknownName);
@@ -601,7 +601,7 @@ TEST(RuleNames, AreStableAndDistinct) {
   EXPECT_EQ(RuleName(Rule::kChecksum), "checksum");
 }
 
-TEST(Verdicts, AreTheWorstOfTheFindings) {
+TEST(Verdicts, AreTheWorstSeverities) {
   std::vector<Finding> findings;
   const auto verdict = [&] {
     return VerdictName(VerdictOf(findings.data(), findings.data() + findings.size()));
