@@ -10,9 +10,11 @@ ports=${1:-1000000}
 need "${build_packages[@]}" libbenchmark-dev python3
 {
   cmake --preset release -DCABLE_INFO_BUILD_TESTS=OFF -DCABLE_INFO_BUILD_BENCH=ON
-  cmake --build --preset release --target rows make_fabric parse_floor cableinfo
+  cmake --build --preset release --target rows modules make_fabric parse_floor cableinfo
 } >&2
 build/release/bench/rows
+printf "\n"
+build/release/bench/modules
 
 fabric=build/fabric-$ports.jsonl
 [ -s "$fabric" ] || {
