@@ -28,7 +28,7 @@ void Show(module_memory::ModuleReading reading) {
   port.ToFileStream(text);
 }
 
-// Everything that the memory says, as values, JSON and text.
+// All values of the memory, and their JSON and text.
 void ShowInfo(const cable_info::ModuleImage& image) {
   const cable_info::ModuleInfo info = cable_info::Decode(image);
   cable_info::ModuleToJson(info, "module");
@@ -70,7 +70,7 @@ void DecodePages(std::string_view content) {
   }
 }
 
-// Any upper pages of any bank, each preceded by its number and its bank, after the lower page.
+// The lower page, then any upper pages, each preceded by its number and bank.
 void DecodeBanks(std::string_view content) {
   constexpr std::size_t kHalf = cable_info::ModuleImage::kHalf;
   constexpr std::size_t kHeader = 2;
