@@ -50,11 +50,6 @@ constexpr std::array<FibreLength, 5> kFibreLengths = {{
     {&ModuleRecord::length_om5, 2, 2},
 }};
 
-// Unit codes of the single-mode fibre length.
-constexpr int kSmfKilometres = 0;
-constexpr int kSmfTenthsOfKilometre = 1;
-constexpr int kNoSmfUnit = -1;
-
 constexpr std::uint32_t kWattUnits = 4;  // the maximum power comes in quarters of a watt
 constexpr std::array<std::string_view, kWattUnits> kQuarterTexts = {"", ".25", ".5", ".75"};
 
@@ -119,15 +114,13 @@ void AppendLength(TextBuffer& out, const ModuleRecord& m, Form form, std::string
 
 void AppendLengthSMFiber(TextBuffer& out, const ModuleRecord& m) {
   const unsigned value = m.smf_length & 0xFF;
-  switch (value == 0 ? kNoSmfUnit : (m.smf_length >> 8) & 0x3) {
-    case kSmfKilometres:
-      out.AppendDecimal(value).Append(" km");
-      return;
-    case kSmfTenthsOfKilometre:
-      out.AppendGeneral(value * 100 / 1000.0).Append(" km");
-      return;
-    default:
-      out.Append(kReportNa);
+  const auto unit = static_cast<SmfLengthUnit>((m.smf_length >> 8) & 0x3);
+  if (value != 0 && unit == SmfLengthUnit::kKilometre) {
+    out.AppendDecimal(value).Append(" km");
+  } else if (value != 0 && unit == SmfLengthUnit::kTenthOfKilometre) {
+    out.AppendGeneral(value * 100 / 1000.0).Append(" km");
+  } else {
+    out.Append(kReportNa);
   }
 }
 

@@ -48,6 +48,17 @@ inline constexpr int kPhyLanes = 8;
 /// swapped order: 2, 1, 4, 3, 6, 5, 8, 7. `PhyLaneIndex(1)` is 1, `PhyLaneIndex(2)` is 0.
 constexpr std::size_t PhyLaneIndex(int lane) { return static_cast<std::size_t>(lane - 1) ^ 1U; }
 
+/// The unit of `ModuleRecord::smf_length`, in its bits 9..8.
+enum class SmfLengthUnit : std::uint8_t {
+  kKilometre = 0,         ///< whole kilometres
+  kTenthOfKilometre = 1,  ///< units of 100 m
+};
+
+/// A single-mode fibre length as `ModuleRecord::smf_length` codes it.
+constexpr std::uint16_t SmfLengthWord(unsigned value, SmfLengthUnit unit) {
+  return static_cast<std::uint16_t>(static_cast<unsigned>(unit) << 8U | value);
+}
+
 /// The nominal bit rate that refers to the extended bit rate: in `ModuleRecord::nominal_bitrate`,
 /// SFF-8636 rev 2.11 page 00h byte 140 and SFF-8472 rev 12.4 A0h byte 12.
 inline constexpr std::uint8_t kSeeExtendedBitrate = 255;

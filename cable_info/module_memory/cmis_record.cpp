@@ -179,15 +179,16 @@ const auto& Map() {
 // The record's unit codes are kilometres and tenths of them, its value has eight bits; what does
 // not fit stays unknown.
 std::uint16_t SmfLength(const Draft& draft, std::vector<std::string>& remarks) {
-  constexpr std::uint16_t kTenths = 1U << 8;
   constexpr unsigned kHighest = 0xFF;
   constexpr unsigned kTen = 10;
   const unsigned base = draft.smf_length & 0x3FU;
   const unsigned multiplier = draft.smf_length >> 6U;
   if (base == 0) return 0;
-  if (multiplier == 0) return static_cast<std::uint16_t>(kTenths | base);
-  if (multiplier == 1) return static_cast<std::uint16_t>(base);
-  if (multiplier == 2 && base * kTen <= kHighest) return static_cast<std::uint16_t>(base * kTen);
+  if (multiplier == 0) return SmfLengthWord(base, SmfLengthUnit::kTenthOfKilometre);
+  if (multiplier == 1) return SmfLengthWord(base, SmfLengthUnit::kKilometre);
+  if (multiplier == 2 && base * kTen <= kHighest) {
+    return SmfLengthWord(base * kTen, SmfLengthUnit::kKilometre);
+  }
   remarks.emplace_back(
       "the length of single-mode fibre is above 255 km, for which rows and "
       "reports have no place");

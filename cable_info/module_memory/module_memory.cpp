@@ -20,16 +20,22 @@ struct Identifier {
   std::uint8_t code;  // SFF-8024, table 4-1
   std::string_view name;
   Family family;
-  std::uint8_t form_factor;  // the `cable_identifier` of a `PhyCableRecord`
+  FormFactor form_factor;  // where the family fills a `PhyCableRecord`
 };
 
+// clang-format off
 constexpr Identifier kIdentifiers[] = {
-    {0x03, "SFP", Family::kSff8472, 2},         {0x0C, "QSFP", Family::kSff8636, 0},
-    {0x0D, "QSFP+", Family::kSff8636, 0},       {0x11, "QSFP28", Family::kSff8636, 0},
-    {0x18, "QSFP-DD", Family::kCmis, 6},        {0x19, "OSFP", Family::kCmis, 8},
-    {0x1A, "SFP-DD", Family::kCmis, 5},         {0x1B, "DSFP", Family::kCmis, 10},
-    {0x1E, "QSFP with CMIS", Family::kCmis, 7},
+    {0x03, "SFP",             Family::kSff8472,  FormFactor::kSfp28OrSfpPlus},
+    {0x0C, "QSFP",            Family::kSff8636,  FormFactor::kQsfp28},
+    {0x0D, "QSFP+",           Family::kSff8636,  FormFactor::kQsfp28},
+    {0x11, "QSFP28",          Family::kSff8636,  FormFactor::kQsfp28},
+    {0x18, "QSFP-DD",         Family::kCmis,     FormFactor::kQsfpDd},
+    {0x19, "OSFP",            Family::kCmis,     FormFactor::kOsfp},
+    {0x1A, "SFP-DD",          Family::kCmis,     FormFactor::kSfpDd},
+    {0x1B, "DSFP",            Family::kCmis,     FormFactor::kDsfp},
+    {0x1E, "QSFP with CMIS",  Family::kCmis,     FormFactor::kQsfpCmis},
 };
+// clang-format on
 
 // A half of a page in an image.
 struct Part {
@@ -160,7 +166,8 @@ void Decode(const Identifier& identifier, const ModuleImage& image, ModuleReadin
       return;
     case Family::kCmis:
       Verify(image, CmisMap().checksums, reading.mismatches);
-      reading.phy = CableFromCmis(image, identifier.form_factor, reading.remarks);
+      reading.phy =
+          CableFromCmis(image, static_cast<std::uint8_t>(identifier.form_factor), reading.remarks);
       break;
     case Family::kSff8472:
       Verify(image, Sff8472Map().checksums, reading.mismatches);

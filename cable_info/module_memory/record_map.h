@@ -159,9 +159,9 @@ constexpr std::uint16_t Saturated(std::uint32_t number) {
 using ModuleRecord = cable_info::PhyCableRecord::ModuleRecord;
 using LatchedFlagsPage = cable_info::PhyCableRecord::LatchedFlagsPage;
 
-/// The record keeps lanes 1..8 pairwise swapped.
-inline std::uint16_t& LaneOf(std::uint16_t (&lanes)[8], std::size_t lane) {
-  return lanes[(lane - 1) ^ 1];
+/// The place of lane 1..8 in a record.
+inline std::uint16_t& LaneOf(std::uint16_t (&lanes)[kPhyLanes], std::size_t lane) {
+  return lanes[PhyLaneIndex(static_cast<int>(lane))];
 }
 /// @}
 

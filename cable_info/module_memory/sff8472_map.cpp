@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "cable_info/module_memory/decode.h"
+#include "cable_info/phy_registers.h"
 
 namespace cable_info::module_memory {
 
@@ -13,8 +14,7 @@ namespace {
 constexpr Page A0 = Page::kA0;
 constexpr Page A2 = Page::kA2;
 
-constexpr unsigned kSeeExtendedBitrate = 255;  // in byte 12
-constexpr unsigned kCopperPigtail = 0x21;      // in byte 2
+constexpr unsigned kCopperPigtail = 0x21;  // in byte 2
 constexpr unsigned kRj45 = 0x22;
 
 // ---------------------------------------------------------------------------------------------

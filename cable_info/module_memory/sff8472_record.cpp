@@ -17,8 +17,7 @@ constexpr AlarmLevel kLowWarning = AlarmLevel::kLowWarning;
 
 using cable_info::PhyCableRecord;
 
-constexpr std::uint8_t kSfpFormFactor = 2;
-constexpr std::uint8_t kSeeExtendedRate = 255;
+constexpr auto kSfpFormFactor = static_cast<std::uint8_t>(FormFactor::kSfp28OrSfpPlus);
 constexpr std::size_t kLastReading = 105;  // the last byte of what is calibrated
 
 // The four warnings and alarms of one quantity, in the order of the flags.
@@ -159,30 +158,41 @@ const auto& Map() {
   return kMap;
 }
 
-// Technology codes of SFF-8636, in the high nibble of the record's technology byte.
+// A code of `transmitter_technology_arr`, in the high nibble of the record's technology byte.
+constexpr std::uint8_t TechnologyByte(unsigned code) {
+  return static_cast<std::uint8_t>(code << 4U);
+}
+
 std::uint8_t Technology(const Draft& draft, Sff8472Medium medium) {
-  if (medium == Sff8472Medium::kPassiveCable || medium == Sff8472Medium::kCopper) return 0xA0;
-  if (medium == Sff8472Medium::kActiveCable) return 0xC0;
+  constexpr unsigned k850NmVcsel = 0;
+  constexpr unsigned k1310NmDfb = 4;
+  constexpr unsigned k1550NmDfb = 5;
+  constexpr unsigned kOthers = 8;
+  constexpr unsigned k1490NmDfb = 9;
+  constexpr unsigned kLimitingActiveCopper = 12;  // near and far end
+  if (medium == Sff8472Medium::kPassiveCable || medium == Sff8472Medium::kCopper)
+    return TechnologyByte(cable_info::kUnequalizedCopper);
+  if (medium == Sff8472Medium::kActiveCable) return TechnologyByte(kLimitingActiveCopper);
   switch (draft.wavelength) {
     case 850:
-      return 0x00;
+      return TechnologyByte(k850NmVcsel);
     case 1310:
-      return 0x40;
+      return TechnologyByte(k1310NmDfb);
     case 1490:
-      return 0x90;
+      return TechnologyByte(k1490NmDfb);
     case 1550:
-      return 0x50;
+      return TechnologyByte(k1550NmDfb);
     default:
-      return 0x80;  // others
+      return TechnologyByte(kOthers);
   }
 }
 
 std::uint16_t SmfLength(const Draft& draft) {
-  constexpr unsigned kTenthsOfKilometre = 1U << 8;
   const unsigned kilometres = draft.smf_length >> 8U;
   const unsigned hundreds = draft.smf_length & 0xFFU;
-  if (kilometres != 0) return static_cast<std::uint16_t>(kilometres);
-  return static_cast<std::uint16_t>(hundreds == 0 ? 0 : kTenthsOfKilometre | hundreds);
+  if (kilometres != 0) return SmfLengthWord(kilometres, SmfLengthUnit::kKilometre);
+  return hundreds == 0 ? std::uint16_t{0}
+                       : SmfLengthWord(hundreds, SmfLengthUnit::kTenthOfKilometre);
 }
 
 // The lengths of fibre are those of optics; cables and copper modules have other things there.
@@ -190,7 +200,7 @@ void FinishIdentity(Draft& draft, Sff8472Medium medium) {
   ModuleRecord& module = draft.module;
   module.cable_technology = Technology(draft, medium);
   module.power_class = static_cast<std::uint8_t>(Sff8472PowerLevel(draft.options));
-  if (module.nominal_bitrate == kSeeExtendedRate) module.extended_bitrate = draft.extended_rate;
+  if (module.nominal_bitrate == kSeeExtendedBitrate) module.extended_bitrate = draft.extended_rate;
   if (medium == Sff8472Medium::kOptical) {
     module.smf_length = SmfLength(draft);
     module.length_om4 = draft.om4_or_cable;

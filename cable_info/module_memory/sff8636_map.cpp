@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "cable_info/module_memory/decode.h"
+#include "cable_info/phy_registers.h"
 #include "cable_info/value_format.h"
 
 namespace cable_info::module_memory {
@@ -27,8 +28,6 @@ constexpr unsigned kRevision25 = 0x07;
 constexpr unsigned kRevision28 = 0x08;
 
 unsigned RevisionCode(const ModuleImage& image) { return image.At(L, 1).value_or(0); }
-
-constexpr unsigned kSeeExtendedBitrate = 255;  // in byte 140
 
 constexpr unsigned kFirstCopper = 10;
 constexpr unsigned kLastCopper = 15;

@@ -157,8 +157,7 @@ std::uint8_t PowerClass(const Draft& draft) {
 
 // Whole Gb/s.
 std::uint8_t NominalBitrate(const Draft& draft) {
-  constexpr std::uint8_t kSeeExtended = 255;
-  return draft.rate == kSeeExtended ? draft.extended_rate / 4 : draft.rate / 10;
+  return draft.rate == kSeeExtendedBitrate ? draft.extended_rate / 4 : draft.rate / 10;
 }
 
 std::string LengthText(const CableRecord& record) {

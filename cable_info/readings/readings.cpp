@@ -381,7 +381,7 @@ void SetLanePowers(Readings& port, Quantity quantity, const std::uint16_t (&lane
   }
   for (int lane = 1; lane <= kMostLanes; ++lane) {
     Reading& reading = port.Of(quantity, lane);
-    const std::optional<double> power = LanePower(lanes[(lane - 1) ^ 1], m);  // swapped in pairs
+    const std::optional<double> power = LanePower(lanes[PhyLaneIndex(lane)], m);
     if (power) SetValue(reading, *power);
     SetAlarms(reading, high_power, low_power);
   }
@@ -391,7 +391,7 @@ void SetLaneBias(Readings& port, const ModuleRecord& m) {
   const bool has_thresholds = m.tx_bias_high_threshold != 0 || m.tx_bias_low_threshold != 0;
   for (int lane = 1; lane <= kMostLanes; ++lane) {
     Reading& reading = port.Of(Quantity::kTxBias, lane);
-    SetValue(reading, m.tx_bias[(lane - 1) ^ 1] / kBiasUnitsPerMilliampere);
+    SetValue(reading, m.tx_bias[PhyLaneIndex(lane)] / kBiasUnitsPerMilliampere);
     if (!has_thresholds) continue;
     SetAlarms(reading, m.tx_bias_high_threshold / kBiasUnitsPerMilliampere,
               m.tx_bias_low_threshold / kBiasUnitsPerMilliampere);
@@ -455,17 +455,15 @@ std::optional<float> CableLength(const ModuleRecord& m) {
 }
 
 std::optional<float> SmfLength(const ModuleRecord& m) {
-  constexpr unsigned kKilometres = 0;
-  constexpr unsigned kTenthsOfKilometre = 1;
   const unsigned value = m.smf_length & 0xFF;
-  const unsigned unit = m.smf_length >> 8 & 3;
-  if (unit == kKilometres) return NonZero(value * 1000);
-  if (unit == kTenthsOfKilometre) return NonZero(value * 100);
+  const auto unit = static_cast<SmfLengthUnit>(m.smf_length >> 8 & 3);
+  if (unit == SmfLengthUnit::kKilometre) return NonZero(value * 1000);
+  if (unit == SmfLengthUnit::kTenthOfKilometre) return NonZero(value * 100);
   return std::nullopt;
 }
 
 void SetLengths(Lengths& lengths, const ModuleRecord& m, Medium medium) {
-  constexpr std::uint8_t kSfp = 2;
+  constexpr auto kSfp = static_cast<std::uint8_t>(FormFactor::kSfp28OrSfpPlus);
   constexpr int kTen = 10;
   const bool is_sfp = m.cable_identifier == kSfp;
   if (IsCopper(medium) || m.connector_type == kNoSeparableConnector) lengths.cable = CableLength(m);

@@ -38,12 +38,13 @@ using LatchedFlagsPage = PhyCableRecord::LatchedFlagsPage;
 
 static_assert(LineReader::kPadding >= simdjson::SIMDJSON_PADDING);
 
-// Lanes 1..8, which the record stores pairwise swapped.
+// Lanes 1..8, in this order.
 template <auto kMember>
 bool SetLanes(ModuleRecord& module, const Value& value) {
   auto& lanes = module.*kMember;
-  return AssignElements(value, std::size(lanes),
-                        [&](std::size_t i) -> std::uint16_t& { return lanes[i ^ 1]; });
+  return AssignElements(value, std::size(lanes), [&](std::size_t i) -> std::uint16_t& {
+    return lanes[cable_info::PhyLaneIndex(static_cast<int>(i) + 1)];
+  });
 }
 
 bool SetDateCode(ModuleRecord& module, const Value& value) {
