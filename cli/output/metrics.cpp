@@ -1,6 +1,7 @@
 #include "cli/output/metrics.h"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cstring>
 #include <optional>
@@ -130,19 +131,23 @@ class Sample {
   TextBuffer& out_;
 };
 
+// The size of the character of UTF-8 that begins with a byte; 0 for a byte that begins none.
+std::size_t Utf8Size(unsigned char first) {
+  if (first < 0x80) return 1;
+  if (first < 0xC2) return 0;
+  if (first < 0xE0) return 2;
+  if (first < 0xF0) return 3;
+  return first < 0xF5 ? 4 : 0;
+}
+
 bool IsUtf8(std::string_view text) {
-  for (std::size_t i = 0; i < text.size();) {
-    const auto first = static_cast<unsigned char>(text[i]);
-    const std::size_t size = first < 0x80                    ? 1
-                             : first >= 0xC2 && first < 0xE0 ? 2
-                             : first >= 0xE0 && first < 0xF0 ? 3
-                             : first >= 0xF0 && first < 0xF5 ? 4
-                                                             : 0;
-    if (size == 0 || i + size > text.size()) return false;
-    for (std::size_t k = 1; k < size; ++k) {
-      if ((static_cast<unsigned char>(text[i + k]) & 0xC0U) != 0x80) return false;
+  while (!text.empty()) {
+    const std::size_t size = Utf8Size(static_cast<unsigned char>(text.front()));
+    if (size == 0 || size > text.size()) return false;
+    for (const char c : text.substr(1, size - 1)) {
+      if ((static_cast<unsigned char>(c) & 0xC0U) != 0x80) return false;
     }
-    i += size;
+    text.remove_prefix(size);
   }
   return true;
 }
@@ -280,7 +285,8 @@ void WritePortMetrics(std::ostream& os, const Port& port,
     head.samples[i] = static_cast<std::uint32_t>(samples[i].size());
   }
   head.judgement = static_cast<std::uint32_t>(judgement.view().size());
-  os.write(reinterpret_cast<const char*>(&head), sizeof(head));
+  const auto bytes = std::bit_cast<std::array<char, sizeof(head)>>(head);
+  os.write(bytes.data(), bytes.size());
   for (std::size_t i = 0; i < kPortFamilies; ++i) os << samples[i];
   os << judgement.view();
 }
@@ -292,7 +298,7 @@ void Metrics::Add(std::string_view ports) {
     return text;
   };
   while (!ports.empty()) {
-    Head head;
+    Head head{};
     std::memcpy(&head, take(sizeof(head)).data(), sizeof(head));
     const bool is_new = ports_.emplace(head.guid, head.number).second;
     for (std::size_t i = 0; i < kPortFamilies; ++i) {

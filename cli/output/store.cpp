@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -31,7 +32,6 @@ namespace {
 using cable_info::Bound;
 using cable_info::Finding;
 using cable_info::Reading;
-using cable_info::Readings;
 using cable_info::text::TextBuffer;
 
 // ---------------------------------------------------------------------------------------------
@@ -64,13 +64,14 @@ static_assert(std::is_trivially_copyable_v<Head>);
 static_assert(std::is_trivially_copyable_v<StoredReading>);
 
 template <typename T>
-std::string_view BytesOf(const T& value) {
-  return {reinterpret_cast<const char*>(&value), sizeof(value)};
+void AppendBytes(TextBuffer& out, const T& value) {
+  const auto bytes = std::bit_cast<std::array<char, sizeof(T)>>(value);
+  out.Append({bytes.data(), bytes.size()});
 }
 
 template <typename T>
 T Take(std::string_view& bytes) {
-  T value;
+  T value{};
   std::memcpy(&value, bytes.data(), sizeof(T));
   bytes.remove_prefix(sizeof(T));
   return value;
@@ -87,7 +88,7 @@ constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
 // The `double` with the shortest decimal of a `float`: 0.871, not 0.87099999189376831.
 double DecimalOf(float value) {
   constexpr std::size_t kCapacity = 32;
-  std::array<char, kCapacity> digits;
+  std::array<char, kCapacity> digits{};
   const auto [end, error] = std::to_chars(digits.begin(), digits.end(), value);
   double decimal = kNoNumber;
   if (error == std::errc()) std::from_chars(digits.begin(), end, decimal);
@@ -112,11 +113,11 @@ class PackedCells : public cable_info::CellSink {
   void Text(std::string_view text) override {
     utf8_.Truncate(0);
     for (const char c : text) AppendByteAsUtf8(utf8_, static_cast<unsigned char>(c));
-    Begin(CellKind::kText).Append(BytesOf(static_cast<std::uint32_t>(utf8_.size())));
+    AppendBytes(Begin(CellKind::kText), static_cast<std::uint32_t>(utf8_.size()));
     out_.Append(utf8_.view());
   }
-  void Integer(std::uint32_t value) override { Begin(CellKind::kInteger).Append(BytesOf(value)); }
-  void Number(double value) override { Begin(CellKind::kNumber).Append(BytesOf(value)); }
+  void Integer(std::uint32_t value) override { AppendBytes(Begin(CellKind::kInteger), value); }
+  void Number(double value) override { AppendBytes(Begin(CellKind::kNumber), value); }
   void Flag(bool is_set) override { Integer(is_set ? 1 : 0); }
   void Missing() override { Begin(CellKind::kMissing); }
 
@@ -413,7 +414,7 @@ void WriteStoredPort(std::ostream& os, const Port& port, const cable_info::RuleS
   std::uint32_t count = 0;
   for (const Reading& reading : ReadingsOf(port)) {
     if (!reading.IsPresent() && reading.latched.raised == 0) continue;
-    readings.Append(BytesOf(Stored(reading)));
+    AppendBytes(readings, Stored(reading));
     ++count;
   }
   std::ostringstream judgement;
@@ -425,7 +426,9 @@ void WriteStoredPort(std::ostream& os, const Port& port, const cable_info::RuleS
                      static_cast<std::uint32_t>(cells.view().size()),
                      count,
                      static_cast<std::uint32_t>(judgement.view().size())};
-  os << BytesOf(head) << port.label << cells.view() << readings.view() << judgement.view();
+  TextBuffer start;
+  AppendBytes(start, head);
+  os << start.view() << port.label << cells.view() << readings.view() << judgement.view();
 }
 
 std::string NormalizedTime(const std::string& text) {
@@ -446,7 +449,8 @@ std::string NormalizedTime(const std::string& text) {
     sqlite3_prepare_v2(connection, "SELECT strftime('%Y-%m-%dT%H:%M:%SZ', ?)", -1, &query, nullptr);
     sqlite3_bind_text(query, 1, text.c_str(), -1, SQLITE_STATIC);
     if (sqlite3_step(query) == SQLITE_ROW && sqlite3_column_type(query, 0) == SQLITE_TEXT) {
-      normalized = reinterpret_cast<const char*>(sqlite3_column_text(query, 0));
+      normalized.assign(static_cast<const char*>(sqlite3_column_blob(query, 0)),
+                        static_cast<std::size_t>(sqlite3_column_bytes(query, 0)));
     }
     sqlite3_finalize(query);
   }
@@ -459,7 +463,7 @@ std::string TimeNow() {
   const std::time_t now = std::time(nullptr);
   std::tm utc{};
   gmtime_r(&now, &utc);
-  std::array<char, kCapacity> text;
+  std::array<char, kCapacity> text{};
   return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &utc)};
 }
 
