@@ -77,6 +77,7 @@ ExitStatus Run(int argc, char** argv) {
   cli::AddReportCommand(app, action);
   cli::AddExportCommand(app, action);
   cli::AddCheckCommand(app, action);
+  cli::AddDiffCommand(app, action);
   cli::AddMetricsCommand(app, action);
   cli::AddStoreCommand(app, action);
   cli::AddModuleCommand(app, action);

@@ -25,3 +25,9 @@ printf '\n%s: %d rows after a header of 177 columns; the first columns:\n\n' \
 cut -d, -f3-9,18,26 "$table" | head -n 12
 printf '\n%s: one block per port; the first of %d:\n\n' "$report" "$(grep -c '^NodeGuid: ' "$report")"
 awk '/^$/ { exit } { print }' "$report"
+
+printf '\nWhat is wrong with the ports of one switch, the worst first:\n\n'
+"$cableinfo" check -q --guid 0xa0b1c20000e20000 examples/faults.jsonl || {
+  status=$?
+  [ "$status" -eq 6 ] || exit "$status"  # the worst verdict is critical
+}

@@ -144,6 +144,7 @@ class PortJudge : public PortWriter {
  public:
   explicit PortJudge(const RuleSettings& settings) : settings_(settings) {}
 
+  ModuleUse module_use() const override { return ModuleUse::kRecordsAndInfo; }
   void Write(std::ostream& os, Port& port) const override { WriteJudgedPort(os, port, settings_); }
 
  private:

@@ -17,6 +17,7 @@ void AddTableCommand(CLI::App& app, Action& action);
 void AddReportCommand(CLI::App& app, Action& action);
 void AddExportCommand(CLI::App& app, Action& action);
 void AddCheckCommand(CLI::App& app, Action& action);
+void AddDiffCommand(CLI::App& app, Action& action);
 void AddMetricsCommand(CLI::App& app, Action& action);
 void AddStoreCommand(CLI::App& app, Action& action);
 void AddModuleCommand(CLI::App& app, Action& action);

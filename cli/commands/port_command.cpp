@@ -50,24 +50,13 @@ std::optional<std::string> UsageProblem(const PortOptions& options) {
 
 }  // namespace
 
-CLI::App* AddPortCommand(CLI::App& app, const std::string& name, const std::string& description,
-                         const std::string& examples, PortOptions& options) {
-  CLI::App* command = app.add_subcommand(name, description);
-  command->footer(examples);
-  CLI::Option* inputs = command->add_option(
-      "FILE", options.inputs, "Files of port records; '-' or no file: standard input");
-  command
-      ->add_option("--module", options.modules,
-                   "Read dumps of module memories instead of port records: images or hex\n"
-                   "listings, each whole or, as PAGE:FILE, page by page")
-      ->type_name("DUMP")
-      ->excludes(inputs);
-  command->add_option("--port", options.selection.numbers, "Only ports with this number")
+void AddRunOptions(CLI::App& command, PortOptions& options) {
+  command.add_option("--port", options.selection.numbers, "Only ports with this number")
       ->type_name("N")
       ->allow_extra_args(false)
       ->take_all();
   command
-      ->add_option_function<std::vector<std::string>>(
+      .add_option_function<std::vector<std::string>>(
           "--guid",
           [&options](const std::vector<std::string>& guids) {
             for (const std::string& guid : guids) {
@@ -80,24 +69,39 @@ CLI::App* AddPortCommand(CLI::App& app, const std::string& name, const std::stri
       ->take_all()
       ->check(IsGuid, "", "GUID");
   command
-      ->add_option("--label", options.selection.labels,
-                   "Only ports whose label fits this pattern of '*', '?' and '[...]'")
+      .add_option("--label", options.selection.labels,
+                  "Only ports whose label fits this pattern of '*', '?' and '[...]'")
       ->type_name("GLOB")
       ->allow_extra_args(false)
       ->take_all();
-  command->add_option("-o,--output", options.output,
-                      "Write to this file, which is replaced when the output is complete");
-  command->add_flag("--strict", options.strict, "Stop at the first bad port");
+  command.add_option("-o,--output", options.output,
+                     "Write to this file, which is replaced when the output is complete");
+  command.add_flag("--strict", options.strict, "Stop at the first bad port");
   command
-      ->add_option("-j,--jobs", options.jobs,
-                   "Decode with this many threads (default: one for each processor)")
+      .add_option("-j,--jobs", options.jobs,
+                  "Decode with this many threads (default: one for each processor)")
       ->type_name("N")
       ->check(CLI::Range(1U, kMaxJobs));
-  command->add_flag("--no-files", options.no_files,
-                    "Refuse port records that name files, for input from elsewhere");
-  command->add_flag("--all-messages", options.all_messages,
-                    "Show all messages, not only the first 20 of a kind for each input");
-  command->add_flag("-q,--quiet", options.quiet, "Show no progress meter, remarks or summary");
+  command.add_flag("--no-files", options.no_files,
+                   "Refuse port records that name files, for input from elsewhere");
+  command.add_flag("--all-messages", options.all_messages,
+                   "Show all messages, not only the first 20 of a kind for each input");
+  command.add_flag("-q,--quiet", options.quiet, "Show no progress meter, remarks or summary");
+}
+
+CLI::App* AddPortCommand(CLI::App& app, const std::string& name, const std::string& description,
+                         const std::string& examples, PortOptions& options) {
+  CLI::App* command = app.add_subcommand(name, description);
+  command->footer(examples);
+  CLI::Option* inputs = command->add_option(
+      "FILE", options.inputs, "Files of port records; '-' or no file: standard input");
+  command
+      ->add_option("--module", options.modules,
+                   "Read dumps of module memories instead of port records: images or hex\n"
+                   "listings, each whole or, as PAGE:FILE, page by page")
+      ->type_name("DUMP")
+      ->excludes(inputs);
+  AddRunOptions(*command, options);
   return command;
 }
 

@@ -14,6 +14,9 @@ namespace cli {
 CLI::App* AddPortCommand(CLI::App& app, const std::string& name, const std::string& description,
                          const std::string& examples, PortOptions& options);
 
+/// Adds the options that do not name the input.
+void AddRunOptions(CLI::App& command, PortOptions& options);
+
 /// Reads the ports of the command line and writes each with `writer`: to the output, or when there
 /// is one, to `collector`.
 ExitStatus WritePorts(const PortOptions& options, const PortWriter& writer,

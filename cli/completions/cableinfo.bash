@@ -6,12 +6,16 @@ _cableinfo() {
   port_options+=' --port --strict --quiet'
   COMPREPLY=()
   if [ "$COMP_CWORD" -eq 1 ]; then
-    mapfile -t COMPREPLY < <(compgen -W 'table report export module check metrics store columns --help --version' -- "$word")
+    mapfile -t COMPREPLY < <(compgen -W 'table report export module check diff metrics store columns --help --version' -- "$word")
     return
   fi
   local options
   case ${COMP_WORDS[1]} in
     table) options="$port_options --columns --json --no-header --rfc4180" ;;
+    diff)
+      options="${port_options/--module /} --bias-tolerance --json --power-tolerance"
+      options+=' --temperature-tolerance'
+      ;;
     check) options="$port_options --config --json --plugin --rules --set" ;;
     module) options="$port_options --json" ;;
     report | export) options=$port_options ;;

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "cable_info/readings/module_readings.h"
 #include "cli/printable.h"
 
 namespace cli {
@@ -15,8 +16,15 @@ void Port::Attach(std::unique_ptr<cable_info::CableRecord> cable_pages,
 }
 
 cable_info::Readings ReadingsOf(const Port& port) {
-  cable_info::Readings readings = ReadingsOf(port.cable);
-  readings.checksum_mismatches = port.checksum_mismatches;
+  cable_info::Readings of_records = ReadingsOf(port.cable);
+  if (!port.module) {
+    of_records.checksum_mismatches = port.checksum_mismatches;
+    return of_records;
+  }
+  cable_info::Readings readings = ReadingsOf(*port.module);
+  readings.source = of_records.source;
+  readings.lengths.measured = of_records.lengths.measured;
+  readings.identity.lot = of_records.identity.lot;
   return readings;
 }
 

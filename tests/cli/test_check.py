@@ -100,6 +100,26 @@ class Verdicts(ProgramTest):
         self.assertEqual(len(outputs), 1)
 
 
+class Sample(ProgramTest):
+    """examples/faults.jsonl has ports with faults of each kind; their labels name the rules that find them."""
+
+    FAULTS = ROOT / "examples" / "faults.jsonl"
+
+    def test_each_port_has_the_faults_that_its_label_names(self):
+        *ports, summary = map(json.loads, run("check", "-q", "--json", self.FAULTS).stdout.splitlines())
+        for port in ports:
+            expected = set() if port["label"] == "ok" else set(port["label"].split())
+            self.assertEqual({finding["rule"] for finding in port["findings"]}, expected, port)
+        self.assertEqual(summary["summary"]["ports"], len(ports))
+
+    def test_dark_lanes_are_critical(self):
+        ports = {port["label"]: port for port in
+                 map(json.loads, run("check", "-q", "--json", self.FAULTS).stdout.splitlines()[:-1])}
+        self.assertEqual(ports["rx-los"]["verdict"], WARNING)
+        self.assertEqual(ports["rx-los lane-imbalance"]["verdict"], CRITICAL)
+        self.assertEqual(ports["tx-fault"]["verdict"], CRITICAL)
+
+
 class Forms(ProgramTest):
     def test_text(self):
         result = check([GOOD, WARM, EMPTY, {**HOT, "label": "rack 7"}], "-q")

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cable_info/readings/rules.h"
+#include "cli/input/port.h"
+#include "cli/output/check_result.h"
+
+namespace cli {
+
+/// The numbers of a port that are compared between two snapshots. Trivially copyable.
+struct SnapshotNumbers {
+  std::uint64_t node_guid;
+  std::uint64_t port_guid;
+  std::uint32_t number;
+  float temperature;  ///< NaN without a value, as all of these
+  std::array<float, cable_info::kMostLanes> rx_power;
+  std::array<float, cable_info::kMostLanes> tx_power;
+  std::array<float, cable_info::kMostLanes> tx_bias;
+  /// Latched flags by bound: of temperature and voltage, then of RX power, TX power and TX bias of
+  /// lanes 1..8 each.
+  std::array<std::uint8_t, 26> bounds;
+  std::array<std::uint8_t, cable_info::kAllLaneFlags.size()> lane_flags;
+};
+
+/// A port of a snapshot.
+struct SnapshotPort {
+  SnapshotNumbers numbers;
+  std::string label;
+  std::string part_number;
+  std::string serial_number;
+  std::string firmware;
+  cable_info::Verdict verdict;
+};
+
+/// Appends what `Snapshot::Add` reads. Any thread may do so.
+void WriteSnapshotPort(std::ostream& os, const Port& port,
+                       const cable_info::RuleSettings& settings);
+
+/// All ports of an input, as they were at one time.
+class Snapshot {
+ public:
+  explicit Snapshot(const cable_info::RuleSettings& settings) : judged_(settings) {}
+
+  /// Adds the ports that `WriteSnapshotPort` wrote one after the other.
+  void Add(std::string_view ports);
+  /// Judges the ports. No port may be added after that.
+  void Finish();
+
+  const std::vector<SnapshotPort>& ports() const { return ports_; }
+
+ private:
+  CheckResult judged_;
+  std::vector<SnapshotPort> ports_;
+};
+
+/// How far a reading may move without being reported.
+struct Tolerances {
+  double power_db = 1.0;
+  double temperature_c = 10.0;
+  double bias_percent = 10.0;
+};
+
+/// One difference between the old and the new state of a port.
+struct Change {
+  std::string what;  ///< "serial_number", "rx_power", "rx_los_raised", ...
+  int lane = 0;      ///< 0: the module
+  std::string before;
+  std::string after;
+  std::string_view unit;  ///< of both; empty for texts
+};
+
+enum class Presence : std::uint8_t { kBoth, kAppeared, kGone };
+
+/// A port that is not the same in both snapshots.
+struct ChangedPort {
+  const SnapshotPort* port;  ///< the new one, or the old one of a port that is gone
+  Presence presence;
+  std::vector<Change> changes;
+};
+
+/// The ports that differ, by GUID, number and label. Ports are the same when their GUID and number
+/// are, or for ports without a GUID, when their label is.
+std::vector<ChangedPort> Compare(const Snapshot& before, const Snapshot& after,
+                                 const Tolerances& tolerances);
+
+/// \name What `cableinfo diff` writes
+/// @{
+void WriteDiffAsText(std::ostream& os, const std::vector<ChangedPort>& changes);
+void WriteDiffAsJson(std::ostream& os, const std::vector<ChangedPort>& changes);
+/// @}
+
+}  // namespace cli

@@ -1,0 +1,137 @@
+// What `ReadingsOf` makes of a module's memory.
+
+#include "cable_info/readings/module_readings.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "cable_info/module_memory/module_info.h"
+#include "cable_info/readings/rules.h"
+
+namespace cable_info {
+namespace {
+
+Monitor Measured(double value) {
+  Monitor monitor;
+  monitor.state = FieldState::kPresent;
+  monitor.value = value;
+  return monitor;
+}
+
+// A module of two lanes.
+ModuleInfo Module() {
+  ModuleInfo module;
+  module.family = ModuleFamily::kCmis;
+  module.SetCode(Field::kTechnology, 4, "1310 nm DFB");
+  module.SetText(Field::kPartNumber, "PN");
+  module.temperature = Measured(40.5);
+  module.temperature.thresholds.values = {75, -5, 70, 0};
+  module.temperature.thresholds.given = 0x0F;
+  module.voltage = Measured(3.3);
+  for (unsigned number = 1; number <= 2; ++number) {
+    Lane& lane = module.lanes.emplace_back();
+    lane.number = number;
+    lane.rx_power = Measured(1.0);
+    lane.tx_power = Measured(1.0);
+    lane.tx_bias = Measured(282.2);
+  }
+  return module;
+}
+
+std::vector<Rule> RulesOf(const ModuleInfo& module) {
+  std::vector<Finding> findings;
+  Judge(ReadingsOf(module), RuleSettings(), findings);
+  std::vector<Rule> rules;
+  for (const Finding& finding : findings) rules.push_back(finding.rule);
+  return rules;
+}
+
+TEST(ModuleReadings, KeepValuesThresholdsAndStates) {
+  ModuleInfo module = Module();
+  module.voltage.state = FieldState::kNotReady;
+  const Readings port = ReadingsOf(module);
+  EXPECT_TRUE(port.has_data);
+  EXPECT_EQ(port.identity.part_number, "PN");
+  EXPECT_EQ(port.medium, Medium::kOptical);
+  EXPECT_EQ(port.lanes, 2);
+  EXPECT_EQ(port.lanes_in_use, 3);
+  EXPECT_EQ(port.Of(Quantity::kTemperature).value, 40.5F);
+  EXPECT_EQ(port.Of(Quantity::kTemperature).Threshold(Bound::kLowAlarm), -5.0F);
+  EXPECT_EQ(port.Of(Quantity::kTemperature).Threshold(Bound::kHighWarning), 70.0F);
+  EXPECT_EQ(port.Of(Quantity::kVoltage).state, FieldState::kNotReady);
+  EXPECT_EQ(port.Of(Quantity::kVoltage).value, 0.0F);
+  EXPECT_EQ(port.Of(Quantity::kTxBias, 2).value, 282.2F);
+  EXPECT_FALSE(ReadingsOf(ModuleInfo()).has_data);
+}
+
+TEST(ModuleReadings, GiveTextsAsTheBytesOfTheModule) {
+  ModuleInfo module = Module();
+  module.SetText(Field::kSerialNumber, "A\xFF\x80Z");
+  EXPECT_EQ(ReadingsOf(module).identity.serial_number, "A\xFF\x80Z");
+}
+
+TEST(ModuleReadings, MeetWarningThresholdsOfLanes) {
+  ModuleInfo module = Module();
+  module.lanes[1].rx_power.thresholds.values = {2, 0.1, 1.5, 1.0};
+  module.lanes[1].rx_power.thresholds.given = 0x0F;
+  EXPECT_EQ(RulesOf(module), std::vector<Rule>{});
+  module.lanes[1].rx_power.value = 0.99;
+  EXPECT_EQ(RulesOf(module),
+            std::vector<Rule>{ThresholdRule(Quantity::kRxPower, Bound::kLowWarning)});
+  module.lanes[1].rx_power.value = 1.51;
+  EXPECT_EQ(RulesOf(module),
+            std::vector<Rule>{ThresholdRule(Quantity::kRxPower, Bound::kHighWarning)});
+}
+
+TEST(ModuleReadings, RaiseTheFlagsThatAreKnown) {
+  ModuleInfo module = Module();
+  module.lanes[0][LaneField::kTxFault] = {FieldState::kPresent, 1};
+  module.lanes[1][LaneField::kRxLos] = {FieldState::kNotImplemented, 1};
+  module.lanes[1].tx_bias.flags = {0x01, 0x01};
+  const Readings port = ReadingsOf(module);
+  EXPECT_EQ(port.Of(LaneFlag::kTxFault).Get(1), true);
+  EXPECT_EQ(port.Of(LaneFlag::kTxFault).Get(2), std::nullopt);
+  EXPECT_EQ(port.Of(LaneFlag::kRxLos).Get(2), std::nullopt);
+  EXPECT_EQ(RulesOf(module),
+            (std::vector<Rule>{LaneFlagRule(LaneFlag::kTxFault),
+                               LatchedRule(Quantity::kTxBias, Bound::kHighAlarm)}));
+}
+
+TEST(ModuleReadings, CountChecksumsThatDoNotMatch) {
+  ModuleInfo module = Module();
+  module.checksums = {{Page::k00, 128, 221, 7, 7}, {Page::k01, 130, 254, 7, 8}};
+  EXPECT_EQ(ReadingsOf(module).checksum_mismatches, 1);
+  EXPECT_EQ(RulesOf(module), std::vector<Rule>{Rule::kChecksum});
+}
+
+TEST(ModuleReadings, HaveNoLanesInUseWithoutMonitors) {
+  ModuleInfo module = Module();
+  for (Lane& lane : module.lanes) {
+    lane.rx_power = lane.tx_power = lane.tx_bias = Monitor();
+    lane[LaneField::kRxLos] = {FieldState::kPresent, 1};
+  }
+  EXPECT_EQ(ReadingsOf(module).lanes_in_use, 0);
+  EXPECT_EQ(RulesOf(module), std::vector<Rule>{});
+}
+
+TEST(ModuleReadings, CarryAuxiliaryMonitorsAndVdm) {
+  ModuleInfo module = Module();
+  module.aux = {{"laser_temperature_c", Measured(45)}, {"vcc2_v", Monitor()}};
+  VdmSample sample;
+  sample.observable = "pre_fec_ber_current_media";
+  sample.instance = "lane 1";
+  sample.monitor = Measured(1.5e-8);
+  module.vdm = {sample};
+  const Readings port = ReadingsOf(module);
+  ASSERT_EQ(port.observables.size(), 2U);
+  EXPECT_EQ(port.observables[0].name, "laser_temperature_c");
+  EXPECT_EQ(port.observables[0].unit, "C");
+  EXPECT_EQ(port.observables[0].reading.value, 45.0F);
+  EXPECT_EQ(port.observables[1].name, "pre_fec_ber_current_media");
+  EXPECT_EQ(port.observables[1].place, "lane 1");
+  EXPECT_EQ(port.observables[1].reading.value, 1.5e-8F);
+}
+
+}  // namespace
+}  // namespace cable_info
