@@ -1,6 +1,8 @@
 #pragma once
 
 // The lanes that a CMIS module has.
+//
+// Internal; not installed.
 
 #include <cstdint>
 #include <vector>

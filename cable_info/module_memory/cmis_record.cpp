@@ -78,6 +78,7 @@ constexpr Place kTxCdrSupported = {Page::k01, 161, Bit(0)};
 constexpr Place kRxCdrSupported = {Page::k01, 162, Bit(0)};
 
 // The fields, and what takes them. The places are those of the family's map.
+// NOLINTNEXTLINE(readability-function-size): a table
 const auto& Map() {
   using F = RecordField<Draft>;
   static const auto kMap = [] {

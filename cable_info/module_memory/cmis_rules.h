@@ -1,6 +1,8 @@
 #pragma once
 
 // Advertisements of CMIS modules that depend on more than a single bit.
+//
+// Internal; not installed.
 
 #include <cstdint>
 

@@ -2,6 +2,8 @@
 
 /// \file
 /// Observables of the versatile diagnostics monitoring (VDM) of CMIS, pages 20h to 2Fh.
+//
+// Internal; not installed.
 
 #include <cstdint>
 #include <optional>

@@ -1,6 +1,8 @@
 #pragma once
 
 // The decoders of the families, and rules that they share.
+//
+// Internal; not installed.
 
 #include <cstdint>
 #include <optional>

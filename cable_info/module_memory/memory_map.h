@@ -2,6 +2,8 @@
 
 // The memory map of a module family as a table, and the functions that read it. Decoding, output,
 // documentation and conversion to records use the same lines.
+//
+// Internal; not installed.
 
 #include <array>
 #include <cstddef>

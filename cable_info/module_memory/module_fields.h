@@ -218,6 +218,7 @@ enum class Field : std::uint8_t {
   kReferenceClockLost,
   kCount,
 };
+/// The number of fields of a module.
 inline constexpr std::size_t kFieldCount = static_cast<std::size_t>(Field::kCount);
 
 /// The fields of a lane, in addition to its monitors.
@@ -315,6 +316,7 @@ enum class LaneField : std::uint8_t {
   kMediaBits,
   kCount,
 };
+/// The number of fields of a lane.
 inline constexpr std::size_t kLaneFieldCount = static_cast<std::size_t>(LaneField::kCount);
 /// The first fields of a lane are its flags, up to this one.
 inline constexpr LaneField kLastLaneFlag = LaneField::kTxAdaptiveEqFault;
@@ -325,21 +327,21 @@ inline constexpr std::string_view kOptionalObjects[] = {"attenuation_db", "data_
 
 /// The names and the kind of a field.
 struct FieldInfo {
-  Field field;
+  Field field;             ///< the field
   std::string_view key;    ///< path in JSON: "identity.vendor"
   std::string_view label;  ///< in data sheets: "Vendor"
-  FieldKind kind;
-  std::string_view unit;  ///< of a number: "W"; empty for none
-  FieldGroup group;
+  FieldKind kind;          ///< text, number, code or flag
+  std::string_view unit;   ///< of a number: "W"; empty for none
+  FieldGroup group;        ///< its group in data sheets
 };
 
 /// The names and the kind of a field of a lane.
 struct LaneFieldInfo {
-  LaneField field;
-  std::string_view key;    ///< within the lane: "flags.rx_los"
-  std::string_view label;  ///< in data sheets: "RX LOS"
-  FieldKind kind;
-  std::string_view unit;
+  LaneField field;                   ///< the field
+  std::string_view key;              ///< within the lane: "flags.rx_los"
+  std::string_view label;            ///< in data sheets: "RX LOS"
+  FieldKind kind;                    ///< number, code or flag
+  std::string_view unit;             ///< of a number; empty for none
   const CodeTable* codes = nullptr;  ///< the names of codes
 };
 
@@ -348,9 +350,11 @@ const std::array<FieldInfo, kFieldCount>& ModuleFields();
 /// All fields of a lane, in the order of `LaneField`.
 const std::array<LaneFieldInfo, kLaneFieldCount>& LaneFields();
 
+/// The names and the kind of a field of a module.
 inline const FieldInfo& DescribeField(Field field) {
   return ModuleFields()[static_cast<std::size_t>(field)];
 }
+/// The names and the kind of a field of a lane.
 inline const LaneFieldInfo& DescribeField(LaneField field) {
   return LaneFields()[static_cast<std::size_t>(field)];
 }

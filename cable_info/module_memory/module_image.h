@@ -52,8 +52,8 @@ std::string ShortPageName(Page page);
 /// missing.
 class ModuleImage {
  public:
-  static constexpr std::size_t kHalf = 128;  ///< where upper pages begin
-  static constexpr std::size_t kWhole = 256;
+  static constexpr std::size_t kHalf = 128;   ///< where upper pages begin
+  static constexpr std::size_t kWhole = 256;  ///< bytes of a page with the lower one
 
   /// 128 bytes of a page, each of which may be missing. Bytes are counted as in the page: those of
   /// an upper half are 128..255.
@@ -63,6 +63,7 @@ class ModuleImage {
     /// A half with no bytes; `first` is 0 or 128.
     Half(Page page, std::size_t first) : page_(page), first_(static_cast<std::uint8_t>(first)) {}
 
+    /// The page that the half belongs to.
     Page page() const { return page_; }
     /// The number of its first byte: 0 or 128.
     std::size_t first() const { return first_; }
@@ -145,8 +146,8 @@ DumpBytes DumpFromContent(std::string_view content);
 
 /// A file with a single page of a dump.
 struct PageFile {
-  Page page;
-  std::string path;
+  Page page;         ///< the page that the file holds
+  std::string path;  ///< the path of the file
 };
 
 /// Splits "03:page3.bin"; none if the text before the first colon is not the name of a page. The

@@ -37,6 +37,7 @@ std::string_view StateName(FieldState state);
 
 /// A value of a module.
 struct FieldValue {
+  /// Whether there is a value, or why not.
   FieldState state = FieldState::kNotImplemented;
   /// A number in the unit of its field, a code, or 1 for a flag that is set; 0 for a text.
   double number = 0.0;
@@ -44,6 +45,7 @@ struct FieldValue {
   /// `ModuleInfo` is not changed.
   std::string_view text;
 
+  /// True when there is a value.
   bool IsPresent() const { return state == FieldState::kPresent; }
   /// The code as a number without fraction.
   unsigned code() const { return static_cast<unsigned>(number); }
@@ -51,6 +53,7 @@ struct FieldValue {
 
 /// The four levels of a monitored quantity, in the order in which the standards list thresholds.
 enum class AlarmLevel : std::uint8_t { kHighAlarm, kLowAlarm, kHighWarning, kLowWarning };
+/// The number of levels.
 inline constexpr std::size_t kAlarmLevels = 4;
 
 /// The four thresholds of a quantity, in its unit. Each may be absent.
@@ -58,6 +61,7 @@ struct Thresholds {
   std::array<double, kAlarmLevels> values = {};  ///< by `AlarmLevel`
   std::uint8_t given = 0;                        ///< bit n: level n has a threshold
 
+  /// The threshold of a level; none when it is not given.
   std::optional<double> At(AlarmLevel level) const {
     const auto n = static_cast<std::size_t>(level);
     if ((given >> n & 1U) == 0) return std::nullopt;
@@ -71,6 +75,7 @@ struct AlarmFlags {
   std::uint8_t known = 0;   ///< bit n: the flag of level n was read
   std::uint8_t raised = 0;  ///< bit n: it is set
 
+  /// The flag of a level; none when it is not known.
   std::optional<bool> At(AlarmLevel level) const {
     const auto n = static_cast<unsigned>(level);
     if ((known >> n & 1U) == 0) return std::nullopt;
@@ -80,48 +85,52 @@ struct AlarmFlags {
 
 /// A monitored quantity with its thresholds and flags.
 struct Monitor {
-  FieldState state = FieldState::kNotImplemented;
-  double value = 0.0;  ///< in the unit of the quantity; only when `state` is present
-  Thresholds thresholds;
-  AlarmFlags flags;
+  FieldState state = FieldState::kNotImplemented;  ///< whether there is a value, or why not
+  double value = 0.0;     ///< in the unit of the quantity; only when `state` is present
+  Thresholds thresholds;  ///< in the unit of the quantity
+  AlarmFlags flags;       ///< known and raised flags
 
+  /// True when there is a value.
   bool IsPresent() const { return state == FieldState::kPresent; }
 };
 
 /// An auxiliary monitor, named after what it measures: "tec_current_percent",
 /// "laser_temperature_c", "vcc2_v", "aux1_custom", "custom", "tec_current_ma".
 struct AuxMonitor {
-  std::string_view name;
-  Monitor monitor;
+  std::string_view name;  ///< one of those above
+  Monitor monitor;        ///< in the unit that the name states
 };
 
 /// The value of a lane: a number, a code, or a flag (0 or 1).
 struct LaneValue {
-  FieldState state = FieldState::kNotImplemented;
-  double number = 0.0;
+  FieldState state = FieldState::kNotImplemented;  ///< whether there is a value, or why not
+  double number = 0.0;                             ///< only when `state` is present
 
+  /// True when there is a value.
   bool IsPresent() const { return state == FieldState::kPresent; }
 };
 
 /// A lane of a module. Lanes of CMIS modules with several banks are numbered consecutively: the
 /// first lane of bank 1 is lane 9.
 struct Lane {
-  unsigned number = 1;  ///< from 1
-  Monitor rx_power;     ///< mW
-  Monitor tx_power;     ///< mW
-  Monitor tx_bias;      ///< mA
-  std::array<LaneValue, kLaneFieldCount> values;
+  unsigned number = 1;                            ///< from 1
+  Monitor rx_power;                               ///< mW
+  Monitor tx_power;                               ///< mW
+  Monitor tx_bias;                                ///< mA
+  std::array<LaneValue, kLaneFieldCount> values;  ///< by `LaneField`
 
+  /// The value of a field.
   const LaneValue& operator[](LaneField field) const {
     return values[static_cast<std::size_t>(field)];
   }
+  /// The value of a field, to be changed.
   LaneValue& operator[](LaneField field) { return values[static_cast<std::size_t>(field)]; }
 };
 
 /// A code of one of the tables of SFF-8024; the name is empty for a code without one.
 struct NamedCode {
-  unsigned code = 0;
-  std::string_view name;
+  unsigned code = 0;      ///< as the module has it
+  std::string_view name;  ///< valid for the life of the program
 };
 
 /// The name of the code in a field of a lane; empty for codes without a name and for fields that
@@ -130,11 +139,11 @@ std::string_view LaneCodeName(LaneField field, const LaneValue& value);
 
 /// An application descriptor of a CMIS module.
 struct Application {
-  unsigned number = 1;  ///< the AppSel code
-  NamedCode host_interface;
-  NamedCode media_interface;
-  unsigned host_lanes = 0;
-  unsigned media_lanes = 0;
+  unsigned number = 1;        ///< the AppSel code
+  NamedCode host_interface;   ///< SFF-8024, table 4-5
+  NamedCode media_interface;  ///< SFF-8024, tables 4-6 to 4-10, by the media type
+  unsigned host_lanes = 0;    ///< lanes of one instance on the host side
+  unsigned media_lanes = 0;   ///< lanes of one instance on the media side
   /// Bit n: may start on host lane n + 1; flat modules have none from CMIS 5.4 on.
   std::optional<unsigned> host_assignment;
   std::optional<unsigned> media_assignment;  ///< bit n: may start on media lane n + 1
@@ -147,34 +156,34 @@ struct VdmSample {
   std::string instance;         ///< "lane 1", "data path 1", "module"
   unsigned lane = 0;            ///< the lane; 0 for the module
   std::string_view unit;        ///< empty for ratios, counts and raw numbers
-  Monitor monitor;
+  Monitor monitor;              ///< value, thresholds and flags, in the unit
 };
 
 /// A check code of a page: the low byte of the sum of its bytes `first` to `last`.
 struct PageChecksum {
-  Page page = Page::kLower;
-  std::uint8_t first = 0;
-  std::uint8_t last = 0;
-  std::uint8_t stored = 0;
-  std::uint8_t computed = 0;
+  Page page = Page::kLower;   ///< the page of all these bytes
+  std::uint8_t first = 0;     ///< the first byte of the sum
+  std::uint8_t last = 0;      ///< the last byte of the sum
+  std::uint8_t stored = 0;    ///< what the module stores
+  std::uint8_t computed = 0;  ///< what the bytes add up to
 };
 
 /// The contents of a module's memory. Fields that the family of the module does not have are not
 /// implemented.
 class ModuleInfo {
  public:
-  ModuleFamily family = ModuleFamily::kUnknown;
-  Monitor temperature;          ///< degrees Celsius
-  Monitor voltage;              ///< volts
-  std::vector<AuxMonitor> aux;  ///< the auxiliary monitors that the family can have
-  std::vector<Lane> lanes;      ///< lanes that the module has, lowest first
-  std::vector<Application> applications;
-  std::vector<VdmSample> vdm;
-  std::vector<std::string_view> compliance;        ///< the standards that the module follows
+  ModuleFamily family = ModuleFamily::kUnknown;  ///< the standard of the memory map
+  Monitor temperature;                           ///< degrees Celsius
+  Monitor voltage;                               ///< volts
+  std::vector<AuxMonitor> aux;               ///< the auxiliary monitors that the family can have
+  std::vector<Lane> lanes;                   ///< lanes that the module has, lowest first
+  std::vector<Application> applications;     ///< of CMIS modules, in the order of their numbers
+  std::vector<VdmSample> vdm;                ///< of CMIS modules, in the order of their descriptors
+  std::vector<std::string_view> compliance;  ///< the standards that the module follows
   std::vector<std::string_view> supported_speeds;  ///< of InfiniBand: "SDR" ... "XDR", lowest first
   std::vector<std::string_view> options;           ///< the names of implemented options
   std::vector<PageChecksum> checksums;             ///< those whose bytes were all read
-  std::vector<Page> pages_read;
+  std::vector<Page> pages_read;       ///< pages of which any byte was given, lower page first
   std::vector<std::string> warnings;  ///< inconsistencies and problems, one sentence each
 
   /// The value of a field.
@@ -184,9 +193,12 @@ class ModuleInfo {
 
   /// \name For decoders
   /// @{
+
   /// Removes everything; keeps the allocated memory.
   void Clear();
+  /// Why a field has no value.
   void SetState(Field field, FieldState state);
+  /// A number in the unit of the field, or 0 or 1 for a flag; the field is present.
   void SetNumber(Field field, double number);
   /// `name` is that of a code table, which outlives this object.
   void SetCode(Field field, unsigned code, std::string_view name);

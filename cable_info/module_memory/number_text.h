@@ -1,5 +1,7 @@
 #pragma once
 
+// Internal; not installed.
+
 #include "cable_info/text/text_buffer.h"
 
 namespace cable_info::module_memory {

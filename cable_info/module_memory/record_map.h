@@ -1,6 +1,8 @@
 #pragma once
 
 // Filling records from the memory maps of module families.
+//
+// Internal; not installed.
 
 #include <algorithm>
 #include <array>

@@ -1,5 +1,7 @@
 #pragma once
 
+// Internal; not installed.
+
 #include <cstdint>
 #include <memory>
 #include <string>

@@ -64,6 +64,7 @@ void ToDate(Draft& draft, const FieldBytes& value) { draft.module.SetDateCode(va
 constexpr bool kText = true;
 
 // The fields, and what takes them. The places are those of the family's map.
+// NOLINTNEXTLINE(readability-function-size): a table
 const auto& Map() {
   using F = RecordField<Draft>;
   static const auto kMap = [] {

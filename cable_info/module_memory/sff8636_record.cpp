@@ -76,6 +76,7 @@ constexpr int kBiasUnit = 2000;  // 2 uA
 constexpr bool kText = true;
 
 // The fields, and what takes them. The places are those of the family's map.
+// NOLINTNEXTLINE(readability-function-size): a table
 const auto& Map() {
   using F = RecordField<Draft>;
   static const auto kMap = [] {

@@ -1,5 +1,7 @@
 #pragma once
 
+// Internal; not installed.
+
 #include <cstdint>
 
 namespace cable_info::module_memory {

@@ -1,5 +1,7 @@
 #pragma once
 
+// Internal; not installed.
+
 #include <cstddef>
 #include <string_view>
 
