@@ -2,6 +2,8 @@
 
 // The sink that keeps the cells of a row apart: each as the text that `CsvRow` writes, without the
 // comma. For outputs that pick columns; whoever writes whole rows uses `CsvRow`.
+//
+// Internal; not installed.
 
 #include <cstdint>
 #include <string>
