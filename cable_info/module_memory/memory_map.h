@@ -375,9 +375,6 @@ std::optional<PageChecksum> ReadChecksum(const ModuleImage& image, const Checksu
 /// Computes the checksums whose bytes are all known; a mismatch gives a warning.
 void AddChecksums(Decoding& to, Lines<Checksum> checksums);
 
-/// A checksum that does not match, as a sentence.
-std::string MismatchText(const PageChecksum& sum);
-
 /// "Length, SMF: more than 254 km", as a warning.
 void WarnMoreThan(Decoding& to, Field field, double value);
 

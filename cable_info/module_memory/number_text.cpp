@@ -36,8 +36,11 @@ char* WriteShortest(char* to, double value) {
   const double magnitude = std::fabs(value);
   if (magnitude < kHighest && (magnitude >= 1.0 / kFewDecimals || magnitude == 0.0)) {
     if (std::signbit(value) && value != 0.0) *to++ = '-';
+    // The quotients below show whether the rounded products are right.
+    // NOLINTNEXTLINE(bugprone-incorrect-roundings)
     const auto few = static_cast<std::uint64_t>(magnitude * kFewDecimals + 0.5);
     if (static_cast<double>(few) / kFewDecimals == magnitude) return WriteDecimals(to, few, 4);
+    // NOLINTNEXTLINE(bugprone-incorrect-roundings)
     const auto many = static_cast<std::uint64_t>(magnitude * kManyDecimals + 0.5);
     if (static_cast<double>(many) / kManyDecimals == magnitude) return WriteDecimals(to, many, 8);
     value = magnitude;

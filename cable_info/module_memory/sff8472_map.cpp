@@ -39,6 +39,7 @@ bool IsBaseTCode(unsigned code) {
 Advertised IsCopperModule(const ModuleImage& image) {
   const std::optional<std::uint8_t> connector = image.At(A0, 2);
   const std::optional<std::uint8_t> compliance = image.At(A0, 36);
+  // NOLINTNEXTLINE(misc-redundant-expression): these are two codes
   if (connector == kRj45 || connector == kCopperPigtail || (compliance && IsBaseTCode(*compliance)))
     return Advertised::kYes;
   return Both(AskBit(image, A0, 6, 3), Not(IsCable(image)));
@@ -428,7 +429,7 @@ void AddCompliance(Decoding& to) {
   }
   if (AskBit(to.image, A0, 10, 1) == Advertised::kYes &&
       AskBit(to.image, A0, 62, 0) == Advertised::kYes) {
-    names.push_back("FC 6400 MB/s (64GFC)");
+    names.emplace_back("FC 6400 MB/s (64GFC)");
   }
   for (const Field field : {Field::kExtendedCompliance, Field::kSecondaryExtendedCompliance}) {
     const std::string_view name = to.info[field].text;

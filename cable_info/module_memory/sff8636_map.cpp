@@ -84,7 +84,7 @@ Advertised HasVoltage(const ModuleImage& image) { return HasModuleMonitor(image,
 
 bool IsAnyLaneSet(const ModuleImage& image, std::size_t first) {
   const ModuleImage::Half& half = image.HalfOf(L, first);
-  for (std::size_t i = 0; i < 2 * kLanes; ++i) {
+  for (std::size_t i = 0; i < std::size_t{2} * kLanes; ++i) {
     if (half[first + i] != 0) return true;
   }
   return false;

@@ -87,14 +87,14 @@ class FabricRules {
   struct Kept {
     PortId id;
     PortId peer;
-    std::uint64_t serial_begin;  // in serial_numbers_
-    std::uint32_t serial_size;
-    std::uint32_t part;  // 0: unknown
-    std::uint8_t lanes;
-    bool has_peer;
-    bool is_separable;
-    std::array<float, kMostLanes> rx_power;
-    std::array<float, kMostLanes> tx_power;
+    std::uint64_t serial_begin = 0;  // in serial_numbers_
+    std::uint32_t serial_size = 0;
+    std::uint32_t part = 0;  // 0: unknown
+    std::uint8_t lanes = 0;
+    bool has_peer = false;
+    bool is_separable = false;
+    std::array<float, kMostLanes> rx_power = {};
+    std::array<float, kMostLanes> tx_power = {};
   };
 
   void JudgeOutliers(const Found& found) const;

@@ -512,7 +512,7 @@ void SetModule(Readings& port, const ModuleRecord& m) {
   port.compliance = Named(m.compliance_code, kExtendedCompliance.Name(m.compliance_code));
   port.medium = MediumOf(m);
   port.speeds = m.ib_compliance_code;
-  port.nominal_bitrate_gbps = NonZero(m.SelectNominalBR());
+  port.nominal_bitrate_gbps = NonZero(static_cast<double>(m.SelectNominalBR()));
   port.power_class = m.power_class;
   port.max_power_w = NonZero(static_cast<double>(m.max_power * kWattsPerUnit));
   port.rx_power_is_average = m.rx_power_type != 0;

@@ -59,7 +59,7 @@ class CheckResult {
     cable_info::Verdict verdict;
   };
   struct Compared {
-    std::uint32_t port;
+    std::uint32_t port = 0;
     cable_info::Finding finding;
   };
 
