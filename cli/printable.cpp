@@ -63,7 +63,7 @@ std::string Printable(std::string_view text, Newlines newlines) {
   };
   std::string out;
   while (!text.empty()) {
-    const auto plain_end = std::find_if_not(text.begin(), text.end(), is_plain);
+    const auto* const plain_end = std::find_if_not(text.begin(), text.end(), is_plain);
     const auto plain = static_cast<std::size_t>(std::distance(text.begin(), plain_end));
     out += text.substr(0, plain);
     text.remove_prefix(plain);

@@ -52,6 +52,7 @@ bool IsBeyondDouble(simdjson::dom::element json) {
 
 }  // namespace
 
+// NOLINTNEXTLINE(misc-no-recursion): as deep as the fields of a port are nested
 std::string Value::Path() const {
   if (parent_ == nullptr) return {};
   std::string path = parent_->Path();

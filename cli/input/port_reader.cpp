@@ -477,7 +477,7 @@ bool PortReader::Read(std::string_view line, Port& port, std::vector<Message>& m
   if (!SetFields(draft, value, kPortFields) ||
       !DecodeModuleMemory(draft, value, options_, port, messages)) {
     if (!draft.label.empty()) problem.text.insert(0, "port \"" + Shortened(draft.label) + "\": ");
-    messages.assign(1, std::move(problem));
+    messages.assign(1, problem);
     return false;
   }
   port.node_guid = draft.node_guid;

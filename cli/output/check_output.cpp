@@ -19,7 +19,6 @@ namespace {
 using cable_info::Finding;
 using cable_info::Rule;
 using cable_info::RuleSettings;
-using cable_info::Severity;
 using cable_info::Verdict;
 using cable_info::text::TextBuffer;
 
@@ -46,7 +45,7 @@ std::string Padded(std::string_view text, std::size_t width) {
 
 // A verdict or a severity by the name that both share, padded to a common width.
 std::string Coloured(std::string_view name, Colour colour, std::size_t width) {
-  const std::string padded = Padded(name, width);
+  std::string padded = Padded(name, width);
   if (colour == Colour::kNone) return padded;
   const std::string_view code = name == "critical"  ? "\x1b[1;31m"
                                 : name == "warning" ? "\x1b[33m"

@@ -20,18 +20,18 @@ namespace {
 
 // A judged port, followed by its findings and texts. Only this program reads it, in the same run.
 struct Head {
-  std::uint64_t node_guid;
-  PortId id;
-  PortId peer;
-  bool has_peer;
-  bool is_separable;
-  int lanes;
-  std::array<float, cable_info::kMostLanes> rx_power;
-  std::array<float, cable_info::kMostLanes> tx_power;
-  std::size_t findings;
-  std::size_t part_number;  // the sizes of the texts
-  std::size_t serial_number;
-  std::size_t label;
+  std::uint64_t node_guid = 0;
+  PortId id = {};
+  PortId peer = {};
+  bool has_peer = false;
+  bool is_separable = false;
+  int lanes = 0;
+  std::array<float, cable_info::kMostLanes> rx_power = {};
+  std::array<float, cable_info::kMostLanes> tx_power = {};
+  std::size_t findings = 0;
+  std::size_t part_number = 0;  // the sizes of the texts
+  std::size_t serial_number = 0;
+  std::size_t label = 0;
 };
 
 static_assert(std::is_trivially_copyable_v<Head>);
@@ -39,13 +39,14 @@ static_assert(std::is_trivially_copyable_v<Finding>);
 
 template <typename T>
 void WriteBytes(std::ostream& os, const T* values, std::size_t count) {
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): the bytes of plain values
   os.write(reinterpret_cast<const char*>(values), static_cast<std::streamsize>(count * sizeof(T)));
 }
 
 // Takes what was written from the front of `bytes`.
 template <typename T>
 T Take(std::string_view& bytes) {
-  T value;
+  T value = {};
   std::memcpy(&value, bytes.data(), sizeof(T));
   bytes.remove_prefix(sizeof(T));
   return value;

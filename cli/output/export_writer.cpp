@@ -21,7 +21,6 @@ using cable_info::CodeAndName;
 using cable_info::CombinedCableInfo;
 using cable_info::Controls;
 using cable_info::Flags;
-using cable_info::LaneFlag;
 using cable_info::Lengths;
 using cable_info::Observable;
 using cable_info::Quantity;
@@ -246,7 +245,7 @@ void WriteSlot(JsonText& json, std::string_view key, const char (&slot)[N]) {
 }
 
 void WriteRecord(JsonText& json, CombinedCableInfo& cable) {
-  cable_info::cable_record_data_t data;
+  cable_info::cable_record_data_t data = {};
   json.Key("record");
   if (!cable.ExportData(&data)) return json.Null();
   json.BeginObject();

@@ -23,8 +23,6 @@ using cable_info::Readings;
 namespace {
 
 constexpr float kNone = std::numeric_limits<float>::quiet_NaN();
-constexpr std::array<Quantity, 3> kLaneQuantities = {Quantity::kRxPower, Quantity::kTxPower,
-                                                     Quantity::kTxBias};
 
 // What was written of a port: the sizes of the parts that follow.
 struct Head {
@@ -260,6 +258,7 @@ void WriteSnapshotPort(std::ostream& os, const Port& port,
                      readings.identity.part_number.size(),
                      readings.identity.serial_number.size(),
                      readings.identity.firmware.size()};
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): the bytes of plain values
   os.write(reinterpret_cast<const char*>(&head), sizeof(head));
   os << judged.view() << port.label << readings.identity.part_number
      << readings.identity.serial_number << readings.identity.firmware;
@@ -267,7 +266,7 @@ void WriteSnapshotPort(std::ostream& os, const Port& port,
 
 void Snapshot::Add(std::string_view ports) {
   while (!ports.empty()) {
-    Head head;
+    Head head = {};
     std::memcpy(&head, ports.data(), sizeof(head));
     ports.remove_prefix(sizeof(head));
     judged_.Add(ports.substr(0, head.judged));
