@@ -66,7 +66,7 @@ void DecodeCmis(Decoding& to);
 /// - upper pages equal to page 00h, which a module returns for a page that it does not have;
 /// - all upper pages except 00h if the module states that its memory is flat;
 /// - device A2h if all its bytes are equal or it equals A0h: a module without that device.
-class [[gnu::visibility("hidden")]] ModuleMemory {
+class ModuleMemory {
  public:
   /// `image` must outlive this.
   explicit ModuleMemory(const ModuleImage& image);
