@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "cable_info/combined_cable_info.h"
+#include "cable_info/typed_row.h"
 #include "test_support.h"
 
 namespace cable_info::test {
@@ -46,6 +47,22 @@ TEST(CellSink, AllCellsAreMissingWithoutRecords) {
   Notes notes;
   cable.VisitCells(notes);
   EXPECT_EQ(notes.cells, std::vector<std::string>(174, "-"));
+}
+
+TEST(CellSink, BareCellsAreTextsOrNumbers) {
+  Notes notes;
+  TypedRow row(notes);
+  const auto append = [](text::TextBuffer& out, int value) {
+    out.AppendDecimal(value).Append('!');
+  };
+  row.BareText("raw");
+  row.BareTextOf(append, 5);
+  row.BareQuantity(3.5, append, 5);
+  row.Quantity(-2.0, append, 5);
+  row.MissingAs("N/A");
+  EXPECT_EQ(notes.cells,
+            (std::vector<std::string>{"text raw", "text 5!", "number", "number", "-"}));
+  EXPECT_EQ(notes.numbers, (std::vector<double>{3.5, -2.0}));
 }
 
 TEST(CellSink, CablePagesHaveTypedCells) {

@@ -2,12 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 #include <memory>
 #include <string>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 #include "random_records.h"
 #include "test_support.h"
@@ -466,6 +468,37 @@ TEST(CombinedCableInfoPrtlLength, IsStoredInTheRecordInUse) {
   EXPECT_EQ(PrtlCell(port), "\"5 m\"");
   port.AttachCableRecord(nullptr);
   EXPECT_EQ(PrtlCell(port), "NA");
+}
+
+// The cells of a record, by the names of their columns.
+std::string CellOf(const CombinedCableInfo& port, const std::string& column) {
+  const std::vector<std::string>& names = ColumnNames();
+  const std::vector<std::string> cells = port.Cells();
+  EXPECT_EQ(cells.size(), 174U);
+  const auto index = std::find(names.begin(), names.end(), column) - names.begin();
+  return cells.at(static_cast<std::size_t>(index) - 3);
+}
+
+TEST(CombinedCableInfo, GivesTheCellsOfTheRecordInUse) {
+  CombinedCableInfo port;
+  EXPECT_TRUE(port.Cells().empty());
+  port.AttachPhyCableRecord(Phy());
+  EXPECT_EQ(CellOf(port, "Source"), "\"PHY\"");
+  EXPECT_EQ(CellOf(port, "Temperature"), "\"-10C\"");
+  port.AttachCableRecord(Cable());
+  EXPECT_EQ(CellOf(port, "Temperature"), "\"80C\"");
+  EXPECT_EQ(CellOf(port, "SN"), "\"KS1AB2\"");
+}
+
+TEST(CombinedCableInfo, GivesTheSameCellsAsItsRow) {
+  CombinedCableInfo ports[2];
+  ports[0].AttachCableRecord(Cable());
+  ports[1].AttachPhyCableRecord(Phy());
+  for (const CombinedCableInfo& port : ports) {
+    std::string row;
+    for (const std::string& cell : port.Cells()) row.append(row.empty() ? "" : ",").append(cell);
+    EXPECT_EQ(RowOf(port), row + '\n');
+  }
 }
 
 TEST(CombinedCableInfo, LeavesTheWidthOfAStreamAtZero) {

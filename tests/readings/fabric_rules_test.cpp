@@ -230,6 +230,16 @@ TEST(EndMismatch, ComparesPartAndSerialNumbers) {
   EXPECT_EQ(Judge(Link(Fixed("P", "S"), Fixed("Q", "T")), With("end-mismatch", "off")).size(), 0U);
 }
 
+TEST(FabricRules, KeepTheIdentityOfPorts) {
+  FabricRules rules{RuleSettings()};
+  for (const FabricPort& port : Link(Fixed("P", "S"), Fixed("", ""))) rules.Add(port);
+  ASSERT_EQ(rules.size(), 2U);
+  EXPECT_EQ(rules.PartNumberOf(0), "P");
+  EXPECT_EQ(rules.SerialNumberOf(0), "S");
+  EXPECT_EQ(rules.PartNumberOf(1), "");
+  EXPECT_EQ(rules.SerialNumberOf(1), "");
+}
+
 TEST(EndMismatch, NeedsTwoIdentifiedEndsOfACable) {
   CableRecord separable = Fixed("P", "S");
   separable.Connector = 0x0C;

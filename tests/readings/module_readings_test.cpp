@@ -133,5 +133,77 @@ TEST(ModuleReadings, CarryAuxiliaryMonitorsAndVdm) {
   EXPECT_EQ(port.observables[1].reading.value, 1.5e-8F);
 }
 
+TEST(ModuleReadings, CarryEveryUnitOfAuxiliaryMonitors) {
+  ModuleInfo module = Module();
+  module.aux = {{"vcc2_v", Measured(1.8)},
+                {"tec_current_ma", Measured(3)},
+                {"tec_current_percent", Measured(-12.5)},
+                {"custom", Measured(7)}};
+  const Readings port = ReadingsOf(module);
+  ASSERT_EQ(port.observables.size(), 4U);
+  EXPECT_EQ(port.observables[0].unit, "V");
+  EXPECT_EQ(port.observables[1].unit, "mA");
+  EXPECT_EQ(port.observables[2].unit, "%");
+  EXPECT_EQ(port.observables[3].unit, "");
+}
+
+TEST(ModuleReadings, NameUnknownObservablesByTheirType) {
+  ModuleInfo module = Module();
+  VdmSample sample;
+  sample.type = 101;
+  sample.monitor = Measured(7);
+  module.vdm = {sample};
+  EXPECT_EQ(ReadingsOf(module).observables.at(0).name, "type_101");
+}
+
+TEST(ModuleReadings, OmitValuesThatNoFloatHolds) {
+  ModuleInfo module = Module();
+  module.voltage = Measured(1e300);
+  EXPECT_EQ(ReadingsOf(module).Of(Quantity::kVoltage).state, FieldState::kNotRead);
+}
+
+TEST(ModuleReadings, DeriveTheMediumFromTheTechnology) {
+  const auto medium = [](unsigned technology) {
+    ModuleInfo module = Module();
+    module.SetCode(Field::kTechnology, technology, "");
+    return ReadingsOf(module).medium;
+  };
+  EXPECT_EQ(medium(0), Medium::kOptical);         // 850 nm VCSEL
+  EXPECT_EQ(medium(9), Medium::kOptical);         // 1490 nm DFB
+  EXPECT_EQ(medium(10), Medium::kPassiveCopper);  // unequalized
+  EXPECT_EQ(medium(11), Medium::kPassiveCopper);  // passive equalized
+  EXPECT_EQ(medium(12), Medium::kActiveCopper);   // near and far end limiting equalizers
+  EXPECT_EQ(medium(15), Medium::kActiveCopper);   // linear equalizers
+  EXPECT_EQ(medium(16), Medium::kOptical);        // C-band tunable laser
+}
+
+TEST(ModuleReadings, DoNotKnowTheMediumWithoutTechnology) {
+  ModuleInfo module = Module();
+  module.SetState(Field::kTechnology, FieldState::kNotRead);
+  EXPECT_EQ(ReadingsOf(module).medium, Medium::kUnknown);
+  module = Module();
+  module.family = ModuleFamily::kSff8472;
+  EXPECT_EQ(ReadingsOf(module).medium, Medium::kUnknown);
+}
+
+TEST(ModuleReadings, GiveSettingsThatFitAByte) {
+  ModuleInfo module = Module();
+  module.lanes[0][LaneField::kRxAmplitude] = {FieldState::kPresent, 3};
+  module.lanes[1][LaneField::kRxAmplitude] = {FieldState::kPresent, 256};
+  const Readings port = ReadingsOf(module);
+  EXPECT_EQ(port.controls.rx_amplitude[0], 3);
+  EXPECT_EQ(port.controls.rx_amplitude[1], std::nullopt);
+}
+
+TEST(ModuleReadings, GiveLengthsAndSpeeds) {
+  ModuleInfo module = Module();
+  module.SetNumber(Field::kLengthSmf, 1500);
+  module.supported_speeds = {"SDR", "QDR", "HDR"};
+  const Readings port = ReadingsOf(module);
+  EXPECT_EQ(port.lengths.smf, 1500.0F);
+  EXPECT_EQ(port.lengths.om3, std::nullopt);
+  EXPECT_EQ(port.speeds, 0b100101);
+}
+
 }  // namespace
 }  // namespace cable_info

@@ -879,6 +879,8 @@ TEST(Reading, NamesItsParts) {
   EXPECT_EQ(QuantityUnit(Quantity::kTxPower), "mW");
   EXPECT_EQ(BoundName(Bound::kLowWarning), "low_warning");
   EXPECT_EQ(MediumName(Medium::kActiveCopper), "active_copper");
+  EXPECT_EQ(MediumName(Medium::kOptical), "optical");
+  EXPECT_EQ(MediumName(Medium::kPassiveCopper), "passive_copper");
   EXPECT_EQ(MediumName(Medium::kUnknown), "");
 }
 

@@ -345,6 +345,40 @@ TEST(Rules, LaneFlagsOfTheRegisters) {
             Texts{"warning adaptive-eq-fault 7"});
 }
 
+TEST(Rules, SentencesOfLaneFlags) {
+  const auto with = [](std::uint8_t CableRecord::*byte, std::uint8_t bits) {
+    CableRecord r = Pages();
+    r.*byte = bits;
+    return Sentence(Find(r).at(0));
+  };
+  EXPECT_EQ(with(&CableRecord::LatchedCdrLos, 0x04),
+            "Loss of the received signal of lane 3 is latched; the RX power is 1 mW (0 dBm) now.");
+  EXPECT_EQ(with(&CableRecord::LatchedCdrLos, 0x40),
+            "Loss of the host's signal of lane 3 is latched.");
+  EXPECT_EQ(with(&CableRecord::LatchedCdrLol, 0x01),
+            "Loss of lock of the receiver's CDR of lane 1 is latched.");
+  EXPECT_EQ(with(&CableRecord::LatchedCdrLol, 0x80),
+            "Loss of lock of the transmitter's CDR of lane 4 is latched.");
+  EXPECT_EQ(with(&CableRecord::LatchedAdaptiveEqFault, 0x02),
+            "A transmitter fault of lane 2 is latched; the TX power is 1 mW (0 dBm) now.");
+  EXPECT_EQ(with(&CableRecord::LatchedAdaptiveEqFault, 0x20),
+            "A fault of the adaptive equalization of lane 2 is latched.");
+}
+
+TEST(Rules, TheSentenceOfAFlagAdmitsAnUnknownPower) {
+  CableRecord r = Pages();
+  r.LatchedCdrLos = 0x02;
+  r.RxPower[1] = std::nanf("");
+  EXPECT_EQ(Sentence(Find(r, With("lane-imbalance", "off")).at(0)),
+            "Loss of the received signal of lane 2 is latched; the RX power is not known now.");
+}
+
+TEST(Rules, ThePortWithoutDataHasASentence) {
+  Finding finding;
+  finding.rule = Rule::kNoData;
+  EXPECT_EQ(Sentence(finding), "Nothing was read of the port's cable.");
+}
+
 TEST(Rules, LossOfSignalIsMoreSevereWithoutLight) {
   const RuleSettings settings = With("lane-imbalance", "off");
   CableRecord r = Pages();
