@@ -12,7 +12,7 @@
 
 namespace cable_info {
 
-class [[gnu::visibility("hidden")]] TypedRow {
+class TypedRow {
  public:
   explicit TypedRow(CellSink & sink) : sink_(sink) {}
 

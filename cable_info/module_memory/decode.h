@@ -72,7 +72,7 @@ class ModuleMemory {
   explicit ModuleMemory(const ModuleImage& image);
   ModuleMemory(const ModuleMemory&) = delete;
   ModuleMemory& operator=(const ModuleMemory&) = delete;
-  ModuleMemory(ModuleMemory &&) = delete;
+  ModuleMemory(ModuleMemory&&) = delete;
   ModuleMemory& operator=(ModuleMemory&&) = delete;
   ~ModuleMemory() = default;
 
