@@ -150,10 +150,13 @@ void LaneSettingCell(Row& row, const ModuleRecord& m, std::uint8_t value) {
 
 template <typename Row>
 void FWVersionCell(Row& row, const ModuleRecord& m) {
-  if (m.fw_version == 0 || m.IsPassiveCable()) {
-    row.Missing();
-  } else {
+  std::uint8_t major = 0;
+  std::uint8_t minor = 0;
+  std::uint16_t sub_minor = 0;
+  if (m.GetFWVersion(major, minor, sub_minor)) {
     row.BareTextOf(module::AppendFWVersion, m, na_val);
+  } else {
+    row.Missing();
   }
 }
 

@@ -165,7 +165,9 @@ def swap_mutants(path, source):
 def all_mutants():
     """Mutants of sources first, because a changed header takes longer to compile."""
     folder = ROOT / "cable_info"
-    for file in sorted(folder.glob("*.cpp")) + sorted(folder.glob("*.h")):
+    folders = (folder, folder / "text")
+    files = [file for kind in ("*.cpp", "*.h") for place in folders for file in place.glob(kind)]
+    for file in sorted(files, key=lambda file: (file.suffix != ".cpp", file)):
         path = str(file.relative_to(ROOT))
         source = file.read_text()
         yield from token_mutants(path, source)

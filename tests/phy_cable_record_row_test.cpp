@@ -245,6 +245,17 @@ TEST(PhyCableRecordRow, ShowsTheValuesOfPassiveCopper) {
   EXPECT_EQ(Row::Of(r)["Type"], "10");
 }
 
+TEST(PhyCableRecordRow, ShowsTheLeastMaximumPowerAndFirmware) {
+  PhyCableRecord r;
+  r.module = new ModuleRecord;
+  EXPECT_EQ(Row::Of(r)["MaxPower"], kNa);
+  EXPECT_EQ(Row::Of(r)["FWVersion"], kNa);
+  r.module->max_power = 1;
+  r.module->fw_version = 1;
+  EXPECT_EQ(Row::Of(r)["MaxPower"], "0.25 W");
+  EXPECT_EQ(Row::Of(r)["FWVersion"], "0.0.1");
+}
+
 TEST(PhyCableRecordRow, PrefersTheMeasuredLength) {
   PhyCableRecord r;
   r.module = new ModuleRecord;
