@@ -37,7 +37,7 @@ std::string_view Nearest(std::string_view word, std::span<const std::string_view
   std::string_view nearest;
   std::size_t least = std::max<std::size_t>(2, word.size() / 3) + 1;
   for (const std::string_view candidate : candidates) {
-    const auto [shorter, longer] = std::minmax(word.size(), candidate.size());
+    const auto [shorter, longer] = std::minmax({word.size(), candidate.size()});
     if (longer - shorter >= least) continue;  // as many letters must be inserted
     const std::size_t distance = EditDistance(word, candidate);
     if (distance >= least) continue;
