@@ -285,7 +285,7 @@ void Insert(std::ostream& os, const Value& value) {
   }
 }
 
-// The straightforward implementation: each value is written to a string stream of its own.
+// The straightforward implementation: each value is written to a separate string stream.
 void InsertAsText(std::ostream& os, const Value& value) {
   std::ostringstream text;
   Insert(text, value);

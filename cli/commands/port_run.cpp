@@ -1,6 +1,6 @@
 // A run over the inputs, by any number of threads.
 //
-// Every thread is a worker that repeats the same three steps with a work item of its own: it reads
+// Every thread is a worker that repeats the same three steps with its own work item: it reads
 // a block of lines (R), decodes it (D) and writes what it became (W). Only one worker reads at a
 // time, and only one writes:
 //

@@ -34,7 +34,7 @@ class Rfc4180Writer : public PortWriter {
   ColumnIndices columns_;
 };
 
-/// The table as JSON: one object for each row, on a line of its own, with the names of the columns
+/// The table as JSON: one object for each row, each on one line, with the names of the columns
 /// as keys; a missing value is null. ASCII.
 class JsonTableWriter : public PortWriter {
  public:
