@@ -14,19 +14,19 @@ namespace cable_info {
 
 class TypedRow {
  public:
-  explicit TypedRow(CellSink & sink) : sink_(sink) {}
+  explicit TypedRow(CellSink& sink) : sink_(sink) {}
 
   /// Missing when it is empty, "NA" or "N/A".
   void Text(std::string_view text);
   void BareText(std::string_view text) { Text(text); }
   template <typename Append, typename... Args>
-  void TextOf(Append && append, const Args&... args) {
+  void TextOf(Append&& append, const Args&... args) {
     text::TextBuffer out;
     append(out, args...);
     Text(out.view());
   }
   template <typename Append, typename... Args>
-  void BareTextOf(Append && append, const Args&... args) {
+  void BareTextOf(Append&& append, const Args&... args) {
     TextOf(append, args...);
   }
   template <typename Append, typename... Args>
