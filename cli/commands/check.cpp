@@ -2,25 +2,18 @@
 
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdlib>
-#include <fstream>
 #include <memory>
-#include <optional>
 #include <ostream>
-#include <string>
 #include <string_view>
-#include <system_error>
-#include <vector>
 
 #include "cable_info/readings/rules.h"
 #include "cli/commands/commands.h"
 #include "cli/commands/port_command.h"
-#include "cli/message.h"
+#include "cli/commands/rule_options.h"
 #include "cli/output/check_result.h"
 #include "cli/output/output_file.h"
 #include "cli/output/whole_output.h"
-#include "cli/spelling.h"
 
 namespace cli {
 
@@ -41,96 +34,11 @@ constexpr const char* kExamples =
 
 struct Options {
   PortOptions ports;
-  std::vector<std::string> settings;
-  std::string config;
+  RuleOptions rules;
   bool as_json = false;
   bool as_plugin = false;
   bool lists_rules = false;
 };
-
-// ---------------------------------------------------------------------------------------------
-// Settings
-// ---------------------------------------------------------------------------------------------
-
-std::string_view Trimmed(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r";
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
-// Every name that a setting can have.
-std::vector<std::string_view> SettingNames() {
-  std::vector<std::string_view> names;
-  for (std::size_t i = 0; i < cable_info::kRules; ++i) {
-    names.push_back(RuleName(cable_info::RuleOf(i)));
-  }
-  for (const cable_info::RuleParameter& parameter : cable_info::kRuleParameters) {
-    names.push_back(parameter.name);
-  }
-  return names;
-}
-
-// Applies "NAME=VALUE"; returns what is wrong with it.
-std::optional<std::string> Apply(std::string_view setting, RuleSettings& settings) {
-  const std::size_t equals = setting.find('=');
-  if (equals == std::string_view::npos) {
-    return "expected RULE=VALUE, found \"" + std::string(setting) + '"';
-  }
-  const std::string name(Trimmed(setting.substr(0, equals)));
-  const std::string value(Trimmed(setting.substr(equals + 1)));
-  switch (settings.Set(name, value)) {
-    case RuleSettings::Outcome::kSet:
-      return std::nullopt;
-    case RuleSettings::Outcome::kUnknownName: {
-      const std::string_view nearest = Nearest(name, SettingNames());
-      return "unknown rule \"" + name + '"' +
-             (nearest.empty() ? "; cableinfo check --rules lists all of them"
-                              : "; did you mean \"" + std::string(nearest) + "\"?");
-    }
-    case RuleSettings::Outcome::kBadValue:
-      break;
-  }
-  return name + ": \"" + value +
-         "\" is neither a severity (off, unknown, warning, critical) nor a " + "limit of this rule";
-}
-
-// Applies the lines "RULE = VALUE" of a file.
-ExitStatus ApplyFile(const std::string& path, RuleSettings& settings) {
-  std::ifstream file(path);
-  if (!file) return FileFailed(path, std::error_code(errno, std::generic_category()));
-  ExitStatus status = ExitStatus::kGood;
-  int number = 0;
-  for (std::string line; std::getline(file, line);) {
-    ++number;
-    const std::string_view setting = Trimmed(std::string_view(line).substr(0, line.find('#')));
-    if (setting.empty()) continue;
-    if (const std::optional<std::string> problem = Apply(setting, settings)) {
-      PrintError(path + ':' + std::to_string(number) + ": " + *problem);
-      status = ExitStatus::kUsage;
-    }
-  }
-  if (file.bad()) return FileFailed(path, std::error_code(errno, std::generic_category()));
-  return status;
-}
-
-ExitStatus ApplyAll(const Options& options, RuleSettings& settings) {
-  if (!options.config.empty()) {
-    const ExitStatus status = ApplyFile(options.config, settings);
-    if (status != ExitStatus::kGood) return status;
-  }
-  for (const std::string& setting : options.settings) {
-    if (const std::optional<std::string> problem = Apply(setting, settings)) {
-      PrintError("cableinfo: --set: " + *problem);
-      return ExitStatus::kUsage;
-    }
-  }
-  return ExitStatus::kGood;
-}
-
-// ---------------------------------------------------------------------------------------------
-// The run
-// ---------------------------------------------------------------------------------------------
 
 Colour ColourOf(const Options& options) {
   const char* const no_colour = std::getenv("NO_COLOR");
@@ -204,7 +112,7 @@ ExitStatus PluginStatusOf(Verdict verdict, ExitStatus run) {
 
 ExitStatus Check(const Options& options) {
   RuleSettings settings;
-  const ExitStatus usage = ApplyAll(options, settings);
+  const ExitStatus usage = ApplyRuleOptions(options.rules, settings);
   if (usage != ExitStatus::kGood) return usage;
   if (options.lists_rules) {
     return WriteToStandardOutput([&](std::ostream& os) { WriteRules(os, settings); });
@@ -222,14 +130,7 @@ void AddCheckCommand(CLI::App& app, Action& action) {
   const auto options = std::make_shared<Options>();
   CLI::App* const command = AddPortCommand(
       app, "check", "Judge the ports: what is wrong, the worst first", kExamples, options->ports);
-  command
-      ->add_option("--set", options->settings,
-                   "Set the severity (off, unknown, warning, critical) or the limit of a rule")
-      ->type_name("RULE=VALUE")
-      ->allow_extra_args(false)
-      ->take_all();
-  command->add_option("--config", options->config,
-                      "Read such settings from this file, one per line; '#' begins a comment");
+  AddRuleOptions(*command, options->rules);
   CLI::Option* const json =
       command->add_flag("--json", options->as_json, "Write one JSON object per port and a summary");
   command->add_flag("--plugin", options->as_plugin, "Write one line for a monitoring system")
