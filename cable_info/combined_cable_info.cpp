@@ -1,5 +1,6 @@
 #include "cable_info/combined_cable_info.h"
 
+#include <cmath>
 #include <ostream>
 #include <utility>
 
@@ -152,6 +153,13 @@ std::string CombinedCableInfo::GetLowTemperatureThresholdStr() const {
 // ---------------------------------------------------------------------------------------------
 // Length by round-trip latency
 // ---------------------------------------------------------------------------------------------
+
+bool CombinedCableInfo::SetMeasuredLength(float metres) {
+  if (cable_record_ == nullptr && phy_cable_record_ == nullptr) return false;
+  if (!std::isfinite(metres) || metres < 0) return false;
+  SetPrtlLength(metres);
+  return true;
+}
 
 void CombinedCableInfo::SetPrtlLength(float length) {
   SetPrtlLength(_to_string(static_cast<double>(length)).append(kMetres));

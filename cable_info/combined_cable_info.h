@@ -118,13 +118,17 @@ class CombinedCableInfo {
   std::string GetLowTemperatureThresholdStr() const;
 
   /// \name The length measured by round-trip latency
-  /// Stored in the `CableRecord` if there is one, otherwise in the `PhyCableRecord`; dropped
-  /// without records.
+  /// Stored in the `CableRecord` if there is one, otherwise in the `PhyCableRecord`. It is not
+  /// transferred to a record that is attached later.
   /// @{
 
-  /// A length in metres; shown with at most six significant digits and " m". No value is special.
+  /// Stores a length in metres, shown with at most six significant digits and " m". Returns false,
+  /// with nothing changed, if the port has no record, or if `metres` is not a length: negative, as
+  /// `PrtlRecord::kNoLength` is, infinite or NaN.
+  [[nodiscard]] bool SetMeasuredLength(float metres);
+  /// The same without checks: any number is shown, -1 as "-1 m". Does nothing without records.
   void SetPrtlLength(float length);
-  /// A length as text, shown verbatim; an empty text clears it.
+  /// A length as text, shown verbatim; an empty text clears it. Does nothing without records.
   void SetPrtlLength(std::string text);
   /// @}
 

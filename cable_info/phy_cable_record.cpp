@@ -1,5 +1,7 @@
 #include "cable_info/phy_cable_record.h"
 
+#include <utility>
+
 #include "cable_info/phy_decode.h"
 #include "cable_info/phy_output.h"
 
@@ -16,6 +18,14 @@ using text::ToText;
 PhyCableRecord::~PhyCableRecord() {
   delete module;
   delete latched_flags;
+}
+
+void PhyCableRecord::SetModule(std::unique_ptr<ModuleRecord> new_module) {
+  delete std::exchange(module, new_module.release());
+}
+
+void PhyCableRecord::SetLatchedFlags(std::unique_ptr<LatchedFlagsPage> new_page) {
+  delete std::exchange(latched_flags, new_page.release());
 }
 
 std::string PhyCableRecord::TypeToStr(bool csv) const {

@@ -6,14 +6,15 @@
 /// \code
 /// cable_info::PhyCableRecord record;
 /// record.source = "PHY";
-/// record.module = new cable_info::ModuleRecord;  // owned by the record
+/// record.SetModule(std::make_unique<cable_info::ModuleRecord>());
 /// record.module->temperature = 41 << 8;
-/// record.GetTemperatureStr();                    // "41C"
-/// record.ToCSVStream(std::cout);                 // the cells from Source on
+/// record.GetTemperatureStr();     // "41C"
+/// record.ToCSVStream(std::cout);  // the cells from Source on
 /// \endcode
 
 #include <cstdint>
 #include <iosfwd>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -48,13 +49,24 @@ class PhyCableRecord {
 
   /// The name of the data source; shown verbatim.
   std::string source;
-  /// The module-info register; null if it was not read. Allocate it with `new`; the record owns it
-  /// and deletes it in its destructor. Delete an old one before setting another.
+  /// The module-info register; null if it was not read. Owned by the record; `SetModule` replaces
+  /// it. A host that assigns the pointer allocates the register with `new`, and deletes an old one.
   ModuleRecord* module = nullptr;
-  /// The page of latched flags; null if it was not read. Owned like `module`.
+  /// The page of latched flags; null if it was not read. Owned like `module`; `SetLatchedFlags`
+  /// replaces it.
   LatchedFlagsPage* latched_flags = nullptr;
   /// The length measured by round-trip latency, as text with its unit; empty means not measured.
   std::string prtl_length;
+
+  /// \name Setting the registers
+  /// The record takes ownership, and deletes the register held before. Null removes it.
+  /// @{
+
+  /// Sets `module`.
+  void SetModule(std::unique_ptr<ModuleRecord> new_module);
+  /// Sets `latched_flags`.
+  void SetLatchedFlags(std::unique_ptr<LatchedFlagsPage> new_page);
+  /// @}
 
   /// \name Fields of the module
   /// @{

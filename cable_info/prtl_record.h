@@ -11,7 +11,7 @@
 /// local.local_phy_latency = remote.local_phy_latency = 50;
 /// std::string error;
 /// const float metres = local.CalculateLength(remote, error);  // (130 - 50 - 50) / 10 = 3
-/// if (error.empty()) port.SetPrtlLength(metres);
+/// if (!port.SetMeasuredLength(metres)) std::cerr << error << '\n';
 /// \endcode
 
 #include <cstdint>

@@ -24,7 +24,7 @@ bool NothingIsKnown() {
 bool TheCableRecordAnswers() {
   CombinedCableInfo port;
   auto phy = std::make_unique<PhyCableRecord>();
-  phy->module = new PhyCableRecord::ModuleRecord;
+  phy->SetModule(std::make_unique<PhyCableRecord::ModuleRecord>());
   phy->module->temperature = 40 << 8;
   port.AttachPhyCableRecord(std::move(phy));
   if (port.GetTemperatureStr() != "40C") return false;
@@ -54,7 +54,8 @@ bool ALengthIsMeasured() {
   CombinedCableInfo port;
   auto record = std::make_unique<CableRecord>();
   const CableRecord& attached = *record;
-  port.AttachCableRecord(std::move(record));  // first: a port without a record drops the length
+  if (port.SetMeasuredLength(3)) return false;  // no record to store it in
+  port.AttachCableRecord(std::move(record));
 
   cable_info::PrtlRecord local;
   cable_info::PrtlRecord remote;
@@ -63,7 +64,7 @@ bool ALengthIsMeasured() {
   local.local_phy_latency = remote.local_phy_latency = 50;
   std::string error;
   const float length = local.CalculateLength(remote, error);
-  if (error.empty()) port.SetPrtlLength(length);
+  if (!port.SetMeasuredLength(length)) return false;  // `error` has the reason
   return attached.ConvertLengthToStr() == "3 m";
 }
 

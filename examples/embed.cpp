@@ -33,7 +33,7 @@ std::unique_ptr<cable_info::CableRecord> Transceiver() {
 std::unique_ptr<cable_info::PhyCableRecord> CopperCable() {
   auto record = std::make_unique<cable_info::PhyCableRecord>();
   record->source = "PHY";
-  record->module = new cable_info::PhyCableRecord::ModuleRecord;  // owned by the record
+  record->SetModule(std::make_unique<cable_info::PhyCableRecord::ModuleRecord>());
   record->module->power_unit_flag = 1;
   record->module->cable_technology = 0xA0;
   record->module->cable_length = 3;
@@ -58,7 +58,7 @@ int main() {
   local.local_phy_latency = remote.local_phy_latency = 50;
   std::string error;
   const float length = local.CalculateLength(remote, error);
-  if (error.empty()) ports[1].SetPrtlLength(length);
+  if (!ports[1].SetMeasuredLength(length)) std::cerr << error << '\n';
 
   std::cout << cable_info::CombinedCableInfo::GetCSVHeader();
   int number = 0;

@@ -18,11 +18,11 @@ std::unique_ptr<PhyCableRecord> FromRegister(const void* module, const void* fla
   auto record = std::make_unique<PhyCableRecord>();
   record->source = "PHY";
   if (module != nullptr) {  // null: the register was not read
-    record->module = new PhyCableRecord::ModuleRecord;
+    record->SetModule(std::make_unique<PhyCableRecord::ModuleRecord>());
     std::memcpy(record->module, module, sizeof(*record->module));
   }
   if (flags != nullptr) {
-    record->latched_flags = new PhyCableRecord::LatchedFlagsPage;
+    record->SetLatchedFlags(std::make_unique<PhyCableRecord::LatchedFlagsPage>());
     std::memcpy(record->latched_flags, flags, sizeof(*record->latched_flags));
   }
   return record;

@@ -83,18 +83,18 @@ const Shown kShown[] = {
 };
 
 template <typename Bytes>
-Bytes* AnyBytes(FuzzedDataProvider& input) {
+std::unique_ptr<Bytes> AnyBytes(FuzzedDataProvider& input) {
   auto filled = std::make_unique<Bytes>();
   input.ConsumeData(static_cast<void*>(filled.get()), sizeof(Bytes));
-  return filled.release();
+  return filled;
 }
 
 void FillAny(FuzzedDataProvider& input, PhyCableRecord& r) {
   constexpr std::size_t kLongestText = 512;
   const bool has_module = input.ConsumeBool();
   const bool has_page = input.ConsumeBool();
-  if (has_module) r.module = AnyBytes<ModuleRecord>(input);
-  if (has_page) r.latched_flags = AnyBytes<LatchedFlagsPage>(input);
+  if (has_module) r.SetModule(AnyBytes<ModuleRecord>(input));
+  if (has_page) r.SetLatchedFlags(AnyBytes<LatchedFlagsPage>(input));
   r.source = input.ConsumeRandomLengthString(kLongestText);
   r.prtl_length = input.ConsumeRandomLengthString(kLongestText);
 }

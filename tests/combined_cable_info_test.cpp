@@ -36,7 +36,7 @@ std::unique_ptr<CableRecord> Cable() {
 std::unique_ptr<PhyCableRecord> Phy() {
   auto r = std::make_unique<PhyCableRecord>();
   r->source = "PHY";
-  r->module = new PhyCableRecord::ModuleRecord;
+  r->SetModule(std::make_unique<PhyCableRecord::ModuleRecord>());
   std::strcpy(r->module->vendor_pn, " PHY-PN ");
   std::strcpy(r->module->vendor_rev, "P1");
   r->module->cable_identifier = 8;
@@ -46,7 +46,7 @@ std::unique_ptr<PhyCableRecord> Phy() {
   r->module->temperature = 0xF600;
   r->module->temp_high_threshold = 70 << 8;
   r->module->temp_low_threshold = 0;
-  r->latched_flags = new PhyCableRecord::LatchedFlagsPage;
+  r->SetLatchedFlags(std::make_unique<PhyCableRecord::LatchedFlagsPage>());
   r->latched_flags->latched_temperature_flags = 0xF2;
   return r;
 }
@@ -194,7 +194,7 @@ TEST(CombinedCableInfoWithEmptyPhyCableRecord, HasNoIdentification) {
 
 TEST(CombinedCableInfoWithPhyCableRecord, MayLackItsModuleOrItsPage) {
   auto record = Phy();
-  delete std::exchange(record->module, nullptr);
+  record->SetModule(nullptr);
   CombinedCableInfo port;
   port.AttachPhyCableRecord(std::move(record));
   EXPECT_EQ(port.GetTemperatureAlarms(), 0xF2U);
@@ -203,7 +203,7 @@ TEST(CombinedCableInfoWithPhyCableRecord, MayLackItsModuleOrItsPage) {
   EXPECT_EQ(port.GetUniqueKey(), "");
 
   record = Phy();
-  delete std::exchange(record->latched_flags, nullptr);
+  record->SetLatchedFlags(nullptr);
   port.AttachPhyCableRecord(std::move(record));
   EXPECT_EQ(port.GetTemperatureAlarms(), 0U);
   EXPECT_EQ(port.GetCDRVendor(), 7U);
@@ -424,6 +424,36 @@ TEST(CombinedCableInfoPrtlLength, IsShownInMetres) {
     EXPECT_EQ(PrtlCell(phy), '"' + expected + '"');
     EXPECT_EQ(Lines(ReportOf(phy))[8], "Length by PRTL: " + expected);
   }
+}
+
+TEST(CombinedCableInfoMeasuredLength, IsShownInMetres) {
+  CombinedCableInfo port;
+  port.AttachCableRecord(Cable());
+  EXPECT_TRUE(port.SetMeasuredLength(12.345678F));
+  EXPECT_EQ(PrtlCell(port), "\"12.3457 m\"");
+  EXPECT_TRUE(port.SetMeasuredLength(0.0F));
+  EXPECT_EQ(PrtlCell(port), "\"0 m\"");
+}
+
+TEST(CombinedCableInfoMeasuredLength, IsRefusedIfItIsNotALength) {
+  CombinedCableInfo port;
+  port.AttachPhyCableRecord(Phy());
+  ASSERT_TRUE(port.SetMeasuredLength(4.0F));
+  using Limits = std::numeric_limits<float>;
+  for (const float metres : {PrtlRecord::kNoLength, -0.5F, Limits::infinity(), -Limits::infinity(),
+                             Limits::quiet_NaN()}) {
+    EXPECT_FALSE(port.SetMeasuredLength(metres)) << metres;
+    EXPECT_EQ(PrtlCell(port), "\"4 m\"") << metres;
+  }
+}
+
+TEST(CombinedCableInfoMeasuredLength, IsRefusedByAPortWithoutRecords) {
+  CombinedCableInfo port;
+  EXPECT_FALSE(port.SetMeasuredLength(4.0F));
+  port.AttachCableRecord(Cable());
+  EXPECT_EQ(PrtlCell(port), R"("NA")");
+  EXPECT_TRUE(port.SetMeasuredLength(4.0F));
+  EXPECT_EQ(PrtlCell(port), "\"4 m\"");
 }
 
 TEST(CombinedCableInfoPrtlLength, MayBeAnyText) {

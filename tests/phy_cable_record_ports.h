@@ -18,7 +18,7 @@ namespace cable_info::test::ports {
 inline std::unique_ptr<PhyCableRecord> ActiveQsfpDd() {
   auto r = Module();
   r->prtl_length = "6.9 m";
-  r->latched_flags = new LatchedFlagsPage;
+  r->SetLatchedFlags(std::make_unique<LatchedFlagsPage>());
   ModuleRecord& m = *r->module;
   m.compliance_code = 0x32;
   m.cable_technology = 0x0C;
@@ -94,7 +94,7 @@ inline std::unique_ptr<PhyCableRecord> DarkOsfp() {
   m.extended_bitrate = 3;
   m.SetDateCode("2404");
   m.vendor_oui = 0;
-  r->latched_flags = new LatchedFlagsPage;
+  r->SetLatchedFlags(std::make_unique<LatchedFlagsPage>());
   LatchedFlagsPage& p = *r->latched_flags;
   p.latched_voltage_flags = 0x0A;
   p.latched_temperature_flags = 0x05;
@@ -116,8 +116,8 @@ inline std::unique_ptr<PhyCableRecord> DarkOsfp() {
 inline std::unique_ptr<PhyCableRecord> AllBitsSet() {
   auto r = std::make_unique<PhyCableRecord>();
   r->source = "ones";
-  r->module = new ModuleRecord;
-  r->latched_flags = new LatchedFlagsPage;
+  r->SetModule(std::make_unique<ModuleRecord>());
+  r->SetLatchedFlags(std::make_unique<LatchedFlagsPage>());
   std::memset(static_cast<void*>(r->module), 0xFF, sizeof(ModuleRecord));
   std::memset(static_cast<void*>(r->latched_flags), 0xFF, sizeof(LatchedFlagsPage));
   ModuleRecord& m = *r->module;

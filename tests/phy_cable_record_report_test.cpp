@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -27,7 +28,7 @@ TEST(PhyCableRecordReport, ShowsEveryFieldOnItsLine) {
   PhyCableRecord r;
   r.source = "PHY";
   r.prtl_length = "29.5 m";
-  r.module = new ModuleRecord;
+  r.SetModule(std::make_unique<ModuleRecord>());
   ModuleRecord& m = *r.module;
   m.power_unit_flag = 1;
   m.compliance_code = 0x1C;
@@ -70,7 +71,7 @@ TEST(PhyCableRecordReport, ShowsEveryFieldOnItsLine) {
   m.lot = 0x00AB;
   m.SetDateCode("240315");
   m.vendor_oui = 0x1B21;
-  r.latched_flags = new LatchedFlagsPage;
+  r.SetLatchedFlags(std::make_unique<LatchedFlagsPage>());
   LatchedFlagsPage& p = *r.latched_flags;
   p.latched_tx_los = 0x13;
   p.latched_rx_los = 0x2C;
@@ -195,7 +196,7 @@ TEST(PhyCableRecordReport, ShowsMissingValuesWithoutModuleAndPage) {
 
 TEST(PhyCableRecordReport, ShowsTheKindOfReceivedPower) {
   PhyCableRecord r;
-  r.module = new ModuleRecord;
+  r.SetModule(std::make_unique<ModuleRecord>());
   EXPECT_EQ(Lines(Report(r))[21], "RX power type: OMA");
   r.module->rx_power_type = 1;
   EXPECT_EQ(Lines(Report(r))[21], "RX power type: Average Power");
@@ -203,7 +204,7 @@ TEST(PhyCableRecordReport, ShowsTheKindOfReceivedPower) {
 
 TEST(PhyCableRecordReport, ShowsPassiveCopperAndAbsentCdrs) {
   PhyCableRecord r;
-  r.module = new ModuleRecord;
+  r.SetModule(std::make_unique<ModuleRecord>());
   r.module->tx_cdr_state = 0x0F;
   EXPECT_EQ(Lines(Report(r))[15], "CDREnableTxRx: N/A N/A");
   r.module->cable_technology = 0xA0;
@@ -234,7 +235,7 @@ std::vector<std::string> MonitorLines(const ModuleRecord& m) {
 TEST(PhyCableRecordReport, ShowsEveryValueOfItsMonitors) {
   constexpr std::size_t kFirst = 22;
   PhyCableRecord r;
-  r.module = new ModuleRecord;
+  r.SetModule(std::make_unique<ModuleRecord>());
   r.module->power_unit_flag = 1;
   for (unsigned raw = 0; raw <= UINT16_MAX; raw += 8) {
     for (unsigned i = 0; i < 8; ++i) {

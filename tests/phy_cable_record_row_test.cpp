@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -29,7 +30,7 @@ std::string Tail(const PhyCableRecord& record) {
 TEST(PhyCableRecordRow, TakesEveryCellFromItsField) {
   PhyCableRecord r;
   r.source = "PHY";
-  r.module = new ModuleRecord;
+  r.SetModule(std::make_unique<ModuleRecord>());
   ModuleRecord& m = *r.module;
   m.power_unit_flag = 1;
   m.compliance_code = 28;
@@ -201,7 +202,7 @@ TEST(PhyCableRecordRow, ShowsMissingValuesWithoutModule) {
 
 TEST(PhyCableRecordRow, ShowsTheFlagsWithoutModule) {
   PhyCableRecord r;
-  r.latched_flags = new LatchedFlagsPage;
+  r.SetLatchedFlags(std::make_unique<LatchedFlagsPage>());
   r.latched_flags->latched_rx_los = 0x0A;
   const Row row = Row::Of(r);
   EXPECT_EQ(row.ColumnsWith("1", kFirstFlag, kFlags),
@@ -211,7 +212,7 @@ TEST(PhyCableRecordRow, ShowsTheFlagsWithoutModule) {
 
 TEST(PhyCableRecordRow, ShowsTheValuesOfPassiveCopper) {
   PhyCableRecord r;
-  r.module = new ModuleRecord;
+  r.SetModule(std::make_unique<ModuleRecord>());
   ModuleRecord& m = *r.module;
   m.cable_technology = 0xA5;
   m.attenuation[0] = 5;
@@ -247,7 +248,7 @@ TEST(PhyCableRecordRow, ShowsTheValuesOfPassiveCopper) {
 
 TEST(PhyCableRecordRow, ShowsTheLeastMaximumPowerAndFirmware) {
   PhyCableRecord r;
-  r.module = new ModuleRecord;
+  r.SetModule(std::make_unique<ModuleRecord>());
   EXPECT_EQ(Row::Of(r)["MaxPower"], kNa);
   EXPECT_EQ(Row::Of(r)["FWVersion"], kNa);
   r.module->max_power = 1;
@@ -258,7 +259,7 @@ TEST(PhyCableRecordRow, ShowsTheLeastMaximumPowerAndFirmware) {
 
 TEST(PhyCableRecordRow, PrefersTheMeasuredLength) {
   PhyCableRecord r;
-  r.module = new ModuleRecord;
+  r.SetModule(std::make_unique<ModuleRecord>());
   r.module->cable_length = 3;
   r.prtl_length = "2.9 m";
   const Row row = Row::Of(r);
@@ -269,7 +270,7 @@ TEST(PhyCableRecordRow, PrefersTheMeasuredLength) {
 
 TEST(PhyCableRecordRow, ShowsABadDateAsTheReportDoes) {
   PhyCableRecord r;
-  r.module = new ModuleRecord;
+  r.SetModule(std::make_unique<ModuleRecord>());
   r.module->SetDateCode("24 315");
   EXPECT_EQ(Row::Of(r)["DateCode"], "N/A");
 }
@@ -284,7 +285,7 @@ template <typename Column>
 void ExpectFlags(std::uint8_t LatchedFlagsPage::*byte, const Column& column) {
   for (int bit = 0; bit < 8; ++bit) {
     PhyCableRecord r;
-    r.latched_flags = new LatchedFlagsPage;
+    r.SetLatchedFlags(std::make_unique<LatchedFlagsPage>());
     r.latched_flags->*byte = static_cast<std::uint8_t>(1U << bit);
     const Names expected = bit < 4 ? Names{column(bit + 1)} : Names{};
     EXPECT_EQ(Row::Of(r).ColumnsWith("1", kFirstFlag, kFlags), expected) << "bit " << bit;
@@ -338,7 +339,7 @@ TEST(PhyCableRecordRowFlags, NameTheAlarmsOfALane) {
 TEST(PhyCableRecordRowFlags, IgnoreTheReservedBytes) {
   EXPECT_EQ(sizeof(LatchedFlagsPage), 22U);
   PhyCableRecord r;
-  r.latched_flags = new LatchedFlagsPage;
+  r.SetLatchedFlags(std::make_unique<LatchedFlagsPage>());
   r.latched_flags->reserved_0[0] = r.latched_flags->reserved_0[1] = r.latched_flags->reserved_7 =
       255;
   EXPECT_EQ(Row::Of(r).ColumnsWith("1", kFirstFlag, kFlags), Names{});

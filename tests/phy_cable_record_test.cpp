@@ -6,6 +6,7 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace cable_info::test {
 namespace {
@@ -18,7 +19,11 @@ constexpr const char* kNa = "\"NA\"";
 
 // A record with a zeroed module.
 struct WithModule {
-  WithModule() : m(*new ModuleRecord) { r.module = &m; }
+  WithModule() : m(Attach(r)) {}
+  static ModuleRecord& Attach(PhyCableRecord& r) {
+    r.SetModule(std::make_unique<ModuleRecord>());
+    return *r.module;
+  }
   PhyCableRecord r;
   ModuleRecord& m;
 };
@@ -35,6 +40,33 @@ TEST(PhyCableRecord, StartsEmpty) {
   EXPECT_EQ(r.module, nullptr);
   EXPECT_EQ(r.latched_flags, nullptr);
   EXPECT_EQ(r.prtl_length, "");
+}
+
+TEST(PhyCableRecord, OwnsTheRegistersThatItIsGiven) {
+  PhyCableRecord r;
+  auto module = std::make_unique<ModuleRecord>();
+  const ModuleRecord* const first = module.get();
+  r.SetModule(std::move(module));
+  EXPECT_EQ(r.module, first);
+  auto page = std::make_unique<PhyCableRecord::LatchedFlagsPage>();
+  const PhyCableRecord::LatchedFlagsPage* const first_page = page.get();
+  r.SetLatchedFlags(std::move(page));
+  EXPECT_EQ(r.latched_flags, first_page);
+
+  // The sanitizers report a register that is not deleted, or is deleted twice.
+  module = std::make_unique<ModuleRecord>();
+  module->temperature = 41 << 8;
+  r.SetModule(std::move(module));
+  EXPECT_EQ(r.GetTemperatureStr(), "41C");
+  page = std::make_unique<PhyCableRecord::LatchedFlagsPage>();
+  page->latched_temperature_flags = 3;
+  r.SetLatchedFlags(std::move(page));
+  EXPECT_EQ(r.GetTemperatureAlarms(), 3);
+
+  r.SetModule(nullptr);
+  EXPECT_EQ(r.module, nullptr);
+  r.SetLatchedFlags(nullptr);
+  EXPECT_EQ(r.latched_flags, nullptr);
 }
 
 TEST(PhyCableRecordWithoutModule, ShowsTheMissingValueOfEachField) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <limits>
+#include <memory>
 #include <string>
 
 #include "cable_info/phy_cable_record.h"
@@ -102,7 +103,7 @@ TEST(PhyPowerLine, ShowsNanAndInfinities) {
 
 TEST(PhyLanes, AreStoredPairwiseSwapped) {
   PhyCableRecord r;
-  r.module = new ModuleRecord;
+  r.SetModule(std::make_unique<ModuleRecord>());
   r.module->power_unit_flag = 1;
   for (int i = 0; i < 8; ++i) {
     r.module->rx_power[i] = static_cast<std::uint16_t>(10000 * (i % 6 + 1));
@@ -164,7 +165,7 @@ TEST(PhyTemperature, IsReadFromItsWords) {
   EXPECT_EQ(r.GetTemperatureStr(), "N/A");
   EXPECT_EQ(r.GetHighTemperatureThresholdStr(), "N/A");
   EXPECT_EQ(r.GetLowTemperatureThresholdStr(), "N/A");
-  r.module = new ModuleRecord;
+  r.SetModule(std::make_unique<ModuleRecord>());
   r.module->temperature = 0x29FF;
   r.module->temp_high_threshold = 75 << 8;
   r.module->temp_low_threshold = 0xFB00;
@@ -190,7 +191,7 @@ TEST(PhyTemperatureErrors, CompareWithTheThresholds) {
   };
   PhyCableRecord r;
   EXPECT_EQ(r.GetTemperatureErrorsByTreshold(), 0);
-  r.module = new ModuleRecord;
+  r.SetModule(std::make_unique<ModuleRecord>());
   const auto word = [](int degrees) {
     return static_cast<std::uint16_t>(static_cast<std::uint8_t>(degrees) << 8 | 0x80);
   };
@@ -209,7 +210,7 @@ TEST(PhyTemperatureErrors, CompareWithTheThresholds) {
 
 TEST(PhyLatchedFlags, AreMissingWithoutTheirPage) {
   PhyCableRecord r;
-  r.module = new ModuleRecord;
+  r.SetModule(std::make_unique<ModuleRecord>());
   for (const FlagsRenderer renderer :
        {&PhyCableRecord::LatchedTxRxIndicatorToStr, &PhyCableRecord::LatchedTxRxLolIndicatorToStr,
         &PhyCableRecord::LatchedAdaptiveEqualizationFaultToStr,
@@ -224,7 +225,7 @@ TEST(PhyLatchedFlags, AreMissingWithoutTheirPage) {
 
 TEST(PhyLatchedFlags, ArePackedIntoBytes) {
   PhyCableRecord r;
-  r.latched_flags = new LatchedFlagsPage;
+  r.SetLatchedFlags(std::make_unique<LatchedFlagsPage>());
   LatchedFlagsPage& page = *r.latched_flags;
   page.latched_tx_los = 0x13;
   page.latched_rx_los = 0x2C;
@@ -243,7 +244,7 @@ TEST(PhyLatchedFlags, ArePackedIntoBytes) {
 
 TEST(PhyLatchedFlags, AreInterleavedIntoWords) {
   PhyCableRecord r;
-  r.latched_flags = new LatchedFlagsPage;
+  r.SetLatchedFlags(std::make_unique<LatchedFlagsPage>());
   LatchedFlagsPage& page = *r.latched_flags;
   page.latched_tx_power_high_alarm = 0x01;
   page.latched_tx_power_low_alarm = 0x02;

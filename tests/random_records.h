@@ -83,7 +83,7 @@ inline std::unique_ptr<PhyCableRecord> RandomPhyCableRecord(unsigned seed) {
   r->source = random.Text();
   if (seed % 4 != 0) r->prtl_length = random.Text();
   if (seed % 7 != 0) {
-    r->module = new PhyCableRecord::ModuleRecord;
+    r->SetModule(std::make_unique<PhyCableRecord::ModuleRecord>());
     std::uint8_t bytes[sizeof(PhyCableRecord::ModuleRecord)];
     for (std::uint8_t& byte : bytes) byte = random.Code<std::uint8_t>();
     std::memcpy(static_cast<void*>(r->module), bytes, sizeof(bytes));
@@ -100,7 +100,7 @@ inline std::unique_ptr<PhyCableRecord> RandomPhyCableRecord(unsigned seed) {
     }
   }
   if (seed % 5 != 0) {
-    r->latched_flags = new PhyCableRecord::LatchedFlagsPage;
+    r->SetLatchedFlags(std::make_unique<PhyCableRecord::LatchedFlagsPage>());
     std::uint8_t bytes[sizeof(PhyCableRecord::LatchedFlagsPage)];
     for (std::uint8_t& byte : bytes) byte = random.Code<std::uint8_t>();
     std::memcpy(static_cast<void*>(r->latched_flags), bytes, sizeof(bytes));

@@ -109,7 +109,7 @@ inline std::unique_ptr<CableRecord> MultiModeOptic() {
 inline std::unique_ptr<PhyCableRecord> Module() {
   auto r = std::make_unique<PhyCableRecord>();
   r->source = "PHY";
-  r->module = new ModuleRecord;
+  r->SetModule(std::make_unique<ModuleRecord>());
   ModuleRecord& m = *r->module;
   m.power_unit_flag = 1;
   m.power_class = 4;
@@ -172,7 +172,7 @@ inline std::unique_ptr<PhyCableRecord> Osfp() {
   m.max_fiber_length = 500;
   m.temperature = Degrees(52);
   m.tx_cdr_state = m.rx_cdr_state = 0xFF;
-  r->latched_flags = new LatchedFlagsPage;
+  r->SetLatchedFlags(std::make_unique<LatchedFlagsPage>());
   return r;
 }
 
@@ -311,7 +311,7 @@ inline void Sfp(CombinedCableInfo& port) {
   m.tx_cdr_cap = m.rx_cdr_cap = 0;
   m.ib_compliance_code = 0;
   m.cdr_vendor = 0;
-  r->latched_flags = new LatchedFlagsPage;
+  r->SetLatchedFlags(std::make_unique<LatchedFlagsPage>());
   LatchedFlagsPage& p = *r->latched_flags;
   p.latched_tx_los = p.latched_rx_los = 1;
   p.latched_rx_power_low_warning = p.latched_rx_power_low_alarm = 1;
@@ -351,14 +351,14 @@ inline void ModuleInDbm(CombinedCableInfo& port) {
   m.rx_power_type = 0;
   m.SetDateCode("24 409");
   SetText(m.vendor_sn, "AO2299M0001");
-  r->latched_flags = new LatchedFlagsPage;
+  r->SetLatchedFlags(std::make_unique<LatchedFlagsPage>());
   port.AttachPhyCableRecord(std::move(r));
 }
 
 inline void NoModule(CombinedCableInfo& port) {
   auto r = std::make_unique<PhyCableRecord>();
   r->source = "PHY";
-  r->latched_flags = new LatchedFlagsPage;
+  r->SetLatchedFlags(std::make_unique<LatchedFlagsPage>());
   r->latched_flags->latched_temperature_flags = 1;
   port.AttachPhyCableRecord(std::move(r));
 }

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <iterator>
+#include <memory>
 
 #include "cable_info/module_memory/decode.h"
 #include "cable_info/module_memory/record_map.h"
@@ -328,12 +329,12 @@ std::unique_ptr<PhyCableRecord> CableFromCmis(const ModuleImage& image, std::uin
   }
 
   auto record = std::make_unique<PhyCableRecord>();
-  record->module = std::make_unique<ModuleRecord>(draft.module).release();
+  record->SetModule(std::make_unique<ModuleRecord>(draft.module));
   // Lane flags that nobody read would look clear; an alarm of the whole module must not be lost.
   const bool has_alarm =
       draft.flags.latched_temperature_flags != 0 || draft.flags.latched_voltage_flags != 0;
   if (image.Has(Page::k11) || has_alarm) {
-    record->latched_flags = std::make_unique<LatchedFlagsPage>(draft.flags).release();
+    record->SetLatchedFlags(std::make_unique<LatchedFlagsPage>(draft.flags));
   }
   return record;
 }

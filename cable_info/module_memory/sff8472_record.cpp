@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <memory>
 
 #include "cable_info/module_memory/decode.h"
 #include "cable_info/module_memory/record_map.h"
@@ -293,12 +294,12 @@ std::unique_ptr<PhyCableRecord> CableFromSff8472(const ModuleImage& image,
     }
     draft.flags.latched_temperature_flags = ModuleFlags(draft.temperature);
     draft.flags.latched_voltage_flags = ModuleFlags(draft.voltage);
-    record->latched_flags = std::make_unique<LatchedFlagsPage>(draft.flags).release();
+    record->SetLatchedFlags(std::make_unique<LatchedFlagsPage>(draft.flags));
     if (AskBit(image, Page::kA2, 110, 0) == Advertised::kYes) {
       remarks.emplace_back("the module says that its data is not ready");
     }
   }
-  record->module = std::make_unique<ModuleRecord>(draft.module).release();
+  record->SetModule(std::make_unique<ModuleRecord>(draft.module));
   return record;
 }
 

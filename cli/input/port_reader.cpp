@@ -208,7 +208,7 @@ constexpr FieldTable kPrtlRecordFields(std::to_array<Field<PrtlRecord>>({
 bool SetModule(PhyCableRecord& phy, const Value& value) {
   auto module = std::make_unique<ModuleRecord>();
   if (!SetFields(*module, value, kModuleFields)) return false;
-  delete std::exchange(phy.module, module.release());
+  phy.SetModule(std::move(module));
   return true;
 }
 
@@ -223,7 +223,7 @@ bool SetLatchedFlags(PhyCableRecord& phy, const Value& value) {
   } else {
     return value.Expected("an object or an array");
   }
-  delete std::exchange(phy.latched_flags, page.release());
+  phy.SetLatchedFlags(std::move(page));
   return true;
 }
 

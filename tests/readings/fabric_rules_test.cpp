@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -119,7 +120,7 @@ TEST(Outlier, IsNeverAStrongOneOrOneWithoutPartNumber) {
 TEST(Outlier, IsAlsoFoundInRegisters) {
   std::vector<FabricPort> ports = Group({0, 0, 0, 0, 0, 0, 0});
   PhyCableRecord phy;
-  phy.module = new PhyCableRecord::ModuleRecord();
+  phy.SetModule(std::make_unique<PhyCableRecord::ModuleRecord>());
   phy.module->power_unit_flag = 1;
   std::string("PN").copy(phy.module->vendor_pn, 16);
   for (int i = 0; i < 4; ++i) {
@@ -179,7 +180,7 @@ TEST(LinkLoss, NeedsAFarEndThatTransmits) {
 
 TEST(LinkLoss, ComparesMeansWhereTheLanesDiffer) {
   PhyCableRecord phy;
-  phy.module = new PhyCableRecord::ModuleRecord();
+  phy.SetModule(std::make_unique<PhyCableRecord::ModuleRecord>());
   phy.module->power_unit_flag = 1;
   phy.module->cable_identifier = 8;
   for (int i = 0; i < 8; ++i) phy.module->tx_power[i] = 10000;
@@ -250,7 +251,7 @@ TEST(EndMismatch, NeedsTwoIdentifiedEndsOfACable) {
 
 TEST(EndMismatch, AlsoComparesRegisters) {
   PhyCableRecord phy;
-  phy.module = new PhyCableRecord::ModuleRecord();
+  phy.SetModule(std::make_unique<PhyCableRecord::ModuleRecord>());
   phy.module->connector_type = 0x23;
   std::string("P ").copy(phy.module->vendor_pn, 16);
   std::string("S ").copy(phy.module->vendor_sn, 16);

@@ -122,12 +122,12 @@ ModuleRecord PhyOptic() {
 
 PhyCableRecord& Fill(PhyCableRecord& phy, const ModuleRecord& module) {
   phy.source = "PHY";
-  phy.module = new ModuleRecord(module);
+  phy.SetModule(std::make_unique<ModuleRecord>(module));
   return phy;
 }
 
 PhyCableRecord& Fill(PhyCableRecord& phy, const LatchedFlagsPage& page) {
-  phy.latched_flags = new LatchedFlagsPage(page);
+  phy.SetLatchedFlags(std::make_unique<LatchedFlagsPage>(page));
   return phy;
 }
 

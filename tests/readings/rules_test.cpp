@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -82,8 +83,8 @@ std::vector<Finding> Find(const CableRecord& record, const RuleSettings& setting
 
 std::vector<Finding> Find(const Registers& registers, const RuleSettings& settings = {}) {
   PhyCableRecord phy;
-  phy.module = new ModuleRecord(registers.module);
-  phy.latched_flags = new LatchedFlagsPage(registers.flags);
+  phy.SetModule(std::make_unique<ModuleRecord>(registers.module));
+  phy.SetLatchedFlags(std::make_unique<LatchedFlagsPage>(registers.flags));
   return Find(ReadingsOf(phy), settings);
 }
 
@@ -132,7 +133,7 @@ TEST(Rules, NoData) {
   PhyCableRecord phy;
   phy.source = "PHY";
   EXPECT_EQ(Shown(Find(ReadingsOf(phy))), Texts{"unknown no-data"});
-  phy.latched_flags = new LatchedFlagsPage();
+  phy.SetLatchedFlags(std::make_unique<LatchedFlagsPage>());
   EXPECT_EQ(Shown(Find(ReadingsOf(phy))), Texts{});
 }
 
@@ -298,7 +299,7 @@ TEST(Rules, ALatchedFlagOfAValueBeyondItsThresholdGivesNoSecondFinding) {
 
 TEST(Rules, ALatchedFlagCountsWithoutAValue) {
   PhyCableRecord phy;
-  phy.latched_flags = new LatchedFlagsPage();
+  phy.SetLatchedFlags(std::make_unique<LatchedFlagsPage>());
   phy.latched_flags->latched_temperature_flags = 1;
   const std::vector<Finding> findings = Find(ReadingsOf(phy));
   EXPECT_EQ(Shown(findings), Texts{"warning temperature-high-alarm-latched"});
@@ -534,7 +535,7 @@ TEST(Rules, LengthMismatchOfTheRegisters) {
   r.module.cable_length = 0x4F;  // 15 m
   const auto with = [&](const char* measured) {
     PhyCableRecord phy;
-    phy.module = new ModuleRecord(r.module);
+    phy.SetModule(std::make_unique<ModuleRecord>(r.module));
     phy.prtl_length = measured;
     return Find(ReadingsOf(phy));
   };
