@@ -143,5 +143,5 @@ void AppendTxAdaptiveEqEnable(TextBuffer& out, const CableRecord& r) {
   out.AppendPrefixedHex(LowNibble(r.RxOutputDisableTxAdaptiveEq), 1);
 }
 
-}  // namespace gnu::visibility("hidden")]]cable
+}  // namespace cable
 }  // namespace cable_info

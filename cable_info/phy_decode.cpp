@@ -549,5 +549,5 @@ std::uint8_t Voltage(const LatchedFlagsPage& p) { return p.latched_voltage_flags
 
 }  // namespace flags
 
-}  // namespace gnu::visibility("hidden")]]phy
+}  // namespace phy
 }  // namespace cable_info

@@ -558,5 +558,5 @@ void WriteReport(std::ostream& os, const PhyCableRecord& r) {
   lines.Finish();
 }
 
-}  // namespace gnu::visibility("hidden")]]phy
+}  // namespace phy
 }  // namespace cable_info

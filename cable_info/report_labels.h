@@ -7,7 +7,8 @@
 
 #include <string_view>
 
-namespace cable_info::label {
+namespace cable_info {
+namespace [[gnu::visibility("hidden")]] label {
 
 inline constexpr std::string_view kSource = "Source: ";
 inline constexpr std::string_view kIdentifier = "Identifier: ";
@@ -81,4 +82,5 @@ inline constexpr std::string_view kTxAdaptiveEqEnable = "TX Adaptive Equalizatio
 inline constexpr std::string_view kOutputPreEmp = "OutputPreEmp: ";
 inline constexpr std::string_view kOutputPostEmp = "OutputPostEmp: ";
 
-}  // namespace cable_info::label
+}  // namespace label
+}  // namespace cable_info

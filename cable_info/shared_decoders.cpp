@@ -101,5 +101,5 @@ void AppendCableInfoVSStatus(TextBuffer& out, std::uint8_t status) {
   out.Append(TableEntry(kCableInfoVSStatusTexts, status, kUnknownStatus));
 }
 
-}  // namespace gnu::visibility("hidden")]]decode
+}  // namespace decode
 }  // namespace cable_info

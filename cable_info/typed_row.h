@@ -10,7 +10,7 @@
 #include "cable_info/csv_columns.h"
 #include "cable_info/text/text_buffer.h"
 
-namespace cable_info {
+namespace [[gnu::visibility("hidden")]] cable_info {
 
 class TypedRow {
  public:

@@ -9,7 +9,7 @@
 namespace cable_info {
 
 /// The version of these headers, "major.minor.patch". The build reads the version from this line.
-inline constexpr std::string_view kVersion = "0.1.0";
+inline constexpr std::string_view kVersion = "0.2.0";
 
 /// The number after the first `dots` dots of a version; 0 if it has fewer dots.
 constexpr int VersionNumber(std::string_view version, int dots) {

@@ -1,4 +1,5 @@
-# Installs the library with its CMake package and pkg-config file.
+# Installs the library with its CMake package and pkg-config file. With a shared library the static one
+# is installed, too, as the target cable_info::cable_info_static.
 
 include(CMakePackageConfigHelpers)
 
@@ -9,6 +10,11 @@ install(TARGETS cable_info EXPORT cable_info
   ARCHIVE COMPONENT development
   FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})  # CMake before 3.23 does not support file sets
+if(TARGET cable_info_static)
+  install(TARGETS cable_info_static EXPORT cable_info
+    ARCHIVE COMPONENT development
+    INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+endif()
 
 install(EXPORT cable_info
   FILE cable_info-targets.cmake

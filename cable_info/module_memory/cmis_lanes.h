@@ -9,7 +9,8 @@
 
 #include "cable_info/module_memory/module_info.h"
 
-namespace cable_info::module_memory {
+namespace cable_info {
+namespace [[gnu::visibility("hidden")]] module_memory {
 
 inline constexpr unsigned kLanesPerBank = 8;
 
@@ -29,4 +30,5 @@ unsigned BanksOf(const ModuleImage& image);
 /// excluded.
 LaneLayout LanesOf(const ModuleImage& image, const std::vector<Application>& applications);
 
-}  // namespace cable_info::module_memory
+}  // namespace module_memory
+}  // namespace cable_info

@@ -8,7 +8,8 @@
 
 #include "cable_info/module_memory/memory_map.h"
 
-namespace cable_info::module_memory {
+namespace cable_info {
+namespace [[gnu::visibility("hidden")]] module_memory {
 
 inline constexpr Page kPage2C = PageOf(0x2C);
 inline constexpr Page kPage2F = PageOf(0x2F);
@@ -76,4 +77,5 @@ Advertised HasAux(const ModuleImage& image) {
   return HasAuxOf(image, kMonitor, kObservable, kValue);
 }
 
-}  // namespace cable_info::module_memory
+}  // namespace module_memory
+}  // namespace cable_info

@@ -9,7 +9,7 @@
 #include <optional>
 #include <string_view>
 
-namespace cable_info {
+namespace [[gnu::visibility("hidden")]] cable_info {
 
 /// The encoding of the 16 bits of a VDM sample or threshold.
 enum class VdmNumberType : std::uint8_t { kUnsigned, kSigned, kFloat16 };

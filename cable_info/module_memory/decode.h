@@ -10,7 +10,8 @@
 
 #include "cable_info/module_memory/memory_map.h"
 
-namespace cable_info::module_memory {
+namespace cable_info {
+namespace [[gnu::visibility("hidden")]] module_memory {
 
 /// The family of an identifier (SFF-8024 rev 4.13, table 4-1).
 ModuleFamily FamilyOf(std::uint8_t identifier);
@@ -98,4 +99,5 @@ class ModuleMemory {
   std::string remark_;
 };
 
-}  // namespace cable_info::module_memory
+}  // namespace module_memory
+}  // namespace cable_info

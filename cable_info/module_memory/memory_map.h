@@ -13,7 +13,8 @@
 #include "cable_info/module_memory/module_info.h"
 #include "cable_info/module_memory/sff8024.h"
 
-namespace cable_info::module_memory {
+namespace cable_info {
+namespace [[gnu::visibility("hidden")]] module_memory {
 
 // ---------------------------------------------------------------------------------------------
 // The position of a field
@@ -381,4 +382,5 @@ void WarnMoreThan(Decoding& to, Field field, double value);
 /// "0x1a".
 std::string HexText(unsigned byte);
 
-}  // namespace cable_info::module_memory
+}  // namespace module_memory
+}  // namespace cable_info

@@ -4,7 +4,8 @@
 
 #include "cable_info/text/text_buffer.h"
 
-namespace cable_info::module_memory {
+namespace cable_info {
+namespace [[gnu::visibility("hidden")]] module_memory {
 
 /// The size of the longest text of `WriteShortest`.
 inline constexpr std::size_t kShortestRoom = 32;
@@ -16,4 +17,5 @@ inline void AppendShortest(text::TextBuffer& out, double value) {
   out.EndAt(WriteShortest(out.Reserve(kShortestRoom), value));
 }
 
-}  // namespace cable_info::module_memory
+}  // namespace module_memory
+}  // namespace cable_info

@@ -16,7 +16,8 @@
 #include "cable_info/module_memory/memory_map.h"
 #include "cable_info/phy_cable_record.h"
 
-namespace cable_info::module_memory {
+namespace cable_info {
+namespace [[gnu::visibility("hidden")]] module_memory {
 
 /// The bytes of one field, all of them known unless it is a text.
 class FieldBytes {
@@ -167,4 +168,5 @@ inline std::uint16_t& LaneOf(std::uint16_t (&lanes)[kPhyLanes], std::size_t lane
 }
 /// @}
 
-}  // namespace cable_info::module_memory
+}  // namespace module_memory
+}  // namespace cable_info

@@ -11,7 +11,8 @@
 #include "cable_info/module_memory/module_image.h"
 #include "cable_info/phy_cable_record.h"
 
-namespace cable_info::module_memory {
+namespace cable_info {
+namespace [[gnu::visibility("hidden")]] module_memory {
 
 /// \name The records of the module families
 /// The image is that of a `ModuleMemory`. Values for which the record has no field are remarked on
@@ -27,4 +28,5 @@ std::unique_ptr<PhyCableRecord> CableFromSff8472(const ModuleImage& image,
                                                  std::vector<std::string>& remarks);
 /// @}
 
-}  // namespace cable_info::module_memory
+}  // namespace module_memory
+}  // namespace cable_info

@@ -4,7 +4,8 @@
 
 #include <cstdint>
 
-namespace cable_info::module_memory {
+namespace cable_info {
+namespace [[gnu::visibility("hidden")]] module_memory {
 
 /// The bit of `ib_compliance_code` for a host electrical interface of SFF-8024 rev 4.13, table 4-5,
 /// for; 0 for interfaces that are not InfiniBand's. The codes of SDR to NDR follow each other as
@@ -16,4 +17,5 @@ constexpr std::uint8_t InfiniBandSpeedOfHostInterface(std::uint8_t code) {
                                       : std::uint8_t{0};
 }
 
-}  // namespace cable_info::module_memory
+}  // namespace module_memory
+}  // namespace cable_info

@@ -7,7 +7,8 @@
 
 #include "cable_info/text/text_buffer.h"
 
-namespace cable_info::module_memory {
+namespace cable_info {
+namespace [[gnu::visibility("hidden")]] module_memory {
 
 /// How many bytes the well-formed UTF-8 character at the begin of `text` has; 0 when there is none.
 std::size_t Utf8Length(std::string_view text);
@@ -39,4 +40,5 @@ void AppendUtf8(text::TextBuffer& out, std::string_view text, const Special& spe
   out.Append(text);
 }
 
-}  // namespace cable_info::module_memory
+}  // namespace module_memory
+}  // namespace cable_info

@@ -83,5 +83,5 @@ class CellTexts {
   std::vector<std::string>& cells_;
 };
 
-}  // namespace gnu::visibility("hidden")]]text
+}  // namespace text
 }  // namespace cable_info
