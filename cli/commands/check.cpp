@@ -28,6 +28,7 @@ constexpr const char* kExamples =
     "  cableinfo check --set lane-imbalance=2.5 --set checksum=off fabric.jsonl\n"
     "  cableinfo check --json fabric.jsonl | jq -c 'select(.verdict == \"critical\")'\n"
     "  cableinfo check --module eeprom.bin           the verdict on one module\n"
+    "  cableinfo check fabric.db                     on the latest snapshot of a store\n"
     "  cableinfo check --rules                       all rules with their limits\n"
     "Exit status: in addition, 5 when the worst verdict is a warning, 6 when it is critical;\n"
     "with --plugin: 0 ok, 1 warning, 2 critical, 3 unknown.";
@@ -53,7 +54,9 @@ class PortJudge : public PortWriter {
   explicit PortJudge(const RuleSettings& settings) : settings_(settings) {}
 
   ModuleUse module_use() const override { return ModuleUse::kRecordsAndInfo; }
-  void Write(std::ostream& os, Port& port) const override { WriteJudgedPort(os, port, settings_); }
+  void Write(std::ostream& os, Port& port) const override {
+    WriteJudgedPort(os, port, ReadingsOf(port), settings_);
+  }
 
  private:
   const RuleSettings& settings_;

@@ -3,6 +3,7 @@
 #include <cctype>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -10,7 +11,11 @@
 #include "cable_info/readings/rules.h"
 #include "cli/commands/commands.h"
 #include "cli/commands/port_command.h"
+#include "cli/commands/rule_options.h"
+#include "cli/message.h"
 #include "cli/output/snapshot.h"
+#include "cli/output/whole_output.h"
+#include "cli/store/snapshot_reader.h"
 
 namespace cli {
 
@@ -20,12 +25,15 @@ constexpr const char* kExamples =
     "Examples:\n"
     "  cableinfo diff yesterday.jsonl today.jsonl    what changed, port by port\n"
     "  cableinfo diff --power-tolerance 3 --json yesterday.jsonl today.jsonl\n"
-    "  cableinfo diff before.bin after.bin           two dumps of one module";
+    "  cableinfo diff before.bin after.bin           two dumps of one module\n"
+    "  cableinfo diff fabric.db                      the last two snapshots of a store\n"
+    "  cableinfo diff fabric.db@3 fabric.db@7        two given ones";
 
 struct Options {
   PortOptions ports;
+  RuleOptions rules;
   std::string before;
-  std::string after;
+  std::string after;  // empty: `before` is a snapshot, to be compared with the one before it
   Tolerances tolerances;
   bool as_json = false;
 };
@@ -88,12 +96,14 @@ bool HoldsPortRecords(const std::string& path) {
 }
 
 PortOptions WithInput(PortOptions options, const std::string& path) {
-  (HoldsPortRecords(path) ? options.inputs : options.modules) = {path};
+  (FindSnapshot(path) || HoldsPortRecords(path) ? options.inputs : options.modules) = {path};
   return options;
 }
 
-ExitStatus Diff(const Options& options) {
-  const cable_info::RuleSettings settings;
+ExitStatus DiffInputs(const Options& options) {
+  cable_info::RuleSettings settings;
+  const ExitStatus usage = ApplyRuleOptions(options.rules, settings);
+  if (usage != ExitStatus::kGood) return usage;
   const SnapshotWriter writer(settings);
   Snapshot before(settings);
   Snapshot after(settings);
@@ -107,14 +117,36 @@ ExitStatus Diff(const Options& options) {
                WritePorts(WithInput(options.ports, options.after), writer, &new_collector));
 }
 
+ExitStatus Diff(Options options) {
+  if (!options.after.empty()) return DiffInputs(options);
+  const std::optional<SnapshotName> snapshot = FindSnapshot(options.before);
+  if (!snapshot) {
+    PrintError("cableinfo: NEW is missing; only a snapshot of a store has another one before it");
+    return ExitStatus::kUsage;
+  }
+  try {
+    const SnapshotName after = Numbered(*snapshot);  // the same one, even if another is added
+    options.after = after.Input();
+    options.before = SnapshotBefore(after).Input();
+  } catch (const StoreError& error) {
+    return FileFailed(options.before, error.code());
+  }
+  return DiffInputs(options);
+}
+
 }  // namespace
 
 void AddDiffCommand(CLI::App& app, Action& action) {
   const auto options = std::make_shared<Options>();
   CLI::App* const command = app.add_subcommand("diff", "Compare two states of the same ports");
   command->footer(kExamples);
-  command->add_option("OLD", options->before, "Port records or a dump, as they were")->required();
-  command->add_option("NEW", options->after, "The same, as they are now")->required();
+  command
+      ->add_option("OLD", options->before,
+                   "Port records, a dump or a snapshot of a store, as they were")
+      ->required();
+  command->add_option("NEW", options->after,
+                      "The same, as they are now; may be left out after a snapshot, which is then\n"
+                      "compared with the one before it");
   command->add_flag("--json", options->as_json,
                     "Write one JSON object per port that changed and a summary");
   command
@@ -132,6 +164,7 @@ void AddDiffCommand(CLI::App& app, Action& action) {
                    "Report bias currents that moved by more (default: 10)")
       ->type_name("PERCENT")
       ->check(CLI::NonNegativeNumber);
+  AddRuleOptions(*command, options->rules);
   AddRunOptions(*command, options->ports);
   command->callback([options, &action] { action = [options] { return Diff(*options); }; });
 }

@@ -8,6 +8,7 @@
 #include "cable_info/readings/rules.h"
 #include "cli/commands/commands.h"
 #include "cli/commands/port_command.h"
+#include "cli/commands/rule_options.h"
 
 namespace cli {
 
@@ -19,11 +20,17 @@ constexpr const char* kExamples =
     "                                                for the textfile collector\n"
     "  cableinfo metrics fabric.jsonl | promtool check metrics";
 
+struct Options {
+  PortOptions ports;
+  RuleOptions rules;
+};
+
 // Writes the samples of the ports one by one.
 class MetricsWriter : public PortWriter {
  public:
   explicit MetricsWriter(const cable_info::RuleSettings& settings) : settings_(settings) {}
 
+  ModuleUse module_use() const override { return ModuleUse::kRecordsAndInfo; }
   void Write(std::ostream& os, Port& port) const override { WritePortMetrics(os, port, settings_); }
 
  private:
@@ -42,19 +49,22 @@ class MetricsCollector : public PortCollector {
   Metrics metrics_;
 };
 
+ExitStatus WriteMetrics(const Options& options) {
+  cable_info::RuleSettings settings;
+  const ExitStatus usage = ApplyRuleOptions(options.rules, settings);
+  if (usage != ExitStatus::kGood) return usage;
+  MetricsCollector collector(settings);
+  return WritePorts(options.ports, MetricsWriter(settings), &collector);
+}
+
 }  // namespace
 
 void AddMetricsCommand(CLI::App& app, Action& action) {
-  const auto options = std::make_shared<PortOptions>();
+  const auto options = std::make_shared<Options>();
   CLI::App* const command = AddPortCommand(
-      app, "metrics", "Write OpenMetrics text for a monitoring system", kExamples, *options);
-  command->callback([options, &action] {
-    action = [options] {
-      const cable_info::RuleSettings settings;
-      MetricsCollector collector(settings);
-      return WritePorts(*options, MetricsWriter(settings), &collector);
-    };
-  });
+      app, "metrics", "Write OpenMetrics text for a monitoring system", kExamples, options->ports);
+  AddRuleOptions(*command, options->rules);
+  command->callback([options, &action] { action = [options] { return WriteMetrics(*options); }; });
 }
 
 }  // namespace cli

@@ -17,6 +17,7 @@
 #include "cli/input/input_name.h"
 #include "cli/input/module_memory.h"
 #include "cli/input/module_remarks.h"
+#include "cli/input/record_text.h"
 #include "cli/message.h"
 #include "cli/output/whole_output.h"
 
@@ -88,8 +89,13 @@ DumpBytes Read(const std::string& path) {
   }
 }
 
-ModuleReading ReadModuleOf(const Dump& dump, ModuleUse use, Port& port) {
-  if (dump.pages.empty()) return DecodeModule(Read(dump.path), use, port);
+ModuleReading ReadModuleOf(const Dump& dump, const PortWriter& writer, Port& port) {
+  const ModuleUse use = writer.module_use();
+  if (dump.pages.empty()) {
+    const DumpBytes bytes = Read(dump.path);
+    if (writer.needs_record()) port.record = RecordOf(port.label, port.number, bytes);
+    return DecodeModule(bytes, use, port);
+  }
   ModuleImage image;
   for (const PageFile& file : dump.pages) PutPage(image, file.page, Read(file.path));
   return DecodeModule(image, use, port);
@@ -124,7 +130,7 @@ class Run {
       Port port;
       port.number = number_;
       port.label = Label(dump);
-      ModuleReading reading = ReadModuleOf(dump, writer_.module_use(), port);
+      ModuleReading reading = ReadModuleOf(dump, writer_, port);
       std::vector<Message> remarks;
       AddRemarks(reading, options_.strict ? ChecksumPolicy::kRefuse : ChecksumPolicy::kReport,
                  remarks);

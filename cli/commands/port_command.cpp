@@ -10,6 +10,7 @@
 #include "cli/input/same_file.h"
 #include "cli/message.h"
 #include "cli/output/output_file.h"
+#include "cli/store/snapshot_reader.h"
 
 namespace cli {
 
@@ -41,7 +42,8 @@ std::optional<std::string> UsageProblem(const PortOptions& options) {
   if (options.output.empty()) return "--output: expected the name of a file, found an empty one";
   if (IsStandardOutput(options.output)) return std::nullopt;
   for (const std::string& input : InputPaths(options)) {
-    if (IsSameFile(input, options.output)) {
+    const std::optional<SnapshotName> snapshot = FindSnapshot(input);
+    if (IsSameFile(snapshot ? snapshot->store : input, options.output)) {
       return "--output: " + options.output + " is also an input (" + InputName(input) + ")";
     }
   }
@@ -94,7 +96,9 @@ CLI::App* AddPortCommand(CLI::App& app, const std::string& name, const std::stri
   CLI::App* command = app.add_subcommand(name, description);
   command->footer(examples);
   CLI::Option* inputs = command->add_option(
-      "FILE", options.inputs, "Files of port records; '-' or no file: standard input");
+      "FILE", options.inputs,
+      "Files of port records, or snapshots of a store, as FILE.db or FILE.db@3;\n"
+      "'-' or no file: standard input");
   command
       ->add_option("--module", options.modules,
                    "Read dumps of module memories instead of port records: images or hex\n"

@@ -40,6 +40,7 @@
 #include "cli/message.h"
 #include "cli/output/progress.h"
 #include "cli/output/whole_output.h"
+#include "cli/store/snapshot_reader.h"
 
 namespace cli {
 
@@ -49,6 +50,7 @@ namespace {
 std::optional<std::uint64_t> TotalSize(const std::vector<std::string>& inputs) {
   std::uint64_t total = 0;
   for (const std::string& input : inputs) {
+    if (FindSnapshot(input)) return std::nullopt;
     const std::optional<std::uint64_t> size = FileSize(input);
     if (!size) return std::nullopt;
     total += *size;
@@ -72,7 +74,8 @@ Progress::Meter MeterOf(const PortOptions& options, const OutputFile& output) {
 
 PortReaderOptions ReaderOptionsOf(const PortOptions& options, const PortWriter& writer) {
   return {options.strict ? ChecksumPolicy::kRefuse : ChecksumPolicy::kReport,
-          options.no_files ? FilePolicy::kRefuse : FilePolicy::kRead, writer.module_use()};
+          options.no_files ? FilePolicy::kRefuse : FilePolicy::kRead, writer.module_use(),
+          writer.needs_record()};
 }
 
 // What a worker works on, used for block after block.

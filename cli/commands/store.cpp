@@ -1,7 +1,8 @@
 // cableinfo store
 
-#include "cli/output/store.h"
+#include "cli/store/store.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -14,8 +15,13 @@
 #include "cli/commands/commands.h"
 #include "cli/commands/module_run.h"
 #include "cli/commands/port_command.h"
+#include "cli/commands/rule_options.h"
 #include "cli/input/input_name.h"
+#include "cli/input/same_file.h"
 #include "cli/message.h"
+#include "cli/store/database.h"
+#include "cli/store/snapshot_reader.h"
+#include "cli/store/times.h"
 
 namespace cli {
 
@@ -29,6 +35,7 @@ constexpr const char* kExamples =
 
 struct Options {
   PortOptions ports;
+  RuleOptions rules;
   std::string database;
   std::string taken_at;
   std::optional<std::uint32_t> keep;
@@ -39,6 +46,8 @@ class StoredPortWriter : public PortWriter {
  public:
   explicit StoredPortWriter(const cable_info::RuleSettings& settings) : settings_(settings) {}
 
+  ModuleUse module_use() const override { return ModuleUse::kRecordsAndInfo; }
+  bool needs_record() const override { return true; }
   void Write(std::ostream& os, Port& port) const override { WriteStoredPort(os, port, settings_); }
 
  private:
@@ -91,10 +100,24 @@ const char* Reason(const Options& options, ExitStatus status, bool has_ports) {
   return has_ports ? nullptr : "no port could be decoded";
 }
 
+// True when the database is to be read, too.
+bool IsInput(const Options& options) {
+  return std::ranges::any_of(options.ports.inputs, [&](const std::string& input) {
+    const std::optional<SnapshotName> snapshot = FindSnapshot(input);
+    return snapshot && IsSameFile(snapshot->store, options.database);
+  });
+}
+
 ExitStatus StoreSnapshot(const Options& options) {
+  cable_info::RuleSettings settings;
+  const ExitStatus usage = ApplyRuleOptions(options.rules, settings);
+  if (usage != ExitStatus::kGood) return usage;
+  if (IsInput(options)) {
+    PrintError("cableinfo: " + options.database + " is also an input");
+    return ExitStatus::kUsage;
+  }
   const std::string taken_at =
       options.taken_at.empty() ? TimeNow() : NormalizedTime(options.taken_at);
-  const cable_info::RuleSettings settings;
   StoreCollector collector(options.database, {taken_at, InputNames(options.ports)}, settings);
   try {
     const ExitStatus status = WritePorts(options.ports, StoredPortWriter(settings), &collector);
@@ -128,11 +151,13 @@ void AddStoreCommand(CLI::App& app, Action& action) {
   CLI::Option* const files = command->get_option("FILE");
   files
       ->description(
-          "The database, then files of port records; '-' or no other file: standard input")
+          "The database, then files of port records, or snapshots of other stores;\n"
+          "'-' or no other file: standard input")
       ->required();
   command->get_option("--module")->remove_excludes(files);
   files->remove_excludes(command->get_option("--module"));
   command->remove_option(command->get_option("--output"));
+  AddRuleOptions(*command, options->rules);
   command
       ->add_option("--taken-at", options->taken_at,
                    "When the ports were read, as 2026-01-31T12:00:00Z (default: now)")

@@ -13,14 +13,14 @@ _cableinfo() {
   case ${COMP_WORDS[1]} in
     table) options="$port_options --columns --json --no-header --rfc4180" ;;
     diff)
-      options="${port_options/--module /} --bias-tolerance --json --power-tolerance"
-      options+=' --temperature-tolerance'
+      options="${port_options/--module /} --bias-tolerance --config --json --power-tolerance"
+      options+=' --set --temperature-tolerance'
       ;;
     check) options="$port_options --config --json --plugin --rules --set" ;;
     module) options="$port_options --json" ;;
     report | export) options=$port_options ;;
-    metrics) options=$port_options ;;
-    store) options="${port_options/ --output/} --keep --taken-at" ;;
+    metrics) options="$port_options --config --set" ;;
+    store) options="${port_options/ --output/} --config --keep --set --taken-at" ;;
     columns) options='--help --json' ;;
   esac
   if [[ $word == -* && $previous != -o && $previous != --output ]]; then

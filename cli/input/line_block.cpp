@@ -38,20 +38,28 @@ LineBlock::Line LineBlock::operator[](std::size_t index) const {
 }
 
 bool BlockReader::Next(LineBlock& block) {
-  while (lines_ || next_ < paths_.size()) {
-    const std::size_t input = lines_ ? next_ - 1 : next_;
+  while (IsOpen() || next_ < paths_.size()) {
+    const std::size_t input = IsOpen() ? next_ - 1 : next_;
     const std::string& path = paths_[input];
     block.Restart(input, path);
     block.input_bytes = bytes_before_;
     try {
-      if (!lines_) {
+      if (!IsOpen()) {
         ++next_;
         block.form = Open(path);
       }
-      if (block.form == InputForm::kPortRecords && !Fill(block)) continue;
-      if (block.form != InputForm::kPortRecords) lines_.reset();
+      if (block.form != InputForm::kPortRecords) {
+        Close();
+      } else if (auto* const lines = std::get_if<LineReader>(&lines_)) {
+        if (!Fill(block, *lines)) continue;
+      } else if (!Fill(block, std::get<SnapshotReader>(lines_))) {
+        continue;
+      }
     } catch (const std::system_error& error) {
-      lines_.reset();
+      Close();
+      block.input_error = error.code();
+    } catch (const StoreError& error) {
+      Close();
       block.input_error = error.code();
     }
     block.Finish();
@@ -61,31 +69,38 @@ bool BlockReader::Next(LineBlock& block) {
 }
 
 InputForm BlockReader::Open(const std::string& path) {
-  lines_.emplace(path);
-  lines_->ReadMore();
+  if (const std::optional<SnapshotName> snapshot = FindSnapshot(path)) {
+    lines_.emplace<SnapshotReader>(*snapshot);
+    return InputForm::kPortRecords;
+  }
+  auto& lines = lines_.emplace<LineReader>(path);
+  lines.ReadMore();
   for (;;) {
-    const InputForm form = RecognizeForm(lines_->Buffered());
+    const InputForm form = RecognizeForm(lines.Buffered());
     if (form != InputForm::kUnknownYet) return form;
-    const bool is_too_long = lines_->Buffered().size() > 2 * LineReader::kMaxLine;
-    if (is_too_long || !lines_->ReadMore()) return InputForm::kPortRecords;
+    const bool is_too_long = lines.Buffered().size() > 2 * LineReader::kMaxLine;
+    if (is_too_long || !lines.ReadMore()) return InputForm::kPortRecords;
   }
 }
 
-bool BlockReader::Fill(LineBlock& block) {
+template <typename Lines>
+bool BlockReader::Fill(LineBlock& block, Lines& lines) {
   bool has_next = true;
   do {
-    const std::optional<LineReader::Line> line = lines_->Next();
+    const std::optional<LineReader::Line> line = lines.Next();
     if (!line) {
-      bytes_before_ += lines_->bytes();
-      lines_.reset();
-      break;
+      bytes_before_ += lines.bytes();
+      Close();
+      block.input_bytes = bytes_before_;
+      block.is_last_for_now = true;
+      return block.size() > 0;
     }
-    block.Add(*line, lines_->number());
-    has_next = lines_->HasNext();
+    block.Add(*line, lines.number());
+    has_next = lines.HasNext();
   } while (!block.IsFull() && has_next);
-  block.input_bytes = bytes_before_ + (lines_ ? lines_->bytes() : 0);
-  block.is_last_for_now = !lines_ || !has_next;
-  return block.size() > 0;
+  block.input_bytes = bytes_before_ + lines.bytes();
+  block.is_last_for_now = !has_next;
+  return true;
 }
 
 }  // namespace cli

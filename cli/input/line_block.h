@@ -7,10 +7,12 @@
 #include <string_view>
 #include <system_error>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "cli/input/input_form.h"
 #include "cli/input/line_reader.h"
+#include "cli/store/snapshot_reader.h"
 
 namespace cli {
 
@@ -72,10 +74,10 @@ class LineBlock {
   std::vector<Span> lines_;
 };
 
-/// Reads inputs block by block.
+/// Reads inputs block by block: files of port records, and snapshots of stores.
 class BlockReader {
  public:
-  /// "-" is standard input.
+  /// "-" is standard input; `FindSnapshot` describes the names of snapshots.
   explicit BlockReader(std::vector<std::string> paths) : paths_(std::move(paths)) {}
 
   /// Fills `block` with the next lines, waiting only for the first of them; false at the end of
@@ -86,11 +88,15 @@ class BlockReader {
   /// Opens the next input and recognizes its form.
   InputForm Open(const std::string& path);
   /// False when the input has no lines left.
-  bool Fill(LineBlock& block);
+  template <typename Lines>
+  bool Fill(LineBlock& block, Lines& lines);
+
+  bool IsOpen() const { return !std::holds_alternative<std::monostate>(lines_); }
+  void Close() { lines_.emplace<std::monostate>(); }
 
   std::vector<std::string> paths_;
   std::size_t next_ = 0;  // index of the next input
-  std::optional<LineReader> lines_;
+  std::variant<std::monostate, LineReader, SnapshotReader> lines_;
   std::uint64_t bytes_before_ = 0;  // of the inputs that were read
 };
 

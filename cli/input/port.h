@@ -33,6 +33,9 @@ struct Port {
   std::string label;                       ///< what its user calls the port; empty: nothing
   std::optional<cable_info::PortId> peer;  ///< the port at the other end of the link
   int checksum_mismatches = 0;             ///< of the memory that its records come from
+  /// The port record as text, with a dump in place of the name of its file; empty unless the
+  /// writer needs it.
+  std::string record;
   cable_info::CombinedCableInfo cable;
   /// The records that `cable` owns; null where it has none.
   cable_info::CableRecord* cable_record = nullptr;

@@ -19,6 +19,7 @@
 #include "cli/input/line_reader.h"
 #include "cli/input/module_memory.h"
 #include "cli/input/module_remarks.h"
+#include "cli/input/record_text.h"
 #include "cli/printable.h"
 
 namespace cli {
@@ -412,6 +413,19 @@ bool DecodeModuleMemory(Draft& draft, const Value& line, const PortReaderOptions
   }
 }
 
+// The record of a port whose memory is in a file, with the content of the file.
+std::string WithDump(const simdjson::dom::element& record, const DumpBytes& dump) {
+  cable_info::text::TextBuffer out;
+  JsonText json(out);
+  json.BeginObject();
+  for (const auto [key, member] : simdjson::dom::object(record)) {
+    json.Key(key);
+    key == "module_memory" ? WriteMemory(json, dump) : json.Verbatim(simdjson::minify(member));
+  }
+  json.EndObject();
+  return std::string(out.view());
+}
+
 // Stores the measured length of the port; returns the reason where the registers give none.
 std::string StorePrtlLength(const Draft& draft, Port& port) {
   std::string error;
@@ -486,6 +500,9 @@ bool PortReader::Read(std::string_view line, Port& port, std::vector<Message>& m
   port.label = std::move(draft.label);
   port.peer = draft.peer;
   port.Attach(std::move(draft.cable), std::move(draft.phy));
+  if (options_.keeps_records) {
+    port.record = draft.memory.path.empty() ? line : WithDump(document, draft.memory.dump);
+  }
   std::string no_length = StorePrtlLength(draft, port);
   if (!no_length.empty()) {
     messages.push_back({MessageKind::kNoLength, std::move(no_length), {}, {}});

@@ -21,6 +21,7 @@ struct PortReaderOptions {
   ChecksumPolicy checksums = ChecksumPolicy::kReport;
   FilePolicy files = FilePolicy::kRead;
   ModuleUse modules = ModuleUse::kRecords;
+  bool keeps_records = false;  ///< sets `Port::record`
 };
 
 /// Reads ports from lines of JSON; docs/port.schema.json describes them. One reader is used for

@@ -60,8 +60,8 @@ std::string_view TakeText(std::string_view& bytes, std::size_t size) {
 
 }  // namespace
 
-void WriteJudgedPort(std::ostream& os, const Port& port, const cable_info::RuleSettings& settings) {
-  const Readings readings = ReadingsOf(port);
+void WriteJudgedPort(std::ostream& os, const Port& port, const Readings& readings,
+                     const cable_info::RuleSettings& settings) {
   std::vector<Finding> findings;
   Judge(readings, settings, findings);
   const FabricPort fabric({port.port_guid, port.number}, port.peer, readings);

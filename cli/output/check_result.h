@@ -16,9 +16,10 @@
 
 namespace cli {
 
-/// Judges a port by the rules that need it alone, and appends what `CheckResult::Add` reads. Any
-/// thread may do so.
-void WriteJudgedPort(std::ostream& os, const Port& port, const cable_info::RuleSettings& settings);
+/// Judges a port, whose readings are given, by the rules that need it alone, and appends what
+/// `CheckResult::Add` reads. Any thread may do so.
+void WriteJudgedPort(std::ostream& os, const Port& port, const cable_info::Readings& readings,
+                     const cable_info::RuleSettings& settings);
 
 /// The findings of all ports of a run. Little more than 150 bytes are kept of a port, and 16 of a
 /// finding.

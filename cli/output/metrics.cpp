@@ -275,9 +275,10 @@ struct Head {
 void WritePortMetrics(std::ostream& os, const Port& port,
                       const cable_info::RuleSettings& settings) {
   PortSamples samples(port);
-  samples.Add(ReadingsOf(port));
+  const Readings readings = ReadingsOf(port);
+  samples.Add(readings);
   std::ostringstream judgement;
-  WriteJudgedPort(judgement, port, settings);
+  WriteJudgedPort(judgement, port, readings, settings);
   Head head{};
   head.guid = port.port_guid;
   head.number = port.number;

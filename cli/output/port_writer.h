@@ -37,6 +37,8 @@ class PortWriter {
 
   /// What the writer needs of a module's memory.
   virtual ModuleUse module_use() const { return ModuleUse::kRecords; }
+  /// True when the writer needs `Port::record`.
+  virtual bool needs_record() const { return false; }
   /// False for ports of which there is nothing to write.
   virtual bool Writes(const Port& /*port*/) const { return true; }
   /// Writes what comes before the first port.

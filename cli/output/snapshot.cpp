@@ -251,7 +251,7 @@ void WriteSnapshotPort(std::ostream& os, const Port& port,
                        const cable_info::RuleSettings& settings) {
   const Readings readings = ReadingsOf(port);
   std::ostringstream judged;
-  WriteJudgedPort(judged, port, settings);
+  WriteJudgedPort(judged, port, readings, settings);
   const Head head = {NumbersOf(port, readings),
                      judged.view().size(),
                      port.label.size(),

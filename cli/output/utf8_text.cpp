@@ -1,5 +1,7 @@
 #include "cli/output/utf8_text.h"
 
+#include <algorithm>
+
 namespace cli {
 
 void AppendByteAsUtf8(cable_info::text::TextBuffer& out, unsigned char byte) {
@@ -13,6 +15,15 @@ void AppendByteAsUtf8(cable_info::text::TextBuffer& out, unsigned char byte) {
     out.Append(static_cast<char>(0xC0U | byte >> 6U));
     out.Append(static_cast<char>(0x80U | (byte & 0x3FU)));
   }
+}
+
+void AppendBytesAsUtf8(cable_info::text::TextBuffer& out, std::string_view bytes) {
+  const auto is_plain = [](char c) { return c > 0; };
+  if (std::all_of(bytes.begin(), bytes.end(), is_plain)) {
+    out.Append(bytes);
+    return;
+  }
+  for (const char c : bytes) AppendByteAsUtf8(out, static_cast<unsigned char>(c));
 }
 
 }  // namespace cli

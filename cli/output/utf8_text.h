@@ -10,4 +10,7 @@ namespace cli {
 /// in C take for the end of a text, becomes its symbol, U+2400; no byte has that code point.
 void AppendByteAsUtf8(cable_info::text::TextBuffer& out, unsigned char byte);
 
+/// Appends bytes in the same way.
+void AppendBytesAsUtf8(cable_info::text::TextBuffer& out, std::string_view bytes);
+
 }  // namespace cli

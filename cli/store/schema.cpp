@@ -1,4 +1,4 @@
-#include "cli/output/store_schema.h"
+#include "cli/store/schema.h"
 
 #include <string_view>
 
@@ -33,9 +33,8 @@ CREATE TABLE reading (
   low_alarm REAL,
   high_warning REAL,
   low_warning REAL,
-  flags INTEGER,
-  PRIMARY KEY (snapshot_id, port_guid, port_num, quantity, lane)
-) WITHOUT ROWID;
+  flags INTEGER
+);
 CREATE TABLE finding (
   id INTEGER PRIMARY KEY,
   snapshot_id INTEGER NOT NULL REFERENCES snapshot (id) ON DELETE CASCADE,
@@ -51,8 +50,15 @@ CREATE TABLE finding (
   unit TEXT,
   sentence TEXT NOT NULL
 );
+CREATE TABLE port_record (
+  id INTEGER PRIMARY KEY,
+  snapshot_id INTEGER NOT NULL REFERENCES snapshot (id) ON DELETE CASCADE,
+  record TEXT NOT NULL
+);
+CREATE INDEX cable_by_snapshot ON cable (snapshot_id, "PortGuid", "PortNum");
+CREATE INDEX reading_by_snapshot ON reading (snapshot_id, port_guid, port_num, quantity, lane);
 CREATE INDEX finding_by_snapshot ON finding (snapshot_id, port_guid, port_num);
-CREATE UNIQUE INDEX cable_by_snapshot ON cable (snapshot_id, "PortGuid", "PortNum");
+CREATE INDEX port_record_by_snapshot ON port_record (snapshot_id);
 )";
 
 constexpr std::string_view kViews = R"(
@@ -73,7 +79,8 @@ CREATE VIEW reading_change AS
   FROM snapshot_pair AS pair
   JOIN reading AS new ON new.snapshot_id = pair.id
   JOIN reading AS old ON old.snapshot_id = pair.previous_id AND old.port_guid = new.port_guid
-    AND old.port_num = new.port_num AND old.quantity = new.quantity AND old.lane = new.lane;
+    AND old.port_num = new.port_num AND old.quantity = new.quantity AND old.lane = new.lane
+    AND (old.port_guid <> '0x0000000000000000' OR old.label IS new.label);
 )";
 
 std::string_view TypeOf(const CsvColumn& column) {
@@ -106,7 +113,7 @@ std::string StoreSchema() {
 }
 
 std::string InsertCableStatement() {
-  std::string text = "INSERT OR IGNORE INTO cable VALUES (?, ?";
+  std::string text = "INSERT INTO cable VALUES (?, ?";
   for (std::size_t i = 0; i < kCsvColumns.size(); ++i) text += ", ?";
   return text += ')';
 }

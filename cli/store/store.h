@@ -5,7 +5,6 @@
 #include <iosfwd>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -16,12 +15,6 @@ namespace cli {
 
 /// Writes a port in a form that `Store::Add` reads. Any thread may do so.
 void WriteStoredPort(std::ostream& os, const Port& port, const cable_info::RuleSettings& settings);
-
-/// A database file could not be read or written.
-class StoreError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
 
 /// Adds one snapshot to an SQLite file, in one transaction:
 ///
@@ -39,9 +32,6 @@ class Store {
     std::string taken_at;  ///< UTC, as `NormalizedTime` returns it
     std::string input;     ///< names of the inputs
   };
-
-  /// The version of the tables.
-  static constexpr int kSchemaVersion = 1;
 
   /// Opens the file, and creates it when there is none.
   Store(const std::string& path, const cable_info::RuleSettings& settings);
@@ -65,14 +55,8 @@ class Store {
   std::size_t repeated_ports() const;
 
  private:
-  class Database;
-  std::unique_ptr<Database> database_;
+  class Writer;
+  std::unique_ptr<Writer> writer_;
 };
-
-/// A date and time of ISO 8601 in UTC, such as 2026-01-31T12:00:00Z; empty for any other text.
-std::string NormalizedTime(const std::string& text);
-
-/// The time now, in the same form.
-std::string TimeNow();
 
 }  // namespace cli

@@ -1,0 +1,415 @@
+#include "cli/store/store.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <ostream>
+#include <set>
+#include <sstream>
+#include <system_error>
+#include <tuple>
+#include <type_traits>
+#include <vector>
+
+#include "cable_info/cell_sink.h"
+#include "cable_info/readings/readings.h"
+#include "cable_info/text/text_buffer.h"
+#include "cable_info/version.h"
+#include "cli/output/check_result.h"
+#include "cli/output/typed_table_writer.h"
+#include "cli/output/utf8_text.h"
+#include "cli/store/database.h"
+#include "cli/store/schema.h"
+
+namespace cli {
+
+namespace {
+
+using cable_info::Bound;
+using cable_info::Finding;
+using cable_info::Observable;
+using cable_info::Reading;
+using cable_info::Readings;
+using cable_info::text::TextBuffer;
+
+// ---------------------------------------------------------------------------------------------
+// From one thread to another: only this program reads what is written here, in the same run
+// ---------------------------------------------------------------------------------------------
+
+struct Head {
+  std::uint64_t node_guid;
+  std::uint64_t port_guid;
+  std::uint32_t number;
+  std::uint32_t label;  // sizes of the parts that follow
+  std::uint32_t record;
+  std::uint32_t cells;
+  std::uint32_t readings;
+  std::uint32_t judgement;
+};
+
+// A reading as it is stored, followed by the texts of its quantity and unit; NaN where there is no
+// number.
+struct StoredReading {
+  std::uint32_t quantity;  // sizes of the texts
+  std::uint16_t unit;
+  std::uint8_t lane;
+  std::uint8_t flags;
+  bool has_flags;
+  double value;
+  std::array<double, cable_info::kBounds> thresholds;
+};
+
+enum class CellKind : char { kMissing, kInteger, kNumber, kText };
+
+static_assert(std::is_trivially_copyable_v<Head>);
+static_assert(std::is_trivially_copyable_v<StoredReading>);
+
+template <typename T>
+void AppendBytes(TextBuffer& out, const T& value) {
+  const auto bytes = std::bit_cast<std::array<char, sizeof(T)>>(value);
+  out.Append({bytes.data(), bytes.size()});
+}
+
+template <typename T>
+T Take(std::string_view& bytes) {
+  T value{};
+  std::memcpy(&value, bytes.data(), sizeof(T));
+  bytes.remove_prefix(sizeof(T));
+  return value;
+}
+
+std::string_view TakeText(std::string_view& bytes, std::size_t size) {
+  const std::string_view text = bytes.substr(0, size);
+  bytes.remove_prefix(size);
+  return text;
+}
+
+constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
+
+// The `double` with the shortest decimal of a `float`: 0.871, not 0.87099999189376831.
+double DecimalOf(float value) {
+  // Numbers of few digits, as modules report them, are found by rounding: below 512 no two `float`s
+  // are less than 0.00003 apart, so that at most one number of four decimals reads back as `value`.
+  constexpr float kRounded = 512;
+  constexpr double kFourDecimals = 10'000;
+  if (std::fabs(value) < kRounded) {
+    const double decimal =
+        std::nearbyint(static_cast<double>(value) * kFourDecimals) / kFourDecimals;
+    if (static_cast<float>(decimal) == value) return decimal;
+  }
+  constexpr std::size_t kCapacity = 32;
+  std::array<char, kCapacity> digits{};
+  const auto [end, error] = std::to_chars(digits.begin(), digits.end(), value);
+  double decimal = kNoNumber;
+  if (error == std::errc()) std::from_chars(digits.begin(), end, decimal);
+  return decimal;
+}
+
+// Only what was measured or raised is stored.
+bool IsStored(const Reading& reading) { return reading.IsPresent() || reading.latched.raised != 0; }
+
+void AppendReading(TextBuffer& out, const Reading& reading, int lane, std::string_view quantity,
+                   std::string_view unit) {
+  StoredReading stored{static_cast<std::uint32_t>(quantity.size()),
+                       static_cast<std::uint16_t>(unit.size()),
+                       static_cast<std::uint8_t>(lane),
+                       reading.latched.raised,
+                       reading.latched.known != 0,
+                       kNoNumber,
+                       {}};
+  if (reading.IsPresent()) stored.value = DecimalOf(reading.value);
+  for (const Bound bound : cable_info::kAllBounds) {
+    const std::optional<float> threshold = reading.Threshold(bound);
+    stored.thresholds[static_cast<std::size_t>(bound)] =
+        threshold ? DecimalOf(*threshold) : kNoNumber;
+  }
+  AppendBytes(out, stored);
+  out.Append(quantity).Append(unit);
+}
+
+// The number in a place such as "lane 1"; 0 for the module.
+int NumberIn(std::string_view place) {
+  constexpr int kHighest = 255;
+  int number = 0;
+  const std::size_t digits = std::min(place.find_first_of("0123456789"), place.size());
+  std::from_chars(place.data() + digits, place.data() + place.size(), number);
+  return number >= 0 && number <= kHighest ? number : 0;
+}
+
+void AppendReadings(TextBuffer& out, const Readings& port) {
+  for (const Reading& reading : port) {
+    if (!IsStored(reading)) continue;
+    AppendReading(out, reading, reading.lane, QuantityName(reading.quantity),
+                  QuantityUnit(reading.quantity));
+  }
+  for (const Observable& observable : port.observables) {
+    if (!IsStored(observable.reading)) continue;
+    AppendReading(out, observable.reading, NumberIn(observable.place), observable.name,
+                  observable.unit);
+  }
+}
+
+// Packs the cells of a row one after the other: kind, then value; texts with their size, as UTF-8.
+class PackedCells : public cable_info::CellSink {
+ public:
+  void Text(std::string_view text) override {
+    utf8_.Truncate(0);
+    AppendBytesAsUtf8(utf8_, text);
+    AppendBytes(Begin(CellKind::kText), static_cast<std::uint32_t>(utf8_.size()));
+    out_.Append(utf8_.view());
+  }
+  void Integer(std::uint32_t value) override { AppendBytes(Begin(CellKind::kInteger), value); }
+  void Number(double value) override { AppendBytes(Begin(CellKind::kNumber), value); }
+  void Flag(bool is_set) override { Integer(is_set ? 1 : 0); }
+  void Missing() override { Begin(CellKind::kMissing); }
+
+  std::string_view view() const { return out_.view(); }
+
+ private:
+  TextBuffer& Begin(CellKind kind) { return out_.Append(static_cast<char>(kind)); }
+
+  TextBuffer out_;
+  TextBuffer utf8_;
+};
+
+// ---------------------------------------------------------------------------------------------
+// Rows
+// ---------------------------------------------------------------------------------------------
+
+// The parameters of the statements that describe a port.
+constexpr int kSnapshotParameter = 1;
+constexpr int kNodeGuidParameter = 2;
+constexpr int kPortGuidParameter = 3;
+constexpr int kPortNumParameter = 4;
+constexpr int kLabelParameter = 5;
+
+std::string PlaceHolders(int count) {
+  std::string text = "(?";
+  for (int i = 1; i < count; ++i) text += ", ?";
+  return text += ')';
+}
+
+void BindText(Statement& statement, int number, std::string_view text) {
+  text.empty() ? statement.BindNull(number) : statement.Bind(number, text);
+}
+
+void BindNumber(Statement& statement, int number, double value) {
+  std::isnan(value) ? statement.BindNull(number) : statement.BindNumber(number, value);
+}
+
+void BindCell(Statement& statement, int parameter, std::string_view& cells) {
+  switch (Take<CellKind>(cells)) {
+    case CellKind::kMissing:
+      return statement.BindNull(parameter);
+    case CellKind::kInteger:
+      return statement.Bind(parameter, std::int64_t{Take<std::uint32_t>(cells)});
+    case CellKind::kNumber:
+      return statement.BindNumber(parameter, Take<double>(cells));
+    case CellKind::kText: {
+      const auto size = Take<std::uint32_t>(cells);
+      return statement.Bind(parameter, TakeText(cells, size));
+    }
+  }
+}
+
+void AddFinding(Statement& insert, const Finding& finding) {
+  const std::string sentence = Sentence(finding);
+  int parameter = kLabelParameter;
+  insert.Bind(++parameter, RuleName(finding.rule));
+  insert.Bind(++parameter, SeverityName(finding.severity));
+  insert.Bind(++parameter, std::int64_t{finding.lane});
+  BindNumber(insert, ++parameter, DecimalOf(finding.value));
+  BindNumber(insert, ++parameter, DecimalOf(finding.limit));
+  BindText(insert, ++parameter, RuleUnit(finding.rule));
+  insert.Bind(++parameter, sentence);
+  insert.Run();
+}
+
+// What makes ports different: GUID and number; the label, too, of ports without a GUID.
+using PortKey = std::tuple<std::uint64_t, std::uint32_t, std::string>;
+
+}  // namespace
+
+class Store::Writer {
+ public:
+  Writer(const std::string& path, const cable_info::RuleSettings& settings)
+      : database_(path, Database::Mode::kWrite), judged_(settings) {}
+
+  void Begin(const Snapshot& snapshot) {
+    database_.Execute("PRAGMA synchronous = NORMAL");
+    database_.Execute("PRAGMA foreign_keys = ON");
+    database_.Execute("BEGIN IMMEDIATE");
+    CreateTables();
+    Statement insert(database_, "INSERT INTO snapshot (taken_at, input, version) VALUES (?, ?, ?)");
+    insert.Bind(1, snapshot.taken_at);
+    insert.Bind(2, snapshot.input);
+    insert.Bind(3, cable_info::kVersion);
+    insert.Run();
+    snapshot_ = sqlite3_last_insert_rowid(database_.connection());
+    constexpr int kReadingColumns = 14;
+    insert_cable_.emplace(database_, InsertCableStatement());
+    insert_reading_.emplace(database_,
+                            "INSERT INTO reading VALUES " + PlaceHolders(kReadingColumns));
+    insert_record_.emplace(database_,
+                           "INSERT INTO port_record (snapshot_id, record) VALUES (?, ?)");
+    insert_cable_->Bind(kSnapshotParameter, snapshot_);
+    insert_reading_->Bind(kSnapshotParameter, snapshot_);
+    insert_record_->Bind(kSnapshotParameter, snapshot_);
+  }
+
+  void Add(std::string_view ports) {
+    while (!ports.empty()) {
+      const auto head = Take<Head>(ports);
+      const std::string_view label = TakeText(ports, head.label);
+      const std::string_view record = TakeText(ports, head.record);
+      const std::string_view cells = TakeText(ports, head.cells);
+      const std::string_view readings = TakeText(ports, head.readings);
+      const std::string_view judgement = TakeText(ports, head.judgement);
+      if (!IsNew(head, label)) continue;
+      AddRecord(record);
+      AddCable(label, cells);
+      AddReadings(head, label, readings);
+      judged_.Add(judgement);
+    }
+  }
+
+  void Finish() {
+    judged_.Finish();
+    Statement insert(
+        database_,
+        "INSERT INTO finding (snapshot_id, node_guid, port_guid, port_num, label, rule, "
+        "severity, lane, value, limit_value, unit, sentence) VALUES " +
+            PlaceHolders(12));
+    insert.Bind(kSnapshotParameter, snapshot_);
+    for (std::size_t port = 0; port < judged_.size(); ++port) {
+      const std::vector<Finding> findings = judged_.FindingsOf(port);
+      if (findings.empty()) continue;
+      const std::string node_guid = GuidText(judged_.NodeGuidOf(port));
+      const std::string port_guid = GuidText(judged_.IdOf(port).guid);
+      BindPort(insert, node_guid, port_guid, judged_.IdOf(port).number, judged_.LabelOf(port));
+      for (const Finding& finding : findings) AddFinding(insert, finding);
+    }
+  }
+
+  void Commit(std::optional<std::uint32_t> keep) {
+    if (keep) DropAllBut(*keep);
+    database_.Execute("COMMIT");
+    // Readers do not wait for the writer from now on. Not before the first snapshot, because the
+    // mode is part of the file.
+    sqlite3_exec(database_.connection(), "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr);
+  }
+
+  std::size_t repeated_ports() const { return repeated_ports_; }
+
+ private:
+  // The rows of a snapshot go with it.
+  void DropAllBut(std::uint32_t keep) const {
+    database_.Execute(
+        "DELETE FROM snapshot WHERE id NOT IN (SELECT id FROM snapshot ORDER BY taken_at DESC, "
+        "id DESC LIMIT " +
+        std::to_string(keep) + ')');
+  }
+
+  void CreateTables() const {
+    if (database_.Identify() == Database::Content::kStore) return;
+    database_.Execute(StoreSchema());
+    database_.Execute("PRAGMA application_id = " + std::to_string(kApplicationId));
+    database_.Execute("PRAGMA user_version = " + std::to_string(kSchemaVersion));
+  }
+
+  bool IsNew(const Head& head, std::string_view label) {
+    std::string name(head.port_guid == 0 ? label : std::string_view());
+    const bool is_new = ports_.emplace(head.port_guid, head.number, std::move(name)).second;
+    if (!is_new) ++repeated_ports_;
+    return is_new;
+  }
+
+  static void BindPort(Statement& statement, std::string_view node_guid, std::string_view port_guid,
+                       std::uint32_t number, std::string_view label) {
+    statement.Bind(kNodeGuidParameter, node_guid);
+    statement.Bind(kPortGuidParameter, port_guid);
+    statement.Bind(kPortNumParameter, std::int64_t{number});
+    BindText(statement, kLabelParameter, label);
+  }
+
+  void AddRecord(std::string_view record) {
+    insert_record_->Bind(kSnapshotParameter + 1, record);
+    insert_record_->Run();
+  }
+
+  void AddCable(std::string_view label, std::string_view cells) {
+    int parameter = kSnapshotParameter;
+    BindText(*insert_cable_, ++parameter, label);
+    while (!cells.empty()) BindCell(*insert_cable_, ++parameter, cells);
+    insert_cable_->Run();
+  }
+
+  void AddReadings(const Head& head, std::string_view label, std::string_view readings) {
+    const std::string node_guid = GuidText(head.node_guid);
+    const std::string port_guid = GuidText(head.port_guid);
+    BindPort(*insert_reading_, node_guid, port_guid, head.number, label);
+    while (!readings.empty()) {
+      const auto reading = Take<StoredReading>(readings);
+      int parameter = kLabelParameter;
+      insert_reading_->Bind(++parameter, TakeText(readings, reading.quantity));
+      insert_reading_->Bind(++parameter, std::int64_t{reading.lane});
+      BindNumber(*insert_reading_, ++parameter, reading.value);
+      insert_reading_->Bind(++parameter, TakeText(readings, reading.unit));
+      for (const double threshold : reading.thresholds) {
+        BindNumber(*insert_reading_, ++parameter, threshold);
+      }
+      if (reading.has_flags) {
+        insert_reading_->Bind(++parameter, std::int64_t{reading.flags});
+      } else {
+        insert_reading_->BindNull(++parameter);
+      }
+      insert_reading_->Run();
+    }
+  }
+
+  Database database_;
+  std::int64_t snapshot_ = 0;
+  std::optional<Statement> insert_cable_;
+  std::optional<Statement> insert_reading_;
+  std::optional<Statement> insert_record_;
+  std::set<PortKey> ports_;
+  std::size_t repeated_ports_ = 0;
+  CheckResult judged_;
+};
+
+void WriteStoredPort(std::ostream& os, const Port& port, const cable_info::RuleSettings& settings) {
+  const Readings port_readings = ReadingsOf(port);
+  PackedCells cells;
+  VisitCells(port, cells);
+  TextBuffer readings;
+  AppendReadings(readings, port_readings);
+  std::ostringstream judgement;
+  WriteJudgedPort(judgement, port, port_readings, settings);
+  const Head head = {port.node_guid,
+                     port.port_guid,
+                     port.number,
+                     static_cast<std::uint32_t>(port.label.size()),
+                     static_cast<std::uint32_t>(port.record.size()),
+                     static_cast<std::uint32_t>(cells.view().size()),
+                     static_cast<std::uint32_t>(readings.size()),
+                     static_cast<std::uint32_t>(judgement.view().size())};
+  TextBuffer start;
+  AppendBytes(start, head);
+  os << start.view() << port.label << port.record << cells.view() << readings.view()
+     << judgement.view();
+}
+
+Store::Store(const std::string& path, const cable_info::RuleSettings& settings)
+    : writer_(std::make_unique<Writer>(path, settings)) {}
+Store::~Store() = default;
+void Store::Begin(const Snapshot& snapshot) { writer_->Begin(snapshot); }
+void Store::Add(std::string_view ports) { writer_->Add(ports); }
+void Store::Finish() { writer_->Finish(); }
+void Store::Commit(std::optional<std::uint32_t> keep) { writer_->Commit(keep); }
+std::size_t Store::repeated_ports() const { return writer_->repeated_ports(); }
+
+}  // namespace cli
