@@ -79,6 +79,7 @@ ExitStatus Run(int argc, char** argv) {
   cli::AddCheckCommand(app, action);
   cli::AddDiffCommand(app, action);
   cli::AddMetricsCommand(app, action);
+  cli::AddPageCommand(app, action);
   cli::AddStoreCommand(app, action);
   cli::AddModuleCommand(app, action);
   cli::AddColumnsCommand(app, action);

@@ -19,6 +19,7 @@ void AddExportCommand(CLI::App& app, Action& action);
 void AddCheckCommand(CLI::App& app, Action& action);
 void AddDiffCommand(CLI::App& app, Action& action);
 void AddMetricsCommand(CLI::App& app, Action& action);
+void AddPageCommand(CLI::App& app, Action& action);
 void AddStoreCommand(CLI::App& app, Action& action);
 void AddModuleCommand(CLI::App& app, Action& action);
 void AddColumnsCommand(CLI::App& app, Action& action);

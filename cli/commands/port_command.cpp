@@ -109,6 +109,15 @@ CLI::App* AddPortCommand(CLI::App& app, const std::string& name, const std::stri
   return command;
 }
 
+std::string InputNames(const PortOptions& options) {
+  std::string names;
+  for (const std::string& path : InputPaths(options)) {
+    if (!names.empty()) names += ' ';
+    names += InputName(path);
+  }
+  return names;
+}
+
 ExitStatus WritePorts(const PortOptions& options, const PortWriter& writer,
                       PortCollector* collector) {
   if (const std::optional<std::string> problem = UsageProblem(options)) {

@@ -17,6 +17,9 @@ CLI::App* AddPortCommand(CLI::App& app, const std::string& name, const std::stri
 /// Adds the options that do not name the input.
 void AddRunOptions(CLI::App& command, PortOptions& options);
 
+/// The names of all files that the run reads, separated by blanks.
+std::string InputNames(const PortOptions& options);
+
 /// Reads the ports of the command line and writes each with `writer`: to the output, or when there
 /// is one, to `collector`.
 ExitStatus WritePorts(const PortOptions& options, const PortWriter& writer,

@@ -13,10 +13,8 @@
 
 #include "cable_info/readings/rules.h"
 #include "cli/commands/commands.h"
-#include "cli/commands/module_run.h"
 #include "cli/commands/port_command.h"
 #include "cli/commands/rule_options.h"
-#include "cli/input/input_name.h"
 #include "cli/input/same_file.h"
 #include "cli/message.h"
 #include "cli/store/database.h"
@@ -80,17 +78,6 @@ class StoreCollector : public PortCollector {
   const cable_info::RuleSettings& settings_;
   std::unique_ptr<Store> store_;
 };
-
-std::string InputNames(const PortOptions& options) {
-  std::vector<std::string> paths = options.modules.empty() ? options.inputs : ModulePaths(options);
-  if (paths.empty()) paths.emplace_back(kStandardInput);
-  std::string names;
-  for (const std::string& path : paths) {
-    if (!names.empty()) names += ' ';
-    names += InputName(path);
-  }
-  return names;
-}
 
 // Why the snapshot must not be kept; null when it may.
 const char* Reason(const Options& options, ExitStatus status, bool has_ports) {

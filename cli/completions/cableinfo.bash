@@ -6,7 +6,7 @@ _cableinfo() {
   port_options+=' --port --strict --quiet'
   COMPREPLY=()
   if [ "$COMP_CWORD" -eq 1 ]; then
-    mapfile -t COMPREPLY < <(compgen -W 'table report export module check diff metrics store columns --help --version' -- "$word")
+    mapfile -t COMPREPLY < <(compgen -W 'table report export module check diff metrics page store columns --help --version' -- "$word")
     return
   fi
   local options
@@ -20,6 +20,7 @@ _cableinfo() {
     module) options="$port_options --json" ;;
     report | export) options=$port_options ;;
     metrics) options="$port_options --config --set" ;;
+    page) options="$port_options --config --set" ;;
     store) options="${port_options/ --output/} --config --keep --set --taken-at" ;;
     columns) options='--help --json' ;;
   esac

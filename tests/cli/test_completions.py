@@ -7,7 +7,7 @@ import unittest
 from program import ROOT, ProgramTest, run
 
 COMPLETIONS = ROOT / "cli" / "completions"
-COMMANDS = {"table", "report", "export", "module", "check", "diff", "metrics", "store", "columns"}
+COMMANDS = {"table", "report", "export", "module", "check", "diff", "metrics", "page", "store", "columns"}
 
 
 def help_options(*command):

@@ -1,0 +1,339 @@
+// The data of a page is one JSON object:
+//
+//     {"input": "fabric.jsonl", "version": "0.2.0", ...,
+//      "rules": [{"name": "rx-los", "meaning": "loss of ...", "unit": "mW"}, ...],
+//      "models": [...], "flags": [...], "controls": [...],      what ports have in common
+//      "ports": [{"model": 0, "flags": 2, "controls": 1, "guid": "0x...", "rx_power": [...]}, ...],
+//      "findings": [[port, rule, severity, lane, "sentence"], ...]}
+//
+// Absent keys of a port are unknown. Lists by lane begin with lane 1, and findings of a port with
+// its worst.
+
+#include "cli/output/page_data.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <optional>
+#include <ostream>
+#include <sstream>
+#include <type_traits>
+
+#include "cable_info/readings/readings.h"
+#include "cable_info/text/text_buffer.h"
+#include "cable_info/value_format.h"
+#include "cable_info/version.h"
+#include "cli/output/json_text.h"
+#include "cli/output/page_template.h"
+#include "cli/output/readings_json.h"
+
+namespace cli {
+
+using cable_info::Finding;
+using cable_info::Observable;
+using cable_info::Quantity;
+using cable_info::Reading;
+using cable_info::Readings;
+using cable_info::text::TextBuffer;
+
+namespace {
+
+// The sizes of the parts of a port, which follow in this order.
+struct Head {
+  std::size_t judged = 0;
+  std::size_t model = 0;
+  std::size_t flags = 0;
+  std::size_t controls = 0;
+  std::size_t port = 0;
+};
+
+static_assert(std::is_trivially_copyable_v<Head>);
+
+constexpr std::array<Quantity, 3> kLaneQuantities = {Quantity::kRxPower, Quantity::kTxPower,
+                                                     Quantity::kTxBias};
+
+// ---------------------------------------------------------------------------------------------
+// The parts of a port
+// ---------------------------------------------------------------------------------------------
+
+void WriteText(JsonText& json, std::string_view key, std::string_view text) {
+  if (!text.empty()) json.Key(key).Bytes(text);
+}
+
+void WriteThresholds(JsonText& json, const Reading& reading) {
+  json.BeginArray();
+  for (const cable_info::Bound bound : cable_info::kAllBounds) {
+    json.OrNull(reading.Threshold(bound));
+  }
+  json.EndArray();
+}
+
+bool HasThresholds(const Reading& reading) {
+  for (const cable_info::Bound bound : cable_info::kAllBounds) {
+    if (reading.Threshold(bound)) return true;
+  }
+  return false;
+}
+
+// The thresholds of each quantity, which all lanes share.
+void WriteThresholds(JsonText& json, const Readings& port) {
+  json.Key("thresholds").BeginObject();
+  std::optional<Quantity> last;
+  for (const Reading& reading : port) {
+    if (last == reading.quantity || !HasThresholds(reading)) continue;
+    last = reading.quantity;
+    json.Key(QuantityName(reading.quantity));
+    WriteThresholds(json, reading);
+  }
+  json.EndObject();
+}
+
+void WriteModel(TextBuffer& out, const Readings& port) {
+  JsonText json(out);
+  cable_info::Lengths lengths = port.lengths;
+  lengths.measured.reset();
+  json.BeginObject();
+  WriteText(json, "source", port.source);
+  WriteText(json, "vendor", port.identity.vendor);
+  WriteText(json, "oui", port.identity.oui);
+  WriteText(json, "part_number", port.identity.part_number);
+  WriteText(json, "revision", port.identity.revision);
+  WriteText(json, "firmware", port.identity.firmware);
+  WriteCodes(json, port);
+  WriteSpeeds(json, port);
+  WritePower(json, port);
+  WriteLengths(json, lengths);
+  WriteAttenuation(json, port.attenuation);
+  WritePowerType(json, port);
+  json.Key("lanes").Integer(static_cast<std::uint32_t>(port.lanes));
+  WriteThresholds(json, port);
+  json.EndObject();
+}
+
+void WriteFlags(JsonText& json, const cable_info::Flags& flags) {
+  json.BeginArray();
+  json.Integer(flags.known);
+  json.Integer(flags.raised);
+  json.EndArray();
+}
+
+// The flags as pairs of the bits that are known and raised, and the states of the readings.
+void WriteFlagsAndStates(TextBuffer& out, const Readings& port) {
+  JsonText json(out);
+  json.BeginObject();
+  json.Key("readings").BeginArray();
+  for (const Reading& reading : port) WriteFlags(json, reading.latched);
+  json.EndArray();
+  json.Key("states").BeginArray();
+  for (const Reading& reading : port) json.Integer(static_cast<std::uint32_t>(reading.state));
+  json.EndArray();
+  json.Key("lanes").BeginArray();
+  for (const cable_info::LaneFlag flag : cable_info::kAllLaneFlags) WriteFlags(json, port.Of(flag));
+  json.EndArray();
+  json.EndObject();
+}
+
+void WriteAllControls(TextBuffer& out, const Readings& port) {
+  JsonText json(out);
+  json.BeginArray();
+  for (int lane = 1; lane <= port.lanes; ++lane) {
+    json.BeginObject();
+    WriteControls(json, port.controls, lane);
+    json.EndObject();
+  }
+  json.EndArray();
+}
+
+void WriteValue(JsonText& json, const Reading& reading) {
+  reading.IsPresent() ? json.Number(reading.value) : json.Null();
+}
+
+void WriteModuleReading(JsonText& json, const Readings& port, Quantity quantity) {
+  const Reading& reading = port.Of(quantity);
+  if (reading.IsPresent()) json.Key(QuantityName(quantity)).Number(reading.value);
+}
+
+void WriteLaneReadings(JsonText& json, const Readings& port, Quantity quantity) {
+  int last = port.lanes;
+  while (last > 0 && !port.Of(quantity, last).IsPresent()) --last;
+  if (last == 0) return;
+  json.Key(QuantityName(quantity)).BeginArray();
+  for (int lane = 1; lane <= last; ++lane) WriteValue(json, port.Of(quantity, lane));
+  json.EndArray();
+}
+
+void WriteObservables(JsonText& json, const Readings& port) {
+  if (port.observables.empty()) return;
+  json.Key("observables").BeginArray();
+  for (const Observable& observable : port.observables) {
+    json.BeginArray();
+    json.Bytes(observable.name);
+    json.Bytes(observable.place);
+    json.Bytes(observable.unit);
+    WriteValue(json, observable.reading);
+    WriteThresholds(json, observable.reading);
+    WriteFlags(json, observable.reading.latched);
+    json.EndArray();
+  }
+  json.EndArray();
+}
+
+// The members of a port's object. The braces and the shared parts are added by `Page`.
+void WriteOwn(TextBuffer& out, const Port& port, const Readings& readings) {
+  JsonText json(out);
+  json.Key("node").Plain(GuidText(port.node_guid));
+  json.Key("guid").Plain(GuidText(port.port_guid));
+  json.Key("number").Integer(port.number);
+  if (!port.label.empty()) json.Key("label").Utf8(port.label);
+  if (readings.query_status && *readings.query_status != 0) {
+    json.Key("status").Bytes(cable_info::ConvertCableInfoVSStatusToStr(*readings.query_status));
+  }
+  WriteText(json, "serial_number", readings.identity.serial_number);
+  WriteText(json, "date_code", readings.identity.date_code);
+  if (readings.identity.lot) json.Key("lot").Integer(*readings.identity.lot);
+  if (readings.lengths.measured) json.Key("measured").Number(*readings.lengths.measured);
+  WriteModuleReading(json, readings, Quantity::kTemperature);
+  WriteModuleReading(json, readings, Quantity::kVoltage);
+  for (const Quantity quantity : kLaneQuantities) WriteLaneReadings(json, readings, quantity);
+  json.Key("used").Integer(readings.lanes_in_use);
+  WriteObservables(json, readings);
+}
+
+std::string_view Take(std::string_view& bytes, std::size_t size) {
+  const std::string_view taken = bytes.substr(0, size);
+  bytes.remove_prefix(size);
+  return taken;
+}
+
+// ---------------------------------------------------------------------------------------------
+// The page
+// ---------------------------------------------------------------------------------------------
+
+// Writes JSON into an element of HTML. Outside its texts JSON has none of the characters that HTML
+// gives a meaning, and inside they can be escapes.
+void WriteInHtml(std::ostream& os, std::string_view json) {
+  constexpr std::string_view kSpecial = "<>&";
+  while (!json.empty()) {
+    const std::size_t plain = std::min(json.find_first_of(kSpecial), json.size());
+    os.write(json.data(), static_cast<std::streamsize>(plain));
+    json.remove_prefix(plain);
+    if (json.empty()) return;
+    os << (json.front() == '<' ? "\\u003c" : json.front() == '>' ? "\\u003e" : "\\u0026");
+    json.remove_prefix(1);
+  }
+}
+
+void WriteInHtml(std::ostream& os, const TextBuffer& json) { WriteInHtml(os, json.view()); }
+
+void WriteShared(std::ostream& os, std::string_view key,
+                 const std::vector<const std::string*>& texts) {
+  os << ",\n\"" << key << "\":[";
+  std::string_view separator = "\n";
+  for (const std::string* const text : texts) {
+    os << separator;
+    WriteInHtml(os, *text);
+    separator = ",\n";
+  }
+  os << ']';
+}
+
+void WriteAbout(std::ostream& os, const Page::About& about) {
+  TextBuffer text;
+  JsonText json(text);
+  json.BeginObject();
+  json.Key("input").Utf8(about.input);
+  json.Key("version").Plain(cable_info::kVersion);
+  json.Key("written_at").Plain(about.written_at);
+  json.Key("rules").BeginArray();
+  for (std::size_t i = 0; i < cable_info::kRules; ++i) {
+    const cable_info::Rule rule = cable_info::RuleOf(i);
+    json.BeginObject();
+    json.Key("name").Plain(RuleName(rule));
+    json.Key("meaning").Bytes(RuleMeaning(rule));
+    json.EndObject();
+  }
+  json.EndArray();
+  WriteInHtml(os, text);  // the object is closed after its last member
+}
+
+void WriteFindings(std::ostream& os, const CheckResult& judged) {
+  os << ",\n\"findings\":[";
+  std::string_view separator = "\n";
+  for (std::size_t port = 0; port < judged.size(); ++port) {
+    if (judged.VerdictOf(port) == cable_info::Verdict::kOk) continue;
+    for (const Finding& finding : judged.FindingsOf(port)) {
+      TextBuffer text;
+      JsonText json(text);
+      json.BeginArray();
+      json.Integer(static_cast<std::uint32_t>(port));
+      json.Integer(static_cast<std::uint32_t>(finding.rule));
+      json.Integer(static_cast<std::uint32_t>(finding.severity));
+      json.Integer(finding.lane);
+      json.Bytes(Sentence(finding));
+      json.EndArray();
+      os << separator;
+      WriteInHtml(os, text);
+      separator = ",\n";
+    }
+  }
+  os << ']';
+}
+
+}  // namespace
+
+void WritePagePort(std::ostream& os, const Port& port, const cable_info::RuleSettings& settings) {
+  const Readings readings = ReadingsOf(port);
+  std::ostringstream judged;
+  WriteJudgedPort(judged, port, readings, settings);
+  TextBuffer model;
+  TextBuffer flags;
+  TextBuffer controls;
+  TextBuffer own;
+  WriteModel(model, readings);
+  WriteFlagsAndStates(flags, readings);
+  WriteAllControls(controls, readings);
+  WriteOwn(own, port, readings);
+  const Head head{judged.view().size(), model.size(), flags.size(), controls.size(), own.size()};
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): the bytes of plain values
+  os.write(reinterpret_cast<const char*>(&head), sizeof(head));
+  os << judged.view() << model.view() << flags.view() << controls.view() << own.view();
+}
+
+std::size_t Page::Shared::IndexOf(std::string_view text) {
+  const auto [entry, is_new] = indexes_.emplace(text, texts_.size());
+  if (is_new) texts_.push_back(&entry->first);
+  return entry->second;
+}
+
+void Page::Add(std::string_view ports) {
+  while (!ports.empty()) {
+    Head head;
+    std::memcpy(&head, ports.data(), sizeof(head));
+    ports.remove_prefix(sizeof(head));
+    judged_.Add(Take(ports, head.judged));
+    const std::size_t model = models_.IndexOf(Take(ports, head.model));
+    const std::size_t flags = flags_.IndexOf(Take(ports, head.flags));
+    const std::size_t controls = controls_.IndexOf(Take(ports, head.controls));
+    if (!ports_.empty()) ports_ += ",\n";
+    ports_ += "{\"model\":" + std::to_string(model) + ",\"flags\":" + std::to_string(flags) +
+              ",\"controls\":" + std::to_string(controls) + ',';
+    ports_ += Take(ports, head.port);
+    ports_ += '}';
+  }
+}
+
+void Page::WriteTo(std::ostream& os, const About& about) {
+  judged_.Finish();
+  os << kPageHead;
+  WriteAbout(os, about);
+  WriteShared(os, "models", models_.texts());
+  WriteShared(os, "flags", flags_.texts());
+  WriteShared(os, "controls", controls_.texts());
+  os << ",\n\"ports\":[\n";
+  WriteInHtml(os, ports_);
+  os << ']';
+  WriteFindings(os, judged_);
+  os << '}' << kPageTail;
+}
+
+}  // namespace cli

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "cable_info/readings/rules.h"
+#include "cli/input/port.h"
+#include "cli/output/check_result.h"
+
+namespace cli {
+
+/// Writes a port in a form that `Page::Add` reads. Any thread may do so.
+void WritePagePort(std::ostream& os, const Port& port, const cable_info::RuleSettings& settings);
+
+/// A page for people, one HTML file that holds all ports of a run. What many ports have in common
+/// is kept once, so that little more than a port's own readings is kept of each.
+class Page {
+ public:
+  struct About {
+    std::string input;       ///< names of the inputs
+    std::string written_at;  ///< UTC
+  };
+
+  explicit Page(const cable_info::RuleSettings& settings) : judged_(settings) {}
+
+  /// Adds the ports that `WritePagePort` wrote one after the other.
+  void Add(std::string_view ports);
+  /// Judges the fabric, and writes the page. To be called once.
+  void WriteTo(std::ostream& os, const About& about);
+
+ private:
+  // JSON texts that are written once, in an array, and referred to by their index.
+  class Shared {
+   public:
+    std::size_t IndexOf(std::string_view text);
+    const std::vector<const std::string*>& texts() const { return texts_; }
+
+   private:
+    std::unordered_map<std::string, std::size_t> indexes_;
+    std::vector<const std::string*> texts_;  // the keys of indexes_
+  };
+
+  CheckResult judged_;
+  std::string ports_;  // the JSON of the ports, separated by commas
+  Shared models_;
+  Shared flags_;
+  Shared controls_;
+};
+
+}  // namespace cli

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string_view>
+
+namespace cli {
+
+/// The page before and after its data, which is JSON in an element of its own. The build makes both
+/// from the files in `cli/page/`.
+/// @{
+extern const std::string_view kPageHead;
+extern const std::string_view kPageTail;
+/// @}
+
+}  // namespace cli

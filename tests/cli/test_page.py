@@ -1,0 +1,155 @@
+"""The HTML page: one file that holds its data, its scripts and a policy that allows nothing else."""
+
+import base64
+import hashlib
+import json
+import re
+import unittest
+
+from program import FABRIC, ROOT, ProgramTest, run
+
+FAULTS = ROOT / "examples" / "faults.jsonl"
+HOSTILE = "</script><img src=x onerror=alert(1)>&<!--\u2028\u2029"
+
+OPTIC = {"Identifier": 0x11, "VendorName": "Acme", "PartNumber": "P1", "SerialNumber": "S1",
+         "TransmitterTechnologyCode": 0, "Temperature": 0x2900, "SupplyVoltage": 33000,
+         "RxPower": [0.5, 0.25, 1, 2], "TxPower": [1, 1, 1, 1], "TxBias": [7, 7, 7, 7],
+         "TempHighAlarmThresh": 0x4B00, "TempHighWarnThresh": 0x4600, "TempLowAlarmThresh": 0xFB00,
+         "TempLowWarnThresh": 0}
+
+
+def data_of(page):
+    return json.loads(re.search(r'<script id="data" type="application/json">(.*?)</script>', page, re.S)[1])
+
+
+def page(*arguments, **options):
+    result = run("page", "-q", *arguments, **options)
+    assert result.returncode == 0, result.stderr
+    return result.stdout.decode()
+
+
+class Data(ProgramTest):
+    def test_readings_of_a_port(self):
+        data = data_of(page(stdin=[{"port_guid": "0x2a", "port_num": 7, "label": "leaf 1", "cable": OPTIC}]))
+        [port] = data["ports"]
+        model = data["models"][port["model"]]
+        self.assertEqual((port["guid"], port["number"], port["label"]), ("0x000000000000002a", 7, "leaf 1"))
+        self.assertEqual((port["temperature"], port["voltage"]), (41, 3.3))
+        self.assertEqual(port["rx_power"], [0.5, 0.25, 1, 2])
+        self.assertEqual(port["tx_bias"], [7, 7, 7, 7])
+        self.assertEqual(port["used"], 0b1111)
+        self.assertEqual(port["serial_number"], "S1")
+        self.assertEqual((model["vendor"], model["part_number"]), ("Acme", "P1"))
+        self.assertEqual(model["identifier"], {"code": 0x11, "name": "QSFP28"})
+        self.assertEqual(model["thresholds"], {"temperature": [75, -5, 70, 0]})
+
+    def test_ports_share_what_is_the_same(self):
+        ports = [{"port_num": n, "cable": {**OPTIC, "SerialNumber": f"S{n}"}} for n in range(20)]
+        data = data_of(page(stdin=ports))
+        self.assertEqual([port["serial_number"] for port in data["ports"]], [f"S{n}" for n in range(20)])
+        self.assertEqual([len(data[key]) for key in ("models", "flags", "controls")], [1, 1, 1])
+
+    def test_findings_are_those_of_check(self):
+        files = [FABRIC, FAULTS]
+        data = data_of(page(*files))
+        lines = [json.loads(line) for line in run("check", "-q", "--json", *files).stdout.splitlines()]
+        *ports, summary = lines
+        self.assertEqual(len(data["ports"]), len(ports))
+        severities = ["off", "unknown", "warning", "critical"]
+        found = {}
+        for port, rule, severity, lane, sentence in data["findings"]:
+            found.setdefault(port, []).append(
+                (data["rules"][rule]["name"], severities[severity], lane or None, sentence))
+        for index, port in enumerate(ports):
+            expected = [(f["rule"], f["severity"], f["lane"], f["message"]) for f in port["findings"]]
+            self.assertEqual(found.get(index, []), expected)
+        self.assertGreater(summary["summary"]["verdicts"]["critical"], 5)
+
+    def test_settings_of_rules(self):
+        one = {"cable": OPTIC}
+        self.assertEqual(data_of(page("--set", "lane-imbalance=10", stdin=[one]))["findings"], [])
+        config = self.file("limits.conf", b"lane-imbalance = critical\n")
+        [[_, rule, severity, *_]] = data_of(page("--config", config, stdin=[one]))["findings"]
+        self.assertEqual(severity, 3)
+
+    def test_a_wrong_setting(self):
+        result = run("page", "--set", "lane-imbalanc=3", FABRIC)
+        self.assertEqual(result.returncode, 2)
+        self.assertIn(b'did you mean "lane-imbalance"', result.stderr)
+        self.assertEqual(result.stdout, b"")
+
+    def test_selection(self):
+        data = data_of(page("--port", "1", "--port", "3", FABRIC))
+        self.assertEqual({port["number"] for port in data["ports"]}, {1, 3})
+
+    def test_dumps(self):
+        memory = bytearray(256)
+        memory[0] = memory[128] = 0x11
+        memory[148:152] = b"Acme"
+        dump = self.file("qsfp.bin", bytes(memory))
+        data = data_of(page("--module", dump))
+        self.assertEqual(data["ports"][0]["label"], "qsfp.bin")
+        self.assertEqual(data["models"][0]["vendor"], "Acme")
+
+    def test_the_same_with_any_number_of_threads(self):
+        def without_time(jobs):
+            return re.sub(r'"written_at":"[^"]*"', "", page("-j", jobs, FABRIC, FAULTS))
+        self.assertEqual(without_time(1), without_time(4))
+
+    def test_no_ports(self):
+        data = data_of(page(stdin=b""))
+        self.assertEqual((data["ports"], data["findings"], data["input"]), ([], [], "<stdin>"))
+
+    def test_a_bad_port_is_left_out(self):
+        output = self.folder / "out.html"
+        result = run("page", "-q", "-o", output, stdin=b'{"port_num": 1}\n{"port_nam": 2}\n')
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(len(data_of(output.read_text())["ports"]), 1)
+
+
+class Html(ProgramTest):
+    def test_policy_allows_exactly_what_the_page_holds(self):
+        text = page(FABRIC)
+        policy = re.search(r'content="(default-src [^"]*)"', text)[1]
+        directives = dict(part.strip().split(" ", 1) for part in policy.split(";"))
+        self.assertEqual(directives["default-src"], "'none'")
+        self.assertEqual(set(directives), {"default-src", "script-src", "style-src", "img-src", "base-uri",
+                                           "form-action"})
+
+        def sources(tag):
+            return {f"'sha256-{base64.b64encode(hashlib.sha256(code.encode()).digest()).decode()}'"
+                    for code in re.findall(rf"<{tag}>(.*?)</{tag}>", text, re.S)}
+        self.assertEqual(set(directives["script-src"].split()), sources("script"))
+        self.assertEqual(len(sources("script")), 2)
+        self.assertEqual(set(directives["style-src"].split()), sources("style"))
+
+    def test_nothing_is_loaded(self):
+        markup = re.sub(r"<(script|style|pre)\b.*?</\1>", "", page(FABRIC), flags=re.S)
+        self.assertNotRegex(markup, r"\bsrc=|https?:|url\(|@import")
+        self.assertEqual(re.findall(r'\bhref="([^"]*)"', markup), ["data:,", "#findings"])
+
+    def test_hostile_texts_stay_in_the_data(self):
+        cable = {**OPTIC, "VendorName": "</script><b>", "PartNumber": "<!--", "SerialNumber": "&lt;"}
+        text = page(stdin=[{"label": HOSTILE, "cable": cable}])
+        harmless = page(stdin=[{"label": "x", "cable": OPTIC}])
+        for tag in ("<script", "</script", "<img", "<!--", "<b>"):
+            self.assertEqual(text.count(tag), harmless.count(tag), tag)
+        block = re.search(r'type="application/json">(.*?)</script>', text, re.S)[1]
+        self.assertNotRegex(block, r"[<>&\u2028\u2029]")
+        data = data_of(text)
+        self.assertEqual(data["ports"][0]["label"], HOSTILE)
+        self.assertEqual(data["ports"][0]["serial_number"], "&lt;")
+        self.assertEqual(data["models"][0]["part_number"], "<!--")
+
+    def test_hostile_file_names(self):
+        path = self.file("<script>alert(1).jsonl", b'{"port_num": 1}\n')
+        self.assertEqual(data_of(page(path))["input"], str(path))
+
+    def test_licence_of_the_plots(self):
+        text = page(FABRIC)
+        self.assertIn("Chart.js Contributors", text)
+        self.assertIn("Permission is hereby granted, free of charge", text)
+
+
+if __name__ == "__main__":
+    unittest.main()
