@@ -1,15 +1,19 @@
 // cableinfo page
 
 #include <memory>
+#include <optional>
 #include <ostream>
+#include <string>
 #include <string_view>
-#include <utility>
 
 #include "cable_info/readings/rules.h"
 #include "cli/commands/commands.h"
 #include "cli/commands/port_command.h"
 #include "cli/commands/rule_options.h"
 #include "cli/output/page_data.h"
+#include "cli/output/whole_output.h"
+#include "cli/store/database.h"
+#include "cli/store/snapshot_reader.h"
 #include "cli/store/times.h"
 
 namespace cli {
@@ -20,7 +24,9 @@ constexpr const char* kExamples =
     "Examples:\n"
     "  cableinfo page fabric.jsonl -o fabric.html    open fabric.html in a browser\n"
     "  cableinfo page --label 'leaf-*' --set lane-imbalance=2.5 fabric.jsonl -o leaves.html\n"
-    "  cableinfo page --module eeprom.bin -o module.html";
+    "  cableinfo page --module eeprom.bin -o module.html\n"
+    "  cableinfo page fabric.db -o fabric.html       the latest snapshot of a store, with what\n"
+    "                                                has changed since the one before";
 
 struct Options {
   PortOptions ports;
@@ -39,25 +45,82 @@ class PagePortWriter : public PortWriter {
   const cable_info::RuleSettings& settings_;
 };
 
+class EarlierCollector : public PortCollector {
+ public:
+  explicit EarlierCollector(Page& page) : page_(page) {}
+
+  void Take(std::string_view ports) override { page_.AddEarlier(ports); }
+  void End(std::ostream& /*os*/) override {}
+
+ private:
+  Page& page_;
+};
+
 class PageCollector : public PortCollector {
  public:
-  PageCollector(const cable_info::RuleSettings& settings, Page::About about)
-      : page_(settings), about_(std::move(about)) {}
+  PageCollector(Page& page, const Page::About& about) : page_(page), about_(about) {}
 
   void Take(std::string_view ports) override { page_.Add(ports); }
   void End(std::ostream& os) override { page_.WriteTo(os, about_); }
 
  private:
-  Page page_;
-  Page::About about_;
+  Page& page_;
+  const Page::About& about_;
 };
 
-ExitStatus WritePage(const Options& options) {
+// The snapshot that is the only input; none for other inputs.
+std::optional<SnapshotName> OnlySnapshot(const PortOptions& options) {
+  return options.inputs.size() == 1 ? FindSnapshot(options.inputs.front()) : std::nullopt;
+}
+
+// None for the first snapshot of a store.
+std::optional<SnapshotName> EarlierSnapshot(const SnapshotName& snapshot) {
+  try {
+    return SnapshotBefore(snapshot);
+  } catch (const StoreError& error) {
+    if (error.code().value() != static_cast<int>(StoreProblem::kNoSnapshotBefore)) throw;
+    return std::nullopt;
+  }
+}
+
+// Adds what was before the snapshot, and gives the snapshot its number, so that it is the same one
+// even if another is added.
+ExitStatus AddEarlier(Options& options, const SnapshotName& named, const PortWriter& writer,
+                      Page& page, Page::About& about) {
+  std::string& input = options.ports.inputs.front();
+  try {
+    const SnapshotName snapshot = Numbered(named);
+    about.taken_at = TakenAt(snapshot);
+    input = snapshot.Input();
+    const std::optional<SnapshotName> earlier = EarlierSnapshot(snapshot);
+    if (!earlier) return ExitStatus::kGood;
+    about.earlier_taken_at = TakenAt(*earlier);
+    PortOptions earlier_options = options.ports;
+    earlier_options.inputs = {earlier->Input()};
+    earlier_options.output = "-";  // to which nothing is written
+    EarlierCollector collector(page);
+    return WritePorts(earlier_options, writer, &collector);
+  } catch (const StoreError& error) {
+    return FileFailed(input, error.code());
+  }
+}
+
+ExitStatus WritePage(Options options) {
   cable_info::RuleSettings settings;
   const ExitStatus usage = ApplyRuleOptions(options.rules, settings);
   if (usage != ExitStatus::kGood) return usage;
-  PageCollector collector(settings, {InputNames(options.ports), TimeNow()});
-  return WritePorts(options.ports, PagePortWriter(settings), &collector);
+  const PagePortWriter writer(settings);
+  Page page(settings);
+  Page::About about;
+  ExitStatus earlier_status = ExitStatus::kGood;
+  if (const std::optional<SnapshotName> snapshot = OnlySnapshot(options.ports)) {
+    earlier_status = AddEarlier(options, *snapshot, writer, page, about);
+    if (earlier_status >= ExitStatus::kUsage) return earlier_status;
+  }
+  about.input = InputNames(options.ports);
+  about.written_at = TimeNow();
+  PageCollector collector(page, about);
+  return Worse(earlier_status, WritePorts(options.ports, writer, &collector));
 }
 
 }  // namespace

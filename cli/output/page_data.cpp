@@ -3,8 +3,10 @@
 //     {"input": "fabric.jsonl", "version": "0.2.0", ...,
 //      "rules": [{"name": "rx-los", "meaning": "loss of ...", "unit": "mW"}, ...],
 //      "models": [...], "flags": [...], "controls": [...],      what ports have in common
-//      "ports": [{"model": 0, "flags": 2, "controls": 1, "guid": "0x...", "rx_power": [...]}, ...],
-//      "findings": [[port, rule, severity, lane, "sentence"], ...]}
+//      "ports": [{"model": 0, "flags": 2, "controls": 1, "guid": "0x...",
+//                 "readings": {"rx_power": [...], ...}, "earlier": {...}}, ...],
+//      "gone": ["0x.../1", ...],                                earlier ports that are not there
+//      now "findings": [[port, rule, severity, lane, "sentence"], ...]}
 //
 // Absent keys of a port are unknown. Lists by lane begin with lane 1, and findings of a port with
 // its worst.
@@ -44,7 +46,9 @@ struct Head {
   std::size_t model = 0;
   std::size_t flags = 0;
   std::size_t controls = 0;
-  std::size_t port = 0;
+  std::size_t name = 0;
+  std::size_t own = 0;
+  std::size_t readings = 0;
 };
 
 static_assert(std::is_trivially_copyable_v<Head>);
@@ -69,10 +73,8 @@ void WriteThresholds(JsonText& json, const Reading& reading) {
 }
 
 bool HasThresholds(const Reading& reading) {
-  for (const cable_info::Bound bound : cable_info::kAllBounds) {
-    if (reading.Threshold(bound)) return true;
-  }
-  return false;
+  return std::any_of(reading.thresholds.begin(), reading.thresholds.end(),
+                     [](const std::optional<float>& threshold) { return threshold.has_value(); });
 }
 
 // The thresholds of each quantity, which all lanes share.
@@ -178,7 +180,20 @@ void WriteObservables(JsonText& json, const Readings& port) {
   json.EndArray();
 }
 
-// The members of a port's object. The braces and the shared parts are added by `Page`.
+// What changes from time to time.
+void WriteReadings(TextBuffer& out, const Readings& port) {
+  JsonText json(out);
+  json.BeginObject();
+  WriteText(json, "serial_number", port.identity.serial_number);
+  WriteModuleReading(json, port, Quantity::kTemperature);
+  WriteModuleReading(json, port, Quantity::kVoltage);
+  for (const Quantity quantity : kLaneQuantities) WriteLaneReadings(json, port, quantity);
+  json.Key("used").Integer(port.lanes_in_use);
+  WriteObservables(json, port);
+  json.EndObject();
+}
+
+// The other members of a port's object.
 void WriteOwn(TextBuffer& out, const Port& port, const Readings& readings) {
   JsonText json(out);
   json.Key("node").Plain(GuidText(port.node_guid));
@@ -188,21 +203,47 @@ void WriteOwn(TextBuffer& out, const Port& port, const Readings& readings) {
   if (readings.query_status && *readings.query_status != 0) {
     json.Key("status").Bytes(cable_info::ConvertCableInfoVSStatusToStr(*readings.query_status));
   }
-  WriteText(json, "serial_number", readings.identity.serial_number);
   WriteText(json, "date_code", readings.identity.date_code);
   if (readings.identity.lot) json.Key("lot").Integer(*readings.identity.lot);
   if (readings.lengths.measured) json.Key("measured").Number(*readings.lengths.measured);
-  WriteModuleReading(json, readings, Quantity::kTemperature);
-  WriteModuleReading(json, readings, Quantity::kVoltage);
-  for (const Quantity quantity : kLaneQuantities) WriteLaneReadings(json, readings, quantity);
-  json.Key("used").Integer(readings.lanes_in_use);
-  WriteObservables(json, readings);
+}
+
+// What identifies a port at two times: GUID and number, or without a GUID its label.
+std::string NameOf(const Port& port) {
+  if (port.port_guid == 0 && !port.label.empty()) return port.label;
+  return GuidText(port.port_guid) + '/' + std::to_string(port.number);
 }
 
 std::string_view Take(std::string_view& bytes, std::size_t size) {
   const std::string_view taken = bytes.substr(0, size);
   bytes.remove_prefix(size);
   return taken;
+}
+
+struct Parts {
+  std::string_view judged;
+  std::string_view model;
+  std::string_view flags;
+  std::string_view controls;
+  std::string_view name;
+  std::string_view own;
+  std::string_view readings;
+};
+
+// Takes a port from the front of `bytes`.
+Parts TakeParts(std::string_view& bytes) {
+  Head head;
+  std::memcpy(&head, bytes.data(), sizeof(head));
+  bytes.remove_prefix(sizeof(head));
+  Parts parts;
+  parts.judged = Take(bytes, head.judged);
+  parts.model = Take(bytes, head.model);
+  parts.flags = Take(bytes, head.flags);
+  parts.controls = Take(bytes, head.controls);
+  parts.name = Take(bytes, head.name);
+  parts.own = Take(bytes, head.own);
+  parts.readings = Take(bytes, head.readings);
+  return parts;
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -244,6 +285,8 @@ void WriteAbout(std::ostream& os, const Page::About& about) {
   json.Key("input").Utf8(about.input);
   json.Key("version").Plain(cable_info::kVersion);
   json.Key("written_at").Plain(about.written_at);
+  json.Key("taken_at").BytesOrNull(about.taken_at);
+  json.Key("earlier_taken_at").BytesOrNull(about.earlier_taken_at);
   json.Key("rules").BeginArray();
   for (std::size_t i = 0; i < cable_info::kRules; ++i) {
     const cable_info::Rule rule = cable_info::RuleOf(i);
@@ -289,14 +332,19 @@ void WritePagePort(std::ostream& os, const Port& port, const cable_info::RuleSet
   TextBuffer flags;
   TextBuffer controls;
   TextBuffer own;
+  TextBuffer values;
   WriteModel(model, readings);
   WriteFlagsAndStates(flags, readings);
   WriteAllControls(controls, readings);
   WriteOwn(own, port, readings);
-  const Head head{judged.view().size(), model.size(), flags.size(), controls.size(), own.size()};
+  WriteReadings(values, readings);
+  const std::string name = NameOf(port);
+  const Head head{judged.view().size(), model.size(), flags.size(), controls.size(),
+                  name.size(),          own.size(),   values.size()};
   // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): the bytes of plain values
   os.write(reinterpret_cast<const char*>(&head), sizeof(head));
-  os << judged.view() << model.view() << flags.view() << controls.view() << own.view();
+  os << judged.view() << model.view() << flags.view() << controls.view() << name << own.view()
+     << values.view();
 }
 
 std::size_t Page::Shared::IndexOf(std::string_view text) {
@@ -305,21 +353,42 @@ std::size_t Page::Shared::IndexOf(std::string_view text) {
   return entry->second;
 }
 
+void Page::AddEarlier(std::string_view ports) {
+  has_earlier_ = true;
+  while (!ports.empty()) {
+    const Parts port = TakeParts(ports);
+    earlier_.emplace(port.name, port.readings);
+  }
+}
+
 void Page::Add(std::string_view ports) {
   while (!ports.empty()) {
-    Head head;
-    std::memcpy(&head, ports.data(), sizeof(head));
-    ports.remove_prefix(sizeof(head));
-    judged_.Add(Take(ports, head.judged));
-    const std::size_t model = models_.IndexOf(Take(ports, head.model));
-    const std::size_t flags = flags_.IndexOf(Take(ports, head.flags));
-    const std::size_t controls = controls_.IndexOf(Take(ports, head.controls));
+    const Parts port = TakeParts(ports);
+    judged_.Add(port.judged);
     if (!ports_.empty()) ports_ += ",\n";
-    ports_ += "{\"model\":" + std::to_string(model) + ",\"flags\":" + std::to_string(flags) +
-              ",\"controls\":" + std::to_string(controls) + ',';
-    ports_ += Take(ports, head.port);
+    ports_ += "{\"model\":" + std::to_string(models_.IndexOf(port.model)) +
+              ",\"flags\":" + std::to_string(flags_.IndexOf(port.flags)) +
+              ",\"controls\":" + std::to_string(controls_.IndexOf(port.controls)) + ',';
+    ports_.append(port.own).append(",\"readings\":").append(port.readings);
+    if (const auto earlier = earlier_.extract(std::string(port.name))) {
+      ports_.append(",\"earlier\":").append(earlier.mapped());
+    }
     ports_ += '}';
   }
+}
+
+// The earlier ports that no other took.
+void Page::WriteGone(std::ostream& os) const {
+  std::vector<std::string> names;
+  for (const auto& [name, readings] : earlier_) names.push_back(name);
+  std::sort(names.begin(), names.end());
+  TextBuffer text;
+  JsonText json(text);
+  json.BeginArray();
+  for (const std::string& name : names) json.Utf8(name);
+  json.EndArray();
+  os << ",\n\"gone\":";
+  WriteInHtml(os, text);
 }
 
 void Page::WriteTo(std::ostream& os, const About& about) {
@@ -332,6 +401,7 @@ void Page::WriteTo(std::ostream& os, const About& about) {
   os << ",\n\"ports\":[\n";
   WriteInHtml(os, ports_);
   os << ']';
+  if (has_earlier_) WriteGone(os);
   WriteFindings(os, judged_);
   os << '}' << kPageTail;
 }

@@ -22,18 +22,25 @@ void WritePagePort(std::ostream& os, const Port& port, const cable_info::RuleSet
 class Page {
  public:
   struct About {
-    std::string input;       ///< names of the inputs
-    std::string written_at;  ///< UTC
+    std::string input;             ///< names of the inputs
+    std::string written_at;        ///< UTC, as all of these
+    std::string taken_at;          ///< when the ports were read; empty if unknown
+    std::string earlier_taken_at;  ///< the same of the earlier ports
   };
 
   explicit Page(const cable_info::RuleSettings& settings) : judged_(settings) {}
 
+  /// Adds the ports of an earlier time, with whose readings those of the others are shown. They are
+  /// added before the others.
+  void AddEarlier(std::string_view ports);
   /// Adds the ports that `WritePagePort` wrote one after the other.
   void Add(std::string_view ports);
   /// Judges the fabric, and writes the page. To be called once.
   void WriteTo(std::ostream& os, const About& about);
 
  private:
+  void WriteGone(std::ostream& os) const;
+
   // JSON texts that are written once, in an array, and referred to by their index.
   class Shared {
    public:
@@ -46,6 +53,9 @@ class Page {
   };
 
   CheckResult judged_;
+  std::unordered_map<std::string, std::string>
+      earlier_;  // readings by port; taken when they are used
+  bool has_earlier_ = false;
   std::string ports_;  // the JSON of the ports, separated by commas
   Shared models_;
   Shared flags_;

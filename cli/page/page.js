@@ -56,6 +56,7 @@ function extreme(choose, values) {
 }
 
 function preparePort(port, index) {
+  Object.assign(port, port.readings); // on top of its identity
   port.index = index;
   port.verdict = 0;
   port.findings = [];
@@ -86,7 +87,39 @@ function prepareSearch(port) {
     .toLowerCase();
 }
 
+// What changed since an earlier time. The limits are those of `cableinfo diff`: a change by as much
+// as its limit has the size 1.
+const CHANGE_LIMITS = { dBm: 1, '%': 10, '°C': 10 };
+
+function changeOf(name, lane, before, after, unit) {
+  if (before === undefined || after === undefined) return [];
+  const isPower = unit === 'dBm';
+  const dark = (value) => (isPower ? Math.max(value, DARK_DBM) : value);
+  const difference = dark(after) - dark(before);
+  const amount = unit === 'mA' ? (100 * difference) / (before || 1) : difference;
+  const size = Math.abs(amount) / CHANGE_LIMITS[unit === 'mA' ? '%' : unit];
+  return [{ name, lane, before, after, unit, difference, size }];
+}
+
+// All changes, the largest first; none for a module that was swapped.
+function changesOf(port) {
+  const { earlier } = port;
+  if (!earlier || earlier.serial_number !== port.serial_number) return [];
+  const changes = changeOf('Temperature', 0, earlier.temperature, port.temperature, '°C');
+  for (const quantity of QUANTITIES) {
+    for (let lane = 1; lane <= MOST_LANES; ++lane) {
+      const before = laneValue(earlier, quantity, lane);
+      const after = laneValue(port, quantity, lane);
+      changes.push(...changeOf(quantity.name, lane, before, after, quantity.unit));
+    }
+  }
+  return changes.sort((a, b) => b.size - a.size);
+}
+
+const hasEarlier = data.gone !== undefined;
+
 data.ports.forEach(preparePort);
+if (hasEarlier) data.ports.forEach((port) => (port.changes = changesOf(port)));
 data.findings.forEach(prepareFinding);
 data.ports.forEach(prepareSearch);
 
@@ -319,7 +352,37 @@ function showCounts() {
   fill(byId('counts'), ...['vendor', 'part', 'firmware'].map(list));
 }
 
-function showChanges() {}
+const signed = (value, decimals, unit) => (value > 0 ? '+' : '') + shown(value, decimals, unit);
+const unitOfDifference = (unit) => (unit === 'dBm' ? 'dB' : unit);
+const differenceText = ({ difference, unit }) => signed(difference, 2, unitOfDifference(unit));
+
+const MOST_CHANGES = 10;
+
+function showChanges() {
+  byId('changes').hidden = !hasEarlier;
+  if (!hasEarlier) return;
+  const changed = selected.filter((port) => port.changes[0]?.size >= 1);
+  changed.sort((a, b) => b.changes[0].size - a.changes[0].size);
+  const item = (port) => {
+    const [{ name, lane, before, after, unit, ...change }] = port.changes;
+    const place = lane === 0 ? '' : `, lane ${lane}`;
+    const values = `${shown(before, 2)} to ${shown(after, 2, unit)}`;
+    const text = `${name}${place}: ${differenceText({ ...change, unit })} (${values})`;
+    return el('li', {}, portLink(port), ' ', text);
+  };
+  fill(byId('moved'), ...changed.slice(0, MOST_CHANGES).map(item));
+  const swapped = selected.filter(
+    (port) => port.earlier && port.earlier.serial_number !== port.serial_number
+  );
+  const appeared = selected.filter((port) => !port.earlier);
+  byId('changes-about').textContent =
+    `Since ${timeText(data.earlier_taken_at)}: ${counted(changed.length, 'port')} changed by more than ` +
+    `1 dB, 10 °C or 10 % of the bias, ${counted(swapped.length, 'module')} swapped, ` +
+    `${counted(appeared.length, 'port')} appeared, ${counted(data.gone.length, 'port')} gone.`;
+}
+
+const timeText = (time) => time.replace('T', ' ').replace('Z', ' UTC');
+
 
 // ---------------------------------------------------------------------------------------------
 // Plots
@@ -605,6 +668,22 @@ const COLUMNS = {
   },
 };
 
+if (hasEarlier) {
+  const rxChange = (port) => {
+    const [largest] = port.changes.filter((change) => change.name === 'RX power');
+    return largest;
+  };
+  COLUMNS.change = {
+    name: 'Change',
+    title: 'Largest change of the RX power of a lane, in dB',
+    of: (port) => rxChange(port)?.size,
+    cell: (port) => {
+      const change = rxChange(port);
+      return el('td', { class: 'number' }, change ? differenceText(change) : '–');
+    },
+  };
+}
+
 const byText = new Intl.Collator('en', { numeric: true }).compare;
 
 // Ports without a value come last, whatever the direction.
@@ -621,7 +700,7 @@ function sorted() {
 }
 
 function sortBy(key) {
-  state.descending = state.sortedBy === key ? !state.descending : key === 'verdict';
+  state.descending = state.sortedBy === key ? !state.descending : ['verdict', 'change'].includes(key);
   state.sortedBy = key;
   state.page = 0;
   showTable();
@@ -718,14 +797,15 @@ function latchedText(flags) {
 }
 
 // A row of the table of readings. `convert` brings value and thresholds to the unit.
-function readingRow(name, value, thresholds, flags, format, severity, stateName) {
+function readingRow(name, value, thresholds, flags, format, severity, stateName, change) {
   const cell = (of) => el('td', { class: 'number' }, of);
   const beyond = severity > 1 ? ` beyond ${VERDICTS[severity]}` : '';
   const current = el('td', { class: `number${beyond}` }, value === undefined ? stateName : format(value));
   const limits = BOUNDS.map((_, bound) => thresholds?.[bound] ?? undefined);
   const cells = limits.map((limit) => cell(limit === undefined ? '–' : format(limit)));
   const head = el('th', { scope: 'row' }, name);
-  return el('tr', {}, head, current, ...cells, el('td', {}, latchedText(flags)));
+  const changed = hasEarlier ? [cell(change ? differenceText(change) : '–')] : [];
+  return el('tr', {}, head, current, ...changed, ...cells, el('td', {}, latchedText(flags)));
 }
 
 function readingRows(port) {
@@ -735,7 +815,10 @@ function readingRows(port) {
     const stateName = STATES[flags.states[at]] || '–';
     const severity = severityOf(port, quantity.about, lane);
     const thresholds = port.type.thresholds[quantity.key];
-    rows.push(readingRow(name, value, thresholds, flags.readings[at], format, severity, stateName));
+    const isSame = (change) => change.name === quantity.name && change.lane === (lane ?? 0);
+    const change = port.changes?.find(isSame);
+    const latched = flags.readings[at];
+    rows.push(readingRow(name, value, thresholds, latched, format, severity, stateName, change));
   };
   add(0, 'Temperature', TEMPERATURE, port.temperature, (v) => shown(v, 1, '°C'));
   add(1, 'Supply voltage', VOLTAGE, port.voltage, (v) => shown(v, 3, 'V'));
@@ -809,7 +892,7 @@ function openPort(port) {
     el('h3', {}, 'Cable'),
     el('dl', {}, ...facts(port).map(fact)),
     el('h3', {}, 'Readings'),
-    grid(['Reading', 'Value', ...BOUNDS, 'Latched'], readingRows(port))
+    grid(['Reading', 'Value', ...(hasEarlier ? ['Change'] : []), ...BOUNDS, 'Latched'], readingRows(port))
   );
   if (lanes.length > 0) {
     dialog.append(el('h3', {}, 'Flags and settings by lane'));
@@ -834,9 +917,11 @@ function start() {
   document.querySelector('h1').textContent = document.title;
   const bad = (verdictCounts.get(3) ?? 0) + (verdictCounts.get(2) ?? 0);
   const ports = counted(data.ports.length, 'port');
-  byId('about').textContent = `${ports}, ${bad === 0 ? 'none' : bad.toLocaleString('en')} with something wrong.`;
+  const taken = data.taken_at ? `, as of ${timeText(data.taken_at)}` : '';
+  byId('about').textContent =
+    `${ports}${taken}, ${bad === 0 ? 'none' : bad.toLocaleString('en')} with something wrong.`;
   byId('written').textContent =
-    `Written by cableinfo ${data.version} on ${data.written_at.replace('T', ' at ').replace('Z', ' UTC')}.`;
+    `Written by cableinfo ${data.version} on ${timeText(data.written_at)}.`;
 
   const SETTLED = 150; // milliseconds without another key
   let timer;

@@ -78,6 +78,13 @@ SnapshotName SnapshotBefore(const SnapshotName& snapshot) {
   return {snapshot.store, before};
 }
 
+std::string TakenAt(const SnapshotName& snapshot) {
+  const Database database(snapshot.store, Database::Mode::kRead);
+  Statement query(database, "SELECT taken_at FROM snapshot WHERE id = " +
+                                std::to_string(NumberIn(database, snapshot)));
+  return query.Step() ? std::string(query.Text(0)) : std::string();
+}
+
 SnapshotReader::SnapshotReader(const SnapshotName& snapshot)
     : database_(snapshot.store, Database::Mode::kRead),
       records_(database_, SelectRecords(database_, snapshot)) {}

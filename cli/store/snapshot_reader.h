@@ -36,6 +36,9 @@ SnapshotName Numbered(const SnapshotName& snapshot);
 /// The snapshot before the given one, in the order of time. Throws `StoreError`; there may be none.
 SnapshotName SnapshotBefore(const SnapshotName& snapshot);
 
+/// When a snapshot was taken, such as "2026-01-31T12:00:00Z". Throws `StoreError`.
+std::string TakenAt(const SnapshotName& snapshot);
+
 /// Reads the port records of a snapshot in the order in which they were added, as of one moment:
 /// what others add or drop meanwhile does not change them. Every function may throw `StoreError`.
 class SnapshotReader {

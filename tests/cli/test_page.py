@@ -34,11 +34,12 @@ class Data(ProgramTest):
         [port] = data["ports"]
         model = data["models"][port["model"]]
         self.assertEqual((port["guid"], port["number"], port["label"]), ("0x000000000000002a", 7, "leaf 1"))
-        self.assertEqual((port["temperature"], port["voltage"]), (41, 3.3))
-        self.assertEqual(port["rx_power"], [0.5, 0.25, 1, 2])
-        self.assertEqual(port["tx_bias"], [7, 7, 7, 7])
-        self.assertEqual(port["used"], 0b1111)
-        self.assertEqual(port["serial_number"], "S1")
+        readings = port["readings"]
+        self.assertEqual((readings["temperature"], readings["voltage"]), (41, 3.3))
+        self.assertEqual(readings["rx_power"], [0.5, 0.25, 1, 2])
+        self.assertEqual(readings["tx_bias"], [7, 7, 7, 7])
+        self.assertEqual(readings["used"], 0b1111)
+        self.assertEqual(readings["serial_number"], "S1")
         self.assertEqual((model["vendor"], model["part_number"]), ("Acme", "P1"))
         self.assertEqual(model["identifier"], {"code": 0x11, "name": "QSFP28"})
         self.assertEqual(model["thresholds"], {"temperature": [75, -5, 70, 0]})
@@ -46,7 +47,8 @@ class Data(ProgramTest):
     def test_ports_share_what_is_the_same(self):
         ports = [{"port_num": n, "cable": {**OPTIC, "SerialNumber": f"S{n}"}} for n in range(20)]
         data = data_of(page(stdin=ports))
-        self.assertEqual([port["serial_number"] for port in data["ports"]], [f"S{n}" for n in range(20)])
+        self.assertEqual([port["readings"]["serial_number"] for port in data["ports"]],
+                         [f"S{n}" for n in range(20)])
         self.assertEqual([len(data[key]) for key in ("models", "flags", "controls")], [1, 1, 1])
 
     def test_findings_are_those_of_check(self):
@@ -107,6 +109,43 @@ class Data(ProgramTest):
         self.assertEqual(len(data_of(output.read_text())["ports"]), 1)
 
 
+class Snapshots(ProgramTest):
+    def store(self, day, *ports):
+        result = run("store", self.folder / "fabric.db", "--taken-at", f"2026-01-{day:02}",
+                     stdin=[{"port_guid": "0x2a", **port} for port in ports])
+        self.assertEqual(result.returncode, 0, result.stderr)
+
+    def test_readings_of_the_snapshot_before(self):
+        self.store(1, {"port_num": 1, "cable": OPTIC}, {"port_num": 2}, {"port_num": 3})
+        self.store(2, {"port_num": 1, "cable": {**OPTIC, "RxPower": [0.1, 0.25, 1, 2]}}, {"port_num": 2},
+                   {"port_num": 4})
+        database = self.folder / "fabric.db"
+        data = data_of(page(database))
+        self.assertEqual((data["taken_at"], data["earlier_taken_at"]),
+                         ("2026-01-02T00:00:00Z", "2026-01-01T00:00:00Z"))
+        self.assertEqual(data["input"], f"{database}@2")
+        first, second, fourth = data["ports"]
+        self.assertEqual(first["readings"]["rx_power"], [0.1, 0.25, 1, 2])
+        self.assertEqual(first["earlier"]["rx_power"], [0.5, 0.25, 1, 2])
+        self.assertIn("earlier", second)
+        self.assertNotIn("earlier", fourth)
+        self.assertEqual(data["gone"], ["0x000000000000002a/3"])
+
+    def test_the_first_snapshot_has_none_before(self):
+        self.store(1, {"port_num": 1, "cable": OPTIC})
+        self.store(2, {"port_num": 1, "cable": OPTIC})
+        data = data_of(page(f"{self.folder / 'fabric.db'}@1"))
+        self.assertNotIn("gone", data)
+        self.assertIsNone(data["earlier_taken_at"])
+        self.assertNotIn("earlier", data["ports"][0])
+
+    def test_a_missing_snapshot(self):
+        self.store(1, {"port_num": 1})
+        result = run("page", f"{self.folder / 'fabric.db'}@7")
+        self.assertEqual(result.returncode, 3)
+        self.assertIn(b"there is no such snapshot", result.stderr)
+
+
 class Html(ProgramTest):
     def test_policy_allows_exactly_what_the_page_holds(self):
         text = page(FABRIC)
@@ -138,7 +177,7 @@ class Html(ProgramTest):
         self.assertNotRegex(block, r"[<>&\u2028\u2029]")
         data = data_of(text)
         self.assertEqual(data["ports"][0]["label"], HOSTILE)
-        self.assertEqual(data["ports"][0]["serial_number"], "&lt;")
+        self.assertEqual(data["ports"][0]["readings"]["serial_number"], "&lt;")
         self.assertEqual(data["models"][0]["part_number"], "<!--")
 
     def test_hostile_file_names(self):

@@ -191,6 +191,25 @@ class PageTest(unittest.TestCase):
         self.assertNotEqual(self.browser.script("return getComputedStyle(document.activeElement).outlineStyle"),
                             "none")
 
+    def test_changes_since_the_snapshot_before(self):
+        database = self.folder / "fabric.db"
+        cable = {"Identifier": 17, "SerialNumber": "S1", "TxPower": [1] * 4, "TxBias": [5] * 4,
+                 "SupplyVoltage": 33000, "Temperature": 0x2900}
+        for day, powers, second in ((1, [1, 1, 1, 1], "S2"), (2, [1, 1, 0.5, 1], "S3")):
+            ports = [{"port_guid": "0x2a", "port_num": 1, "label": "leaf 1", "cable": {**cable, "RxPower": powers}},
+                     {"port_guid": "0x2a", "port_num": 2, "cable": {**cable, "SerialNumber": second}}]
+            run("store", database, "--taken-at", f"2026-01-0{day}", input="\n".join(map(json.dumps, ports)).encode())
+        self.browser.open(self.write(database, name="snapshot.html"))
+        self.assertEqual(self.texts("#moved li"), ["leaf 1 RX power, lane 3: −3.01 dB (0.00 to −3.01 dBm)"])
+        about = self.text("#changes-about")
+        self.assertIn("Since 2026-01-01 00:00:00 UTC: 1 port changed", about)
+        self.assertIn("1 module swapped, 0 ports appeared, 0 ports gone", about)
+        self.click("#moved .link")
+        row = self.browser.script("""return [...document.querySelectorAll("#port tr")]
+            .map((row) => [...row.cells].map((cell) => cell.textContent))
+            .find(([name]) => name === "RX power, lane 3").slice(0, 3)""")
+        self.assertEqual(row, ["RX power, lane 3", "−3.01 dBm", "−3.01 dB"])
+
     def test_hostile_texts(self):
         cable = {"Identifier": 17, "VendorName": "<img src=x>", "PartNumber": "<b>P</b>", "SerialNumber": "<i>",
                  "RxPower": [0.1, 1, 1, 1], "TxPower": [1, 1, 1, 1], "TxBias": [5, 5, 5, 5], "SupplyVoltage": 33000}
