@@ -96,7 +96,7 @@ bool HasDateCode(const ModuleRecord& m) {
 
 void AppendMetres(TextBuffer& out, CableLength length) {
   if (length.multiplier == 0) {
-    out.AppendGeneral(length.Metres());
+    out.AppendTenths(static_cast<std::uint32_t>(length.base));
   } else {
     out.AppendDecimal(length.base * length.multiplier);
   }
@@ -118,7 +118,7 @@ void AppendLengthSMFiber(TextBuffer& out, const ModuleRecord& m) {
   if (value != 0 && unit == SmfLengthUnit::kKilometre) {
     out.AppendDecimal(value).Append(" km");
   } else if (value != 0 && unit == SmfLengthUnit::kTenthOfKilometre) {
-    out.AppendGeneral(value * 100 / 1000.0).Append(" km");
+    out.AppendTenths(value).Append(" km");
   } else {
     out.Append(kReportNa);
   }

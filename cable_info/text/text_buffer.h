@@ -125,6 +125,13 @@ class TextBuffer {
     return *this;
   }
 
+  /// A number of tenths: "12.5", and without decimals when it is whole: "12".
+  TextBuffer& AppendTenths(std::uint32_t tenths) {
+    AppendDecimal(tenths / 10);
+    const std::uint32_t rest = tenths % 10;
+    return rest == 0 ? *this : Append('.').Append(static_cast<char>('0' + rest));
+  }
+
   /// At most six significant digits, as `printf` writes "%g" in the C locale.
   TextBuffer& AppendGeneral(double value);
 

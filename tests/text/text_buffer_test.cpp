@@ -61,6 +61,14 @@ TEST(TextBuffer, ReservesEnoughForTheLongestNumbersAtEveryFillLevel) {
   }
 }
 
+TEST(TextBuffer, WritesTenthsAsPrintfWritesTheNumber) {
+  for (std::uint32_t tenths = 0; tenths < 20'000; ++tenths) {
+    TextBuffer out;
+    out.AppendTenths(tenths);
+    ASSERT_EQ(out.view(), test::PrintfGeneral(tenths * 0.1));
+  }
+}
+
 TEST(TextBuffer, TakesTextWithNuls) {
   const std::string text("a\0b", 3);
   TextBuffer out;
