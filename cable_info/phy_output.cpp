@@ -1,5 +1,7 @@
 #include "cable_info/phy_output.h"
 
+#include <cmath>
+
 #include "cable_info/csv_columns.h"
 #include "cable_info/phy_decode.h"
 #include "cable_info/report_labels.h"
@@ -412,6 +414,14 @@ void AppendSettingLines(FlushedReport& lines, const PhyCableRecord& r) {
   lines.Line(label::kPhyAttenuation, AppendAttenuation, r, Form::kReport);
 }
 
+// `MilliwattsToDbm` for three decimals, by the natural logarithm, which costs half as much as
+// `log10`: 9 % of a report. The results differ in the last bits only; the text is the same for
+// each of the 65,536 powers that a register can hold (see the test of every value).
+double MilliwattsToShownDbm(double mw) {
+  constexpr double kDecibelsPerNeper = 4.342944819032518;  // 10 / ln(10)
+  return mw <= 0.0 ? kUnrepresentablePower : kDecibelsPerNeper * std::log(mw);
+}
+
 // The lines of the lanes are inlined with their labels; see report_lines.h.
 [[gnu::always_inline]] inline void AppendPowerLines(FlushedReport& lines, std::string_view label,
                                                     const PhyCableRecord& r, LaneWords lanes) {
@@ -424,11 +434,11 @@ void AppendSettingLines(FlushedReport& lines, const PhyCableRecord& r) {
   const std::uint16_t unit_flag = r.module->power_unit_flag;
   double mw[kPhyLanes];
   double dbm[kPhyLanes];
-  // Convert all lanes first so that the calls to pow and log10 overlap.
+  // Convert all lanes first so that the calls to pow and log overlap.
   for (int i = 0; i < kPhyLanes; ++i) {
     const double raw = module::LaneValue(r.module->*lanes, i + 1);
     mw[i] = module::Milliwatts(raw, unit_flag);
-    dbm[i] = module::IsDbm(unit_flag) ? raw : MilliwattsToDbm(mw[i]);
+    dbm[i] = module::IsDbm(unit_flag) ? raw : MilliwattsToShownDbm(mw[i]);
   }
   for (int i = 0; i < kPhyLanes; ++i) lines.LanePower(label, i + 1, mw[i], dbm[i]);
 }
