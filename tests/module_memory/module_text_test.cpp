@@ -26,8 +26,8 @@ using cable_info::PageOf;
 // A data sheet, line by line.
 class Sheet {
  public:
-  explicit Sheet(const ModuleInfo& info, std::string_view label = "m") {
-    text_ = ModuleToText(info, label);
+  explicit Sheet(const ModuleInfo& info, std::string_view label = "m")
+      : text_(ModuleToText(info, label)) {
     std::string line;
     for (const char c : text_) {
       if (c == '\n') {
