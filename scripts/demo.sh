@@ -1,16 +1,18 @@
 #!/usr/bin/env bash
 # Installs missing packages, builds, and shows the table and the report of a small fabric.
+# CABLE_INFO_PRESET selects the preset of CMakePresets.json, "release" by default.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh
 
+preset=${CABLE_INFO_PRESET:-release}
 need "${build_packages[@]}"
 {
-  cmake --preset release -DCABLE_INFO_BUILD_TESTS=OFF
-  cmake --build --preset release --target cableinfo
+  cmake --preset "$preset" -DCABLE_INFO_BUILD_TESTS=OFF
+  cmake --build --preset "$preset" --target cableinfo
 } >&2
 
-cableinfo=build/release/cli/cableinfo
+cableinfo=build/$preset/cli/cableinfo
 table=build/cables.csv
 report=build/cables.txt
 echo 'For two links of the sample no length can be computed; cableinfo prints a remark for each:' >&2

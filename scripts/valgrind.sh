@@ -24,26 +24,36 @@ watched --show-mismatched-frees=no "build/$preset/tests/cable_info_tests" --gtes
   --gtest_filter='-*OfAnyDouble*:*ThousandthsOfFloats*:*OfThePlainExpression*:*EveryValueOfItsMonitors:*WhateverTheRecordHolds:*ScansAsTheCLibraryDoes'
 
 cableinfo=build/$preset/cli/cableinfo
-for command in table report export columns; do
-  inputs=()
-  [ "$command" = columns ] || inputs=(-j 1 examples/fabric.jsonl)
-  watched "$cableinfo" "$command" "${inputs[@]}" >/dev/null 2>"build/valgrind.log" || {
-    cat build/valgrind.log >&2
+temporary=$(mktemp -d)
+trap 'rm -rf "$temporary"' EXIT
+
+# program STATUS ARGUMENT...: runs the program, which must end with this exit status.
+program() {
+  local expected=$1 status=0
+  shift
+  watched "$cableinfo" "$@" >/dev/null 2>"$temporary/log" || status=$?
+  [ "$status" -eq "$expected" ] || {
+    cat "$temporary/log" >&2
+    printf 'error: exit status %d instead of %d: cableinfo %s\n' "$status" "$expected" "$*" >&2
     exit 1
   }
-done
-watched "$cableinfo" table -j 2 examples/fabric.jsonl >/dev/null 2>build/valgrind.log || {
-  cat build/valgrind.log >&2
-  exit 1
 }
-# Other code paths: a dump of a module, a rejected port, and a file as output.
-status=0
-watched "$cableinfo" report -j 1 --module fuzz/corpus/module_memory/cmis_optic >/dev/null
-echo '{"port_num": "x"}' | watched "$cableinfo" table -j 1 -o build/valgrind.csv \
-  2>build/valgrind.log || status=$?
-if [ "$status" -ne 1 ]; then
-  cat build/valgrind.log >&2
-  exit 1
-fi
-rm -f build/valgrind.log build/valgrind.csv
+
+ports=examples/fabric.jsonl
+dump=fuzz/corpus/module_memory/cmis_optic
+echo '{"port_num": "x"}' >"$temporary/bad.jsonl"
+program 0 columns
+program 0 table -j 1 "$ports"
+program 0 table -j 2 "$ports"
+program 0 table -j 1 --rfc4180 "$ports"
+program 0 report -j 1 "$ports"
+program 0 report -j 1 --module "$dump"
+program 0 export -j 1 "$ports"
+program 0 module -j 1 "$dump"
+program 0 module -j 1 --json "$dump"
+program 6 check -j 1 examples/faults.jsonl
+program 0 diff -j 1 "$ports" "$ports"
+program 0 metrics -j 1 "$ports"
+program 0 store -j 1 "$temporary/store.db" "$ports"
+program 1 table -j 1 -o "$temporary/table.csv" "$temporary/bad.jsonl"  # a rejected port
 echo 'valgrind: nothing found'
