@@ -9,14 +9,17 @@ else()
   set_target_properties(cableinfo PROPERTIES INSTALL_RPATH $ORIGIN/${lib_from_bin})
 endif()
 
-install(TARGETS cableinfo COMPONENT runtime)
-install(FILES ${PROJECT_SOURCE_DIR}/docs/cableinfo.1
+install(TARGETS cableinfo COMPONENT program)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/man/
   DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
-  COMPONENT runtime)
+  COMPONENT program)
 install(FILES completions/cableinfo.bash
   DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
   RENAME cableinfo
-  COMPONENT runtime)
+  COMPONENT program)
 install(FILES completions/_cableinfo
   DESTINATION ${zsh_dir}
-  COMPONENT runtime)
+  COMPONENT program)
+install(FILES completions/cableinfo.fish
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d
+  COMPONENT program)

@@ -76,8 +76,10 @@ void AddRunOptions(CLI::App& command, PortOptions& options) {
       ->type_name("GLOB")
       ->allow_extra_args(false)
       ->take_all();
-  command.add_option("-o,--output", options.output,
-                     "Write to this file, which is replaced when the output is complete");
+  command
+      .add_option("-o,--output", options.output,
+                  "Write to this file, which is replaced when the output is complete")
+      ->type_name("FILE");
   command.add_flag("--strict", options.strict, "Stop at the first bad port");
   command
       .add_option("-j,--jobs", options.jobs,

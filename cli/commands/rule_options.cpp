@@ -87,8 +87,10 @@ void AddRuleOptions(CLI::App& command, RuleOptions& options) {
       ->type_name("RULE=VALUE")
       ->allow_extra_args(false)
       ->take_all();
-  command.add_option("--config", options.config,
-                     "Read such settings from this file, one per line; '#' begins a comment");
+  command
+      .add_option("--config", options.config,
+                  "Read such settings from this file, one per line; '#' begins a comment")
+      ->type_name("FILE");
 }
 
 ExitStatus ApplyRuleOptions(const RuleOptions& options, RuleSettings& settings) {
