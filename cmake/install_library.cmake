@@ -6,7 +6,7 @@ include(CMakePackageConfigHelpers)
 set(cmake_dir ${CMAKE_INSTALL_LIBDIR}/cmake/cable_info)
 
 install(TARGETS cable_info EXPORT cable_info
-  LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
+  LIBRARY COMPONENT library NAMELINK_COMPONENT development
   ARCHIVE COMPONENT development
   FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})  # CMake before 3.23 does not support file sets

@@ -1,0 +1,21 @@
+# Removes the files of the last installation, and the project's own folders.
+if(NOT EXISTS install_manifest.txt)
+  message(FATAL_ERROR "Nothing was installed from this build folder: no install_manifest.txt")
+endif()
+
+file(STRINGS install_manifest.txt files)
+file(REMOVE install_manifest.txt)
+foreach(file IN LISTS files)
+  message(STATUS "Removing: $ENV{DESTDIR}${file}")
+  file(REMOVE "$ENV{DESTDIR}${file}")
+
+  cmake_path(GET file PARENT_PATH folder)
+  while(folder MATCHES "/(cable_info|cableinfo)(/|$)")
+    file(GLOB content "$ENV{DESTDIR}${folder}/*")
+    if(content)
+      break()
+    endif()
+    file(REMOVE_RECURSE "$ENV{DESTDIR}${folder}")
+    cmake_path(GET folder PARENT_PATH folder)
+  endwhile()
+endforeach()
