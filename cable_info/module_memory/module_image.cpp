@@ -177,15 +177,12 @@ DumpBytes DumpFromContent(std::string_view content) {
   return bytes;
 }
 
-std::optional<PageFile> ParsePageFile(std::string_view argument) {
-  const std::size_t colon = argument.find(':');
-  if (colon == std::string_view::npos) return std::nullopt;
+std::optional<Page> ParsePageName(std::string_view text) {
   std::string name;
-  for (const char c : argument.substr(0, colon)) {
+  for (const char c : text) {
     name += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
   }
-  std::string path(argument.substr(colon + 1));
-  if (name == "lower") return PageFile{Page::kLower, std::move(path)};
+  if (name == "lower") return Page::kLower;
   std::string_view digits = WithoutPageMarks(name);
   unsigned bank = 0;
   const std::size_t dot = digits.find('.');
@@ -193,11 +190,28 @@ std::optional<PageFile> ParsePageFile(std::string_view argument) {
     if (!ParseAll(digits.substr(dot + 1), 10, bank) || bank > kHighestBank) return std::nullopt;
     digits = WithoutPageMarks(digits.substr(0, dot));
   }
-  if (digits == "a0") return PageFile{Page::kA0, std::move(path)};
-  if (digits == "a2") return PageFile{Page::kA2, std::move(path)};
+  if (digits == "a0") return Page::kA0;
+  if (digits == "a2") return Page::kA2;
   unsigned number = 0;
   if (digits.size() != 2 || !ParseAll(digits, 16, number)) return std::nullopt;
-  return PageFile{PageOf(static_cast<std::uint8_t>(number), bank), std::move(path)};
+  return PageOf(static_cast<std::uint8_t>(number), bank);
+}
+
+std::string PageKey(Page page) {
+  if (page == Page::kLower) return "lower";
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  const unsigned number = NumberOf(page);
+  std::string key = {kDigits[number >> 4U], kDigits[number & 0xFU]};
+  if (BankOf(page) != 0) key += '.' + std::to_string(BankOf(page));
+  return key;
+}
+
+std::optional<PageFile> ParsePageFile(std::string_view argument) {
+  const std::size_t colon = argument.find(':');
+  if (colon == std::string_view::npos) return std::nullopt;
+  const std::optional<Page> page = ParsePageName(argument.substr(0, colon));
+  if (!page) return std::nullopt;
+  return PageFile{*page, std::string(argument.substr(colon + 1))};
 }
 
 void PutPage(ModuleImage& image, Page page, const DumpBytes& bytes) {

@@ -150,9 +150,15 @@ struct PageFile {
   std::string path;  ///< the path of the file
 };
 
-/// Splits "03:page3.bin"; none if the text before the first colon is not the name of a page. The
-/// names are "lower", "00" to "ff", optionally with "h" after or "0x" before it, "a0" and "a2". A
-/// bank other than 0 follows the page: "11.1:page11bank1.bin".
+/// The page that the name stands for. The names are "lower", "00" to "ff", optionally with "h"
+/// after or "0x" before it, "a0" and "a2", in any case. A bank other than 0 follows the page:
+/// "11.1".
+std::optional<Page> ParsePageName(std::string_view name);
+
+/// The name in its shortest form: "lower", "03", "11.1", "a2".
+std::string PageKey(Page page);
+
+/// Splits "03:page3.bin"; none if the text before the first colon is not the name of a page.
 std::optional<PageFile> ParsePageFile(std::string_view argument);
 
 /// Stores the dump of one page. An upper page may be given alone or after the lower page.

@@ -1,5 +1,6 @@
 #include "cli/input/port_reader.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -27,13 +28,20 @@ namespace cli {
 namespace {
 
 using cable_info::CableRecord;
+using cable_info::IsUpperPage;
+using cable_info::ModuleImage;
+using cable_info::Page;
+using cable_info::PageName;
 using cable_info::PhyCableRecord;
 using cable_info::PortId;
 using cable_info::PrtlRecord;
 using cable_info::module_memory::BadModule;
 using cable_info::module_memory::DumpBytes;
 using cable_info::module_memory::ModuleReading;
+using cable_info::module_memory::PageKey;
 using cable_info::module_memory::ParseListing;
+using cable_info::module_memory::ParsePageName;
+using cable_info::module_memory::PutPage;
 using ModuleRecord = PhyCableRecord::ModuleRecord;
 using LatchedFlagsPage = PhyCableRecord::LatchedFlagsPage;
 
@@ -255,7 +263,8 @@ struct MemoryDraft {
   FilePolicy files;
   const std::string& folder;  // of the file that a record names
   DumpBytes dump;
-  std::string path;  // of that file; empty when the record holds the dump
+  std::string path;   // of that file; empty when the record holds the dump
+  ModuleImage pages;  // a dump that is given page by page
 };
 
 constexpr std::size_t kMaxShownPath = 255;
@@ -288,6 +297,20 @@ bool CheckFormatVersion(Draft& /*draft*/, const Value& value) {
   double version = 0.0;
   if (value.json.get(version) != simdjson::SUCCESS || version != kFormatVersion) {
     return value.Expected(std::to_string(kFormatVersion));
+  }
+  return true;
+}
+
+// When the port was read. Nothing of a port depends on it.
+bool CheckTime(Draft& /*draft*/, const Value& value) {
+  constexpr std::string_view kForm = "0000-00-00T00:00:00Z";
+  std::string_view text;
+  const bool is_text = value.json.get(text) == simdjson::SUCCESS && text.size() == kForm.size();
+  const auto fits = [](char form, char c) {
+    return form == '0' ? c >= '0' && c <= '9' : c == form;
+  };
+  if (!is_text || !std::equal(kForm.begin(), kForm.end(), text.begin(), fits)) {
+    return value.Expected("a time such as \"2026-01-31T12:00:00Z\"");
   }
   return true;
 }
@@ -335,15 +358,51 @@ bool SetDumpListing(MemoryDraft& memory, const Value& value) {
   }
 }
 
+// Keys have one form each, so that no page can be given twice.
+bool SetPage(ModuleImage& pages, std::string_view key, const Value& value) {
+  const std::optional<Page> page = ParsePageName(key);
+  if (!page || PageKey(*page) != key) {
+    return value.Fail(MessageKind::kUnknownKey,
+                      "unknown page; the pages are \"lower\", \"00\" to \"ff\", with a bank as in "
+                      "\"11.1\", and \"a0\" and \"a2\" of SFP modules");
+  }
+  if (pages.Has(*page)) return value.Fail(MessageKind::kRepeatedKey, "key given more than once");
+  std::string text;
+  if (!Assign(text, value)) return false;
+  try {
+    const DumpBytes bytes = ParseListing(text);
+    if (IsUpperPage(*page) && bytes.size() > ModuleImage::kHalf) {
+      throw BadModule(PageName(*page) + " has at most " + std::to_string(ModuleImage::kHalf) +
+                      " bytes, not " + std::to_string(bytes.size()));
+    }
+    PutPage(pages, *page, bytes);
+    return true;
+  } catch (const BadModule& bad) {
+    return value.Fail(MessageKind::kBadModule, bad.what());
+  }
+}
+
+bool SetDumpPages(MemoryDraft& memory, const Value& value) {
+  simdjson::dom::object pages;
+  if (value.json.get(pages) != simdjson::SUCCESS || pages.size() == 0) {
+    return value.Expected("an object of pages");
+  }
+  for (const auto [key, listing] : pages) {
+    if (!SetPage(memory.pages, key, Value(listing, value, key))) return false;
+  }
+  return true;
+}
+
 constexpr FieldTable kModuleMemoryFields(std::to_array<Field<MemoryDraft>>({
     {"file", SetDumpFile},
     {"hex", SetDumpListing},
+    {"pages", SetDumpPages},
 }));
 
 bool SetModuleMemory(Draft& draft, const Value& value) {
   simdjson::dom::object object;
   if (value.json.get(object) == simdjson::SUCCESS && object.size() != 1) {
-    return value.Expected(R"(either "file" or "hex")");
+    return value.Expected(R"(one of "file", "hex" and "pages")");
   }
   draft.has_memory = true;
   return SetFields(draft.memory, value, kModuleMemoryFields);
@@ -372,6 +431,7 @@ constexpr FieldTable kPortFields(std::to_array<Field<Draft>>({
     {"port_guid", Set<&Draft::port_guid>},
     {"port_num", Set<&Draft::port_num>},
     {"label", Set<&Draft::label>},
+    {"taken_at", CheckTime},
     {"peer", SetPeer},
     {"cable", SetCable},
     {"phy", SetPhy},
@@ -398,7 +458,9 @@ bool DecodeModuleMemory(Draft& draft, const Value& line, const PortReaderOptions
   const Value place(line.json, line, "module_memory");
   ModuleReading reading;
   try {
-    reading = DecodeModule(draft.memory.dump, options.modules, port);
+    const MemoryDraft& memory = draft.memory;
+    reading = memory.pages.halves().empty() ? DecodeModule(memory.dump, options.modules, port)
+                                            : DecodeModule(memory.pages, options.modules, port);
   } catch (const BadModule& bad) {
     if (!draft.memory.path.empty()) return FailAsNoDump(draft.memory.path, place);
     return place.Fail(MessageKind::kBadModule, bad.what());
@@ -486,7 +548,7 @@ bool PortReader::Read(std::string_view line, Port& port, std::vector<Message>& m
     messages.push_back(std::move(problem));
     return false;
   }
-  Draft draft(MemoryDraft{options_.files, folder_, {}, {}});
+  Draft draft(MemoryDraft{options_.files, folder_, {}, {}, {}});
   const Value value(document, problem);
   if (!SetFields(draft, value, kPortFields) ||
       !DecodeModuleMemory(draft, value, options_, port, messages)) {

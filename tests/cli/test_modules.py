@@ -309,7 +309,7 @@ class PortRecords(ProgramTest):
                  "byte 0 is 0x07, byte 128 is missing"),
                 ({"module_memory": {"file": "-"}},
                  'module_memory.file: expected the name of a file, found "-"'),
-                ({"module_memory": {}}, 'module_memory: expected either "file" or "hex", found {}'),
+                ({"module_memory": {}}, 'module_memory: expected one of "file", "hex" and "pages", found {}'),
                 ({"module_memory": {"hax": "00"}},
                  'module_memory.hax: unknown key; did you mean "hex"?'),
                 ({"module_memory": 5}, "module_memory: expected an object, found 5"),

@@ -9,6 +9,8 @@ from program import ROOT, ProgramTest, run
 
 SCHEMA = json.loads((ROOT / "docs" / "port.schema.json").read_text())
 FLOAT_MAX = "3.4028234663852886e38"
+# A copper cable with the memory map of SFF-8636 that is flat: the lower page and page 00h.
+COPPER = ("110004" + "00" * 125 + "11" + "00" * 127)
 
 
 def integers(bits):
@@ -70,6 +72,16 @@ CASES = [
     ('{"phy":{"latched_flags":{"latched_rx_los":@}}}', integers(8)),
     ('{"module_memory":@}', (["null"], ["1", "[]", "{}", '{"hex":null}', '{"file":null}', '{"hex":1}', '{"file":""}',
                                         '{"file":"-"}', '{"hex":"00","file":"x"}', '{"other":"00"}'])),
+    (f'{{"module_memory":{{"pages":{{"lower":"{COPPER[:256]}","00":"{COPPER[256:]}",@:"00"}}}}}}',
+     (['"01"', '"ff"', '"11.1"', '"11.10"', '"2f.255"', '"a1"'],
+      ['"upper"', '""', '"1"', '"001"', '"0x01"', '"01h"', '"FF"', '"Lower"', '"11.0"', '"11.01"', '"11.256"', '"11."',
+       '"11.-1"', '"a0.1"', '"a2.1"', '"01\\n"'])),
+    (f'{{"module_memory":{{"pages":{{"00":"{COPPER[256:]}","lower":@}}}}}}',
+     ([f'"{COPPER[:256]}"'], ["null", "1", "[]", "{}"])),
+    ('{"module_memory":{"pages":@}}', ([], ["null", "1", "[]", "{}", '"00"'])),
+    ('{"taken_at":@}', (['"2026-01-31T12:00:00Z"', "null"],
+                        ["1", '""', '"2026-01-31"', '"2026-01-31T12:00:00"', '"2026-01-31T12:00:00z"',
+                         '"2026-01-31T12:00:00Z\\n"', '"2026-01-31T12:00:0\\u0660Z"', "{}"])),
     ('{"prtl":@}', (["{}", "null", '{"local":null}'], ["1", "[]", '{"middle":{}}'])),
     ('{"prtl":{"local":@}}', (["{}", "null"], ["1", "[]", '{"unknown":1}'])),
     ('{"prtl":{"local":{"latency_res":@}}}', integers(8)),
