@@ -82,6 +82,7 @@ ExitStatus Run(int argc, char** argv) {
   cli::AddPageCommand(app, action);
   cli::AddStoreCommand(app, action);
   cli::AddModuleCommand(app, action);
+  cli::AddReadCommand(app, action);
   cli::AddColumnsCommand(app, action);
   try {
     app.parse(argc, argv);

@@ -37,6 +37,9 @@ DESCRIPTIONS = {
              "store.md describes its tables.",
     "module": "Writes everything that the memory of modules contains, as a data sheet per module. "
               "module_memory.md describes the forms of dumps, and where each field comes from.",
+    "read": "Reads the modules of this machine's ports, through the kernel or from EEPROM files, and writes "
+            "port records with their memory. It needs Linux and the capability CAP_NET_ADMIN, and writes "
+            "nothing to a module. reading.md describes it.",
     "columns": "Lists the columns of the table: number, name and meaning; with --json also unit and forms.",
 }
 
@@ -61,7 +64,7 @@ class Option:
         """What completes its argument."""
         if "PAGE:FILE" in self.text:
             return "dumps"
-        kinds = {"FILE": "files", "OLD": "files", "NEW": "files", "NAMES": "columns",
+        kinds = {"FILE": "files", "OLD": "files", "NEW": "files", "DIR": "files", "NAMES": "columns",
                  "RULE=VALUE": "rules"}
         return kinds.get(self.argument, "nothing") if self.argument else None
 

@@ -2,7 +2,7 @@
 
 # The packages that the library and the program are built with.
 build_packages=(g++ cmake ninja-build libcli11-dev libsimdjson-dev nlohmann-json3-dev
-  libsqlite3-dev libjs-chart.js)
+  libsqlite3-dev libjs-chart.js libmnl-dev)
 
 need() {
   if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then

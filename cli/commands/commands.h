@@ -22,6 +22,7 @@ void AddMetricsCommand(CLI::App& app, Action& action);
 void AddPageCommand(CLI::App& app, Action& action);
 void AddStoreCommand(CLI::App& app, Action& action);
 void AddModuleCommand(CLI::App& app, Action& action);
+void AddReadCommand(CLI::App& app, Action& action);
 void AddColumnsCommand(CLI::App& app, Action& action);
 /// @}
 

@@ -46,7 +46,7 @@ _cableinfo_argument() {
 _cableinfo_word() {
   local word=${words[-1]} previous=${words[-2]} options positional=
   if [ ${#words[@]} -eq 2 ]; then
-    mapfile -t COMPREPLY < <(compgen -W 'table report export check diff metrics page store module columns --help --version' -- "$word")
+    mapfile -t COMPREPLY < <(compgen -W 'table report export check diff metrics page store module read columns --help --version' -- "$word")
     return
   fi
   case ${words[1]} in
@@ -96,6 +96,10 @@ _cableinfo_word() {
       options+=' --port --quiet --strict'
       positional=dumps
       ;;
+    read)
+      options='--help --output --quiet --scan --sysfs --timeout --watch'
+      positional=nothing
+      ;;
     columns)
       options='--help --json'
       ;;
@@ -109,8 +113,8 @@ _cableinfo_word() {
   case $previous in
     --columns) _cableinfo_argument columns ;;
     --module) _cableinfo_argument dumps ;;
-    --config | --output | -o) _cableinfo_argument files ;;
-    --bias-tolerance | --guid | --jobs | --keep | --label | --port | --power-tolerance | --taken-at | --temperature-tolerance | -j) ;;
+    --config | --output | --sysfs | -o) _cableinfo_argument files ;;
+    --bias-tolerance | --guid | --jobs | --keep | --label | --port | --power-tolerance | --taken-at | --temperature-tolerance | --timeout | --watch | -j) ;;
     --set) _cableinfo_argument rules ;;
     *)
       if [[ $word == -* ]]; then

@@ -178,6 +178,16 @@ complete -c cableinfo -n '__fish_seen_subcommand_from module' -l all-messages -d
 complete -c cableinfo -n '__fish_seen_subcommand_from module' -s q -l quiet -d 'show no progress meter, remarks or summary'
 complete -c cableinfo -n '__fish_seen_subcommand_from module' -l json -d 'write one JSON object per module'
 
+complete -c cableinfo -n __fish_use_subcommand -a read -d 'read the modules of this machine and write port records'
+complete -c cableinfo -n '__fish_seen_subcommand_from read' -a '(__cableinfo_nothing)'
+complete -c cableinfo -n '__fish_seen_subcommand_from read' -s h -l help -d 'print this help message and exit'
+complete -c cableinfo -n '__fish_seen_subcommand_from read' -l scan -d 'list the ports, and read nothing'
+complete -c cableinfo -n '__fish_seen_subcommand_from read' -l watch -x -d 'read again every so many seconds'
+complete -c cableinfo -n '__fish_seen_subcommand_from read' -l timeout -x -d 'wait so many seconds for a page'
+complete -c cableinfo -n '__fish_seen_subcommand_from read' -l sysfs -r -F -d 'look for ports here instead of in /sys'
+complete -c cableinfo -n '__fish_seen_subcommand_from read' -s o -l output -r -F -d 'write to this file, which is replaced when the output is complete'
+complete -c cableinfo -n '__fish_seen_subcommand_from read' -s q -l quiet -d 'show no remarks and no summary'
+
 complete -c cableinfo -n __fish_use_subcommand -a columns -d 'list the columns of the table'
 complete -c cableinfo -n '__fish_seen_subcommand_from columns' -s h -l help -d 'print this help message and exit'
 complete -c cableinfo -n '__fish_seen_subcommand_from columns' -l json -d 'write one JSON object per column'

@@ -1,0 +1,176 @@
+#include "cable_info/module_memory/page_plan.h"
+
+#include <algorithm>
+
+#include "cable_info/module_memory/cmis_lanes.h"
+#include "cable_info/module_memory/cmis_rules.h"
+#include "cable_info/module_memory/decode.h"
+#include "cable_info/module_memory/memory_map.h"
+
+namespace cable_info {
+
+namespace module_memory {
+
+namespace {
+
+enum class Banks : std::uint8_t { kOne, kAll };
+
+// Consecutive pages that are advertised together.
+struct AdvertisedPages {
+  std::uint8_t first = 0;
+  std::uint8_t last = 0;
+  Banks banks = Banks::kOne;
+  Advertisement advertised;
+};
+
+// SFF-8636 rev 2.11, table 6-1; page 03h is there unless the memory is flat.
+constexpr AdvertisedPages kSff8636Pages[] = {
+    {0x01, 0x01, Banks::kOne, On(Page::k00, 195, 6)},
+    {0x02, 0x02, Banks::kOne, On(Page::k00, 195, 7)},
+    {0x03, 0x03, Banks::kOne, kAlways},
+    {0x20, 0x21, Banks::kOne, On(Page::k00, 195, 0)},
+};
+
+// CMIS 5.4, table 8-1. Page 01h comes first, for it advertises the others.
+constexpr AdvertisedPages kCmisPages[] = {
+    {0x01, 0x02, Banks::kOne, kAlways},
+    {0x10, 0x11, Banks::kAll, kAlways},
+    {0x03, 0x03, Banks::kOne, On(Page::k01, 142, 2)},
+    {0x04, 0x04, Banks::kOne, On(Page::k01, 155, 6)},
+    {0x05, 0x05, Banks::kOne, On(Page::k01, 142, 3)},
+    {0x0C, 0x0C, Banks::kOne, On(Page::k01, 173, 7)},
+    {0x0D, 0x0D, Banks::kOne, On(Page::k01, 173, 6)},
+    {0x12, 0x12, Banks::kAll, On(Page::k01, 155, 6)},
+    {0x13, 0x14, Banks::kAll, On(Page::k01, 142, 5)},
+    {0x15, 0x15, Banks::kAll, On(Page::k01, 145, 3)},
+    {0x16, 0x17, Banks::kAll, On(Page::k01, 142, 7)},
+    {0x30, 0x4F, Banks::kAll, On(Page::k01, 142, 4)},
+};
+
+constexpr std::uint8_t kHalfSize = ModuleImage::kHalf;
+
+// ---------------------------------------------------------------------------------------------
+// What decoders use
+// ---------------------------------------------------------------------------------------------
+
+MemoryPart PartOf(Page page, std::size_t byte) {
+  return {page, byte < kHalfSize ? std::uint8_t{0} : kHalfSize};
+}
+
+bool Uses(const MapField& line, MemoryPart part) { return PartOf(line.page, line.byte) == part; }
+bool Uses(const LaneMapField& line, MemoryPart part) {
+  return PartOf(line.page, line.byte) == part;
+}
+bool Uses(const MapMonitor& line, MemoryPart part) {
+  return PartOf(line.page, line.byte) == part || PartOf(line.flags.page, line.flags.byte) == part ||
+         PartOf(line.threshold_page, line.threshold_byte) == part;
+}
+bool Uses(const NamedBit& line, MemoryPart part) { return PartOf(line.page, line.byte) == part; }
+
+template <typename Line>
+bool AnyUses(Lines<Line> lines, MemoryPart part) {
+  return std::any_of(lines.begin(), lines.end(),
+                     [part](const Line& line) { return Uses(line, part); });
+}
+
+// Maps name pages with those of bank 0.
+bool IsDecoded(const MemoryMap& map, MemoryPart part) {
+  return AnyUses(map.fields, part) || AnyUses(map.lane_fields, part) ||
+         AnyUses(map.monitors, part) || AnyUses(map.compliance, part) || AnyUses(map.options, part);
+}
+
+// ---------------------------------------------------------------------------------------------
+// What modules have
+// ---------------------------------------------------------------------------------------------
+
+class Plan {
+ public:
+  explicit Plan(const ModuleImage& image) : image_(image) {}
+
+  void Add(Page page, std::size_t first = kHalfSize) {
+    if (parts_.size() < kMostMemoryParts) parts_.push_back(PartOf(page, first));
+  }
+
+  void AddPages(const MemoryMap& map, Lines<AdvertisedPages> pages, unsigned banks) {
+    for (const AdvertisedPages& line : pages) {
+      if (Ask(image_, line.advertised) != Advertised::kYes) continue;
+      for (unsigned number = line.first; number <= line.last; ++number) {
+        const auto page = static_cast<std::uint8_t>(number);
+        if (!IsDecoded(map, {PageOf(page), kHalfSize})) continue;
+        const unsigned count = line.banks == Banks::kAll ? banks : 1;
+        for (unsigned bank = 0; bank < count; ++bank) Add(PageOf(page, bank));
+      }
+    }
+  }
+
+  // Page 2Fh says how many groups of descriptors, values and thresholds there are.
+  void AddVdm(unsigned banks) {
+    if (AskBit(image_, Page::k01, 142, 6) != Advertised::kYes) return;
+    constexpr std::uint8_t kTables[] = {0x20, 0x24, 0x28};
+    for (unsigned bank = 0; bank < banks; ++bank) {
+      const Page control = PageOf(NumberOf(kPage2F), bank);
+      Add(control);
+      const std::optional<unsigned> last_group = BitsOf(image_, control, 128, 1, 0);
+      if (!last_group) continue;
+      for (const std::uint8_t table : kTables) {
+        for (unsigned group = 0; group <= *last_group; ++group) {
+          Add(PageOf(static_cast<std::uint8_t>(table + group), bank));
+        }
+      }
+      Add(PageOf(NumberOf(kPage2C), bank));
+    }
+  }
+
+  void AddSff8472() {
+    constexpr unsigned kDiagnosticsBit = 6;
+    constexpr unsigned kAddressChangeBit = 2;
+    Add(Page::kA0, 0);
+    if (IsDecoded(Sff8472Map(), {Page::kA0, kHalfSize})) Add(Page::kA0);
+    const bool has_diagnostics =
+        AskBit(image_, Page::kA0, 92, kDiagnosticsBit) == Advertised::kYes &&
+        AskBit(image_, Page::kA0, 92, kAddressChangeBit) != Advertised::kYes;
+    if (!has_diagnostics) return;
+    Add(Page::kA2, 0);
+    if (IsDecoded(Sff8472Map(), {Page::kA2, kHalfSize})) Add(Page::kA2);
+  }
+
+  std::vector<MemoryPart> Take() { return std::move(parts_); }
+
+ private:
+  const ModuleImage& image_;
+  std::vector<MemoryPart> parts_;
+};
+
+}  // namespace
+
+}  // namespace module_memory
+
+Page FirstPageOf(std::uint8_t identifier) {
+  return module_memory::FamilyOf(identifier) == ModuleFamily::kSff8472 ? Page::kA0 : Page::kLower;
+}
+
+std::vector<MemoryPart> PartsToRead(const ModuleImage& image) {
+  using namespace module_memory;
+  Plan plan(image);
+  if (image.Has(Page::kA0)) {
+    plan.AddSff8472();
+    return plan.Take();
+  }
+  plan.Add(Page::kLower, 0);
+  if (!image.Has(Page::kLower)) return plan.Take();
+  plan.Add(Page::k00);
+  // The copy of the identifier in page 00h counts where byte 0 names no module.
+  const ModuleMemory memory(image);
+  if (memory.family() == ModuleFamily::kSff8636 &&
+      AskBit(image, Page::kLower, 2, 2) == Advertised::kNo) {
+    plan.AddPages(Sff8636Map(), kSff8636Pages, 1);
+  } else if (memory.family() == ModuleFamily::kCmis && IsPaged(image) == Advertised::kYes) {
+    // Without page 01h, which tells their number, there is one bank.
+    const unsigned banks = image.Has(Page::k01) ? BanksOf(image) : 1;
+    plan.AddPages(CmisMap(), kCmisPages, banks);
+    plan.AddVdm(banks);
+  }
+  return plan.Take();
+}
+
+}  // namespace cable_info

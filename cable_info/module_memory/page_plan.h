@@ -1,0 +1,44 @@
+#pragma once
+
+/// \file
+/// Which parts of a module's memory to read, for readers of live modules.
+
+#include <cstdint>
+#include <vector>
+
+#include "cable_info/module_memory/module_image.h"
+
+namespace cable_info {
+
+/// Half a page of a module's memory: 128 bytes from byte `first`, 0 or 128, on.
+struct MemoryPart {
+  Page page = Page::kLower;
+  std::uint8_t first = 0;
+
+  friend bool operator==(const MemoryPart& a, const MemoryPart& b) {
+    return a.page == b.page && a.first == b.first;
+  }
+};
+
+/// The name of the first 128 bytes of a module whose byte 0 is `identifier`: `Page::kA0` for SFP
+/// modules, else `Page::kLower`.
+Page FirstPageOf(std::uint8_t identifier);
+
+/// The parts that the module has, as far as the bytes in `image` advertise them, and that decoders
+/// use. More bytes may advertise more parts, never fewer that were read for a reason, so a reader
+/// asks again after every part until all that are named were read or tried:
+///
+///     image empty                     -> lower
+///     lower of an OSFP module         -> lower, 00h, 01h, 02h, 10h, 11h
+///     01h, which advertises VDM       -> ..., 2Fh
+///     2Fh: one group                  -> ..., 20h, 24h, 28h, 2Ch
+///
+/// The first part is the lower page under the name that `FirstPageOf` gives it. Parts are in an
+/// order in which the advertising ones come first. A module may lie: no image makes the list longer
+/// than `kMostMemoryParts`.
+std::vector<MemoryPart> PartsToRead(const ModuleImage& image);
+
+/// The most parts of one module that are read.
+inline constexpr std::size_t kMostMemoryParts = 256;
+
+}  // namespace cable_info

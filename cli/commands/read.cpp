@@ -1,0 +1,331 @@
+// cableinfo read
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <ctime>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "cli/commands/commands.h"
+#include "cli/commands/message_log.h"
+#include "cli/input/port.h"
+#include "cli/live/live_record.h"
+#include "cli/live/module_reader.h"
+#include "cli/live/readers.h"
+#include "cli/live/sysfs.h"
+#include "cli/message.h"
+#include "cli/output/whole_output.h"
+#include "cli/store/times.h"
+
+namespace cli {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  cableinfo read | cableinfo check              is anything wrong with this machine's "
+    "cables?\n"
+    "  cableinfo read --scan                         the ports that there are\n"
+    "  cableinfo read ib0 hca1/1 -o ports.jsonl      the modules of two ports\n"
+    "  cableinfo read --watch 60 >> history.jsonl    every minute until interrupted";
+
+struct ReadOptions {
+  std::vector<std::string> names;  // of ports; none: all
+  std::string sysfs = "/sys";
+  std::string output = kStandardOutput;
+  double watch = 0;    // seconds between rounds; 0: one round
+  double timeout = 2;  // seconds for one request
+  bool scan = false;
+  bool quiet = false;
+};
+
+std::string HostName() {
+  constexpr std::size_t kLongest = 256;
+  char name[kLongest] = {};
+  return gethostname(name, sizeof(name) - 1) == 0 ? name : "localhost";
+}
+
+// SIGINT and SIGTERM end a watch after the port that is being read. They are blocked and asked for,
+// so that they cannot come between a question and a wait.
+class Interruption {
+ public:
+  Interruption() {
+    sigemptyset(&signals_);
+    sigaddset(&signals_, SIGINT);
+    sigaddset(&signals_, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &signals_, nullptr);
+  }
+
+  // True when there was or comes one within the time.
+  bool Within(std::chrono::nanoseconds time) {
+    constexpr long kPerSecond = 1'000'000'000;
+    timespec limit = {};
+    limit.tv_sec = static_cast<time_t>(time.count() / kPerSecond);
+    limit.tv_nsec = static_cast<long>(time.count() % kPerSecond);
+    while (!is_interrupted_) {
+      const int signal = sigtimedwait(&signals_, nullptr, &limit);
+      if (signal < 0 && errno == EINTR) continue;
+      if (signal < 0) break;
+      is_interrupted_ = true;
+    }
+    return is_interrupted_;
+  }
+
+ private:
+  sigset_t signals_ = {};
+  bool is_interrupted_ = false;
+};
+
+// A module that takes this many times the limit of a request is given up.
+constexpr int kRequestsInModuleLimit = 10;
+
+class Reader {
+ public:
+  explicit Reader(const ReadOptions& options)
+      : options_(options),
+        request_limit_(static_cast<std::int64_t>(options.timeout * 1000)),
+        host_(HostName()) {}
+
+  ExitStatus status() const { return status_; }
+  const PortCounts& counts() const { return counts_; }
+
+  // One record per port, until `is_interrupted`. False when the run must end.
+  bool ReadAll(const std::vector<LivePort>& ports, const std::string& taken_at, std::ostream& os,
+               const std::function<bool()>& is_interrupted) {
+    for (const LivePort& port : ports) {
+      if (is_interrupted()) return false;
+      Write(port, Read(port), taken_at, os);
+      if (!os.good()) return false;
+    }
+    os.flush();
+    return os.good();
+  }
+
+ private:
+  using Make = std::function<std::unique_ptr<PageReader>()>;
+
+  std::vector<Make> WaysTo(const LivePort& port) const {
+    std::vector<Make> ways;
+    if (!port.interface.empty()) {
+      ways.emplace_back([&] { return MakeNetlinkReader(port.interface, request_limit_); });
+      ways.emplace_back([&] { return MakeIoctlReader(port.interface); });
+    }
+    if (!port.eeprom.empty()) ways.emplace_back([&] { return MakeEepromFileReader(port.eeprom); });
+    return ways;
+  }
+
+  // The module, read in the first way that works.
+  LiveModule Read(const LivePort& port) {
+    if (!busy_[port.Name()].expired()) {
+      return Failure({ReadError::Kind::kTimeLimit, "still waits for an earlier request"});
+    }
+    ReadError error = {ReadError::Kind::kNotSupported, "it has no network interface"};
+    for (const Make& make : WaysTo(port)) {
+      std::shared_ptr<PageReader> reader = make();
+      busy_[port.Name()] = reader;
+      const auto timed = MakeTimedReader(std::move(reader), request_limit_);
+      LiveModule module = ReadLiveModule(*timed, request_limit_ * kRequestsInModuleLimit);
+      if (!module.error || !LeavesOthers(module.error->kind)) return module;
+      if (error.kind == ReadError::Kind::kNotSupported) error = std::move(*module.error);
+    }
+    return Failure(std::move(error));
+  }
+
+  static LiveModule Failure(ReadError error) { return {{}, {}, std::move(error)}; }
+
+  // A file can be read without privilege, and without the interface in a container.
+  static bool LeavesOthers(ReadError::Kind kind) {
+    return kind == ReadError::Kind::kNotSupported || kind == ReadError::Kind::kNoPermission ||
+           kind == ReadError::Kind::kPort;
+  }
+
+  void Write(const LivePort& port, const LiveModule& module, const std::string& taken_at,
+             std::ostream& os) {
+    const std::string label = host_ + ':' + port.Name();
+    std::vector<std::string> remarks = module.remarks;
+    if (module.error) {
+      if (!IsWorthARecord(port, *module.error)) return LeaveOut(port, label, *module.error);
+      remarks = {(module.error->kind == ReadError::Kind::kNoModule ? "no module: "
+                                                                   : "no module memory: ") +
+                 module.error->text};
+    }
+    for (const std::string& remark : remarks) Remark(label, remark);
+    if (!remarks.empty()) ++counts_.remarked;
+    os << LiveRecordText({port, label, taken_at, module.image}) << '\n';
+    ++counts_.written;
+  }
+
+  bool IsNamed() const { return !options_.names.empty(); }
+
+  // An empty cage is, and so is a port of InfiniBand whose driver offers no memory, unless it was
+  // asked for.
+  bool IsWorthARecord(const LivePort& port, const ReadError& error) const {
+    if (error.kind == ReadError::Kind::kNoModule) return true;
+    return error.kind == ReadError::Kind::kNotSupported && !port.device.empty() && !IsNamed();
+  }
+
+  void LeaveOut(const LivePort& port, const std::string& label, const ReadError& error) {
+    const bool is_other = port.device.empty() && !IsNamed();
+    if (error.kind == ReadError::Kind::kNotSupported && is_other) {
+      return Remark(label, "left out, no module memory: " + error.text);
+    }
+    ++counts_.left_out;
+    if (error.kind != ReadError::Kind::kNoPermission) {
+      status_ = Worse(status_, ExitStatus::kBadPorts);
+      return PrintError(label + ": " + error.text);
+    }
+    status_ = Worse(status_, ExitStatus::kFileFailed);
+    if (std::exchange(has_explained_permission_, true)) return;
+    PrintError(label + ": " + error.text);
+    if (port.interface.empty()) return;
+    PrintError(
+        "cableinfo: the kernel lets only processes with the capability CAP_NET_ADMIN read modules; "
+        "run as root, or once: setcap cap_net_admin+ep PROGRAM");
+  }
+
+  void Remark(const std::string& label, const std::string& text) const {
+    if (!options_.quiet) PrintError(label + ": warning: " + text);
+  }
+
+  const ReadOptions& options_;
+  const milliseconds request_limit_;
+  const std::string host_;
+  std::map<std::string, std::weak_ptr<PageReader>> busy_;  // readers with a request under way
+  bool has_explained_permission_ = false;
+  ExitStatus status_ = ExitStatus::kGood;
+  PortCounts counts_;
+};
+
+// The ports of the command line; none, with a message, when there is a name without a port.
+std::optional<std::vector<LivePort>> Ports(const ReadOptions& options) {
+  const std::vector<LivePort> all = FindPorts(options.sysfs);
+  std::vector<std::string> unknown;
+  std::vector<LivePort> ports = SelectPorts(all, options.names, options.sysfs, unknown);
+  if (unknown.empty()) return ports;
+  std::string names;
+  for (const LivePort& port : all) names += (names.empty() ? "" : ", ") + port.Name();
+  for (const std::string& name : unknown) {
+    PrintError("cableinfo: no port \"" + name + "\"; " +
+               (names.empty() ? "none was found" : "the ports are " + names));
+  }
+  return std::nullopt;
+}
+
+ExitStatus Scan(const ReadOptions& options, const std::vector<LivePort>& ports) {
+  std::vector<std::vector<std::string>> rows = {
+      {"NAME", "DEVICE", "NODE GUID", "PORT GUID", "EEPROM FILE"}};
+  for (const LivePort& port : ports) {
+    const bool is_infiniband = !port.device.empty();
+    rows.push_back(
+        {port.Name(), is_infiniband ? port.device + '/' + std::to_string(port.number) : "-",
+         is_infiniband ? GuidText(port.node_guid) : "-",
+         is_infiniband ? GuidText(port.port_guid) : "-", port.eeprom.empty() ? "-" : port.eeprom});
+  }
+  std::vector<std::size_t> widths(rows.front().size());
+  for (const auto& row : rows) {
+    for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
+  }
+  return WriteWhole(options.output, [&](OutputFile& output) {
+    std::ostream os(&output);
+    for (const auto& row : rows) {
+      for (std::size_t i = 0; i + 1 < row.size(); ++i) {
+        os << row[i] << std::string(widths[i] - row[i].size() + 2, ' ');
+      }
+      os << row.back() << '\n';
+    }
+    return Ending::kCommit;
+  });
+}
+
+ExitStatus ReadOnce(const ReadOptions& options, const std::vector<LivePort>& ports,
+                    Reader& reader) {
+  return WriteWhole(options.output, [&](OutputFile& output) {
+    std::ostream os(&output);
+    reader.ReadAll(ports, {}, os, [] { return false; });
+    if (!output.replaces_file() || reader.counts().written > 0) return Ending::kCommit;
+    PrintError("cableinfo: " + options.output + ": not written: no port could be read");
+    return Ending::kDiscard;
+  });
+}
+
+// The ports are looked for in every round: cards and interfaces come and go.
+ExitStatus Watch(const ReadOptions& options, Reader& reader) {
+  Interruption interruption;
+  const auto pause = std::chrono::duration_cast<std::chrono::nanoseconds>(
+      std::chrono::duration<double>(options.watch));
+  return WriteWhole(options.output, [&](OutputFile& output) {
+    std::ostream os(&output);
+    auto next = std::chrono::steady_clock::now();
+    const auto is_interrupted = [&] { return interruption.Within({}); };
+    for (;;) {
+      const std::optional<std::vector<LivePort>> ports = Ports(options);
+      if (ports && !reader.ReadAll(*ports, TimeNow(), os, is_interrupted)) break;
+      next = std::max(next + pause, std::chrono::steady_clock::now());
+      if (interruption.Within(next - std::chrono::steady_clock::now())) break;
+    }
+    return Ending::kCommit;
+  });
+}
+
+ExitStatus Run(const ReadOptions& options) {
+  const std::optional<std::vector<LivePort>> ports = Ports(options);
+  if (!ports) return ExitStatus::kUsage;
+  if (options.scan) return Scan(options, *ports);
+  if (ports->empty() && options.watch == 0) {
+    PrintError("cableinfo: no port was found under " + options.sysfs);
+    return ExitStatus::kBadPorts;
+  }
+  Reader reader(options);
+  const ExitStatus output =
+      options.watch > 0 ? Watch(options, reader) : ReadOnce(options, *ports, reader);
+  if (reader.counts().left_out > 0 && !options.quiet) PrintSummary(reader.counts());
+  return Worse(reader.status(), output);
+}
+
+}  // namespace
+
+void AddReadCommand(CLI::App& app, Action& action) {
+  constexpr double kLongestWatch = 1e6;
+  constexpr double kShortest = 0.001;
+  constexpr double kLongestTimeout = 600;
+  const auto options = std::make_shared<ReadOptions>();
+  CLI::App* const command =
+      app.add_subcommand("read", "Read the modules of this machine and write port records");
+  command->footer(kExamples);
+  command->add_option("NAME", options->names,
+                      "Ports: an interface (ib0), a device (hca0), a port of it (hca0/1) or\n"
+                      "the path of an EEPROM file; none: all ports");
+  CLI::Option* const scan =
+      command->add_flag("--scan", options->scan, "List the ports, and read nothing");
+  command->add_option("--watch", options->watch, "Read again every so many seconds")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(kShortest, kLongestWatch))
+      ->excludes(scan);
+  command
+      ->add_option("--timeout", options->timeout,
+                   "Wait so many seconds for a page (2), and ten times as long for a module")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(kShortest, kLongestTimeout));
+  command->add_option("--sysfs", options->sysfs, "Look for ports here instead of in /sys")
+      ->type_name("DIR");
+  command
+      ->add_option("-o,--output", options->output,
+                   "Write to this file, which is replaced when the output is complete")
+      ->type_name("FILE");
+  command->add_flag("-q,--quiet", options->quiet, "Show no remarks and no summary");
+  command->callback([options, &action] { action = [options] { return Run(*options); }; });
+}
+
+}  // namespace cli

@@ -1,0 +1,507 @@
+"""Reading the modules of a machine: the ports of a made sysfs, EEPROM files, and what the kernel says of lo."""
+
+import json
+import os
+import re
+import signal
+import socket
+import subprocess
+import time
+import unittest
+
+import jsonschema
+
+from program import FABRIC, ROOT, ProgramTest, program, run
+
+HOST = socket.gethostname()
+
+
+def qsfp(vendor=b"Acme Optics", identifier=0x11):
+    """A QSFP28 module in the linear layout: lower page, 00h to 03h; only what identifies it."""
+    memory = bytearray(640)
+    memory[0] = memory[128] = identifier
+    memory[148:164] = vendor.ljust(16)
+    memory[168:184] = b"AO-Q28-SR4".ljust(16)
+    memory[196:212] = b"SN0001".ljust(16)
+    memory[191] = sum(memory[128:191]) & 0xFF
+    memory[223] = sum(memory[192:223]) & 0xFF
+    memory[512:520] = bytes.fromhex("4b00fb0046000000")
+    return bytes(memory)
+
+
+class ReadTest(ProgramTest):
+    def setUp(self):
+        super().setUp()
+        self.sys = self.folder / "sys"
+
+    def attribute(self, path, text=""):
+        path = self.sys / path
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text(text + "\n")
+
+    def adapter(self, device, guid, ports=1, interfaces=()):
+        """A device of InfiniBand whose GUIDs follow each other."""
+        root = f"class/infiniband/{device}"
+        words = f"{guid:016x}"
+        self.attribute(f"{root}/node_guid", ":".join(words[i:i + 4] for i in range(0, 16, 4)))
+        for port in range(1, ports + 1):
+            words = f"{guid + port:016x}"
+            gid = "fe80:0000:0000:0000:" + ":".join(words[i:i + 4] for i in range(0, 16, 4))
+            self.attribute(f"{root}/ports/{port}/gids/0", gid)
+        for name, dev_port in interfaces:
+            self.attribute(f"{root}/device/net/{name}/dev_port", str(dev_port))
+            self.attribute(f"class/net/{name}/device/infiniband/{device}")
+
+    def interface(self, name, physical=True):
+        self.attribute(f"class/net/{name}/{'device/vendor' if physical else 'operstate'}")
+
+    def eeprom(self, device, name, memory):
+        self.attribute(f"bus/i2c/devices/{device}/port_name", name)
+        path = self.sys / f"bus/i2c/devices/{device}/eeprom"
+        path.write_bytes(memory)
+        return path
+
+    def read(self, *arguments, **options):
+        return run("read", "--sysfs", self.sys, *arguments, **options)
+
+
+class Scan(ReadTest):
+    def rows(self, *arguments):
+        result = self.read("--scan", *arguments)
+        self.assert_run(result)
+        lines = [re.split(" {2,}", line) for line in result.stdout.decode().splitlines()]
+        self.assertEqual(lines[0], ["NAME", "DEVICE", "NODE GUID", "PORT GUID", "EEPROM FILE"])
+        return lines[1:]
+
+    def test_ports_of_one_device(self):
+        self.adapter("dual0", 0xA0B1C20000D4E500, ports=2, interfaces=[("ib0", 0), ("ib1", 1)])
+        self.assertEqual(self.rows(), [
+            ["ib0", "dual0/1", "0xa0b1c20000d4e500", "0xa0b1c20000d4e501", "-"],
+            ["ib1", "dual0/2", "0xa0b1c20000d4e500", "0xa0b1c20000d4e502", "-"]])
+
+    def test_a_device_for_each_port(self):
+        self.adapter("hca0", 0x1000, interfaces=[("ibs1f0", 0)])
+        self.adapter("hca1", 0x2000, interfaces=[("ibs1f1", 0)])
+        self.assertEqual([row[:2] for row in self.rows()], [["ibs1f0", "hca0/1"], ["ibs1f1", "hca1/1"]])
+
+    def test_a_port_without_interface_has_the_name_of_its_device(self):
+        self.adapter("hca0", 0x1000)
+        self.assertEqual([row[:2] for row in self.rows()], [["hca0/1", "hca0/1"]])
+
+    def test_the_interface_that_the_gid_names_goes_first(self):
+        self.adapter("hca0", 0x1000, interfaces=[("eth1", 0), ("eth2", 0)])
+        self.attribute("class/infiniband/hca0/ports/1/gid_attrs/ndevs/0", "eth2")
+        self.assertEqual([row[0] for row in self.rows()], ["eth2"])
+
+    def test_children_and_representors_are_no_ports(self):
+        self.adapter("hca0", 0x1000, interfaces=[("a.8001", 0), ("b_rep", 0), ("ib0", 0)])
+        self.attribute("class/infiniband/hca0/device/net/a.8001/parent", "ib0")
+        self.attribute("class/infiniband/hca0/device/net/b_rep/phys_port_name", "pf0vf3")
+        self.assertEqual([row[0] for row in self.rows()], ["ib0"])
+
+    def test_virtual_functions_share_the_module_of_their_physical_one(self):
+        self.adapter("hca0", 0x1000, interfaces=[("ib0", 0)])
+        self.adapter("hca2", 0x3000, interfaces=[("ib2", 0)])
+        self.attribute("class/infiniband/hca2/device/physfn/vendor")
+        self.assertEqual([row[0] for row in self.rows()], ["ib0"])
+
+    def test_network_interfaces_of_devices(self):
+        self.interface("lo", physical=False)
+        self.interface("br0", physical=False)
+        self.interface("eth0")
+        self.assertEqual(self.rows(), [["eth0", "-", "-", "-", "-"]])
+
+    def test_eeprom_files_of_named_ports(self):
+        self.interface("swp1")
+        one = self.eeprom("3-0050", "swp1", qsfp())
+        two = self.eeprom("4-0050", "port2", qsfp())
+        self.attribute("bus/i2c/devices/5-0050/eeprom", "of a memory bank")
+        self.assertEqual([[row[0], row[4]] for row in self.rows()], [["swp1", str(one)], ["port2", str(two)]])
+
+    def test_names_select(self):
+        self.adapter("dual0", 0x1000, ports=2, interfaces=[("ib0", 0), ("ib1", 1)])
+        self.adapter("hca1", 0x2000, interfaces=[("ib2", 0)])
+        for names, expected in ((["ib1"], ["ib1"]), (["dual0"], ["ib0", "ib1"]), (["dual0/2"], ["ib1"]),
+                                (["ib2", "dual0", "ib0"], ["ib2", "ib0", "ib1"])):
+            self.assertEqual([row[0] for row in self.rows(*names)], expected)
+
+    def test_unknown_names_are_answered_with_the_known_ones(self):
+        self.adapter("hca0", 0x1000, interfaces=[("ib0", 0)])
+        self.assert_run(self.read("--scan", "ib7"), 2, 'cableinfo: no port "ib7"; the ports are ib0\n')
+        for name in ("..", ".", "", "/no/such/file"):
+            self.assertEqual(self.read("--scan", name).returncode, 2, name)
+
+    def test_strange_attributes_are_no_guids(self):
+        self.adapter("hca0", 0x1000, interfaces=[("ib0", 0)])
+        for text in ("", "fe80::1", "x" * 39, "zzzz:" * 8, "\0" * 50):
+            self.attribute("class/infiniband/hca0/node_guid", text)
+            self.assertEqual(self.rows()[0][2], "0x0000000000000000")
+
+    def test_folders_that_are_no_ports(self):
+        for name in ("0", "-1", "x", "1x", "4294967296"):
+            self.attribute(f"class/infiniband/hca0/ports/{name}/state")
+        self.assertEqual(self.rows(), [])
+
+
+class EepromFiles(ReadTest):
+    def records(self, *arguments, status=0, stderr=b""):
+        result = self.read(*arguments)
+        self.assert_run(result, status, stderr)
+        return [json.loads(line) for line in result.stdout.splitlines()]
+
+    def test_record(self):
+        memory = qsfp()
+        self.eeprom("3-0050", "port1", memory)
+        self.assertEqual(self.records(), [{
+            "label": f"{HOST}:port1",
+            "module_memory": {"pages": {"lower": memory[:128].hex(), "00": memory[128:256].hex(),
+                                        "03": memory[512:].hex()}}}])
+
+    def test_guids_of_the_port(self):
+        self.adapter("hca0", 0xA0B1C20000D4E500, interfaces=[("ib0none", 0)])
+        self.eeprom("3-0050", "ib0none", qsfp())
+        record, = self.records()
+        self.assertEqual((record["node_guid"], record["port_guid"], record["port_num"], record["label"]),
+                         ("0xa0b1c20000d4e500", "0xa0b1c20000d4e501", 1, f"{HOST}:ib0none"))
+
+    def test_records_are_input_of_the_other_commands(self):
+        self.eeprom("3-0050", "port1", qsfp())
+        records = self.read().stdout
+        exported = json.loads(run("export", stdin=records).stdout)
+        self.assertEqual(exported["label"], f"{HOST}:port1")
+        module = json.loads(run("module", "--json", stdin=records).stdout)
+        self.assertEqual(module["pages_read"], ["lower", "00h", "03h"])
+        self.assertIn(b"Acme Optics", run("report", stdin=records).stdout)
+        self.assertIn(run("check", stdin=records).returncode, (0, 5, 6))
+
+    def test_sfp_modules(self):
+        memory = bytearray(512)
+        memory[0], memory[1], memory[92] = 3, 4, 0x68
+        memory[256 + 96] = 0x1A
+        self.eeprom("3-0050", "port1", bytes(memory))
+        pages = self.records()[0]["module_memory"]["pages"]
+        self.assertEqual(pages["a0"][:512], memory[:len(pages["a0"]) // 2].hex())
+        self.assertEqual(pages["a2"], memory[256:256 + len(pages["a2"]) // 2].hex())
+
+    def test_paths_are_ports(self):
+        path = self.file("eeprom", qsfp())
+        record, = self.records(str(path))
+        self.assertEqual(record["label"], f"{HOST}:{path}")
+
+    def test_a_file_that_ends_early_keeps_what_it_has(self):
+        self.eeprom("3-0050", "port1", qsfp()[:300])
+        record, = self.records(stderr=f"{HOST}:port1: warning: page 03h cannot be read: the file ends before it\n")
+        self.assertEqual(set(record["module_memory"]["pages"]), {"lower", "00"})
+
+    def test_an_empty_cage_is_a_record_without_memory(self):
+        self.eeprom("3-0050", "port1", b"\xff" * 640)
+        self.assertEqual(self.records(stderr=f"{HOST}:port1: warning: no module: the module does not answer\n"),
+                         [{"label": f"{HOST}:port1"}])
+
+    def test_a_port_that_fails_costs_its_own_record(self):
+        self.eeprom("3-0050", "port1", b"")
+        self.eeprom("4-0050", "port2", qsfp())
+        result = self.read()
+        self.assert_run(result, 1, f"{HOST}:port1: the file ends before it\n"
+                                   "cableinfo: 1 port written, 1 left out, 0 remarked on\n")
+        self.assertEqual(len(result.stdout.splitlines()), 1)
+
+    def test_nothing_is_opened_for_writing(self):
+        path = self.eeprom("3-0050", "port1", qsfp())
+        before = path.read_bytes(), path.stat().st_mtime_ns
+        path.chmod(0o444)
+        self.records()
+        self.assertEqual((path.read_bytes(), path.stat().st_mtime_ns), before)
+
+    def test_output_file(self):
+        self.eeprom("3-0050", "port1", qsfp())
+        output = self.folder / "ports.jsonl"
+        self.assert_run(self.read("-o", output))
+        self.assertEqual(output.read_bytes(), self.read().stdout)
+
+    def test_an_output_file_is_kept_when_nothing_could_be_read(self):
+        self.eeprom("3-0050", "port1", b"")
+        output = self.file("ports.jsonl", b"old")
+        self.assertEqual(self.read("-q", "-o", output).returncode, 1)
+        self.assertEqual(output.read_bytes(), b"old")
+
+
+class Kernel(ReadTest):
+    """What the kernel of this machine answers."""
+
+    def test_the_loopback_interface_has_no_module(self):
+        self.interface("lo", physical=False)
+        result = self.read("lo")
+        self.assertEqual(result.stdout, b"")
+        first = result.stderr.decode().splitlines()[0]
+        if result.returncode == 3:
+            self.assertEqual(first, f"{HOST}:lo: Operation not permitted")
+            self.assertIn(b"CAP_NET_ADMIN", result.stderr)
+        else:
+            self.assertEqual(result.returncode, 1)
+            self.assertEqual(first, f"{HOST}:lo: Operation not supported")
+
+    @unittest.skipIf(os.geteuid() != 0, "root can give the privilege up")
+    def test_a_missing_privilege_is_named(self):
+        self.interface("lo", physical=False)
+        self.folder.chmod(0o755)
+        result = self.read("lo", user=65534, group=65534, extra_groups=[])
+        self.assertEqual(result.returncode, 3, result.stderr)
+        self.assertIn("CAP_NET_ADMIN", result.stderr.decode())
+
+    def test_an_interface_that_there_is_not(self):
+        self.interface("nosuch0")
+        result = self.read("nosuch0")
+        self.assertNotEqual(result.returncode, 0)
+        self.assertEqual(result.stdout, b"")
+
+    def test_ports_of_infiniband_without_memory_are_records(self):
+        self.adapter("hca0", 0x1000)
+        result = self.read()
+        self.assert_run(result, 0, f"{HOST}:hca0/1: warning: no module memory: it has no network interface\n")
+        self.assertEqual(json.loads(result.stdout), {
+            "node_guid": "0x0000000000001000", "port_guid": "0x0000000000001001", "port_num": 1,
+            "label": f"{HOST}:hca0/1"})
+
+    def test_no_ports(self):
+        self.assert_run(self.read(), 1, f"cableinfo: no port was found under {self.sys}\n")
+
+
+class Watch(ReadTest):
+    def start(self, *arguments):
+        return subprocess.Popen([program(), "read", "--sysfs", str(self.sys), *arguments],
+                                stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+
+    def test_one_record_per_port_and_round_until_interrupted(self):
+        self.eeprom("3-0050", "port1", qsfp())
+        self.eeprom("4-0050", "port2", qsfp(b"Copperworks"))
+        for end in (signal.SIGINT, signal.SIGTERM):
+            with self.start("--watch", "0.05") as watch:
+                lines = [watch.stdout.readline() for _ in range(6)]
+                watch.send_signal(end)
+                rest, errors = watch.communicate(timeout=20)
+                self.assertEqual((errors, watch.returncode), (b"", 0))
+            lines += rest.splitlines(keepends=True)
+            records = [json.loads(line) for line in lines]
+            self.assertEqual({record["label"] for record in records}, {f"{HOST}:port1", f"{HOST}:port2"})
+            for record in records:
+                self.assertRegex(record["taken_at"], r"^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\dZ$")
+            self.assertEqual(run("export", stdin=b"".join(lines)).returncode, 0)
+
+    def test_the_status_of_all_rounds_is_kept(self):
+        self.eeprom("3-0050", "port1", b"")
+        path = self.eeprom("4-0050", "port2", qsfp())
+        with self.start("--watch", "0.05", "-q") as watch:
+            watch.stdout.readline()
+            path.with_name("port_name").unlink()
+            time.sleep(0.2)
+            watch.send_signal(signal.SIGINT)
+            _, errors = watch.communicate(timeout=20)
+            self.assertEqual(watch.returncode, 1)
+        self.assertIn(b"port1: the file ends before it", errors)
+
+    def test_a_reader_that_goes_away_ends_it(self):
+        self.eeprom("3-0050", "port1", qsfp())
+        with self.start("--watch", "0.05") as watch:
+            watch.stdout.readline()
+            watch.stdout.close()
+            self.assertEqual(watch.wait(timeout=20), 0)
+
+    def test_an_output_file_is_complete_after_the_interruption(self):
+        self.eeprom("3-0050", "port1", qsfp())
+        output = self.folder / "history.jsonl"
+        with self.start("--watch", "0.05", "-o", str(output)) as watch:
+            time.sleep(0.5)
+            self.assertFalse(output.exists())
+            watch.send_signal(signal.SIGTERM)
+            self.assertEqual(watch.wait(timeout=20), 0)
+        self.assertGreater(len(output.read_text().splitlines()), 1)
+
+    def test_usage(self):
+        for arguments in (["--watch", "0"], ["--watch", "-1"], ["--watch", "x"], ["--timeout", "0"],
+                          ["--scan", "--watch", "1"]):
+            self.assertEqual(self.read(*arguments).returncode, 2, arguments)
+
+
+# Stand-ins for what a test cannot have. `cableinfo read` finds the made sysfs, a watch ends soon, and
+# the jobs of Slurm run one after the other.
+STAND_INS = {
+    "cableinfo": """case "$1" in
+  read) shift; exec timeout --signal=INT --preserve-status 1 "$CABLEINFO_PROGRAM" read --sysfs "$SYS" "$@" ;;
+esac
+exec "$CABLEINFO_PROGRAM" "$@"
+""",
+    "sudo": 'exec "$@"\n',
+    "setcap": "",
+    "ethtool": """case "$*" in
+  '-m eth0 raw on') exec cat "$SYS/bus/i2c/devices/3-0050/eeprom" ;;
+  '-m eth0 hex on')
+    printf 'Offset\\t\\tValues\\n------\\t\\t------\\n'
+    od -A x -v -t x1 "$SYS/bus/i2c/devices/3-0050/eeprom" |
+      sed -n 's/^00\\(....\\) \\(..*\\)/0x\\1:\\t\\t\\2/p'
+    exit ;;
+esac
+exit 1
+""",
+    "sinfo": 'for node in $NODES; do echo "$node"; done\n',
+    "srun": """nodes=
+while [[ $1 == -* ]]; do
+  [[ $1 != --nodelist=* ]] || nodes=${1#*=}
+  shift
+done
+for node in ${nodes//,/ }; do
+  [ "$node" = "${LOST:-}" ] || SLURMD_NODENAME=$node "$@" || status=1
+done
+exit "${status:-0}"
+""",
+    "sbatch": """while [[ $1 == -* ]]; do
+  [[ $1 != --array=* ]] || array=${1#*=}
+  [[ $1 != --output=* ]] || output=${1#*=}
+  shift
+done
+for part in ${array//,/ }; do
+  [ "$part" = "${LOST:-}" ] || SLURM_ARRAY_TASK_ID=$part "$@" >"${output/\\%a/$part}" 2>&1 || status=1
+done
+exit "${status:-0}"
+""",
+}
+
+
+class Stage(ReadTest):
+    """A folder in which the commands of the documents run."""
+
+    def setUp(self):
+        super().setUp()
+        for name, script in STAND_INS.items():
+            path = self.folder / "bin" / name
+            path.parent.mkdir(exist_ok=True)
+            path.write_text("#!/bin/bash\n" + script)
+            path.chmod(0o755)
+        self.stage = self.folder / "stage"
+        self.stage.mkdir()
+        (self.stage / "examples").symlink_to(ROOT / "examples")
+        (self.stage / "yesterday.jsonl").write_text("")
+        (self.stage / "archive.jsonl").write_bytes(FABRIC.read_bytes())
+        self.adapter("hca0", 0xA0B1C20000D4E500, interfaces=[("ib0", 0)])
+        self.adapter("hca1", 0xA0B1C20000D4E600, interfaces=[("ib1", 0)])
+        self.eeprom("3-0050", "ib0", qsfp())
+        self.eeprom("4-0050", "ib1", qsfp(b"Copperworks"))
+
+    def shell(self, command, **environment):
+        return subprocess.run(
+            ["bash", "-c", command], cwd=self.stage, capture_output=True, timeout=60, check=False,
+            env={**os.environ, "PATH": f"{self.folder}/bin:{os.environ['PATH']}", "SYS": str(self.sys),
+                 "CABLEINFO_PROGRAM": program(), "NODES": "n1 n2 n3", "CABLEINFO": "cableinfo", **environment})
+
+
+class Documents(Stage):
+    def commands(self, path, begin="", end="$^"):
+        text = path.read_text()
+        text = text[text.index(begin):]
+        text = text[:re.search(end, text).start() if re.search(end, text) else None]
+        for language, block in re.findall("^```(\\w*)\n(.*?)^```$", text, re.MULTILINE | re.DOTALL):
+            if not language and not block.startswith("NAME "):
+                yield from block.splitlines()
+
+    def assert_work(self, commands):
+        for command in commands:
+            with self.subTest(command):
+                result = self.shell(command.replace("/sys/", f"{self.sys}/"))
+                # Findings of the sample are no failures; neither are its bad ports.
+                self.assertIn(result.returncode, (0, 5, 6), result.stderr.decode())
+
+    def test_getting_started(self):
+        commands = list(self.commands(ROOT / "README.md", "## Getting started", "\n## Program"))
+        self.assertEqual(len(commands), 5)
+        self.assert_work(commands)
+
+    def test_reading(self):
+        commands = list(self.commands(ROOT / "docs" / "reading.md"))
+        self.assertGreater(len(commands), 10)
+        self.assert_work(commands)
+
+    def test_slurm(self):
+        commands = list(self.commands(ROOT / "docs" / "scale.md", "## A cluster with Slurm",
+                                      "\n## Several machines with GNU"))
+        self.assertEqual(len(commands), 5)
+        self.assert_work(commands)
+
+    def test_scan_looks_as_documented(self):
+        self.interface("eth0")
+        for device in ("3-0050", "4-0050"):
+            (self.sys / f"bus/i2c/devices/{device}/port_name").unlink()
+        shown = re.search("^```\n(NAME .*?)^```", (ROOT / "docs" / "reading.md").read_text(),
+                          re.MULTILINE | re.DOTALL).group(1)
+        rows = [line.split() for line in shown.splitlines()]
+        self.assertEqual([line.split() for line in self.read("--scan").stdout.decode().splitlines()], rows)
+
+    def test_the_example_program_writes_valid_records(self):
+        schema = json.loads((ROOT / "docs" / "port.schema.json").read_text())
+        result = self.shell("python3 examples/port_records.py")
+        records = [json.loads(line) for line in result.stdout.splitlines()]
+        self.assertEqual(len(records), 3)
+        for record in records:
+            jsonschema.validate(record, schema)
+        exported = [json.loads(line) for line in run("export", stdin=result.stdout).stdout.splitlines()]
+        self.assertEqual([record["label"] for record in exported], [f"switch-1 port {n}" for n in (1, 2, 3)])
+        self.assertIn(b"Copperworks", run("report", stdin=result.stdout).stdout)
+
+    def test_records_that_are_read_follow_the_schema(self):
+        schema = json.loads((ROOT / "docs" / "port.schema.json").read_text())
+        for record in (self.shell("cableinfo read --watch 0.2; cableinfo read ib0").stdout).splitlines():
+            jsonschema.validate(json.loads(record), schema)
+
+
+class SlurmScripts(Stage):
+    COLLECT = "examples/slurm/collect.sh fabric.jsonl parts"
+    DECODE = "examples/slurm/decode.sh archive.jsonl cables.csv parts 4 -- table"
+
+    def test_collect_joins_the_nodes_in_order(self):
+        result = self.shell(self.COLLECT)
+        self.assertEqual((result.returncode, result.stderr), (0, b""))
+        self.assertEqual((self.stage / "fabric.jsonl").read_bytes(), 3 * self.read().stdout)
+
+    def test_lost_nodes_are_named_and_read_by_a_second_run(self):
+        result = self.shell(self.COLLECT, LOST="n2")
+        self.assertEqual((result.returncode, result.stderr), (1, b"collect.sh: no modules of these nodes: n2\n"))
+        self.assertEqual((self.stage / "fabric.jsonl").read_bytes(), 2 * self.read().stdout)
+        (self.stage / "parts" / "n1.jsonl").write_text("kept\n")
+        self.assertEqual(self.shell(self.COLLECT).returncode, 0)
+        self.assertEqual((self.stage / "fabric.jsonl").read_bytes(), b"kept\n" + 2 * self.read().stdout)
+
+    def test_the_table_of_an_array_is_that_of_one_process(self):
+        expected = run("table", FABRIC).stdout
+        self.assertEqual(self.shell(self.DECODE).returncode, 0)
+        self.assertEqual((self.stage / "cables.csv").read_bytes(), expected)
+        for command in ("export", "check --json"):
+            self.shell(f"examples/slurm/decode.sh archive.jsonl out 'parts of {command}' 3 -- {command}")
+            whole = run(*command.split(), FABRIC).stdout.splitlines()
+            if command == "export":
+                self.assertEqual((self.stage / "out").read_bytes().splitlines(), whole)
+            else:
+                self.assertEqual(len((self.stage / "out").read_bytes().splitlines()), len(whole) - 1)
+
+    def test_parts_that_fail_are_named_and_run_again(self):
+        result = self.shell(self.DECODE, LOST="3")
+        self.assertEqual(result.returncode, 1)
+        self.assertTrue(result.stderr.endswith(b"decode.sh: cables.csv is not written; these parts failed: 3\n"))
+        self.assertFalse((self.stage / "cables.csv").exists())
+        self.assertEqual(self.shell(self.DECODE).returncode, 0)
+        self.assertEqual((self.stage / "cables.csv").read_bytes(), run("table", FABRIC).stdout)
+
+    def test_a_part_of_an_unreadable_input_is_none(self):
+        result = self.shell("examples/slurm/decode.sh missing.jsonl cables.csv parts 2 -- table")
+        self.assertEqual(result.returncode, 1)
+        self.assertFalse((self.stage / "cables.csv").exists())
+        self.assertEqual(list((self.stage / "parts").glob("[0-9]")), [])
+
+    def test_bad_ports_are_reported_with_their_part(self):
+        lines = FABRIC.read_bytes().splitlines(keepends=True)
+        (self.stage / "archive.jsonl").write_bytes(b"".join(lines[:-1]) + b'{"bad": 1}\n')
+        result = self.shell(self.DECODE)
+        self.assertEqual(result.returncode, 0)
+        self.assertRegex(result.stderr.decode(), r"part 4: <stdin>:\d+: bad: unknown key")
+
+
+if __name__ == "__main__":
+    unittest.main()

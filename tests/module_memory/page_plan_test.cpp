@@ -1,0 +1,141 @@
+#include "cable_info/module_memory/page_plan.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+#include "module_memory/cmis_memory.h"
+
+namespace {
+
+using cable_info::FirstPageOf;
+using cable_info::kMostMemoryParts;
+using cable_info::MemoryPart;
+using cable_info::ModuleImage;
+using cable_info::Page;
+using cable_info::PageOf;
+using cable_info::PartsToRead;
+using cmis_memory::Memory;
+
+// "lower 00 11.1", with a "+" after the second halves of SFP devices.
+std::string Plan(const ModuleImage& image) {
+  std::string text;
+  for (const MemoryPart& part : PartsToRead(image)) {
+    if (!text.empty()) text += ' ';
+    text += cable_info::module_memory::PageKey(part.page);
+    const bool is_upper = part.first == 128;
+    EXPECT_TRUE(part.first == 0 || is_upper);
+    if (part.page == Page::kA0 || part.page == Page::kA2) {
+      text += is_upper ? "+" : "";
+    } else {
+      EXPECT_EQ(is_upper, part.page != Page::kLower);
+    }
+  }
+  return text;
+}
+
+TEST(PagePlan, BeginsWithTheLowerPage) { EXPECT_EQ(Plan(ModuleImage()), "lower"); }
+
+TEST(PagePlan, TheFirstPageOfSfpModulesIsA0) {
+  EXPECT_EQ(FirstPageOf(0x03), Page::kA0);
+  EXPECT_EQ(FirstPageOf(0x11), Page::kLower);
+  EXPECT_EQ(FirstPageOf(0x19), Page::kLower);
+  EXPECT_EQ(FirstPageOf(0x00), Page::kLower);
+}
+
+TEST(PagePlan, AnUnknownModuleIsIdentifiedByPage00h) {
+  Memory memory;
+  memory.Add(Page::kLower);
+  EXPECT_EQ(Plan(memory.image()), "lower 00");
+  memory.Add(Page::k00);
+  EXPECT_EQ(Plan(memory.image()), "lower 00");
+  memory.Put(Page::k00, 128, {0x11});
+  EXPECT_EQ(Plan(memory.image()), "lower 00 03");
+}
+
+TEST(PagePlan, Sff8636) {
+  Memory memory;
+  memory.Add(Page::kLower).Put(Page::kLower, 0, {0x11});
+  EXPECT_EQ(Plan(memory.image()), "lower 00 03");
+  memory.Add(Page::k00).Put(Page::k00, 128, {0x11});
+  EXPECT_EQ(Plan(memory.image()), "lower 00 03");
+  memory.Put(Page::k00, 195, {0x80});
+  EXPECT_EQ(Plan(memory.image()), "lower 00 02 03");
+}
+
+TEST(PagePlan, FlatMemoryHasNoUpperPagesButPage00h) {
+  Memory qsfp;
+  qsfp.Add(Page::kLower).Put(Page::kLower, 0, {0x11, 0, 0x04});
+  qsfp.Add(Page::k00).Put(Page::k00, 195, {0xFF});
+  EXPECT_EQ(Plan(qsfp.image()), "lower 00");
+  Memory cmis;
+  cmis.Add(Page::kLower).Put(Page::kLower, 0, {0x18, 0x40, 0x80});
+  EXPECT_EQ(Plan(cmis.image()), "lower 00");
+}
+
+TEST(PagePlan, Sff8472) {
+  Memory memory;
+  memory.Put(Page::kA0, 0, {0x03});
+  EXPECT_EQ(Plan(memory.image()), "a0");
+  memory.Put(Page::kA0, 92, {0x40});
+  EXPECT_EQ(Plan(memory.image()).substr(0, 5), "a0 a2");
+  memory.Put(Page::kA0, 92, {0x44});  // A2h needs an address change, which is a write
+  EXPECT_EQ(Plan(memory.image()), "a0");
+}
+
+// The mandatory pages of a CMIS module (CMIS 5.2, table 8-1), and what page 01h advertises.
+Memory Cmis(unsigned page142, unsigned page155 = 0) {
+  Memory memory;
+  memory.Add(Page::kLower).Put(Page::kLower, 0, {0x19, 0x52});
+  memory.Add(Page::k00).Put(Page::k00, 128, {0x19});
+  memory.Add(Page::k01).Put(Page::k01, 142, {page142}).Put(Page::k01, 155, {page155});
+  return memory;
+}
+
+TEST(PagePlan, Cmis) {
+  EXPECT_EQ(Plan(Cmis(0).Drop(Page::k01).image()), "lower 00 01 02 10 11");
+  EXPECT_EQ(Plan(Cmis(0).image()), "lower 00 01 02 10 11");
+  EXPECT_EQ(Plan(Cmis(0x01).image()), "lower 00 01 02 10 10.1 11 11.1");
+  EXPECT_EQ(Plan(Cmis(0x02).image()), "lower 00 01 02 10 10.1 10.2 10.3 11 11.1 11.2 11.3");
+  EXPECT_EQ(Plan(Cmis(0x20).image()), "lower 00 01 02 10 11 13 14");
+  EXPECT_EQ(Plan(Cmis(0x00, 0x40).image()), "lower 00 01 02 10 11 04 12");
+}
+
+TEST(PagePlan, VersatileDiagnosticsFollowTheirGroups) {
+  Memory memory = Cmis(0x40);
+  EXPECT_EQ(Plan(memory.image()), "lower 00 01 02 10 11 2f");
+  memory.Add(PageOf(0x2F));
+  EXPECT_EQ(Plan(memory.image()), "lower 00 01 02 10 11 2f 20 24 28 2c");
+  memory.Put(PageOf(0x2F), 128, {0x03});
+  EXPECT_EQ(Plan(memory.image()), "lower 00 01 02 10 11 2f 20 21 22 23 24 25 26 27 28 29 2a 2b 2c");
+}
+
+TEST(PagePlan, EveryBankHasItsOwnGroups) {
+  Memory memory = Cmis(0x41);
+  memory.Add(PageOf(0x2F)).Add(PageOf(0x2F, 1)).Put(PageOf(0x2F, 1), 128, {0x01});
+  EXPECT_EQ(
+      Plan(memory.image()),
+      "lower 00 01 02 10 10.1 11 11.1 2f 20 24 28 2c 2f.1 20.1 21.1 24.1 25.1 28.1 29.1 2c.1");
+}
+
+// Pages whose content no decoder knows are not worth their time on the bus.
+TEST(PagePlan, WhatIsNotDecodedIsNotRead) {
+  const std::string plan = Plan(Cmis(0x10).image());  // coherent pages 30h to 4Fh
+  EXPECT_EQ(plan.find(" 4f"), std::string::npos) << plan;
+}
+
+TEST(PagePlan, NoModuleMakesItEndless) {
+  Memory memory = Cmis(0xFF, 0xFF).Put(Page::kLower, 1, {0x54}).Put(Page::k01, 142, {0xFF});
+  memory.Put(Page::k01, 174, {0xFF});  // 32 banks
+  for (unsigned bank = 0; bank < 32; ++bank) {
+    memory.Add(PageOf(0x2F, bank)).Put(PageOf(0x2F, bank), 128, {0x03});
+  }
+  const std::vector<MemoryPart> parts = PartsToRead(memory.image());
+  EXPECT_EQ(parts.size(), kMostMemoryParts);
+  for (auto part = parts.begin(); part != parts.end(); ++part) {
+    EXPECT_EQ(std::find(part + 1, parts.end(), *part), parts.end());
+  }
+}
+
+}  // namespace
