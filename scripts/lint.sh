@@ -1,12 +1,15 @@
 #!/usr/bin/env bash
-# Checks the formatting of all sources with clang-format, and the sources with cppcheck and
-# clang-tidy.
+# Checks the formatting of all sources with clang-format, the sources with cppcheck and clang-tidy,
+# and the page with Prettier and ESLint.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh
 
 need "${build_packages[@]}" libgtest-dev libbenchmark-dev clang-format clang-tidy cppcheck
 git ls-files -z '*.h' '*.cpp' | xargs -0 clang-format --dry-run --Werror
+
+command -v npm >/dev/null || need nodejs npm
+(cd cli/page && npm ci --silent && npx prettier --check --log-level warn . && npx eslint .)
 
 # Headers are checked through the sources that include them.
 git ls-files '*.cpp' | cppcheck --file-list=- --quiet --error-exitcode=1 -j "$(nproc)" \

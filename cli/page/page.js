@@ -247,7 +247,13 @@ function showVerdicts() {
     const attributes = { type: 'button', class: name, 'aria-pressed': isWanted('verdict', name) };
     const count = (verdictCounts.get(verdict) ?? 0).toLocaleString('en');
     const press = () => toggle('verdict', name);
-    return el('button', { ...attributes, click: press }, el('strong', {}, count), el('i', { class: `mark ${name}` }), name);
+    return el(
+      'button',
+      { ...attributes, click: press },
+      el('strong', {}, count),
+      el('i', { class: `mark ${name}` }),
+      name,
+    );
   };
   fill(byId('verdicts'), ...WORST_FIRST.map(figure));
 }
@@ -274,7 +280,7 @@ function listed(numbers) {
     else runs.push({ from: number, to: number });
   }
   const texts = runs.flatMap(({ from, to }) =>
-    to > from + 1 ? [`${from} to ${to}`] : from === to ? [from] : [from, to]
+    to > from + 1 ? [`${from} to ${to}`] : from === to ? [from] : [from, to],
   );
   return texts.length < 2 ? texts.join('') : `${texts.slice(0, -1).join(', ')} and ${texts.at(-1)}`;
 }
@@ -289,7 +295,8 @@ function reasons(port) {
   }
   return [...groups.values()].map(([first, ...others]) => {
     const lanes = others.map((finding) => finding.lane);
-    const also = lanes.length > 0 ? ` Also lane${lanes.length > 1 ? 's' : ''} ${listed(lanes)}.` : '';
+    const also =
+      lanes.length > 0 ? ` Also lane${lanes.length > 1 ? 's' : ''} ${listed(lanes)}.` : '';
     const attributes = { class: `why ${VERDICTS[first.severity]}`, title: first.name };
     return el('p', attributes, first.sentence + also);
   });
@@ -324,7 +331,11 @@ const MOST_COUNTED = 12;
 // How many ports have which value: buttons that select them, each with a bar for its share.
 function bars(key, counts, describe = () => '') {
   const button = ([value, count]) => {
-    const attributes = { type: 'button', 'aria-pressed': isWanted(key, value), title: describe(value) };
+    const attributes = {
+      type: 'button',
+      'aria-pressed': isWanted(key, value),
+      title: describe(value),
+    };
     const name = el('span', {}, value);
     const number = el('span', {}, count.toLocaleString('en'));
     const bar = el('button', { ...attributes, click: () => toggle(key, value) }, name, number);
@@ -372,7 +383,7 @@ function showChanges() {
   };
   fill(byId('moved'), ...changed.slice(0, MOST_CHANGES).map(item));
   const swapped = selected.filter(
-    (port) => port.earlier && port.earlier.serial_number !== port.serial_number
+    (port) => port.earlier && port.earlier.serial_number !== port.serial_number,
   );
   const appeared = selected.filter((port) => !port.earlier);
   byId('changes-about').textContent =
@@ -382,7 +393,6 @@ function showChanges() {
 }
 
 const timeText = (time) => time.replace('T', ' ').replace('Z', ' UTC');
-
 
 // ---------------------------------------------------------------------------------------------
 // Plots
@@ -432,10 +442,12 @@ function commonThresholds(key, of) {
       counts.set(text, (counts.get(text) ?? 0) + 1);
     });
   }
-  const common = [...counts].sort((a, b) => b[1] - a[1]).map(([text]) => text.split(' ').map(Number));
+  const common = [...counts]
+    .sort((a, b) => b[1] - a[1])
+    .map(([text]) => text.split(' ').map(Number));
   const MOST_OF_A_BOUND = 2;
   return BOUNDS.flatMap((_, bound) =>
-    common.filter(([b]) => b === bound).slice(0, MOST_OF_A_BOUND)
+    common.filter(([b]) => b === bound).slice(0, MOST_OF_A_BOUND),
   );
 }
 
@@ -491,7 +503,7 @@ function draw(id, title, summary, datasets, chartOptions) {
   const canvas = el('canvas', { role: 'img', 'aria-label': `${title}: ${summary}` });
   const caption = el('figcaption', {}, el('h3', {}, title), summary);
   byId('plots').append(
-    el('figure', { id: `plot-${id}` }, caption, el('div', { class: 'canvas' }, canvas))
+    el('figure', { id: `plot-${id}` }, caption, el('div', { class: 'canvas' }, canvas)),
   );
   charts.set(id, new Chart(canvas, { data: { datasets }, options: chartOptions }));
 }
@@ -526,7 +538,7 @@ function showLanePlot(quantity) {
   if (values.length === 0) return draw(key);
   const x = [0.5, lanes + 0.5];
   const lines = commonThresholds(key, quantity.of).map(([bound, at]) =>
-    line([x[0], at], [x[1], at], bound < 2, `${BOUNDS[bound]}: ${shown(at, decimals, unit)}`)
+    line([x[0], at], [x[1], at], bound < 2, `${BOUNDS[bound]}: ${shown(at, decimals, unit)}`),
   );
   const chartOptions = options('Lane', unit);
   Object.assign(chartOptions.scales.x, { min: x[0], max: x[1], afterBuildTicks: wholeTicks });
@@ -553,7 +565,7 @@ function showTemperatures() {
     bins[severity].set(bin, (bins[severity].get(bin) ?? 0) + 1);
   }
   if (values.length === 0) return draw('temperature');
-  const bars = bins.map((counts, severity) => ({
+  const columns = bins.map((counts, severity) => ({
     type: 'bar',
     stack: 'ports',
     data: [...counts].map(([x, y]) => {
@@ -567,16 +579,25 @@ function showTemperatures() {
   }));
   const totals = [...bins.flatMap((counts) => [...counts])].reduce(
     (sums, [x, y]) => sums.set(x, (sums.get(x) ?? 0) + y),
-    new Map()
+    new Map(),
   );
   const highest = Math.max(...totals.values());
   const lines = commonThresholds('temperature', (value) => value).map(([bound, at]) =>
-    line([at, 0], [at, highest], bound < 2, `${BOUNDS[bound]}: ${shown(at, 1, '°C')}`)
+    line([at, 0], [at, highest], bound < 2, `${BOUNDS[bound]}: ${shown(at, 1, '°C')}`),
   );
   const chartOptions = options('°C', 'Ports');
   Object.assign(chartOptions.scales.x, { offset: false });
-  Object.assign(chartOptions.scales.y, { min: 0, ticks: { ...chartOptions.scales.y.ticks, precision: 0 } });
-  draw('temperature', 'Temperature', summarize(values, 'port', 1, '°C'), [...bars, ...lines], chartOptions);
+  Object.assign(chartOptions.scales.y, {
+    min: 0,
+    ticks: { ...chartOptions.scales.y.ticks, precision: 0 },
+  });
+  draw(
+    'temperature',
+    'Temperature',
+    summarize(values, 'port', 1, '°C'),
+    [...columns, ...lines],
+    chartOptions,
+  );
 }
 
 function showLengths() {
@@ -597,7 +618,13 @@ function showLengths() {
   Object.assign(chartOptions.scales.x, { min: 0 });
   Object.assign(chartOptions.scales.y, { min: 0 });
   const summary = `${counted(count, 'cable')} with both lengths; the line is where they are equal`;
-  draw('length', 'Measured and stated length', summary, [...points.datasets(), diagonal], chartOptions);
+  draw(
+    'length',
+    'Measured and stated length',
+    summary,
+    [...points.datasets(), diagonal],
+    chartOptions,
+  );
 }
 
 function showPlots() {
@@ -700,7 +727,8 @@ function sorted() {
 }
 
 function sortBy(key) {
-  state.descending = state.sortedBy === key ? !state.descending : ['verdict', 'change'].includes(key);
+  state.descending =
+    state.sortedBy === key ? !state.descending : ['verdict', 'change'].includes(key);
   state.sortedBy = key;
   state.page = 0;
   showTable();
@@ -710,13 +738,23 @@ function showTable() {
   const heading = ([key, { name, title }]) => {
     const order = state.descending ? 'descending' : 'ascending';
     const attributes = { scope: 'col', 'aria-sort': key === state.sortedBy ? order : undefined };
-    return el('th', attributes, el('button', { type: 'button', title, click: () => sortBy(key) }, name));
+    return el(
+      'th',
+      attributes,
+      el('button', { type: 'button', title, click: () => sortBy(key) }, name),
+    );
   };
-  const row = (port) => el('tr', {}, ...Object.values(COLUMNS).map((c) => (c.cell ?? textCell(c.of))(port)));
+  const row = (port) =>
+    el('tr', {}, ...Object.values(COLUMNS).map((c) => (c.cell ?? textCell(c.of))(port)));
   const size = state.isPrinting ? MOST_PRINTED : PAGE_SIZE;
   const first = state.page * size;
   fill(byId('ports').tHead, el('tr', {}, ...Object.entries(COLUMNS).map(heading)));
-  fill(byId('ports').tBodies[0], ...sorted().slice(first, first + size).map(row));
+  fill(
+    byId('ports').tBodies[0],
+    ...sorted()
+      .slice(first, first + size)
+      .map(row),
+  );
   showPager(first);
 }
 
@@ -731,7 +769,8 @@ function showPager(first) {
     button.disabled = isEnd;
     return button;
   };
-  const range = selected.length === 0 ? 'No ports' : `${first + 1} to ${last} of ${selected.length}`;
+  const range =
+    selected.length === 0 ? 'No ports' : `${first + 1} to ${last} of ${selected.length}`;
   const back = turn('Previous', -1, first === 0);
   fill(byId('pages'), back, turn('Next', 1, last >= selected.length), range);
 }
@@ -740,7 +779,8 @@ function showPager(first) {
 // One port
 // ---------------------------------------------------------------------------------------------
 
-const withUnit = (value, unit) => (value === null || value === undefined ? undefined : `${value} ${unit}`);
+const withUnit = (value, unit) =>
+  value === null || value === undefined ? undefined : `${value} ${unit}`;
 
 const code = (value) => {
   if (!value) return undefined;
@@ -800,7 +840,11 @@ function latchedText(flags) {
 function readingRow(name, value, thresholds, flags, format, severity, stateName, change) {
   const cell = (of) => el('td', { class: 'number' }, of);
   const beyond = severity > 1 ? ` beyond ${VERDICTS[severity]}` : '';
-  const current = el('td', { class: `number${beyond}` }, value === undefined ? stateName : format(value));
+  const current = el(
+    'td',
+    { class: `number${beyond}` },
+    value === undefined ? stateName : format(value),
+  );
   const limits = BOUNDS.map((_, bound) => thresholds?.[bound] ?? undefined);
   const cells = limits.map((limit) => cell(limit === undefined ? '–' : format(limit)));
   const head = el('th', { scope: 'row' }, name);
@@ -849,19 +893,28 @@ const LANE_COLUMNS = (port) => Array.from({ length: port.type.lanes }, (_, index
 function laneRow(port, name, of) {
   const cells = LANE_COLUMNS(port).map((lane) => of(lane) ?? '–');
   if (cells.every((cell) => cell === '–')) return [];
-  return [el('tr', {}, el('th', { scope: 'row' }, name), ...cells.map((cell) => el('td', {}, String(cell))))];
+  return [
+    el(
+      'tr',
+      {},
+      el('th', { scope: 'row' }, name),
+      ...cells.map((cell) => el('td', {}, String(cell))),
+    ),
+  ];
 }
 
 function laneRows(port) {
   const flagRows = LANE_FLAGS.flatMap((name, flag) => {
     const [knownBits, raised] = data.flags[port.flags].lanes[flag];
     const bit = (bits, lane) => (bits >> (lane - 1)) & 1;
-    return laneRow(port, name, (lane) => (bit(knownBits, lane) ? (bit(raised, lane) ? 'raised' : 'no') : null));
+    return laneRow(port, name, (lane) =>
+      bit(knownBits, lane) ? (bit(raised, lane) ? 'raised' : 'no') : null,
+    );
   });
   const controls = data.controls[port.controls];
   const names = controls.length > 0 ? Object.keys(controls[0].controls) : [];
   const controlRows = names.flatMap((name) =>
-    laneRow(port, controlName(name), (lane) => onOff(controls[lane - 1]?.controls[name]))
+    laneRow(port, controlName(name), (lane) => onOff(controls[lane - 1]?.controls[name])),
   );
   return [...flagRows, ...controlRows];
 }
@@ -884,7 +937,13 @@ function openPort(port) {
   const fact = ([name, value]) => el('div', {}, el('dt', {}, name), el('dd', {}, String(value)));
   const lanes = laneRows(port);
   dialog.replaceChildren(
-    el('div', { class: 'tools' }, turn('Previous', order[at - 1]), turn('Next', order[at + 1]), close),
+    el(
+      'div',
+      { class: 'tools' },
+      turn('Previous', order[at - 1]),
+      turn('Next', order[at + 1]),
+      close,
+    ),
     el('h2', { id: 'port-title' }, port.name),
     badge(port.verdict),
     el('h3', {}, 'Findings'),
@@ -892,7 +951,10 @@ function openPort(port) {
     el('h3', {}, 'Cable'),
     el('dl', {}, ...facts(port).map(fact)),
     el('h3', {}, 'Readings'),
-    grid(['Reading', 'Value', ...(hasEarlier ? ['Change'] : []), ...BOUNDS, 'Latched'], readingRows(port))
+    grid(
+      ['Reading', 'Value', ...(hasEarlier ? ['Change'] : []), ...BOUNDS, 'Latched'],
+      readingRows(port),
+    ),
   );
   if (lanes.length > 0) {
     dialog.append(el('h3', {}, 'Flags and settings by lane'));
@@ -939,7 +1001,10 @@ function start() {
   byId('port').addEventListener('click', ({ target, currentTarget }) => {
     if (target === currentTarget) currentTarget.close(); // outside of its content
   });
-  for (const [event, isPrinting] of [['beforeprint', true], ['afterprint', false]]) {
+  for (const [event, isPrinting] of [
+    ['beforeprint', true],
+    ['afterprint', false],
+  ]) {
     addEventListener(event, () => {
       state.isPrinting = isPrinting;
       document.documentElement.classList.toggle('printing', isPrinting);
