@@ -12,9 +12,10 @@ namespace cable_info {
 
 /// Half a page of a module's memory: 128 bytes from byte `first`, 0 or 128, on.
 struct MemoryPart {
-  Page page = Page::kLower;
-  std::uint8_t first = 0;
+  Page page = Page::kLower;  ///< the page that it belongs to
+  std::uint8_t first = 0;    ///< its first byte: 0 or 128
 
+  /// True if both are the same part.
   friend bool operator==(const MemoryPart& a, const MemoryPart& b) {
     return a.page == b.page && a.first == b.first;
   }

@@ -311,7 +311,7 @@ class Watch(ReadTest):
         self.eeprom("3-0050", "port1", qsfp())
         output = self.folder / "history.jsonl"
         with self.start("--watch", "0.05", "-o", str(output)) as watch:
-            time.sleep(0.5)
+            time.sleep(1.5)
             self.assertFalse(output.exists())
             watch.send_signal(signal.SIGTERM)
             self.assertEqual(watch.wait(timeout=20), 0)
