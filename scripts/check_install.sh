@@ -58,7 +58,7 @@ check_headers() {
 # Checks the name of the shared library, and that it exports what published headers declare, only.
 check_shared_library() {
   local library=$1/lib/libcable_info.so symbol name
-  readelf -d "$library" | grep -q "SONAME.*\[libcable_info\.so\.${version%.*}\]" ||
+  readelf -d "$library" | grep "SONAME.*\[libcable_info\.so\.${version%.*}\]" >/dev/null ||
     fail "$library: wrong SONAME"
   nm -DC --defined-only "$library" | cut -d' ' -f3- >"$temporary/symbols"
   grep -q '^cable_info::CombinedCableInfo::ToCSVStream' "$temporary/symbols" ||

@@ -47,14 +47,13 @@ check_reproducibility() {
 }
 
 check_contents() {
-  local package alien
+  local package file alien
   [ "$(dpkg-parsechangelog -S Version)" = "$version" ] ||
     fail "debian/changelog and cable_info/version.h name different versions"
   for package in "${names[@]}"; do
     ls "$packages/${package}_${version}"_*.deb >/dev/null || fail "$package: not built"
   done
-  quietly lintian --fail-on error,warning --suppress-tags initial-upload-closes-no-bugs \
-    "$packages"/*.changes
+  quietly lintian --fail-on error,warning "$packages"/*.changes
 
   # Another version of the library can be installed at the same time: no file has the same path.
   alien=$(dpkg-deb -c "$packages/libcable-info${interface}_"*.deb | awk '!/^d/ { print $6 }' |
@@ -63,9 +62,17 @@ check_contents() {
 
   quietly scripts/check_abi.sh "$packages"
 
-  dpkg-deb -x "$packages/cableinfo_"*.deb "$temporary/program"
-  readelf -d "$temporary/program/usr/bin/cableinfo" | grep -q BIND_NOW || fail "cableinfo: not bindnow"
-  nm -D "$temporary/program/usr/bin/cableinfo" | grep -q '__.*_chk@' || fail "cableinfo: not fortified"
+  # Hardening: immediate binding of all symbols, and checked functions of the C library where the
+  # compiler can use them.
+  for package in "$packages/cableinfo_"*.deb "$packages/libcable-info${interface}_"*.deb; do
+    dpkg-deb -x "$package" "$temporary/hardened"
+  done
+  for file in "$temporary"/hardened/usr/bin/cableinfo "$temporary"/hardened/usr/lib/*/*.so.*.*.*; do
+    readelf -d "$file" | grep BIND_NOW >/dev/null || fail "${file##*/}: not bound immediately"
+  done
+  grep ' -c .*\.cpp$' "$packages/build.log" >"$temporary/compiled" ||
+    fail "the log of the build lists no compiled file"
+  ! grep -vF -- '-D_FORTIFY_SOURCE=2' "$temporary/compiled" || fail "compiled without fortification"
 }
 
 # Embeds the installed library: with CMake, and with pkg-config only.
@@ -77,7 +84,7 @@ check_library() {
   read -ra flags <<<"$(pkg-config --cflags --libs cable_info)"
   quietly g++ -std=c++17 tests/consumer/main.cpp "${flags[@]}" -o "$temporary/shared"
   quietly "$temporary/shared"
-  readelf -d "$temporary/shared" | grep -q "NEEDED.*libcable_info.so.$interface" ||
+  readelf -d "$temporary/shared" | grep "NEEDED.*libcable_info.so.$interface" >/dev/null ||
     fail "pkg-config does not link the shared library"
   read -ra flags <<<"$(pkg-config --static --cflags --libs cable_info)"
   quietly g++ -std=c++17 -static tests/consumer/main.cpp "${flags[@]}" -o "$temporary/static"
