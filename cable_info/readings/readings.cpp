@@ -502,7 +502,7 @@ Medium MediumOf(const ModuleRecord& m) {
 }
 
 void SetModule(Readings& port, const ModuleRecord& m) {
-  constexpr float kWattsPerUnit = 0.25F;
+  constexpr double kWattsPerUnit = 0.25;
   SetIdentity(port.identity, m);
   const std::string identifier = m.ConvertCableIdentifierToStr();
   port.identifier = Named(m.cable_identifier, identifier == kBareNa ? "" : identifier);
@@ -514,7 +514,7 @@ void SetModule(Readings& port, const ModuleRecord& m) {
   port.speeds = m.ib_compliance_code;
   port.nominal_bitrate_gbps = NonZero(static_cast<double>(m.SelectNominalBR()));
   port.power_class = m.power_class;
-  port.max_power_w = NonZero(static_cast<double>(m.max_power * kWattsPerUnit));
+  port.max_power_w = NonZero(m.max_power * kWattsPerUnit);
   port.rx_power_is_average = m.rx_power_type != 0;
   port.lanes = LanesOf(m);
   SetLengths(port.lengths, m, port.medium);
