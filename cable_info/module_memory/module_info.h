@@ -15,6 +15,7 @@
 #include <utility>
 #include <vector>
 
+#include "cable_info/module_memory/alarm_level.h"
 #include "cable_info/module_memory/field_state.h"
 #include "cable_info/module_memory/module_fields.h"
 #include "cable_info/module_memory/module_image.h"
@@ -50,11 +51,6 @@ struct FieldValue {
   /// The code as a number without fraction.
   unsigned code() const { return static_cast<unsigned>(number); }
 };
-
-/// The four levels of a monitored quantity, in the order in which the standards list thresholds.
-enum class AlarmLevel : std::uint8_t { kHighAlarm, kLowAlarm, kHighWarning, kLowWarning };
-/// The number of levels.
-inline constexpr std::size_t kAlarmLevels = 4;
 
 /// The four thresholds of a quantity, in its unit. Each may be absent.
 struct Thresholds {

@@ -102,22 +102,18 @@ void FabricRules::Judge(const std::function<void(std::size_t, const Finding&)>& 
 }
 
 void FabricRules::JudgeOutliers(const Found& found) const {
-  std::vector<std::uint32_t> order;
+  std::vector<std::vector<std::uint32_t>> ports_of_part(part_numbers_.size() + 1);
   for (std::size_t i = 0; i < ports_.size(); ++i) {
     const bool has_power = !std::isnan(Mean(ports_[i].rx_power));
-    if (ports_[i].part != 0 && has_power) order.push_back(static_cast<std::uint32_t>(i));
+    if (ports_[i].part != 0 && has_power) {
+      ports_of_part[ports_[i].part].push_back(static_cast<std::uint32_t>(i));
+    }
   }
-  std::stable_sort(order.begin(), order.end(), [this](std::uint32_t a, std::uint32_t b) {
-    return ports_[a].part < ports_[b].part;
-  });
   const auto least = static_cast<double>(settings_.ParameterLimit(kOutlierModules));
-  for (auto begin = order.begin(); begin != order.end();) {
-    const auto end = std::find_if(begin, order.end(), [&](std::uint32_t port) {
-      return ports_[port].part != ports_[*begin].part;
-    });
-    const std::vector<std::uint32_t> group(begin, end);
-    if (static_cast<double>(group.size()) >= least) JudgeOutliersAmong(group, found);
-    begin = end;
+  for (const std::vector<std::uint32_t>& ports : ports_of_part) {
+    if (!ports.empty() && static_cast<double>(ports.size()) >= least) {
+      JudgeOutliersAmong(ports, found);
+    }
   }
 }
 

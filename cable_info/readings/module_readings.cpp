@@ -68,9 +68,9 @@ void SetReading(Reading& reading, const Monitor& monitor) {
       reading.state = FieldState::kNotRead;
     }
   }
-  for (const Bound bound : kAllBounds) {
-    const auto index = static_cast<std::size_t>(bound);
-    const std::optional<double> threshold = monitor.thresholds.At(static_cast<AlarmLevel>(index));
+  for (const AlarmLevel level : kAllAlarmLevels) {
+    const auto index = static_cast<std::size_t>(level);
+    const std::optional<double> threshold = monitor.thresholds.At(level);
     if (threshold) reading.thresholds[index] = static_cast<float>(*threshold);
   }
   reading.latched.known = monitor.flags.known;

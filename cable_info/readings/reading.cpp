@@ -6,15 +6,11 @@ namespace cable_info {
 
 namespace {
 
-constexpr std::array<std::string_view, kBounds> kBoundNames = {"high_alarm", "low_alarm",
-                                                               "high_warning", "low_warning"};
 constexpr std::array<std::string_view, kQuantities> kQuantityNames = {
     "temperature", "voltage", "rx_power", "tx_power", "tx_bias"};
 constexpr std::array<std::string_view, kQuantities> kQuantityUnits = {"C", "V", "mW", "mW", "mA"};
 
 }  // namespace
-
-std::string_view BoundName(Bound bound) { return kBoundNames[static_cast<std::size_t>(bound)]; }
 
 std::string_view QuantityName(Quantity quantity) {
   return kQuantityNames[static_cast<std::size_t>(quantity)];

@@ -10,6 +10,7 @@
 #include <optional>
 #include <string_view>
 
+#include "cable_info/module_memory/alarm_level.h"
 #include "cable_info/module_memory/field_state.h"
 
 namespace cable_info {
@@ -28,29 +29,6 @@ inline constexpr std::size_t kQuantities = 5;
 
 /// The highest number of lanes of a port. Lanes are numbered from 1.
 inline constexpr int kMostLanes = 8;
-
-/// A threshold set by the module, and the flag that it latches when the value crosses it.
-enum class Bound : std::uint8_t { kHighAlarm, kLowAlarm, kHighWarning, kLowWarning };
-
-/// The number of bounds.
-inline constexpr std::size_t kBounds = 4;
-
-/// All bounds, in order.
-inline constexpr std::array<Bound, kBounds> kAllBounds = {Bound::kHighAlarm, Bound::kLowAlarm,
-                                                          Bound::kHighWarning, Bound::kLowWarning};
-
-/// True for the two bounds that a value crosses upwards.
-constexpr bool IsHigh(Bound bound) {
-  return bound == Bound::kHighAlarm || bound == Bound::kHighWarning;
-}
-
-/// True for the two bounds of an alarm.
-constexpr bool IsAlarm(Bound bound) {
-  return bound == Bound::kHighAlarm || bound == Bound::kLowAlarm;
-}
-
-/// "high_alarm", "low_alarm", "high_warning" or "low_warning".
-std::string_view BoundName(Bound bound);
 
 /// Up to eight switches or flags of which each is on, off or not known; number 1 in bit 0.
 struct Flags {
@@ -73,23 +51,23 @@ struct Reading {
   Quantity quantity = Quantity::kTemperature;  ///< what it measures
   std::uint8_t lane = 0;                       ///< 1..8; 0 is the module
   FieldState state = FieldState::kNotRead;     ///< only a present reading has a value
-  Flags latched;                               ///< by bound; see `IsLatched`
+  Flags latched;                               ///< by level; see `IsLatched`
   float value = 0;                             ///< 0 unless present; never NaN or infinite
-  std::array<std::optional<float>, kBounds> thresholds;  ///< by bound
+  std::array<std::optional<float>, kAlarmLevels> thresholds;  ///< by level
 
   /// True when there is a value.
   bool IsPresent() const { return state == FieldState::kPresent; }
   /// The module's own threshold; empty when it gives none.
-  std::optional<float> Threshold(Bound bound) const {
-    return thresholds[static_cast<std::size_t>(bound)];
+  std::optional<float> Threshold(AlarmLevel level) const {
+    return thresholds[static_cast<std::size_t>(level)];
   }
-  /// The latched flag of a bound; empty when it was not read or the module has none.
-  std::optional<bool> Latched(Bound bound) const {
-    return latched.Get(static_cast<int>(bound) + 1);
+  /// The latched flag of a level; empty when it was not read or the module has none.
+  std::optional<bool> Latched(AlarmLevel level) const {
+    return latched.Get(static_cast<int>(level) + 1);
   }
-  /// True if there is a value strictly beyond `limit`, on the side of `bound`.
-  bool IsBeyond(Bound bound, float limit) const {
-    return IsPresent() && (IsHigh(bound) ? value > limit : value < limit);
+  /// True if there is a value strictly beyond `limit`, on the side of `level`.
+  bool IsBeyond(AlarmLevel level, float limit) const {
+    return IsPresent() && (IsHigh(level) ? value > limit : value < limit);
   }
   /// An optical power in dBm; empty for other quantities, without a value, and without light.
   std::optional<double> Dbm() const;

@@ -99,9 +99,9 @@ void SetValue(Reading& reading, double value) {
   reading.value = number;
 }
 
-void SetThreshold(Reading& reading, Bound bound, double value) {
+void SetThreshold(Reading& reading, AlarmLevel level, double value) {
   const auto number = static_cast<float>(value);
-  if (std::isfinite(number)) reading.thresholds[static_cast<std::size_t>(bound)] = number;
+  if (std::isfinite(number)) reading.thresholds[static_cast<std::size_t>(level)] = number;
 }
 
 // A temperature word that `_is_valid_temperature` accepts, as the whole degrees that every reader
@@ -112,8 +112,8 @@ std::optional<double> Degrees(std::uint16_t word, std::uint8_t technology) {
   return degrees;
 }
 
-// The thresholds of a quantity, as raw words by bound.
-using Words = std::array<std::uint16_t, kBounds>;
+// The thresholds of a quantity, as raw words by level.
+using Words = std::array<std::uint16_t, kAlarmLevels>;
 
 bool AllZero(const Words& words) {
   return std::all_of(words.begin(), words.end(), [](std::uint16_t word) { return word == 0; });
@@ -125,7 +125,7 @@ void SetTemperature(Reading& reading, std::uint16_t word, const Words& threshold
   if (AllZero(thresholds)) return;
   for (std::size_t i = 0; i < bounds; ++i) {
     const std::optional<double> degrees = Degrees(thresholds[i], technology);
-    if (degrees) SetThreshold(reading, kAllBounds[i], *degrees);
+    if (degrees) SetThreshold(reading, kAllAlarmLevels[i], *degrees);
   }
 }
 
@@ -133,7 +133,7 @@ void SetVoltage(Reading& reading, std::uint16_t word, const Words& thresholds, s
   SetValue(reading, word * kVoltsPerUnit);
   if (AllZero(thresholds)) return;
   for (std::size_t i = 0; i < bounds; ++i) {
-    SetThreshold(reading, kAllBounds[i], thresholds[i] * kVoltsPerUnit);
+    SetThreshold(reading, kAllAlarmLevels[i], thresholds[i] * kVoltsPerUnit);
   }
 }
 
@@ -285,13 +285,13 @@ void SetModuleReadings(Readings& port, const CableRecord& r) {
   SetTemperature(
       temperature, r.Temperature,
       {r.TempHighAlarmThresh, r.TempLowAlarmThresh, r.TempHighWarnThresh, r.TempLowWarnThresh},
-      kBounds, r.TransmitterTechnologyCode);
+      kAlarmLevels, r.TransmitterTechnologyCode);
   temperature.latched = BoundsDownwards(r.LatchedTemperatureAlarms);
   Reading& voltage = port.Of(Quantity::kVoltage);
   SetVoltage(
       voltage, r.SupplyVoltage,
       {r.VoltHighAlarmThresh, r.VoltLowAlarmThresh, r.VoltHighWarnThresh, r.VoltLowWarnThresh},
-      kBounds);
+      kAlarmLevels);
   voltage.latched = BoundsDownwards(r.LatchedVoltageAlarms);
   SettleModule(port, r.SupplyVoltage, r.Temperature);
 }
@@ -322,12 +322,12 @@ void SetLanes(Readings& port, const CableRecord& r) {
 // The PHY's module flags are in the order of the bounds already.
 Flags BoundsUpwards(std::uint8_t byte) { return {0x0F, static_cast<std::uint8_t>(byte & 0xF)}; }
 
-// What the lanes of one bound say, by bound.
-using LaneMasks = std::array<std::uint8_t, kBounds>;
+// What the lanes of one level say, by level.
+using LaneMasks = std::array<std::uint8_t, kAlarmLevels>;
 
 Flags BoundsOfLane(const LaneMasks& masks, int lane) {
   Flags flags = {0x0F, 0};
-  for (std::size_t i = 0; i < kBounds; ++i) {
+  for (std::size_t i = 0; i < kAlarmLevels; ++i) {
     flags.raised |= static_cast<std::uint8_t>((masks[i] >> (lane - 1) & 1) << i);
   }
   return flags;
@@ -367,8 +367,8 @@ std::optional<double> PowerThreshold(std::uint16_t raw, const ModuleRecord& m) {
 }
 
 void SetAlarms(Reading& reading, std::optional<double> high, std::optional<double> low) {
-  if (high) SetThreshold(reading, Bound::kHighAlarm, *high);
-  if (low) SetThreshold(reading, Bound::kLowAlarm, *low);
+  if (high) SetThreshold(reading, AlarmLevel::kHighAlarm, *high);
+  if (low) SetThreshold(reading, AlarmLevel::kLowAlarm, *low);
 }
 
 void SetLanePowers(Readings& port, Quantity quantity, const std::uint16_t (&lanes)[kMostLanes],

@@ -16,26 +16,26 @@ constexpr std::array<std::string_view, 4> kSeverityNames = {"off", "unknown", "w
 constexpr std::array<std::string_view, kVerdicts> kVerdictNames = {"ok", "unknown", "warning",
                                                                    "critical"};
 
-constexpr std::size_t kThresholdRules = kQuantities * kBounds;
+constexpr std::size_t kThresholdRules = kQuantities * kAlarmLevels;
 
 constexpr std::size_t Number(Rule rule) { return static_cast<std::size_t>(rule); }
 
-// What a rule of a quantity's bound is about.
-struct BoundRule {
+// What a rule of a quantity's level is about.
+struct MonitorRule {
   Quantity quantity;
-  Bound bound;
+  AlarmLevel level;
   bool is_latched;
 };
 
-std::optional<BoundRule> BoundRuleOf(Rule rule) {
+std::optional<MonitorRule> MonitorRuleOf(Rule rule) {
   if (rule < Rule::kFirstThreshold || rule >= Rule::kFirstLaneFlag) return std::nullopt;
   const std::size_t number = Number(rule) - Number(Rule::kFirstThreshold);
   const std::size_t within = number % kThresholdRules;
-  return BoundRule{static_cast<Quantity>(within / kBounds), static_cast<Bound>(within % kBounds),
-                   number >= kThresholdRules};
+  return MonitorRule{static_cast<Quantity>(within / kAlarmLevels),
+                     static_cast<AlarmLevel>(within % kAlarmLevels), number >= kThresholdRules};
 }
 
-// The rules without a bound.
+// The rules without a level.
 struct SingleRule {
   Rule rule;
   std::string_view name;
@@ -90,8 +90,8 @@ std::string Dashed(std::string_view words) {
   return name;
 }
 
-std::string BoundRuleName(const BoundRule& rule) {
-  return Dashed(QuantityName(rule.quantity)) + '-' + Dashed(BoundName(rule.bound)) +
+std::string MonitorRuleName(const MonitorRule& rule) {
+  return Dashed(QuantityName(rule.quantity)) + '-' + Dashed(AlarmLevelName(rule.level)) +
          (rule.is_latched ? "-latched" : "");
 }
 
@@ -103,24 +103,24 @@ struct RuleTexts {
 // "temperature", "voltage", "RX power", "TX power" or "TX bias".
 constexpr std::array<std::string_view, kQuantities> kQuantityWords = {
     "temperature", "supply voltage", "RX power", "TX power", "TX bias"};
-constexpr std::array<std::string_view, kBounds> kBoundWords = {"high alarm", "low alarm",
-                                                               "high warning", "low warning"};
+constexpr std::array<std::string_view, kAlarmLevels> kLevelWords = {"high alarm", "low alarm",
+                                                                    "high warning", "low warning"};
 
 std::string_view Words(Quantity quantity) {
   return kQuantityWords[static_cast<std::size_t>(quantity)];
 }
-std::string_view Words(Bound bound) { return kBoundWords[static_cast<std::size_t>(bound)]; }
+std::string_view Words(AlarmLevel level) { return kLevelWords[static_cast<std::size_t>(level)]; }
 
-std::string BoundRuleMeaning(const BoundRule& rule) {
+std::string MonitorRuleMeaning(const MonitorRule& rule) {
   std::string meaning(Words(rule.quantity));
   if (rule.is_latched) {
     return meaning.append(" ")
-        .append(Words(rule.bound))
+        .append(Words(rule.level))
         .append(" is latched, the value is inside now or not known");
   }
-  return meaning.append(IsHigh(rule.bound) ? " is above the " : " is below the ")
+  return meaning.append(IsHigh(rule.level) ? " is above the " : " is below the ")
       .append("module's own ")
-      .append(Words(rule.bound))
+      .append(Words(rule.level))
       .append(" threshold");
 }
 
@@ -128,8 +128,8 @@ std::array<RuleTexts, kRules> MakeTexts() {
   std::array<RuleTexts, kRules> texts;
   for (std::size_t i = 0; i < kRules; ++i) {
     const Rule rule = RuleOf(i);
-    if (const std::optional<BoundRule> bound = BoundRuleOf(rule)) {
-      texts[i] = {BoundRuleName(*bound), BoundRuleMeaning(*bound)};
+    if (const std::optional<MonitorRule> monitor = MonitorRuleOf(rule)) {
+      texts[i] = {MonitorRuleName(*monitor), MonitorRuleMeaning(*monitor)};
     } else if (const SingleRule* const single = FindSingleRule(rule)) {
       texts[i] = {std::string(single->name), std::string(single->meaning)};
     }
@@ -143,8 +143,9 @@ const RuleTexts& TextsOf(Rule rule) {
 }
 
 Severity DefaultSeverity(Rule rule) {
-  if (const std::optional<BoundRule> bound = BoundRuleOf(rule)) {
-    return IsAlarm(bound->bound) && !bound->is_latched ? Severity::kCritical : Severity::kWarning;
+  if (const std::optional<MonitorRule> monitor = MonitorRuleOf(rule)) {
+    return IsAlarm(monitor->level) && !monitor->is_latched ? Severity::kCritical
+                                                           : Severity::kWarning;
   }
   return FindSingleRule(rule)->severity;
 }
@@ -166,7 +167,7 @@ std::optional<float> ParseLimit(std::string_view text) {
 
 // True for a rule whose limit can be set.
 bool TakesLimit(Rule rule) {
-  if (const std::optional<BoundRule> bound = BoundRuleOf(rule)) return !bound->is_latched;
+  if (const std::optional<MonitorRule> monitor = MonitorRuleOf(rule)) return !monitor->is_latched;
   return !RuleUnit(rule).empty();
 }
 
@@ -191,8 +192,8 @@ class Judgement {
     if (port_.query_status.value_or(0) != 0) {
       return Add(Rule::kQueryFailed, OnlyValue(*port_.query_status));
     }
-    JudgeBounds(port_.Of(Quantity::kTemperature));
-    JudgeBounds(port_.Of(Quantity::kVoltage));
+    JudgeLevels(port_.Of(Quantity::kTemperature));
+    JudgeLevels(port_.Of(Quantity::kVoltage));
     if (IsOptical()) JudgeLight();
     if (port_.medium != Medium::kPassiveCopper) JudgeHostSide();
     JudgeLength();
@@ -225,17 +226,18 @@ class Judgement {
     return port_.medium == Medium::kOptical || port_.medium == Medium::kUnknown;
   }
 
-  void JudgeBounds(const Reading& reading) {
+  void JudgeLevels(const Reading& reading) {
     // Most readings have nothing to find.
+    if (!reading.IsPresent() && reading.latched.raised == 0) return;
     const float value = reading.IsPresent() ? reading.value : Finding::kNone;
-    for (const Bound bound : kAllBounds) {
-      const Rule rule = ThresholdRule(reading.quantity, bound);
+    for (const AlarmLevel level : kAllAlarmLevels) {
+      const Rule rule = ThresholdRule(reading.quantity, level);
       const std::optional<float> set = settings_.LimitOf(rule);
-      const std::optional<float> limit = set ? set : reading.Threshold(bound);
-      if (limit && reading.IsBeyond(bound, *limit)) {
+      const std::optional<float> limit = set ? set : reading.Threshold(level);
+      if (limit && reading.IsBeyond(level, *limit)) {
         Add(rule, {reading.lane, value, *limit, Finding::kNone});
-      } else if (reading.latched.IsRaised(static_cast<int>(bound) + 1)) {
-        Add(LatchedRule(reading.quantity, bound),
+      } else if (reading.latched.IsRaised(static_cast<int>(level) + 1)) {
+        Add(LatchedRule(reading.quantity, level),
             {reading.lane, value, limit.value_or(Finding::kNone), Finding::kNone});
       }
     }
@@ -246,9 +248,9 @@ class Judgement {
       if (!port_.IsInUse(lane)) continue;
       const Reading& rx_power = port_.Of(Quantity::kRxPower, lane);
       const Reading& tx_power = port_.Of(Quantity::kTxPower, lane);
-      JudgeBounds(rx_power);
-      JudgeBounds(tx_power);
-      JudgeBounds(port_.Of(Quantity::kTxBias, lane));
+      JudgeLevels(rx_power);
+      JudgeLevels(tx_power);
+      JudgeLevels(port_.Of(Quantity::kTxBias, lane));
       JudgeLightFlag(LaneFlag::kRxLos, rx_power, kRxLosDark);
       JudgeLightFlag(LaneFlag::kTxFault, tx_power, kTxFaultDark);
     }
@@ -354,14 +356,14 @@ std::string OfLane(const Finding& finding) {
   return finding.lane == 0 ? "" : " of lane " + std::to_string(finding.lane);
 }
 
-std::string BoundSentence(const Finding& finding, const BoundRule& rule) {
+std::string MonitorSentence(const Finding& finding, const MonitorRule& rule) {
   if (!rule.is_latched) {
     return "The " + std::string(Words(rule.quantity)) + OfLane(finding) + " is " +
            Shown(rule.quantity, finding.value) +
-           (IsHigh(rule.bound) ? ", above the " : ", below the ") + std::string(Words(rule.bound)) +
+           (IsHigh(rule.level) ? ", above the " : ", below the ") + std::string(Words(rule.level)) +
            " limit of " + Shown(rule.quantity, finding.limit) + '.';
   }
-  return "The " + std::string(Words(rule.quantity)) + ' ' + std::string(Words(rule.bound)) +
+  return "The " + std::string(Words(rule.quantity)) + ' ' + std::string(Words(rule.level)) +
          OfLane(finding) + " is latched; " +
          (Has(finding.value) ? "the value is " + Shown(rule.quantity, finding.value) + " now."
                              : "the value is not known now.");
@@ -448,8 +450,8 @@ std::optional<Rule> FindRule(std::string_view name) {
 }
 
 std::string_view RuleUnit(Rule rule) {
-  if (const std::optional<BoundRule> bound = BoundRuleOf(rule))
-    return QuantityUnit(bound->quantity);
+  if (const std::optional<MonitorRule> monitor = MonitorRuleOf(rule))
+    return QuantityUnit(monitor->quantity);
   return FindSingleRule(rule)->unit;
 }
 
@@ -486,14 +488,14 @@ RuleSettings::Outcome RuleSettings::Set(std::string_view name, std::string_view 
     return Outcome::kSet;
   }
   if (!limit || !TakesLimit(*rule)) return Outcome::kBadValue;
-  if (!BoundRuleOf(*rule) && *limit < 0) return Outcome::kBadValue;
+  if (!MonitorRuleOf(*rule) && *limit < 0) return Outcome::kBadValue;
   limits_[Index(*rule)] = *limit;
   return Outcome::kSet;
 }
 
 std::string Sentence(const Finding& finding) {
-  if (const std::optional<BoundRule> bound = BoundRuleOf(finding.rule)) {
-    return BoundSentence(finding, *bound);
+  if (const std::optional<MonitorRule> monitor = MonitorRuleOf(finding.rule)) {
+    return MonitorSentence(finding, *monitor);
   }
   switch (finding.rule) {
     case Rule::kQueryFailed:

@@ -35,9 +35,9 @@ std::string_view VerdictName(Verdict verdict);
 enum class Rule : std::uint8_t {
   kQueryFailed,
   kNoData,
-  kFirstThreshold,                                          ///< 20 of them: quantity by bound
-  kFirstLatched = kFirstThreshold + kQuantities * kBounds,  ///< 20 of them, in the same order
-  kFirstLaneFlag = kFirstLatched + kQuantities * kBounds,   ///< in the order of `LaneFlag`
+  kFirstThreshold,                                               ///< 20 of them: quantity by level
+  kFirstLatched = kFirstThreshold + kQuantities * kAlarmLevels,  ///< 20 of them, in the same order
+  kFirstLaneFlag = kFirstLatched + kQuantities * kAlarmLevels,   ///< in the order of `LaneFlag`
   kLaneImbalance = kFirstLaneFlag + kAllLaneFlags.size(),
   kOutlier,
   kLinkLoss,
@@ -49,17 +49,17 @@ enum class Rule : std::uint8_t {
 /// The number of rules.
 inline constexpr std::size_t kRules = static_cast<std::size_t>(Rule::kChecksum) + 1;
 
-/// The rule for a current value beyond a bound.
-constexpr Rule ThresholdRule(Quantity quantity, Bound bound) {
+/// The rule for a current value beyond a level.
+constexpr Rule ThresholdRule(Quantity quantity, AlarmLevel level) {
   return static_cast<Rule>(static_cast<std::size_t>(Rule::kFirstThreshold) +
-                           static_cast<std::size_t>(quantity) * kBounds +
-                           static_cast<std::size_t>(bound));
+                           static_cast<std::size_t>(quantity) * kAlarmLevels +
+                           static_cast<std::size_t>(level));
 }
 
-/// The rule for a latched flag of a bound that the current value is not beyond.
-constexpr Rule LatchedRule(Quantity quantity, Bound bound) {
-  return static_cast<Rule>(static_cast<std::size_t>(ThresholdRule(quantity, bound)) +
-                           kQuantities * kBounds);
+/// The rule for a latched flag of a level that the current value is not beyond.
+constexpr Rule LatchedRule(Quantity quantity, AlarmLevel level) {
+  return static_cast<Rule>(static_cast<std::size_t>(ThresholdRule(quantity, level)) +
+                           kQuantities * kAlarmLevels);
 }
 
 /// The rule for a latched lane flag.

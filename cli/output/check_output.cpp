@@ -37,33 +37,37 @@ std::string PortText(const CheckResult& result, std::size_t port) {
 
 constexpr int kSeverityWidth = 8;  // of "critical"
 
-std::string Padded(std::string_view text, std::size_t width) {
-  std::string padded(text);
-  padded.resize(std::max(width, padded.size()), ' ');
-  return padded;
+void AppendPadded(std::string& out, std::string_view text, std::size_t width) {
+  out += text;
+  if (text.size() < width) out.append(width - text.size(), ' ');
 }
 
 // A verdict or a severity by the name that both share, padded to a common width.
-std::string Coloured(std::string_view name, Colour colour, std::size_t width) {
-  std::string padded = Padded(name, width);
-  if (colour == Colour::kNone) return padded;
-  const std::string_view code = name == "critical"  ? "\x1b[1;31m"
-                                : name == "warning" ? "\x1b[33m"
-                                : name == "unknown" ? "\x1b[36m"
-                                                    : "\x1b[32m";
-  return std::string(code) + padded + "\x1b[0m";
+void AppendColoured(std::string& out, std::string_view name, Colour colour, std::size_t width) {
+  if (colour == Colour::kNone) return AppendPadded(out, name, width);
+  out += name == "critical"  ? "\x1b[1;31m"
+         : name == "warning" ? "\x1b[33m"
+         : name == "unknown" ? "\x1b[36m"
+                             : "\x1b[32m";
+  AppendPadded(out, name, width);
+  out += "\x1b[0m";
+}
+
+std::string Padded(std::string_view text, std::size_t width) {
+  std::string padded;
+  AppendPadded(padded, text, width);
+  return padded;
 }
 
 // What a reader looks for at the port: label, part number and serial number, as far as known.
-std::string PortHeading(const CheckResult& result, std::size_t port) {
-  std::string heading = PortText(result, port);
+void AppendPortHeading(std::string& out, const CheckResult& result, std::size_t port) {
+  out += PortText(result, port);
   if (!result.LabelOf(port).empty()) {
-    heading.append(" \"").append(Printable(result.LabelOf(port))).append("\"");
+    out.append(" \"").append(Printable(result.LabelOf(port))).append("\"");
   }
   for (const std::string_view text : {result.PartNumberOf(port), result.SerialNumberOf(port)}) {
-    if (!text.empty()) heading.append("  ").append(Printable(text));
+    if (!text.empty()) out.append("  ").append(Printable(text));
   }
-  return heading;
 }
 
 std::size_t RuleWidth(const std::vector<Finding>& findings) {
@@ -72,15 +76,20 @@ std::size_t RuleWidth(const std::vector<Finding>& findings) {
   return width;
 }
 
-void WritePortFindings(std::ostream& os, const CheckResult& result, std::size_t port,
-                       Colour colour) {
-  os << Coloured(VerdictName(result.VerdictOf(port)), colour, 0) << "  "
-     << PortHeading(result, port) << '\n';
+void AppendPortFindings(std::string& out, const CheckResult& result, std::size_t port,
+                        Colour colour) {
+  AppendColoured(out, VerdictName(result.VerdictOf(port)), colour, 0);
+  out += "  ";
+  AppendPortHeading(out, result, port);
+  out += '\n';
   const std::vector<Finding> findings = result.FindingsOf(port);
   const std::size_t width = RuleWidth(findings);
   for (const Finding& finding : findings) {
-    os << "  " << Coloured(SeverityName(finding.severity), colour, kSeverityWidth) << "  "
-       << Padded(RuleName(finding.rule), width) << "  " << Sentence(finding) << '\n';
+    out += "  ";
+    AppendColoured(out, SeverityName(finding.severity), colour, kSeverityWidth);
+    out += "  ";
+    AppendPadded(out, RuleName(finding.rule), width);
+    out.append("  ").append(Sentence(finding)).append("\n");
   }
 }
 
@@ -95,7 +104,9 @@ void WriteCounts(std::ostream& os, const CheckResult& result, Colour colour) {
     const std::size_t count = result.CountOf(verdict);
     if (!is_first) os << ", ";
     is_first = false;
-    os << count << ' ' << Coloured(VerdictName(verdict), count == 0 ? Colour::kNone : colour, 0);
+    std::string name;
+    AppendColoured(name, VerdictName(verdict), count == 0 ? Colour::kNone : colour, 0);
+    os << count << ' ' << name;
   }
   os << '\n';
   std::size_t width = 0;
@@ -219,9 +230,11 @@ void WriteParameters(std::ostream& os, const RuleSettings& settings, Rule rule) 
 }  // namespace
 
 void WriteCheckAsText(std::ostream& os, const CheckResult& result, Colour colour) {
+  std::string text;
   for (const std::uint32_t port : result.WorstFirst()) {
-    WritePortFindings(os, result, port, colour);
-    os << '\n';
+    text.clear();
+    AppendPortFindings(text, result, port, colour);
+    os << text << '\n';
   }
   WriteCounts(os, result, colour);
 }

@@ -156,12 +156,13 @@ std::size_t CheckResult::CountOf(Rule rule) const { return rules_[static_cast<st
 
 std::vector<std::uint32_t> CheckResult::WorstFirst() const {
   std::vector<std::uint32_t> order;
-  for (std::size_t i = 0; i < ports_.size(); ++i) {
-    if (ports_[i].verdict != Verdict::kOk) order.push_back(static_cast<std::uint32_t>(i));
+  order.reserve(ports_.size() - CountOf(Verdict::kOk));
+  for (const Verdict verdict : {Verdict::kCritical, Verdict::kWarning, Verdict::kUnknown}) {
+    if (CountOf(verdict) == 0) continue;
+    for (std::size_t i = 0; i < ports_.size(); ++i) {
+      if (ports_[i].verdict == verdict) order.push_back(static_cast<std::uint32_t>(i));
+    }
   }
-  std::stable_sort(order.begin(), order.end(), [this](std::uint32_t a, std::uint32_t b) {
-    return ports_[a].verdict > ports_[b].verdict;
-  });
   return order;
 }
 

@@ -16,7 +16,7 @@ namespace cli {
 
 namespace {
 
-using cable_info::Bound;
+using cable_info::AlarmLevel;
 using cable_info::CombinedCableInfo;
 using cable_info::Observable;
 using cable_info::Quantity;
@@ -32,11 +32,12 @@ void WriteGuid(JsonText& json, std::uint64_t guid) { json.Plain(GuidText(guid));
 void WriteThresholds(JsonText& json, const Reading& reading) {
   json.Key("thresholds");
   bool has_any = false;
-  for (const Bound bound : cable_info::kAllBounds) has_any = has_any || reading.Threshold(bound);
+  for (const AlarmLevel level : cable_info::kAllAlarmLevels)
+    has_any = has_any || reading.Threshold(level);
   if (!has_any) return json.Null();
   json.BeginObject();
-  for (const Bound bound : cable_info::kAllBounds) {
-    json.Key(cable_info::BoundName(bound)).OrNull(reading.Threshold(bound));
+  for (const AlarmLevel level : cable_info::kAllAlarmLevels) {
+    json.Key(cable_info::AlarmLevelName(level)).OrNull(reading.Threshold(level));
   }
   json.EndObject();
 }
@@ -45,8 +46,8 @@ void WriteLatched(JsonText& json, const Reading& reading) {
   json.Key("flags");
   if (reading.latched.known == 0) return json.Null();
   json.BeginObject();
-  for (const Bound bound : cable_info::kAllBounds) {
-    json.Key(cable_info::BoundName(bound)).OrNull(reading.Latched(bound));
+  for (const AlarmLevel level : cable_info::kAllAlarmLevels) {
+    json.Key(cable_info::AlarmLevelName(level)).OrNull(reading.Latched(level));
   }
   json.EndObject();
 }

@@ -7,6 +7,7 @@ namespace cli {
 /// The values of a port as one line of JSON; docs/export.schema.json describes it.
 class ExportWriter : public PortWriter {
  public:
+  ModuleUse module_use() const override { return ModuleUse::kRecordsAndInfo; }
   void Write(std::ostream& os, Port& port) const override;
 };
 

@@ -7,6 +7,8 @@
 #include <optional>
 #include <ostream>
 #include <sstream>
+#include <utility>
+#include <vector>
 
 #include "cable_info/readings/readings.h"
 #include "cable_info/text/text_buffer.h"
@@ -16,10 +18,11 @@ namespace cli {
 
 namespace {
 
-using cable_info::Bound;
+using cable_info::AlarmLevel;
 using cable_info::CodeAndName;
 using cable_info::Finding;
 using cable_info::LaneFlag;
+using cable_info::Observable;
 using cable_info::Quantity;
 using cable_info::Reading;
 using cable_info::Readings;
@@ -44,6 +47,12 @@ constexpr std::size_t kFlag = 12;
 constexpr std::size_t kLaneFlag = 13;
 constexpr std::size_t kInfo = 14;
 
+constexpr std::size_t kFirstObservable = 15;  // by `kObservableUnits`, thresholds after values
+
+constexpr std::string_view kObservableHelp = "Auxiliary monitor or diagnostic of a module.";
+constexpr std::string_view kObservableThresholdHelp =
+    "Threshold of an auxiliary monitor or diagnostic.";
+
 constexpr std::array<Family, kPortFamilies> kFamilies = {{
     {"cableinfo_temperature_celsius", "celsius", "Temperature of the module."},
     {"cableinfo_voltage_volts", "volts", "Supply voltage of the module."},
@@ -61,7 +70,42 @@ constexpr std::array<Family, kPortFamilies> kFamilies = {{
     {"cableinfo_flag_raised", "", "Latched flag of a monitor; present only while it is raised."},
     {"cableinfo_lane_flag_raised", "", "Latched flag of a lane; present only while it is raised."},
     {"cableinfo_module_info", "", "What identifies the cable or module; always 1."},
+    {"cableinfo_observable_celsius", "celsius", kObservableHelp},
+    {"cableinfo_observable_volts", "volts", kObservableHelp},
+    {"cableinfo_observable_amperes", "amperes", kObservableHelp},
+    {"cableinfo_observable_ratio", "ratio", kObservableHelp},
+    {"cableinfo_observable_decibels", "decibels", kObservableHelp},
+    {"cableinfo_observable_dbm", "dbm", kObservableHelp},
+    {"cableinfo_observable_hertz", "hertz", kObservableHelp},
+    {"cableinfo_observable", "", kObservableHelp},
+    {"cableinfo_observable_threshold_celsius", "celsius", kObservableThresholdHelp},
+    {"cableinfo_observable_threshold_volts", "volts", kObservableThresholdHelp},
+    {"cableinfo_observable_threshold_amperes", "amperes", kObservableThresholdHelp},
+    {"cableinfo_observable_threshold_ratio", "ratio", kObservableThresholdHelp},
+    {"cableinfo_observable_threshold_decibels", "decibels", kObservableThresholdHelp},
+    {"cableinfo_observable_threshold_dbm", "dbm", kObservableThresholdHelp},
+    {"cableinfo_observable_threshold_hertz", "hertz", kObservableThresholdHelp},
+    {"cableinfo_observable_threshold", "", kObservableThresholdHelp},
 }};
+
+// The unit of an observable, and the factor to the base unit of its family.
+struct ObservableUnit {
+  std::string_view unit;
+  double factor;
+};
+
+// In the order of the families; all other units have the last one.
+constexpr std::array<ObservableUnit, 8> kObservableUnits = {{
+    {"C", 1},
+    {"V", 1},
+    {"mA", 0.001},
+    {"%", 0.01},
+    {"dB", 1},
+    {"dBm", 1},
+    {"MHz", 1e6},
+    {"", 1},
+}};
+static_assert(kFirstObservable + 2 * kObservableUnits.size() == kPortFamilies);
 constexpr Family kVerdict = {"cableinfo_verdict", "",
                              "Verdict on a port: 0 ok, 1 unknown, 2 warning, 3 critical."};
 constexpr Family kFinding = {"cableinfo_finding", "",
@@ -188,6 +232,9 @@ class PortSamples {
       AddFlags(reading);
     }
     for (const LaneFlag flag : cable_info::kAllLaneFlags) AddLaneFlags(port, flag);
+    for (std::size_t i = 0; i < port.observables.size(); ++i) {
+      if (IsFirst(port.observables, i)) AddObservable(port.observables[i]);
+    }
     if (port.has_data) AddInfo(port);
   }
 
@@ -208,23 +255,64 @@ class PortSamples {
 
   void AddThresholds(const Reading& reading) {
     if (!reading.IsPresent()) return;
-    for (const Bound bound : cable_info::kAllBounds) {
-      const std::optional<float> threshold = reading.Threshold(bound);
+    for (const AlarmLevel level : cable_info::kAllAlarmLevels) {
+      const std::optional<float> threshold = reading.Threshold(level);
       if (!threshold) continue;
       Begin(kFirstThreshold + static_cast<std::size_t>(reading.quantity))
           .Lane(reading.lane)
-          .Label("bound", BoundName(bound))
+          .Label("bound", AlarmLevelName(level))
           .Value(InBaseUnit(reading.quantity, static_cast<double>(*threshold)));
     }
   }
 
   void AddFlags(const Reading& reading) {
-    for (const Bound bound : cable_info::kAllBounds) {
-      if (!reading.Latched(bound).value_or(false)) continue;
+    for (const AlarmLevel level : cable_info::kAllAlarmLevels) {
+      if (!reading.Latched(level).value_or(false)) continue;
       Begin(kFlag)
           .Lane(reading.lane)
           .Label("quantity", QuantityName(reading.quantity))
-          .Label("bound", BoundName(bound))
+          .Label("bound", AlarmLevelName(level))
+          .Value(1);
+    }
+  }
+
+  // A monitoring system could not distinguish two of the same name and place.
+  static bool IsFirst(const std::vector<Observable>& observables, std::size_t index) {
+    const Observable& observable = observables[index];
+    const auto end = observables.begin() + static_cast<std::ptrdiff_t>(index);
+    return std::find_if(observables.begin(), end, [&](const Observable& other) {
+             return other.name == observable.name && other.place == observable.place;
+           }) == end;
+  }
+
+  void AddObservable(const Observable& observable) {
+    const Reading& reading = observable.reading;
+    const auto* const unit =
+        std::find_if(kObservableUnits.begin(), kObservableUnits.end() - 1,
+                     [&](const ObservableUnit& known) { return known.unit == observable.unit; });
+    const auto family =
+        kFirstObservable + static_cast<std::size_t>(unit - kObservableUnits.begin());
+    const auto begin = [&](std::size_t which) {
+      Sample sample = Begin(which);
+      sample.Label("observable", observable.name).LabelIfAny("place", observable.place);
+      if (unit->unit.empty()) sample.LabelIfAny("unit", observable.unit);
+      return sample;
+    };
+    if (reading.IsPresent()) {
+      begin(family).Value(static_cast<double>(reading.value) * unit->factor);
+    }
+    for (const AlarmLevel level : cable_info::kAllAlarmLevels) {
+      const std::optional<float> threshold = reading.Threshold(level);
+      if (reading.IsPresent() && threshold) {
+        begin(family + kObservableUnits.size())
+            .Label("bound", AlarmLevelName(level))
+            .Value(static_cast<double>(*threshold) * unit->factor);
+      }
+      if (!reading.Latched(level).value_or(false)) continue;
+      Begin(kFlag)
+          .Label("quantity", observable.name)
+          .LabelIfAny("place", observable.place)
+          .Label("bound", AlarmLevelName(level))
           .Value(1);
     }
   }
@@ -261,11 +349,12 @@ class PortSamples {
 // From one thread to another
 // ---------------------------------------------------------------------------------------------
 
-// A port, followed by its samples family by family and by its judgement. Only this program reads
-// it, in the same run.
+// A port, followed by its label, its samples family by family and by its judgement. Only this
+// program reads it, in the same run.
 struct Head {
   std::uint64_t guid;
   std::uint32_t number;
+  std::uint32_t label;                               // the size of the text
   std::array<std::uint32_t, kPortFamilies> samples;  // the sizes of the texts
   std::uint32_t judgement;
 };
@@ -285,9 +374,11 @@ void WritePortMetrics(std::ostream& os, const Port& port,
   for (std::size_t i = 0; i < kPortFamilies; ++i) {
     head.samples[i] = static_cast<std::uint32_t>(samples[i].size());
   }
+  head.label = static_cast<std::uint32_t>(port.label.size());
   head.judgement = static_cast<std::uint32_t>(judgement.view().size());
   const auto bytes = std::bit_cast<std::array<char, sizeof(head)>>(head);
   os.write(bytes.data(), bytes.size());
+  os << port.label;
   for (std::size_t i = 0; i < kPortFamilies; ++i) os << samples[i];
   os << judgement.view();
 }
@@ -301,7 +392,9 @@ void Metrics::Add(std::string_view ports) {
   while (!ports.empty()) {
     Head head{};
     std::memcpy(&head, take(sizeof(head)).data(), sizeof(head));
-    const bool is_new = ports_.emplace(head.guid, head.number).second;
+    const std::string_view label = take(head.label);
+    std::string name(head.guid == 0 ? label : std::string_view());
+    const bool is_new = ports_.emplace(head.guid, head.number, std::move(name)).second;
     for (std::size_t i = 0; i < kPortFamilies; ++i) {
       const std::string_view text = take(head.samples[i]);
       if (is_new) samples_[i] += text;

@@ -7,7 +7,7 @@
 #include <set>
 #include <string>
 #include <string_view>
-#include <utility>
+#include <tuple>
 
 #include "cable_info/readings/rules.h"
 #include "cli/input/port.h"
@@ -16,7 +16,7 @@
 namespace cli {
 
 /// The number of families that are written port by port.
-inline constexpr std::size_t kPortFamilies = 15;
+inline constexpr std::size_t kPortFamilies = 31;
 
 /// Writes the samples of a port, in a form that `Metrics::Add` reads. Any thread may do so.
 void WritePortMetrics(std::ostream& os, const Port& port, const cable_info::RuleSettings& settings);
@@ -28,15 +28,15 @@ class Metrics {
  public:
   explicit Metrics(const cable_info::RuleSettings& settings) : judged_(settings) {}
 
-  /// Adds the ports that `WritePortMetrics` wrote one after the other. Of ports with the same GUIDs
-  /// and number, the first counts: a monitoring system could not distinguish them.
+  /// Adds the ports that `WritePortMetrics` wrote one after the other. Of ports with the same GUID
+  /// and number, and the same label if they have no GUID, the first counts: a monitoring system could not distinguish them.
   void Add(std::string_view ports);
   /// Judges the fabric, and writes all families. To be called once.
   void WriteTo(std::ostream& os);
 
  private:
   std::array<std::string, kPortFamilies> samples_;
-  std::set<std::pair<std::uint64_t, std::uint32_t>> ports_;
+  std::set<std::tuple<std::uint64_t, std::uint32_t, std::string>> ports_;
   CheckResult judged_;
 };
 

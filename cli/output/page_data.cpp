@@ -66,8 +66,8 @@ void WriteText(JsonText& json, std::string_view key, std::string_view text) {
 
 void WriteThresholds(JsonText& json, const Reading& reading) {
   json.BeginArray();
-  for (const cable_info::Bound bound : cable_info::kAllBounds) {
-    json.OrNull(reading.Threshold(bound));
+  for (const cable_info::AlarmLevel level : cable_info::kAllAlarmLevels) {
+    json.OrNull(reading.Threshold(level));
   }
   json.EndArray();
 }

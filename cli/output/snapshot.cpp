@@ -127,9 +127,10 @@ class Comparison {
     for (const Reading& reading : layout) {
       const std::uint8_t before = before_.numbers.bounds[i];
       const std::uint8_t after = after_.numbers.bounds[i++];
-      for (const cable_info::Bound bound : cable_info::kAllBounds) {
-        AddFlag(std::string(QuantityName(reading.quantity)) + '_' + std::string(BoundName(bound)),
-                reading.lane, before, after, static_cast<unsigned>(bound));
+      for (const cable_info::AlarmLevel level : cable_info::kAllAlarmLevels) {
+        AddFlag(
+            std::string(QuantityName(reading.quantity)) + '_' + std::string(AlarmLevelName(level)),
+            reading.lane, before, after, static_cast<unsigned>(level));
       }
     }
     for (std::size_t flag = 0; flag < kNames.size(); ++flag) {

@@ -22,7 +22,7 @@ struct SnapshotNumbers {
   std::array<float, cable_info::kMostLanes> rx_power;
   std::array<float, cable_info::kMostLanes> tx_power;
   std::array<float, cable_info::kMostLanes> tx_bias;
-  /// Latched flags by bound: of temperature and voltage, then of RX power, TX power and TX bias of
+  /// Latched flags by level: of temperature and voltage, then of RX power, TX power and TX bias of
   /// lanes 1..8 each.
   std::array<std::uint8_t, 26> bounds;
   std::array<std::uint8_t, cable_info::kAllLaneFlags.size()> lane_flags;

@@ -29,7 +29,7 @@ namespace cli {
 
 namespace {
 
-using cable_info::Bound;
+using cable_info::AlarmLevel;
 using cable_info::Finding;
 using cable_info::Observable;
 using cable_info::Reading;
@@ -60,7 +60,7 @@ struct StoredReading {
   std::uint8_t flags;
   bool has_flags;
   double value;
-  std::array<double, cable_info::kBounds> thresholds;
+  std::array<double, cable_info::kAlarmLevels> thresholds;
 };
 
 enum class CellKind : char { kMissing, kInteger, kNumber, kText };
@@ -122,9 +122,9 @@ void AppendReading(TextBuffer& out, const Reading& reading, int lane, std::strin
                        kNoNumber,
                        {}};
   if (reading.IsPresent()) stored.value = DecimalOf(reading.value);
-  for (const Bound bound : cable_info::kAllBounds) {
-    const std::optional<float> threshold = reading.Threshold(bound);
-    stored.thresholds[static_cast<std::size_t>(bound)] =
+  for (const AlarmLevel level : cable_info::kAllAlarmLevels) {
+    const std::optional<float> threshold = reading.Threshold(level);
+    stored.thresholds[static_cast<std::size_t>(level)] =
         threshold ? DecimalOf(*threshold) : kNoNumber;
   }
   AppendBytes(out, stored);

@@ -96,6 +96,14 @@ class Samples(MetricsTest):
         self.assertEqual(self.values(samples, "cableinfo_lane_flag_raised", flag="rx_los"), {"3": 1})
         self.assertEqual(self.values(samples, "cableinfo_flag_raised", quantity="rx_power", bound="low_alarm"), {"1": 1})
 
+    def test_verdicts_depend_on_the_settings(self):
+        port = {"port_guid": GUID, "cable": {"Identifier": 0x11, "Temperature": 41 << 8, "SupplyVoltage": 33000}}
+        for options, verdict in (((), 0), (("--set", "temperature-high-warning=40"), 2),
+                                 (("--set", "temperature-high-alarm=40"), 3)):
+            samples = parse(self.metrics(*options, stdin=[port]))
+            self.assertEqual(self.values(samples, "cableinfo_verdict"), {None: verdict}, options)
+        self.assertEqual(run("metrics", "--set", "x=1", stdin=[port]).returncode, 2)
+
     def test_verdicts_are_those_of_check(self):
         names = ["ok", "unknown", "warning", "critical"]
         samples = parse(self.metrics(FABRIC))

@@ -117,6 +117,20 @@ class Tables(StoreTest):
                    stderr="cableinfo: 1 ports left out: others have the same GUID and number\n")
         self.assertEqual(self.query("SELECT count(*) FROM cable"), [(4,)])
 
+    def test_ports_without_guids_are_told_apart_by_their_labels(self):
+        self.store(stdin=[{"label": "a", "cable": {"Temperature": 10 << 8}}, {"label": "b"}, {"label": "a"}, {"port_num": 1}],
+                   stderr="cableinfo: 1 ports left out: others have the same GUID and number\n")
+        self.assertEqual(self.query("SELECT label, PortNum FROM cable"), [("a", 0), ("b", 0), (None, 1)])
+
+    def test_findings_depend_on_the_settings(self):
+        self.store("--set", "temperature-high-alarm=off", "--set", "temperature-high-warning=critical", stdin=AFTER)
+        self.assertEqual(self.query("SELECT rule, severity FROM finding WHERE rule LIKE 'temperature%'"),
+                         [("temperature-high-warning", "critical")])
+        config = self.file("limits", b"temperature-high-alarm = xyz\n")
+        self.assert_run(run("store", self.path, "--config", config, stdin=AFTER), 2,
+                        f'cableinfo: {config}:1: temperature-high-alarm: "xyz" is neither a severity (off, unknown, warning, '
+                        "critical) nor a limit of this rule\n".replace("cableinfo: ", "", 1))
+
     def test_modules(self):
         dump = self.file("empty.bin", bytes([0x11]) + bytes(255))
         self.store("--module", dump, "-q")
@@ -131,7 +145,7 @@ class Snapshots(StoreTest):
         self.store("--taken-at", "2026-01-04", "--keep", "2", stdin=AFTER)
         self.assertEqual(self.query("SELECT id, taken_at FROM snapshot"),
                          [(1, "2026-01-03T00:00:00Z"), (4, "2026-01-04T00:00:00Z")])
-        for table in ("cable", "reading", "finding"):
+        for table in ("cable", "reading", "finding", "port_record"):
             self.assertEqual(self.query(f"SELECT DISTINCT snapshot_id FROM {table} ORDER BY 1"), [(1,), (4,)])
 
     def test_latest_is_by_time(self):

@@ -57,8 +57,8 @@ TEST(ModuleReadings, KeepValuesThresholdsAndStates) {
   EXPECT_EQ(port.lanes, 2);
   EXPECT_EQ(port.lanes_in_use, 3);
   EXPECT_EQ(port.Of(Quantity::kTemperature).value, 40.5F);
-  EXPECT_EQ(port.Of(Quantity::kTemperature).Threshold(Bound::kLowAlarm), -5.0F);
-  EXPECT_EQ(port.Of(Quantity::kTemperature).Threshold(Bound::kHighWarning), 70.0F);
+  EXPECT_EQ(port.Of(Quantity::kTemperature).Threshold(AlarmLevel::kLowAlarm), -5.0F);
+  EXPECT_EQ(port.Of(Quantity::kTemperature).Threshold(AlarmLevel::kHighWarning), 70.0F);
   EXPECT_EQ(port.Of(Quantity::kVoltage).state, FieldState::kNotReady);
   EXPECT_EQ(port.Of(Quantity::kVoltage).value, 0.0F);
   EXPECT_EQ(port.Of(Quantity::kTxBias, 2).value, 282.2F);
@@ -78,10 +78,10 @@ TEST(ModuleReadings, MeetWarningThresholdsOfLanes) {
   EXPECT_EQ(RulesOf(module), std::vector<Rule>{});
   module.lanes[1].rx_power.value = 0.99;
   EXPECT_EQ(RulesOf(module),
-            std::vector<Rule>{ThresholdRule(Quantity::kRxPower, Bound::kLowWarning)});
+            std::vector<Rule>{ThresholdRule(Quantity::kRxPower, AlarmLevel::kLowWarning)});
   module.lanes[1].rx_power.value = 1.51;
   EXPECT_EQ(RulesOf(module),
-            std::vector<Rule>{ThresholdRule(Quantity::kRxPower, Bound::kHighWarning)});
+            std::vector<Rule>{ThresholdRule(Quantity::kRxPower, AlarmLevel::kHighWarning)});
 }
 
 TEST(ModuleReadings, RaiseTheFlagsThatAreKnown) {
@@ -95,7 +95,7 @@ TEST(ModuleReadings, RaiseTheFlagsThatAreKnown) {
   EXPECT_EQ(port.Of(LaneFlag::kRxLos).Get(2), std::nullopt);
   EXPECT_EQ(RulesOf(module),
             (std::vector<Rule>{LaneFlagRule(LaneFlag::kTxFault),
-                               LatchedRule(Quantity::kTxBias, Bound::kHighAlarm)}));
+                               LatchedRule(Quantity::kTxBias, AlarmLevel::kHighAlarm)}));
 }
 
 TEST(ModuleReadings, CountChecksumsThatDoNotMatch) {

@@ -135,10 +135,10 @@ using Threshold = std::optional<float>;
 
 void ExpectThresholds(const Reading& reading, Threshold high_alarm, Threshold low_alarm,
                       Threshold high_warning, Threshold low_warning) {
-  EXPECT_EQ(reading.Threshold(Bound::kHighAlarm), high_alarm);
-  EXPECT_EQ(reading.Threshold(Bound::kLowAlarm), low_alarm);
-  EXPECT_EQ(reading.Threshold(Bound::kHighWarning), high_warning);
-  EXPECT_EQ(reading.Threshold(Bound::kLowWarning), low_warning);
+  EXPECT_EQ(reading.Threshold(AlarmLevel::kHighAlarm), high_alarm);
+  EXPECT_EQ(reading.Threshold(AlarmLevel::kLowAlarm), low_alarm);
+  EXPECT_EQ(reading.Threshold(AlarmLevel::kHighWarning), high_warning);
+  EXPECT_EQ(reading.Threshold(AlarmLevel::kLowWarning), low_warning);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -388,8 +388,8 @@ TEST(CableReadings, OfferTwoLanesInSmallFormFactors) {
 }
 
 TEST(CableReadings, ReadTheFlagsOfTheModule) {
-  const Bound bounds[] = {Bound::kHighAlarm, Bound::kLowAlarm, Bound::kHighWarning,
-                          Bound::kLowWarning};
+  const AlarmLevel bounds[] = {AlarmLevel::kHighAlarm, AlarmLevel::kLowAlarm,
+                               AlarmLevel::kHighWarning, AlarmLevel::kLowWarning};
   for (int i = 0; i < 4; ++i) {
     CableRecord r = Optic();
     r.LatchedTemperatureAlarms = static_cast<std::uint8_t>(0x80 >> i);
@@ -412,8 +412,8 @@ TEST(CableReadings, DoNotReadTheInitializationFlagAsAnAlarm) {
 
 TEST(CableReadings, ReadTheFlagsOfTheLanes) {
   // One bit of the word at a time: lane 1 in the top nibble, the high alarm in its top bit.
-  const Bound bounds[] = {Bound::kHighAlarm, Bound::kLowAlarm, Bound::kHighWarning,
-                          Bound::kLowWarning};
+  const AlarmLevel bounds[] = {AlarmLevel::kHighAlarm, AlarmLevel::kLowAlarm,
+                               AlarmLevel::kHighWarning, AlarmLevel::kLowWarning};
   for (int bit = 0; bit < 16; ++bit) {
     CableRecord r = Optic();
     r.RxPowerAlarms = static_cast<std::uint16_t>(0x8000 >> bit);
@@ -422,12 +422,12 @@ TEST(CableReadings, ReadTheFlagsOfTheLanes) {
     const Readings port = ReadingsOf(r);
     for (int at = 0; at < 16; ++at) {
       const int lane = at / 4 + 1;
-      const Bound bound = bounds[at % 4];
-      EXPECT_EQ(port.Of(Quantity::kRxPower, lane).Latched(bound), at == bit);
-      EXPECT_EQ(port.Of(Quantity::kTxBias, lane).Latched(bound), at == (bit + 1) % 16);
-      EXPECT_EQ(port.Of(Quantity::kTxPower, lane).Latched(bound), at == (bit + 2) % 16);
+      const AlarmLevel level = bounds[at % 4];
+      EXPECT_EQ(port.Of(Quantity::kRxPower, lane).Latched(level), at == bit);
+      EXPECT_EQ(port.Of(Quantity::kTxBias, lane).Latched(level), at == (bit + 1) % 16);
+      EXPECT_EQ(port.Of(Quantity::kTxPower, lane).Latched(level), at == (bit + 2) % 16);
     }
-    EXPECT_EQ(port.Of(Quantity::kRxPower, 5).Latched(Bound::kHighAlarm), std::nullopt);
+    EXPECT_EQ(port.Of(Quantity::kRxPower, 5).Latched(AlarmLevel::kHighAlarm), std::nullopt);
   }
 }
 
@@ -739,8 +739,8 @@ TEST(PhyReadings, GiveTheAttenuationOfCopper) {
 }
 
 TEST(PhyReadings, ReadTheFlagsOfTheModule) {
-  const Bound bounds[] = {Bound::kHighAlarm, Bound::kLowAlarm, Bound::kHighWarning,
-                          Bound::kLowWarning};
+  const AlarmLevel bounds[] = {AlarmLevel::kHighAlarm, AlarmLevel::kLowAlarm,
+                               AlarmLevel::kHighWarning, AlarmLevel::kLowWarning};
   for (int i = 0; i < 4; ++i) {
     LatchedFlagsPage page;
     page.latched_temperature_flags = static_cast<std::uint8_t>(1 << i);
@@ -758,21 +758,26 @@ TEST(PhyReadings, ReadTheFlagsOfAllEightLanes) {
   struct Mask {
     std::uint8_t LatchedFlagsPage::*byte;
     Quantity quantity;
-    Bound bound;
+    AlarmLevel level;
   };
   const Mask masks[] = {
-      {&LatchedFlagsPage::latched_tx_power_low_warning, Quantity::kTxPower, Bound::kLowWarning},
-      {&LatchedFlagsPage::latched_tx_power_high_warning, Quantity::kTxPower, Bound::kHighWarning},
-      {&LatchedFlagsPage::latched_tx_power_low_alarm, Quantity::kTxPower, Bound::kLowAlarm},
-      {&LatchedFlagsPage::latched_tx_power_high_alarm, Quantity::kTxPower, Bound::kHighAlarm},
-      {&LatchedFlagsPage::latched_tx_bias_low_warning, Quantity::kTxBias, Bound::kLowWarning},
-      {&LatchedFlagsPage::latched_tx_bias_high_warning, Quantity::kTxBias, Bound::kHighWarning},
-      {&LatchedFlagsPage::latched_tx_bias_low_alarm, Quantity::kTxBias, Bound::kLowAlarm},
-      {&LatchedFlagsPage::latched_tx_bias_high_alarm, Quantity::kTxBias, Bound::kHighAlarm},
-      {&LatchedFlagsPage::latched_rx_power_low_warning, Quantity::kRxPower, Bound::kLowWarning},
-      {&LatchedFlagsPage::latched_rx_power_high_warning, Quantity::kRxPower, Bound::kHighWarning},
-      {&LatchedFlagsPage::latched_rx_power_low_alarm, Quantity::kRxPower, Bound::kLowAlarm},
-      {&LatchedFlagsPage::latched_rx_power_high_alarm, Quantity::kRxPower, Bound::kHighAlarm},
+      {&LatchedFlagsPage::latched_tx_power_low_warning, Quantity::kTxPower,
+       AlarmLevel::kLowWarning},
+      {&LatchedFlagsPage::latched_tx_power_high_warning, Quantity::kTxPower,
+       AlarmLevel::kHighWarning},
+      {&LatchedFlagsPage::latched_tx_power_low_alarm, Quantity::kTxPower, AlarmLevel::kLowAlarm},
+      {&LatchedFlagsPage::latched_tx_power_high_alarm, Quantity::kTxPower, AlarmLevel::kHighAlarm},
+      {&LatchedFlagsPage::latched_tx_bias_low_warning, Quantity::kTxBias, AlarmLevel::kLowWarning},
+      {&LatchedFlagsPage::latched_tx_bias_high_warning, Quantity::kTxBias,
+       AlarmLevel::kHighWarning},
+      {&LatchedFlagsPage::latched_tx_bias_low_alarm, Quantity::kTxBias, AlarmLevel::kLowAlarm},
+      {&LatchedFlagsPage::latched_tx_bias_high_alarm, Quantity::kTxBias, AlarmLevel::kHighAlarm},
+      {&LatchedFlagsPage::latched_rx_power_low_warning, Quantity::kRxPower,
+       AlarmLevel::kLowWarning},
+      {&LatchedFlagsPage::latched_rx_power_high_warning, Quantity::kRxPower,
+       AlarmLevel::kHighWarning},
+      {&LatchedFlagsPage::latched_rx_power_low_alarm, Quantity::kRxPower, AlarmLevel::kLowAlarm},
+      {&LatchedFlagsPage::latched_rx_power_high_alarm, Quantity::kRxPower, AlarmLevel::kHighAlarm},
   };
   for (const Mask& mask : masks) {
     for (int lane = 1; lane <= 8; ++lane) {
@@ -781,10 +786,10 @@ TEST(PhyReadings, ReadTheFlagsOfAllEightLanes) {
       PhyCableRecord phy;
       const Readings port = ReadingsOf(Fill(Fill(phy, PhyOptic()), page));
       for (const Reading& reading : port) {
-        for (const Bound bound : kAllBounds) {
+        for (const AlarmLevel level : kAllAlarmLevels) {
           const bool is_it =
-              reading.quantity == mask.quantity && reading.lane == lane && bound == mask.bound;
-          EXPECT_EQ(reading.Latched(bound), is_it);
+              reading.quantity == mask.quantity && reading.lane == lane && level == mask.level;
+          EXPECT_EQ(reading.Latched(level), is_it);
         }
       }
     }
@@ -827,7 +832,7 @@ TEST(PhyReadings, GiveFlagsWithoutAModule) {
   EXPECT_EQ(port.lanes, 8);
   EXPECT_EQ(port.lanes_in_use, 0xFF);
   EXPECT_EQ(port.Of(LaneFlag::kRxLos).Get(8), true);
-  EXPECT_EQ(port.Of(Quantity::kTemperature).Latched(Bound::kHighAlarm), true);
+  EXPECT_EQ(port.Of(Quantity::kTemperature).Latched(AlarmLevel::kHighAlarm), true);
   EXPECT_EQ(port.Of(Quantity::kTemperature).state, FieldState::kNotRead);
 }
 
@@ -877,7 +882,7 @@ TEST(Reading, NamesItsParts) {
   EXPECT_EQ(QuantityName(Quantity::kTxBias), "tx_bias");
   EXPECT_EQ(QuantityUnit(Quantity::kVoltage), "V");
   EXPECT_EQ(QuantityUnit(Quantity::kTxPower), "mW");
-  EXPECT_EQ(BoundName(Bound::kLowWarning), "low_warning");
+  EXPECT_EQ(AlarmLevelName(AlarmLevel::kLowWarning), "low_warning");
   EXPECT_EQ(MediumName(Medium::kActiveCopper), "active_copper");
   EXPECT_EQ(MediumName(Medium::kOptical), "optical");
   EXPECT_EQ(MediumName(Medium::kPassiveCopper), "passive_copper");

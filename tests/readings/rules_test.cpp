@@ -629,8 +629,9 @@ TEST(RuleNames, AreStableAndDistinct) {
   }
   EXPECT_EQ(names.size(), 54U);
   EXPECT_EQ(FindRule("temperature"), std::nullopt);
-  EXPECT_EQ(RuleName(ThresholdRule(Quantity::kRxPower, Bound::kLowAlarm)), "rx-power-low-alarm");
-  EXPECT_EQ(RuleName(LatchedRule(Quantity::kTxBias, Bound::kHighWarning)),
+  EXPECT_EQ(RuleName(ThresholdRule(Quantity::kRxPower, AlarmLevel::kLowAlarm)),
+            "rx-power-low-alarm");
+  EXPECT_EQ(RuleName(LatchedRule(Quantity::kTxBias, AlarmLevel::kHighWarning)),
             "tx-bias-high-warning-latched");
   EXPECT_EQ(RuleName(LaneFlagRule(LaneFlag::kAdaptiveEqFault)), "adaptive-eq-fault");
   EXPECT_EQ(RuleName(Rule::kChecksum), "checksum");
