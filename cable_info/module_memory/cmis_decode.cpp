@@ -1,11 +1,12 @@
 #include <algorithm>
+#include <iterator>
 #include <string>
 #include <utility>
 
 #include "cable_info/module_memory/cmis_lanes.h"
 #include "cable_info/module_memory/cmis_rules.h"
-#include "cable_info/module_memory/cmis_vdm.h"
 #include "cable_info/module_memory/decode.h"
+#include "cable_info/module_memory/samples.h"
 #include "cable_info/module_memory/sff8024.h"
 
 namespace cable_info::module_memory {
@@ -57,6 +58,21 @@ std::string Patterns(const ModuleImage& image, const MapField& line) {
   return names;
 }
 
+// Of 01h:160.4-3; none for the reserved code.
+std::optional<double> BiasMultiplierOf(unsigned code) {
+  constexpr double kMultipliers[] = {1, 2, 4};
+  return code < std::size(kMultipliers) ? std::optional<double>(kMultipliers[code]) : std::nullopt;
+}
+
+// Four masks with that of the high alarm in bit 3, not in bit 0.
+unsigned HighAlarmFirst(unsigned masks) {
+  unsigned reversed = 0;
+  for (std::size_t level = 0; level < kAlarmLevels; ++level) {
+    reversed = reversed << 1U | (masks >> level & 1U);
+  }
+  return reversed;
+}
+
 // The number of a field in its unit; none when nothing is given.
 std::optional<double> NumberOf(Decoding& to, Field field, unsigned raw) {
   switch (field) {
@@ -74,6 +90,11 @@ std::optional<double> NumberOf(Decoding& to, Field field, unsigned raw) {
     case Field::kPowerClass:
     case Field::kVdmGroups:
       return raw + 1.0;
+    case Field::kTxBiasMultiplier:
+      return BiasMultiplierOf(raw);
+    case Field::kTemperatureMask:
+    case Field::kVoltageMask:
+      return HighAlarmFirst(raw);
     default:
       return std::nullopt;
   }
@@ -130,6 +151,7 @@ void DecodeModule(Decoding& to, bool is_flat) {
   for (const MapField& line : CmisMap().fields) {
     const Advertised advertised =
         is_flat ? AskFlat(to.image, line) : Ask(to.image, line.advertised);
+    if (advertised == Advertised::kNo) continue;  // as all fields are before
     if (line.format.type == RawType::kOwn) {
       DecodeOwnField(to, line, advertised);
     } else {
@@ -152,7 +174,7 @@ struct DescriptorPlace {
 DescriptorPlace PlaceOfDescriptor(unsigned number) {
   constexpr unsigned kInLowerPage = 8;
   constexpr std::size_t kSize = 4;
-  if (number <= kInLowerPage) return {Page::kLower, 86 + kSize * (number - 1)};
+  if (number <= kInLowerPage) return {Page::kLower, kFirstDescriptor + kSize * (number - 1)};
   return {Page::k01, 223 + kSize * (number - kInLowerPage - 1)};
 }
 
@@ -211,8 +233,6 @@ void AddSpeeds(ModuleInfo& info) {
 
 // 01h:160.4-3.
 double BiasMultiplier(Decoding& to) {
-  constexpr double kMultipliers[] = {1, 2, 4};
-  constexpr unsigned kReserved = 3;
   const std::optional<unsigned> code = BitsOf(to.image, Page::k01, 160, 4, 3);
   if (!code) {
     if (to.image.Has(Page::k02) || to.image.Has(Page::k11)) {
@@ -220,7 +240,7 @@ double BiasMultiplier(Decoding& to) {
     }
     return 1;
   }
-  if (*code != kReserved) return kMultipliers[*code];
+  if (const std::optional<double> multiplier = BiasMultiplierOf(*code)) return *multiplier;
   to.Warn("the multiplier of the bias currents has a reserved code; it is taken as 1");
   return 1;
 }
@@ -450,6 +470,9 @@ bool HasSide(const LaneLayout& layout, LaneSide side, unsigned lane) {
 
 void DecodeLaneField(Decoding& to, const LaneLayout& layout, const LaneMapField& line,
                      Advertised advertised) {
+  // Most fields are a bit of each lane.
+  const bool is_mask = line.order == LaneOrder::kBitsUp && line.format.type == RawType::kFlag &&
+                       advertised == Advertised::kYes;
   const ModuleImage::Half* half = nullptr;
   unsigned bank = 0;
   for (Lane& lane : to.info.lanes) {
@@ -464,12 +487,18 @@ void DecodeLaneField(Decoding& to, const LaneLayout& layout, const LaneMapField&
       bank = at.bank;
       half = &to.image.HalfOf(InBank(line.page, bank), line.byte);
     }
-    lane[line.field] = half->IsEmpty() ? Absent(FieldState::kNotRead)
-                                       : ReadLaneField(*half, line, advertised, at.lane);
+    if (half->IsEmpty()) {
+      lane[line.field] = Absent(FieldState::kNotRead);
+    } else if (is_mask && half->Has(line.byte)) {
+      lane[line.field] = Present((*half)[line.byte] >> (at.lane - 1) & 1U);
+    } else {
+      lane[line.field] = ReadLaneField(*half, line, advertised, at.lane);
+    }
   }
 }
 
 void DecodeLanes(Decoding& to, const LaneLayout& layout, bool is_flat) {
+  to.info.lanes.reserve(std::size_t{layout.banks} * kLanesPerBank);
   for (unsigned bank = 0; bank < layout.banks; ++bank) {
     for (unsigned n = 1; n <= kLanesPerBank; ++n) {
       if (!HasSide(layout, LaneSide::kBoth, n)) continue;
@@ -493,29 +522,6 @@ constexpr std::uint8_t kVdmDescriptors = 0x20;
 constexpr std::uint8_t kVdmValues = 0x24;
 constexpr std::uint8_t kVdmThresholds = 0x28;
 
-// An observable without a name is a number without a unit.
-constexpr VdmObservable kUnknownObservable = {{}, {}, 0, VdmNumberType::kUnsigned, 1, 1};
-
-Thresholds VdmThresholds(const ModuleImage::Half& half, std::size_t byte,
-                         const VdmObservable& observable) {
-  constexpr unsigned kAllSet = 0xFFFF;
-  Thresholds thresholds;
-  unsigned any = 0;
-  unsigned common = kAllSet;
-  for (std::size_t level = 0; level < kAlarmLevels; ++level) {
-    if (!half.Has(byte + 2 * level, 2)) continue;
-    const unsigned raw = RawNumber(half, byte + 2 * level, kWord);
-    any |= raw;
-    common &= raw;
-    const std::optional<double> threshold =
-        VdmThreshold(observable, static_cast<std::uint16_t>(raw));
-    if (!threshold) continue;
-    thresholds.values[level] = *threshold;
-    thresholds.given |= static_cast<std::uint8_t>(1U << level);
-  }
-  return any == 0 || common == kAllSet ? Thresholds() : thresholds;
-}
-
 // An instance of a group: the bank and number of its pages, and its place in them.
 struct VdmPlace {
   unsigned bank;
@@ -526,28 +532,15 @@ struct VdmPlace {
 Monitor VdmMonitor(const ModuleImage& image, const VdmObservable& observable,
                    unsigned threshold_set, VdmPlace at) {
   constexpr std::size_t kThresholdSetSize = 8;
+  constexpr std::size_t kFlagBytes = 32;  // of a group
   const auto page = [&](std::uint8_t first) -> const ModuleImage::Half& {
     return image.HalfOf(PageOf(static_cast<std::uint8_t>(first + at.group), at.bank), 128);
   };
-  Monitor monitor;
-  const ModuleImage::Half& values = page(kVdmValues);
-  const std::size_t byte = 128 + 2 * at.instance;
-  monitor.state = FieldState::kNotRead;
-  if (values.Has(byte, 2)) {
-    const auto raw = static_cast<std::uint16_t>(RawNumber(values, byte, kWord));
-    const std::optional<double> value = VdmValue(observable, raw);
-    monitor.state = value ? FieldState::kPresent : FieldState::kNotImplemented;
-    monitor.value = value.value_or(0);
-  }
-  monitor.thresholds =
-      VdmThresholds(page(kVdmThresholds), 128 + kThresholdSetSize * threshold_set, observable);
-  const ModuleImage::Half& flags = image.HalfOf(InBank(kPage2C, at.bank), 128);
-  const std::size_t flags_byte = 128 + std::size_t{32} * at.group + at.instance / 2;
-  if (flags.Has(flags_byte)) {
-    monitor.flags.known = 0xF;
-    monitor.flags.raised = flags[flags_byte] >> at.instance % 2 * 4 & 0xFU;
-  }
-  return monitor;
+  return ReadSample(
+      {page(kVdmValues), 128 + 2 * at.instance, page(kVdmThresholds),
+       128 + kThresholdSetSize * threshold_set, image.HalfOf(InBank(kPage2C, at.bank), 128),
+       128 + kFlagBytes * at.group + at.instance / 2, at.instance % 2 != 0, false},
+      observable);
 }
 
 void DecodeVdmInstance(Decoding& to, unsigned descriptor, VdmPlace at) {
@@ -556,17 +549,10 @@ void DecodeVdmInstance(Decoding& to, unsigned descriptor, VdmPlace at) {
   if (type == 0) return;
   const unsigned location = descriptor >> 8U & 0xFU;
   const VdmObservable* observable = FindVdmObservable(type);
-  VdmSample sample;
-  sample.type = type;
-  if (observable != nullptr) {
-    sample.observable = observable->name;
-    sample.unit = observable->unit;
-  }
-  sample.lane = location == kWholeModule ? 0 : at.bank * kLanesPerBank + location + 1;
-  sample.instance = sample.lane == 0 ? "module" : "lane " + std::to_string(sample.lane);
-  sample.monitor = VdmMonitor(to.image, observable != nullptr ? *observable : kUnknownObservable,
-                              descriptor >> 12U, at);
-  to.info.vdm.push_back(std::move(sample));
+  const unsigned lane = location == kWholeModule ? 0 : at.bank * kLanesPerBank + location + 1;
+  const Monitor monitor = VdmMonitor(
+      to.image, observable != nullptr ? *observable : kUnknownObservable, descriptor >> 12U, at);
+  to.info.vdm.push_back(SampleOf(observable, type, lane, monitor));
 }
 
 bool HasVdmPages(const ModuleImage& image) {
@@ -596,6 +582,130 @@ void DecodeVdm(Decoding& to, const LaneLayout& layout) {
   }
 }
 
+// ---------------------------------------------------------------------------------------------
+// Coherent modules, pages 34h and 35h; bank n is media lane n + 1
+// ---------------------------------------------------------------------------------------------
+
+// A number of the coherent pages.
+struct CoherentNumber {
+  std::string_view name;
+  std::string_view unit;
+  std::uint8_t byte;
+  std::uint8_t bytes;
+  bool is_signed;
+  double multiply;
+  double divide;
+};
+
+// Page 34h: the last interval of the FEC performance monitoring.
+constexpr CoherentNumber kCoherentCounters[] = {
+    {"fec_received_bits", "bits", 128, 8, false, 1, 1},
+    {"fec_bits_per_subinterval", "bits", 136, 8, false, 1, 1},
+    {"fec_corrected_bits", "bits", 144, 8, false, 1, 1},
+    {"fec_corrected_bits_minimum", "bits", 152, 8, false, 1, 1},
+    {"fec_corrected_bits_maximum", "bits", 160, 8, false, 1, 1},
+    {"fec_received_frames", "frames", 168, 4, false, 1, 1},
+    {"fec_frames_per_subinterval", "frames", 172, 4, false, 1, 1},
+    {"fec_uncorrectable_frames", "frames", 176, 4, false, 1, 1},
+    {"fec_uncorrectable_frames_minimum", "frames", 180, 4, false, 1, 1},
+    {"fec_uncorrectable_frames_maximum", "frames", 184, 4, false, 1, 1},
+};
+
+// Page 35h: averages, minima and maxima of the link monitors.
+constexpr CoherentNumber kCoherentMonitors[] = {
+    {"chromatic_dispersion_average", "ps/nm", 128, 4, true, 1, 1},
+    {"chromatic_dispersion_minimum", "ps/nm", 132, 4, true, 1, 1},
+    {"chromatic_dispersion_maximum", "ps/nm", 136, 4, true, 1, 1},
+    {"differential_group_delay_average", "ps", 140, 2, false, 1, 100},
+    {"differential_group_delay_minimum", "ps", 142, 2, false, 1, 100},
+    {"differential_group_delay_maximum", "ps", 144, 2, false, 1, 100},
+    {"sopmd_average", "ps^2", 146, 2, false, 1, 100},
+    {"sopmd_minimum", "ps^2", 148, 2, false, 1, 100},
+    {"sopmd_maximum", "ps^2", 150, 2, false, 1, 100},
+    {"polarization_dependent_loss_average", "dB", 152, 2, false, 1, 10},
+    {"polarization_dependent_loss_minimum", "dB", 154, 2, false, 1, 10},
+    {"polarization_dependent_loss_maximum", "dB", 156, 2, false, 1, 10},
+    {"osnr_average", "dB", 158, 2, false, 1, 10},
+    {"osnr_minimum", "dB", 160, 2, false, 1, 10},
+    {"osnr_maximum", "dB", 162, 2, false, 1, 10},
+    {"esnr_average", "dB", 164, 2, false, 1, 10},
+    {"esnr_minimum", "dB", 166, 2, false, 1, 10},
+    {"esnr_maximum", "dB", 168, 2, false, 1, 10},
+    {"carrier_frequency_offset_average", "MHz", 170, 2, true, 1, 1},
+    {"carrier_frequency_offset_minimum", "MHz", 172, 2, true, 1, 1},
+    {"carrier_frequency_offset_maximum", "MHz", 174, 2, true, 1, 1},
+    {"error_vector_magnitude_average", "%", 176, 2, false, 100, 65535},
+    {"error_vector_magnitude_minimum", "%", 178, 2, false, 100, 65535},
+    {"error_vector_magnitude_maximum", "%", 180, 2, false, 100, 65535},
+    {"tx_power_average", "dBm", 182, 2, true, 1, 100},
+    {"tx_power_minimum", "dBm", 184, 2, true, 1, 100},
+    {"tx_power_maximum", "dBm", 186, 2, true, 1, 100},
+    {"rx_total_power_average", "dBm", 188, 2, true, 1, 100},
+    {"rx_total_power_minimum", "dBm", 190, 2, true, 1, 100},
+    {"rx_total_power_maximum", "dBm", 192, 2, true, 1, 100},
+    {"rx_signal_power_average", "dBm", 194, 2, true, 1, 100},
+    {"rx_signal_power_minimum", "dBm", 196, 2, true, 1, 100},
+    {"rx_signal_power_maximum", "dBm", 198, 2, true, 1, 100},
+    {"sop_rate_of_change_average", "krad/s", 200, 2, false, 1, 1},
+    {"sop_rate_of_change_minimum", "krad/s", 202, 2, false, 1, 1},
+    {"sop_rate_of_change_maximum", "krad/s", 204, 2, false, 1, 1},
+    {"modulation_error_ratio_average", "dB", 206, 2, false, 1, 10},
+    {"modulation_error_ratio_minimum", "dB", 208, 2, false, 1, 10},
+    {"modulation_error_ratio_maximum", "dB", 210, 2, false, 1, 10},
+    {"clock_recovery_loop_average", "%", 212, 2, true, 100, 32767},
+    {"clock_recovery_loop_minimum", "%", 214, 2, true, 100, 32767},
+    {"clock_recovery_loop_maximum", "%", 216, 2, true, 100, 32767},
+    {"snr_margin_average", "dB", 224, 2, true, 1, 10},
+    {"snr_margin_minimum", "dB", 226, 2, true, 1, 10},
+    {"snr_margin_maximum", "dB", 228, 2, true, 1, 10},
+    {"q_factor_average", "dB", 230, 2, false, 1, 10},
+    {"q_factor_minimum", "dB", 232, 2, false, 1, 10},
+    {"q_factor_maximum", "dB", 234, 2, false, 1, 10},
+    {"q_margin_average", "dB", 236, 2, true, 1, 10},
+    {"q_margin_minimum", "dB", 238, 2, true, 1, 10},
+    {"q_margin_maximum", "dB", 240, 2, true, 1, 10},
+};
+
+double CoherentValue(const ModuleImage::Half& half, const CoherentNumber& number) {
+  constexpr std::uint64_t kOne = 1;
+  constexpr unsigned kBitsPerByte = 8;
+  std::uint64_t raw = 0;
+  for (std::size_t i = 0; i < number.bytes; ++i) raw = raw << kBitsPerByte | half[number.byte + i];
+  const std::uint64_t sign = kOne << (kBitsPerByte * number.bytes - 1);
+  const auto value = static_cast<double>(raw);
+  const bool is_negative = number.is_signed && (raw & sign) != 0;
+  return is_negative ? value - 2 * static_cast<double>(sign) : value;
+}
+
+template <std::size_t N>
+void DecodeCoherentPage(Decoding& to, Page page, const CoherentNumber (&numbers)[N]) {
+  constexpr unsigned kBanks = 8;  // a media lane each
+  for (unsigned bank = 0; bank < kBanks; ++bank) {
+    const ModuleImage::Half& half = to.image.HalfOf(InBank(page, bank), 128);
+    for (const CoherentNumber& number : numbers) {
+      if (!half.Has(number.byte, number.bytes)) continue;
+      Monitor monitor;
+      monitor.state = FieldState::kPresent;
+      monitor.value = CoherentValue(half, number) * number.multiply / number.divide;
+      VdmSample sample = SampleOf(nullptr, 0, bank + 1, monitor);
+      sample.observable = number.name;
+      sample.unit = number.unit;
+      to.info.vdm.push_back(std::move(sample));
+    }
+  }
+}
+
+// CMIS 5.3 advertises the pages; before, they are those of tunable modules.
+void DecodeCoherent(Decoding& to) {
+  constexpr Page kCounters = PageOf(0x34);
+  constexpr Page kMonitors = PageOf(0x35);
+  const unsigned bit = IsSince(to.image, 0x53) == Advertised::kYes ? 4 : 6;
+  const std::size_t byte = bit == 4 ? 142 : 155;
+  if (AskBit(to.image, Page::k01, byte, bit) == Advertised::kNo) return;
+  DecodeCoherentPage(to, kCounters, kCoherentCounters);
+  DecodeCoherentPage(to, kMonitors, kCoherentMonitors);
+}
+
 }  // namespace
 
 void DecodeCmis(Decoding& to) {
@@ -609,6 +719,7 @@ void DecodeCmis(Decoding& to) {
   WarnOfFlags(to, CmisMap().lane_fields);
   AddNames(to.image, CmisMap().options, to.info.options);
   DecodeVdm(to, layout);
+  if (!is_flat) DecodeCoherent(to);
   AddChecksums(to, CmisMap().checksums);
 }
 

@@ -2,6 +2,7 @@
 #include <iterator>
 #include <memory>
 
+#include "cable_info/module_memory/cmis_rules.h"
 #include "cable_info/module_memory/decode.h"
 #include "cable_info/module_memory/record_map.h"
 #include "cable_info/module_memory/records.h"
@@ -11,11 +12,6 @@
 namespace cable_info::module_memory {
 
 namespace {
-
-constexpr AlarmLevel kHighAlarm = AlarmLevel::kHighAlarm;
-constexpr AlarmLevel kLowAlarm = AlarmLevel::kLowAlarm;
-constexpr AlarmLevel kHighWarning = AlarmLevel::kHighWarning;
-constexpr AlarmLevel kLowWarning = AlarmLevel::kLowWarning;
 
 using cable_info::PhyCableRecord;
 
@@ -59,8 +55,6 @@ void ToPowerClass(Draft& draft, const FieldBytes& value) {
   draft.module.power_class = static_cast<std::uint8_t>(value.Number() + 1);
 }
 
-void ToDate(Draft& draft, const FieldBytes& value) { draft.module.SetDateCode(value.Text()); }
-
 // Descriptors of four bytes, the host interface first; 0xFF ends their list.
 void ToApplications(Draft& draft, const FieldBytes& value) {
   constexpr std::uint8_t kEndOfList = 0xFF;
@@ -72,11 +66,7 @@ void ToApplications(Draft& draft, const FieldBytes& value) {
 
 constexpr bool kText = true;
 
-// What is no field of the module by itself.
-constexpr Place kApplicationDescriptors = {Page::kLower, 86, Bytes(32)};
-constexpr Place kBiasMultiplier = {Page::k01, 160, Bits(4, 3)};
-constexpr Place kTxCdrSupported = {Page::k01, 161, Bit(0)};
-constexpr Place kRxCdrSupported = {Page::k01, 162, Bit(0)};
+constexpr Place kApplicationDescriptors = {Page::kLower, kFirstDescriptor, Bytes(kDescriptorBytes)};
 
 // The fields, and what takes them. The places are those of the family's map.
 // NOLINTNEXTLINE(readability-function-size): a table
@@ -90,9 +80,9 @@ const auto& Map() {
         F{P.FlagNibble(Quantity::kVoltage), ToFlags<&LatchedFlagsPage::latched_voltage_flags>},
         F{kApplicationDescriptors, ToApplications},
         F{P.Of(Field::kLengthSmf), ToDraft<&Draft::smf_length>},
-        F{kBiasMultiplier, ToDraft<&Draft::bias_multiplier_code>},
-        F{kTxCdrSupported, ToModule<&ModuleRecord::tx_cdr_cap>},
-        F{kRxCdrSupported, ToModule<&ModuleRecord::rx_cdr_cap>},
+        F{P.Of(Field::kTxBiasMultiplier), ToDraft<&Draft::bias_multiplier_code>},
+        F{P.Advertising(LaneField::kTxCdr), ToModule<&ModuleRecord::tx_cdr_cap>},
+        F{P.Advertising(LaneField::kRxCdr), ToModule<&ModuleRecord::rx_cdr_cap>},
         F{P.Value(Quantity::kTemperature), ToModule<&ModuleRecord::temperature>},
         F{P.Value(Quantity::kVoltage), ToModule<&ModuleRecord::voltage>},
         F{P.Of(Field::kFirmwareActive), ToFirmware},
@@ -101,7 +91,7 @@ const auto& Map() {
         F{P.Of(Field::kPartNumber), ToText<&ModuleRecord::vendor_pn>, kText},
         F{P.Of(Field::kVendorRevision), ToText<&ModuleRecord::vendor_rev>, kText},
         F{P.Of(Field::kSerialNumber), ToText<&ModuleRecord::vendor_sn>, kText},
-        F{P.Of(Field::kDateCode), ToDate},
+        F{P.Of(Field::kDateCode), SetDate<Draft>},
         F{P.Of(Field::kLot), ToModule<&ModuleRecord::lot>},
         F{P.Of(Field::kPowerClass), ToPowerClass},
         F{P.Of(Field::kMaxPower), ToModule<&ModuleRecord::max_power>},
@@ -298,23 +288,13 @@ void DropTemperaturesOfPassiveCopper(ModuleRecord& module) {
   module.temp_low_threshold = kNoTemperature;
 }
 
-Draft UnknownModule(std::uint8_t form_factor) {
-  Draft draft;
-  draft.module.cable_identifier = form_factor;
-  StoreText(draft.module.vendor_name, "NA");
-  draft.module.power_unit_flag = 1;  // powers are in units of 0.1 uW
-  draft.module.cable_technology = kUnknownTechnology;
-  draft.module.temperature = kNoTemperature;
-  draft.module.temp_high_threshold = kNoTemperature;
-  draft.module.temp_low_threshold = kNoTemperature;
-  return draft;
-}
-
 }  // namespace
 
 std::unique_ptr<PhyCableRecord> CableFromCmis(const ModuleImage& image, std::uint8_t form_factor,
                                               std::vector<std::string>& remarks) {
-  Draft draft = UnknownModule(form_factor);
+  Draft draft;
+  draft.module = UnknownModuleRecord(form_factor);
+  draft.module.cable_technology = kUnknownTechnology;
   SetFields<Draft>(image, Map(), draft);
   draft.module.smf_length = SmfLength(draft, remarks);
   MultiplyBias(draft, remarks);

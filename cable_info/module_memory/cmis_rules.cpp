@@ -2,13 +2,6 @@
 
 namespace cable_info::module_memory {
 
-std::optional<unsigned> BitsOf(const ModuleImage& image, Page page, std::size_t byte, unsigned high,
-                               unsigned low) {
-  const ModuleImage::Half& half = image.HalfOf(page, byte);
-  if (!half.Has(byte)) return std::nullopt;
-  return half[byte] >> low & ((1U << (high - low + 1U)) - 1U);
-}
-
 namespace {
 
 // A property derived from a number; none if the number was not read.

@@ -11,12 +11,20 @@
 namespace cable_info {
 namespace [[gnu::visibility("hidden")]] module_memory {
 
+/// The byte of the lower page where the eight application descriptors of four bytes begin.
+inline constexpr std::uint8_t kFirstDescriptor = 86;
+inline constexpr std::uint8_t kDescriptorBytes = 32;
+
 inline constexpr Page kPage2C = PageOf(0x2C);
 inline constexpr Page kPage2F = PageOf(0x2F);
 
 /// The bits `high`..`low` of a byte; none when it was not read.
-std::optional<unsigned> BitsOf(const ModuleImage& image, Page page, std::size_t byte,
-                               unsigned high = 7, unsigned low = 0);
+inline std::optional<unsigned> BitsOf(const ModuleImage& image, Page page, std::size_t byte,
+                                      unsigned high = 7, unsigned low = 0) {
+  const ModuleImage::Half& half = image.HalfOf(page, byte);
+  if (!half.Has(byte)) return std::nullopt;
+  return half[byte] >> low & ((1U << (high - low + 1U)) - 1U);
+}
 
 /// CMIS revision (byte 1: major in the high nibble, minor in the low one) of at least `revision`.
 Advertised IsSince(const ModuleImage& image, unsigned revision);

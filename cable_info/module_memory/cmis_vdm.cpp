@@ -1,6 +1,7 @@
 #include "cable_info/module_memory/cmis_vdm.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 
 namespace cable_info {
@@ -8,6 +9,7 @@ namespace cable_info {
 namespace {
 
 constexpr auto kUnsigned = VdmNumberType::kUnsigned;
+constexpr auto kUnsignedOrInfinite = VdmNumberType::kUnsignedOrInfinite;
 constexpr auto kSigned = VdmNumberType::kSigned;
 constexpr auto kFloat16 = VdmNumberType::kFloat16;
 
@@ -27,8 +29,8 @@ constexpr VdmObservable kObservables[] = {
     {"laser_temperature_deviation", kCelsius, 4, kSigned, 1, 256},
     {"esnr_media", kDecibel, 5, kUnsigned, 1, 256},
     {"esnr_host", kDecibel, 6, kUnsigned, 1, 256},
-    {"pam4_level_transition_media", kDecibel, 7, kUnsigned, 1, 256},
-    {"pam4_level_transition_host", kDecibel, 8, kUnsigned, 1, 256},
+    {"pam4_level_transition_media", kDecibel, 7, kUnsignedOrInfinite, 1, 256},
+    {"pam4_level_transition_host", kDecibel, 8, kUnsignedOrInfinite, 1, 256},
     {"pre_fec_ber_minimum_media", kNone, 9, kFloat16, 1, 1},
     {"pre_fec_ber_minimum_host", kNone, 10, kFloat16, 1, 1},
     {"pre_fec_ber_maximum_media", kNone, 11, kFloat16, 1, 1},
@@ -90,8 +92,26 @@ constexpr VdmObservable kObservables[] = {
     {"q_margin", kDecibel, 152, kSigned, 1, 10},
 };
 
-constexpr std::uint8_t kFirstLevelTransition = 7;
-constexpr std::uint8_t kLastLevelTransition = 8;
+// SFF-8636 rev 2.11, page 20h: those of the signal that the media side receives.
+constexpr std::string_view kFramesPerSecond = "frames/s";
+constexpr VdmObservable kSff8636Observables[] = {
+    {"snr_media", kDecibel, 1, kUnsigned, 1, 256},
+    {"residual_dispersion_media", "ps/nm", 2, kSigned, 1, 10},
+    {"pam4_level_transition_media", kDecibel, 3, kUnsignedOrInfinite, 1, 256},
+    {"pre_fec_ber_average_media", kNone, 4, kFloat16, 1, 1},
+    {"frame_errors_average_media", kFramesPerSecond, 5, kFloat16, 1, 1},
+    {"tec_current", "mA", 6, kSigned, 1, 10},
+    {"laser_frequency_error", kMegahertz, 7, kSigned, 10, 1},
+    {"laser_temperature_error", kCelsius, 8, kSigned, 1, 256},
+    {"pre_fec_ber_minimum_media", kNone, 9, kFloat16, 1, 1},
+    {"pre_fec_ber_maximum_media", kNone, 10, kFloat16, 1, 1},
+    {"pre_fec_ber_prior_period_media", kNone, 11, kFloat16, 1, 1},
+    {"pre_fec_ber_current_media", kNone, 12, kFloat16, 1, 1},
+    {"frame_errors_minimum_media", kFramesPerSecond, 13, kFloat16, 1, 1},
+    {"frame_errors_maximum_media", kFramesPerSecond, 14, kFloat16, 1, 1},
+    {"frame_errors_prior_period_media", kFramesPerSecond, 15, kFloat16, 1, 1},
+    {"frame_errors_current_media", kFramesPerSecond, 16, kFloat16, 1, 1},
+};
 
 double Number(const VdmObservable& observable, std::uint16_t raw) {
   switch (observable.number) {
@@ -100,25 +120,34 @@ double Number(const VdmObservable& observable, std::uint16_t raw) {
     case VdmNumberType::kSigned:
       return static_cast<std::int16_t>(raw);
     case VdmNumberType::kUnsigned:
+    case VdmNumberType::kUnsignedOrInfinite:
       break;
   }
   return raw;
 }
 
+template <std::size_t N>
+const VdmObservable* Find(const VdmObservable (&observables)[N], unsigned type_id) {
+  const VdmObservable* entry = std::lower_bound(
+      std::begin(observables), std::end(observables), type_id,
+      [](const VdmObservable& listed, unsigned id) { return listed.type_id < id; });
+  return entry != std::end(observables) && entry->type_id == type_id ? entry : nullptr;
+}
+
 }  // namespace
 
-const VdmObservable* FindVdmObservable(unsigned type_id) {
-  const VdmObservable* entry = std::lower_bound(
-      std::begin(kObservables), std::end(kObservables), type_id,
-      [](const VdmObservable& listed, unsigned id) { return listed.type_id < id; });
-  return entry != std::end(kObservables) && entry->type_id == type_id ? entry : nullptr;
+constexpr VdmObservable kUnknownObservable = {{}, {}, 0, kUnsigned, 1, 1};
+
+const VdmObservable* FindVdmObservable(unsigned type_id) { return Find(kObservables, type_id); }
+
+const VdmObservable* FindSff8636Observable(unsigned type_id) {
+  return Find(kSff8636Observables, type_id);
 }
 
 std::optional<double> VdmValue(const VdmObservable& observable, std::uint16_t raw) {
   constexpr std::uint16_t kInfinite = 0xFFFF;
-  const bool is_level_transition =
-      observable.type_id >= kFirstLevelTransition && observable.type_id <= kLastLevelTransition;
-  if (is_level_transition && raw == kInfinite) return std::nullopt;
+  const bool is_infinite = observable.number == kUnsignedOrInfinite && raw == kInfinite;
+  if (is_infinite) return std::nullopt;
   return Number(observable, raw) * observable.multiply / observable.divide;
 }
 

@@ -12,9 +12,15 @@
 namespace [[gnu::visibility("hidden")]] cable_info {
 
 /// The encoding of the 16 bits of a VDM sample or threshold.
-enum class VdmNumberType : std::uint8_t { kUnsigned, kSigned, kFloat16 };
+enum class VdmNumberType : std::uint8_t {
+  kUnsigned,
+  kUnsignedOrInfinite,  ///< FFFFh is infinity
+  kSigned,
+  kFloat16,
+};
 
-/// A type of observable: CMIS 5.4, pages 20h to 23h, and the coherent extension from 128 on.
+/// A type of observable: CMIS 5.4, pages 20h to 23h, and the coherent extension from 128 on; or of
+/// SFF-8636 rev 2.11, page 20h.
 struct VdmObservable {
   std::string_view name;  ///< "esnr_media"; the side comes last
   std::string_view unit;  ///< "dB"; empty for ratios
@@ -25,11 +31,14 @@ struct VdmObservable {
   std::uint16_t divide;
 };
 
-/// The observable with `type_id`; null for reserved and custom ones.
+/// The observable of CMIS with `type_id`; null for reserved and custom ones.
 const VdmObservable* FindVdmObservable(unsigned type_id);
+/// The observable of SFF-8636 with `type_id`; null for reserved and vendor specific ones.
+const VdmObservable* FindSff8636Observable(unsigned type_id);
+/// A number without a name and a unit, for observables that are not known.
+extern const VdmObservable kUnknownObservable;
 
-/// The number of `raw` in the unit of `observable`. None for a PAM4 level transition parameter of
-/// FFFFh, which means infinity.
+/// The number of `raw` in the unit of `observable`; none for infinity.
 std::optional<double> VdmValue(const VdmObservable& observable, std::uint16_t raw);
 
 /// A threshold; none when `raw` is at an end of the range of its type, which means that it is not

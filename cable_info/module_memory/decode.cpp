@@ -11,30 +11,24 @@ namespace {
 
 constexpr std::size_t kIdentifierCopy = 128;
 
-struct FamilyIdentifier {
-  std::uint8_t code;
-  ModuleFamily family;
-};
-
-// SFF-8024 rev 4.13, table 4-1: the identifiers of the modules whose memory follows one of the
-// maps.
-constexpr FamilyIdentifier kFamilies[] = {
+// clang-format off
+constexpr ModuleIdentifier kKnown[] = {
     {0x01, ModuleFamily::kSff8472},  // GBIC
     {0x02, ModuleFamily::kSff8472},  // soldered to the board
-    {0x03, ModuleFamily::kSff8472},  // SFP, SFP+, SFP28
-    {0x0C, ModuleFamily::kSff8636},  // QSFP, whose own map (INF-8438) is close to SFF-8436
-    {0x0D, ModuleFamily::kSff8636},  // QSFP+
+    {0x03, ModuleFamily::kSff8472, "SFP", FormFactor::kSfp28OrSfpPlus},
+    {0x0C, ModuleFamily::kSff8636, "QSFP"},  // whose own map, INF-8438, is close to SFF-8436
+    {0x0D, ModuleFamily::kSff8636, "QSFP+"},
     {0x0F, ModuleFamily::kSff8636},  // shielded mini multilane HD 4X
     {0x10, ModuleFamily::kSff8636},  // shielded mini multilane HD 8X
-    {0x11, ModuleFamily::kSff8636},  // QSFP28
+    {0x11, ModuleFamily::kSff8636, "QSFP28"},
     {0x14, ModuleFamily::kSff8636},  // shielded mini multilane HD 4X fan-out
     {0x15, ModuleFamily::kSff8636},  // shielded mini multilane HD 8X fan-out
     {0x17, ModuleFamily::kSff8636},  // microQSFP
-    {0x18, ModuleFamily::kCmis},     // QSFP-DD
-    {0x19, ModuleFamily::kCmis},     // OSFP
-    {0x1A, ModuleFamily::kCmis},     // SFP-DD
-    {0x1B, ModuleFamily::kCmis},     // DSFP
-    {0x1E, ModuleFamily::kCmis},     // QSFP with CMIS
+    {0x18, ModuleFamily::kCmis, "QSFP-DD", FormFactor::kQsfpDd},
+    {0x19, ModuleFamily::kCmis, "OSFP", FormFactor::kOsfp},
+    {0x1A, ModuleFamily::kCmis, "SFP-DD", FormFactor::kSfpDd},
+    {0x1B, ModuleFamily::kCmis, "DSFP", FormFactor::kDsfp},
+    {0x1E, ModuleFamily::kCmis, "QSFP with CMIS", FormFactor::kQsfpCmis},
     {0x1F, ModuleFamily::kCmis},     // SFP-DD with CMIS
     {0x20, ModuleFamily::kCmis},     // SFP+ with CMIS
     {0x21, ModuleFamily::kCmis},     // OSFP-XD
@@ -43,6 +37,7 @@ constexpr FamilyIdentifier kFamilies[] = {
     {0x24, ModuleFamily::kCmis},     // CDFP x8
     {0x25, ModuleFamily::kCmis},     // CDFP x16
 };
+// clang-format on
 
 // "QSFP28 (0x11)".
 std::string Shown(std::optional<std::uint8_t> byte) {
@@ -52,7 +47,8 @@ std::string Shown(std::optional<std::uint8_t> byte) {
 }
 
 ModuleFamily FamilyOf(std::optional<std::uint8_t> identifier) {
-  return identifier ? module_memory::FamilyOf(*identifier) : ModuleFamily::kUnknown;
+  const ModuleIdentifier* const known = FindIdentifier(identifier);
+  return known != nullptr ? known->family : ModuleFamily::kUnknown;
 }
 
 // Identifiers from 80h on are the vendors' own; CMIS modules use them, too.
@@ -108,11 +104,11 @@ bool HasDiagnosticsDevice(const ModuleImage& image) {
 
 }  // namespace
 
-ModuleFamily FamilyOf(std::uint8_t identifier) {
-  for (const FamilyIdentifier& known : kFamilies) {
-    if (known.code == identifier) return known.family;
+const ModuleIdentifier* FindIdentifier(std::optional<std::uint8_t> code) {
+  for (const ModuleIdentifier& known : kKnown) {
+    if (known.code == code) return &known;
   }
-  return ModuleFamily::kUnknown;
+  return nullptr;
 }
 
 ModuleMemory::ModuleMemory(const ModuleImage& image) : image_(&image) {

@@ -7,14 +7,24 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "cable_info/module_memory/memory_map.h"
+#include "cable_info/phy_registers.h"
 
 namespace cable_info {
 namespace [[gnu::visibility("hidden")]] module_memory {
 
-/// The family of an identifier (SFF-8024 rev 4.13, table 4-1).
-ModuleFamily FamilyOf(std::uint8_t identifier);
+/// An identifier of modules whose memory follows one of the maps (SFF-8024 rev 4.13, table 4-1).
+struct ModuleIdentifier {
+  std::uint8_t code;
+  ModuleFamily family;
+  std::string_view name = {};  ///< the short name of a module that fills a record; empty: of others
+  /// That of its `PhyCableRecord`; without meaning for other modules.
+  FormFactor form_factor = FormFactor::kQsfp28;
+};
+/// Null for other codes.
+const ModuleIdentifier* FindIdentifier(std::optional<std::uint8_t> code);
 
 /// The power class of a module, 1 to 8, by bytes 129 and 107 of SFF-8636. Class 8 counts only with
 /// a maximum power: older revisions reserve its bit, and modules set it.

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <numeric>
 
 namespace cable_info::module_memory {
 
@@ -165,31 +166,6 @@ void WarnMoreThan(Decoding& to, Field field, double value) {
                              std::to_string(std::lround(value)) + ' ' + std::string(info.unit));
 }
 
-Advertised AskBit(const ModuleImage& image, Page page, std::size_t byte, unsigned bit) {
-  const ModuleImage::Half& half = image.HalfOf(page, byte);
-  if (!half.Has(byte)) return Advertised::kUnknown;
-  return AdvertisedIf((half[byte] >> bit & 1U) != 0);
-}
-
-Advertised AskBits(const ModuleImage& image, Page page, std::size_t byte, unsigned mask) {
-  const ModuleImage::Half& half = image.HalfOf(page, byte);
-  if (!half.Has(byte)) return Advertised::kUnknown;
-  return AdvertisedIf((half[byte] & mask) != 0);
-}
-
-Advertised Ask(const ModuleImage& image, const Advertisement& advertisement) {
-  if (advertisement.is_always) return Advertised::kYes;
-  if (advertisement.rule != nullptr) return advertisement.rule(image);
-  return AskBit(image, advertisement.page, advertisement.byte, advertisement.bit);
-}
-
-FieldState StateOf(Advertised advertised, bool is_known, bool is_set) {
-  if (advertised == Advertised::kNo) return FieldState::kNotImplemented;
-  if (!is_known) return FieldState::kNotRead;
-  const bool is_present = advertised == Advertised::kYes || is_set;
-  return is_present ? FieldState::kPresent : FieldState::kNotRead;
-}
-
 std::optional<std::uint32_t> RawOf(const ModuleImage& image, const MapField& line) {
   const ModuleImage::Half& half = image.HalfOf(line.page, line.byte);
   if (!half.Has(line.byte, line.extent.bytes)) return std::nullopt;
@@ -238,7 +214,9 @@ void DecodeField(Decoding& to, const MapField& line, Advertised advertised) {
 
 void DecodeFields(Decoding& to, Lines<MapField> map) {
   for (const MapField& line : map) {
-    if (line.format.type != RawType::kOwn) DecodeField(to, line, Ask(to.image, line.advertised));
+    if (line.format.type == RawType::kOwn) continue;
+    const Advertised advertised = Ask(to.image, line.advertised);
+    if (advertised != Advertised::kNo) DecodeField(to, line, advertised);
   }
 }
 
@@ -279,11 +257,16 @@ LaneValue ReadLaneField(const ModuleImage& image, const LaneMapField& line, Adve
   return ReadLaneField(image.HalfOf(InBank(line.page, bank), line.byte), line, advertised, lane);
 }
 
-void DecodeLane(const ModuleImage& image, Lines<LaneMapField> map, unsigned lane, unsigned bank,
-                Lane& to) {
+void DecodeLanes(Decoding& to, Lines<LaneMapField> map, std::uint64_t absent) {
   for (const LaneMapField& line : map) {
     if (line.format.type == RawType::kOwn) continue;
-    to[line.field] = ReadLaneField(image, line, Ask(image, line.advertised), lane, bank);
+    const Advertised advertised = Ask(to.image, line.advertised);
+    if (advertised == Advertised::kNo) continue;
+    const ModuleImage::Half& half = to.image.HalfOf(line.page, line.byte);
+    for (Lane& lane : to.info.lanes) {
+      if ((absent >> (lane.number - 1) & 1U) != 0) continue;
+      lane[line.field] = ReadLaneField(half, line, advertised, lane.number);
+    }
   }
 }
 
@@ -294,8 +277,12 @@ double Conversion::operator()(std::uint32_t raw) const {
   return number * (format.times * times) / format.per;
 }
 
+namespace {
+
+// Reads a quantity whose thresholds are known already.
 Monitor ReadMonitor(const ModuleImage& image, const MapMonitor& line, const Conversion& conversion,
-                    Advertised advertised, unsigned lane, unsigned bank) {
+                    Advertised advertised, const Thresholds& thresholds, unsigned lane,
+                    unsigned bank) {
   Monitor monitor;
   const std::size_t byte = line.byte + 2 * std::size_t{lane - 1};
   const ModuleImage::Half& half = image.HalfOf(InBank(line.page, bank), byte);
@@ -304,9 +291,17 @@ Monitor ReadMonitor(const ModuleImage& image, const MapMonitor& line, const Conv
   monitor.state = StateOf(advertised, is_known, raw != 0);
   if (monitor.state == FieldState::kNotImplemented) return monitor;
   if (monitor.IsPresent()) monitor.value = conversion(raw);
-  monitor.thresholds = ReadThresholds(image, line, conversion);
+  monitor.thresholds = thresholds;
   monitor.flags = ReadFlags(image, line.flags, lane, bank);
   return monitor;
+}
+
+}  // namespace
+
+Monitor ReadMonitor(const ModuleImage& image, const MapMonitor& line, const Conversion& conversion,
+                    Advertised advertised, unsigned lane, unsigned bank) {
+  return ReadMonitor(image, line, conversion, advertised, ReadThresholds(image, line, conversion),
+                     lane, bank);
 }
 
 namespace {
@@ -398,13 +393,14 @@ void DecodeLaneMonitor(Decoding& to, const MapMonitor& line, const Conversion& c
                        Advertised advertised, const MonitorScope& scope) {
   std::string with_value;
   std::string with_flag;
+  const Thresholds thresholds = ReadThresholds(to.image, line, conversion);  // those of all lanes
   for (Lane& lane : to.info.lanes) {
     const unsigned bank = BankOfLane(lane.number);
     const unsigned in_bank = LaneInBank(lane.number);
     const bool is_absent = (scope.absent_lanes >> (lane.number - 1) % 64 & 1U) != 0;
     const Advertised of_lane = is_absent ? Advertised::kNo : advertised;
     Monitor& monitor = MonitorOf(lane, line.quantity);
-    monitor = ReadMonitor(to.image, line, conversion, of_lane, in_bank, bank);
+    monitor = ReadMonitor(to.image, line, conversion, of_lane, thresholds, in_bank, bank);
     ApplyReadiness(monitor, scope);
     if (of_lane != Advertised::kNo) continue;
     if (IsPlausible(to.image, line, in_bank, bank)) AddLane(with_value, lane.number);
@@ -440,8 +436,18 @@ void WarnOfFlags(Decoding& to, Lines<LaneMapField> map) {
 }
 
 void AddNames(const ModuleImage& image, Lines<NamedBit> bits, std::vector<std::string_view>& to) {
-  for (const NamedBit& bit : bits) {
-    if ((image.HalfOf(bit.page, bit.byte)[bit.byte] >> bit.bit & 1U) != 0) to.push_back(bit.name);
+  const ModuleImage::Half* half = nullptr;
+  Page page = Page::kLower;
+  std::size_t byte = 0;
+  unsigned value = 0;
+  for (const NamedBit& bit : bits) {  // those of a byte follow each other
+    if (half == nullptr || page != bit.page || byte != bit.byte) {
+      page = bit.page;
+      byte = bit.byte;
+      half = &image.HalfOf(page, byte);
+      value = (*half)[byte];
+    }
+    if ((value >> bit.bit & 1U) != 0) to.push_back(bit.name);
   }
 }
 
@@ -456,8 +462,8 @@ std::optional<PageChecksum> ReadChecksum(const ModuleImage& image, const Checksu
   const ModuleImage::Half& half = image.HalfOf(checksum.page, checksum.first);
   const std::size_t count = checksum.last - checksum.first + std::size_t{1};
   if (!half.Has(checksum.first, count) || !half.Has(checksum.stored)) return std::nullopt;
-  unsigned sum = 0;
-  for (std::size_t i = checksum.first; i <= checksum.last; ++i) sum += half[i];
+  const std::uint8_t* const bytes = half.From(checksum.first);
+  const unsigned sum = std::accumulate(bytes, bytes + count, 0U);
   return PageChecksum{checksum.page, checksum.first, checksum.last, half[checksum.stored],
                       static_cast<std::uint8_t>(sum)};
 }

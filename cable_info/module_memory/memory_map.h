@@ -145,12 +145,25 @@ constexpr Advertisement By(Advertised (*rule)(const ModuleImage&), std::string_v
   return {rule, Page::k00, 0, 0, words, false};
 }
 
-/// Yes if the bit is set.
-Advertised AskBit(const ModuleImage& image, Page page, std::size_t byte, unsigned bit);
+constexpr Advertised AdvertisedIf(bool is_advertised) {
+  return is_advertised ? Advertised::kYes : Advertised::kNo;
+}
 /// Yes if any bit of the mask is set.
-Advertised AskBits(const ModuleImage& image, Page page, std::size_t byte, unsigned mask);
+inline Advertised AskBits(const ModuleImage& image, Page page, std::size_t byte, unsigned mask) {
+  const ModuleImage::Half& half = image.HalfOf(page, byte);
+  if (!half.Has(byte)) return Advertised::kUnknown;
+  return AdvertisedIf((half[byte] & mask) != 0);
+}
+/// Yes if the bit is set.
+inline Advertised AskBit(const ModuleImage& image, Page page, std::size_t byte, unsigned bit) {
+  return AskBits(image, page, byte, 1U << bit);
+}
 /// Evaluates an advertisement.
-Advertised Ask(const ModuleImage& image, const Advertisement& advertisement);
+inline Advertised Ask(const ModuleImage& image, const Advertisement& advertisement) {
+  if (advertisement.is_always) return Advertised::kYes;
+  if (advertisement.rule != nullptr) return advertisement.rule(image);
+  return AskBit(image, advertisement.page, advertisement.byte, advertisement.bit);
+}
 /// Yes if both are yes, no if one of them is no.
 constexpr Advertised Both(Advertised a, Advertised b) {
   if (a == Advertised::kNo || b == Advertised::kNo) return Advertised::kNo;
@@ -166,14 +179,16 @@ constexpr Advertised Not(Advertised a) {
   if (a == Advertised::kUnknown) return a;
   return a == Advertised::kYes ? Advertised::kNo : Advertised::kYes;
 }
-constexpr Advertised AdvertisedIf(bool is_advertised) {
-  return is_advertised ? Advertised::kYes : Advertised::kNo;
-}
 
 /// The state of a field from its advertisement, whether its bytes are known (`is_known`) and
 /// whether any of them is not 0 (`is_set`). If the advertising page was not read, 0 may mean no
 /// value.
-FieldState StateOf(Advertised advertised, bool is_known, bool is_set);
+inline FieldState StateOf(Advertised advertised, bool is_known, bool is_set) {
+  if (advertised == Advertised::kNo) return FieldState::kNotImplemented;
+  if (!is_known) return FieldState::kNotRead;
+  const bool is_present = advertised == Advertised::kYes || is_set;
+  return is_present ? FieldState::kPresent : FieldState::kNotRead;
+}
 
 // ---------------------------------------------------------------------------------------------
 // Maps
@@ -311,7 +326,8 @@ struct Decoding {
   void Warn(std::string_view warning) { info.warnings.emplace_back(warning); }
 };
 
-/// Decodes all fields of the map but those of `RawType::kOwn`.
+/// Decodes all fields of the map but those of `RawType::kOwn`. Those that are not advertised stay
+/// not implemented.
 void DecodeFields(Decoding& to, Lines<MapField> map);
 /// Decodes one field, advertised as given.
 void DecodeField(Decoding& to, const MapField& line, Advertised advertised);
@@ -323,9 +339,9 @@ LaneValue ReadLaneField(const ModuleImage& image, const LaneMapField& line, Adve
 /// The same, given the half page that contains the field.
 LaneValue ReadLaneField(const ModuleImage::Half& half, const LaneMapField& line,
                         Advertised advertised, unsigned lane);
-/// Decodes the fields of a lane in the same way, all but those of `RawType::kOwn`.
-void DecodeLane(const ModuleImage& image, Lines<LaneMapField> map, unsigned lane, unsigned bank,
-                Lane& to);
+/// Decodes the fields of all lanes of `to`, which are in bank 0, in the same way, all but those of
+/// `RawType::kOwn`. Bit n of `absent`: lane n + 1 has none of them.
+void DecodeLanes(Decoding& to, Lines<LaneMapField> map, std::uint64_t absent);
 /// The raw number of a lane's field; none when it is not known.
 std::optional<std::uint32_t> RawOf(const ModuleImage& image, const LaneMapField& line,
                                    unsigned lane, unsigned bank = 0);

@@ -33,11 +33,30 @@ std::string ShortPageName(Page page) {
   return name;
 }
 
-bool ModuleImage::Half::Has(std::size_t byte, std::size_t count) const {
+std::size_t ModuleImage::Half::KnownFrom(std::size_t byte, std::size_t count) const {
+  std::size_t known = 0;
+  while (known < count && Has(byte + known)) ++known;
+  return known;
+}
+
+void ModuleImage::Half::Put(std::size_t byte, const module_memory::DumpByte* bytes,
+                            std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
-    if (!Has(byte + i)) return false;
+    if (bytes[i]) Put(byte + i, *bytes[i]);
   }
-  return true;
+}
+
+void ModuleImage::Half::Put(std::size_t byte, const std::uint8_t* bytes, std::size_t count) {
+  const std::size_t begin = byte - first_;
+  if (begin >= kHalf) return;
+  const std::size_t end = begin + std::min(count, kHalf - begin);
+  std::copy_n(bytes, end - begin, bytes_ + begin);
+  for (std::size_t at = begin; at < end;) {  // word by word
+    const std::size_t shift = at % kWordBits;
+    const std::size_t bits = std::min(kWordBits - shift, end - at);
+    known_[at / kWordBits] |= ~std::uint64_t{0} >> (kWordBits - bits) << shift;
+    at += bits;
+  }
 }
 
 bool ModuleImage::Half::IsUniform(std::uint8_t value) const {
@@ -56,24 +75,6 @@ bool ModuleImage::Half::Repeats(const Half& other) const {
          std::equal(std::begin(bytes_), std::end(bytes_), std::begin(other.bytes_));
 }
 
-namespace {
-
-// Distinct for each half of each page.
-std::uint32_t KeyOf(Page page, std::size_t byte) {
-  return static_cast<std::uint32_t>(page) << 1U | (byte < ModuleImage::kHalf ? 0U : 1U);
-}
-
-}  // namespace
-
-const ModuleImage::Half& ModuleImage::HalfOf(Page page, std::size_t byte) const {
-  static const Half kNothing;
-  const std::uint32_t key = KeyOf(page, byte);
-  for (std::size_t i = 0; i < keys_.size(); ++i) {
-    if (keys_[i] == key) return halves_[i];
-  }
-  return kNothing;
-}
-
 std::optional<std::uint8_t> ModuleImage::At(Page page, std::size_t byte) const {
   const Half& half = HalfOf(page, byte);
   if (!half.Has(byte)) return std::nullopt;
@@ -86,31 +87,36 @@ bool ModuleImage::Has(Page page) const {
 }
 
 ModuleImage::Half& ModuleImage::Add(Page page, std::size_t byte) {
+  constexpr std::size_t kUsualHalves = 8;
   const std::uint32_t key = KeyOf(page, byte);
-  for (std::size_t i = 0; i < keys_.size(); ++i) {
-    if (keys_[i] == key) return halves_[i];
+  const std::size_t at = Find(key);
+  if (at < halves_.size()) return halves_[at];
+  if (halves_.empty()) {
+    keys_.reserve(kUsualHalves);
+    halves_.reserve(kUsualHalves);
   }
   keys_.push_back(key);
   return halves_.emplace_back(page, byte < kHalf ? 0 : kHalf);
 }
 
-void ModuleImage::Put(Page page, std::size_t first, const module_memory::DumpBytes& bytes) {
-  Half* half = nullptr;
-  for (std::size_t i = 0; i < bytes.size() && first + i < kWhole; ++i) {
+template <typename Byte>
+void ModuleImage::PutBytes(Page page, std::size_t first, const Byte* bytes, std::size_t size) {
+  const std::size_t end = first < kWhole ? std::min(size, kWhole - first) : 0;
+  for (std::size_t i = 0; i < end;) {
     const std::size_t byte = first + i;
-    if (!bytes[i]) continue;
-    if (half == nullptr || byte == kHalf) half = &Add(page, byte);
-    half->Put(byte, *bytes[i]);
+    const std::size_t count = std::min((byte < kHalf ? kHalf : kWhole) - byte, end - i);
+    Add(page, byte).Put(byte, bytes + i, count);
+    i += count;
   }
 }
 
+void ModuleImage::Put(Page page, std::size_t first, const module_memory::DumpByte* bytes,
+                      std::size_t size) {
+  PutBytes(page, first, bytes, size);
+}
+
 void ModuleImage::Put(Page page, std::size_t first, const std::uint8_t* bytes, std::size_t size) {
-  Half* half = nullptr;
-  for (std::size_t i = 0; i < size && first + i < kWhole; ++i) {
-    const std::size_t byte = first + i;
-    if (half == nullptr || byte == kHalf) half = &Add(page, byte);
-    half->Put(byte, bytes[i]);
-  }
+  PutBytes(page, first, bytes, size);
 }
 
 void ModuleImage::Put(const Half& half) {

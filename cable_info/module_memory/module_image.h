@@ -58,8 +58,10 @@ class ModuleImage {
   /// 128 bytes of a page, each of which may be missing. Bytes are counted as in the page: those of
   /// an upper half are 128..255.
   class Half {
+    static constexpr std::size_t kWordBits = 64;
+
    public:
-    Half() = default;
+    constexpr Half() = default;
     /// A half with no bytes; `first` is 0 or 128.
     Half(Page page, std::size_t first) : page_(page), first_(static_cast<std::uint8_t>(first)) {}
 
@@ -70,10 +72,23 @@ class ModuleImage {
     /// True when the byte is known.
     bool Has(std::size_t byte) const {
       const std::size_t at = byte - first_;
-      return at < kHalf && (known_[at / 64] >> at % 64 & 1U) != 0;
+      return at < kHalf && (known_[at / kWordBits] >> at % kWordBits & 1U) != 0;
     }
     /// True when all of `count` bytes from `byte` on are known.
-    bool Has(std::size_t byte, std::size_t count) const;
+    bool Has(std::size_t byte, std::size_t count) const {
+      const std::size_t at = byte - first_;
+      if (at >= kHalf || count > kHalf - at) return count == 0;
+      if (count == 0 || count > kWordBits) return KnownFrom(byte, count) == count;
+      const std::size_t shift = at % kWordBits;
+      std::uint64_t known = known_[at / kWordBits] >> shift;
+      if (shift != 0 && at < kWordBits) known |= known_[1] << (kWordBits - shift);
+      const std::uint64_t wanted = ~std::uint64_t{0} >> (kWordBits - count);
+      return (known & wanted) == wanted;
+    }
+    /// The number of bytes known from `byte` on without a gap, at most `count`.
+    std::size_t KnownFrom(std::size_t byte, std::size_t count) const;
+    /// The bytes from `byte`, which must be in this half, to its end; missing ones are 0.
+    const std::uint8_t* From(std::size_t byte) const { return bytes_ + (byte - first_); }
     /// The byte; 0 when it is missing.
     std::uint8_t operator[](std::size_t byte) const {
       const std::size_t at = byte - first_;
@@ -92,13 +107,18 @@ class ModuleImage {
       const std::size_t at = byte - first_;
       if (at >= kHalf) return;
       bytes_[at] = value;
-      known_[at / 64] |= std::uint64_t{1} << at % 64;
+      known_[at / kWordBits] |= std::uint64_t{1} << at % kWordBits;
     }
+    /// Stores `count` bytes from `byte`, which must be in this half, on; ignores those after its
+    /// end.
+    void Put(std::size_t byte, const std::uint8_t* bytes, std::size_t count);
+    /// Stores `count` bytes, some of which may be missing, in the same way.
+    void Put(std::size_t byte, const module_memory::DumpByte* bytes, std::size_t count);
 
    private:
     Page page_ = Page::kLower;
     std::uint8_t first_ = 0;
-    std::uint64_t known_[2] = {};
+    std::uint64_t known_[2] = {};  // a bit for each byte
     std::uint8_t bytes_[kHalf] = {};
   };
 
@@ -108,12 +128,20 @@ class ModuleImage {
   bool Has(Page page) const;
   /// The half of the page that contains the byte; an empty one if none of its bytes is known. Valid
   /// until the image changes.
-  const Half& HalfOf(Page page, std::size_t byte) const;
+  const Half& HalfOf(Page page, std::size_t byte) const {
+    static constexpr Half kNothing;
+    const std::size_t at = Find(KeyOf(page, byte));
+    return at < halves_.size() ? halves_[at] : kNothing;
+  }
   /// The halves with known bytes, in the order in which they were stored.
   const std::vector<Half>& halves() const { return halves_; }
 
   /// Stores `bytes` from byte `first` of the page on; bytes after its end are ignored.
-  void Put(Page page, std::size_t first, const module_memory::DumpBytes& bytes);
+  void Put(Page page, std::size_t first, const module_memory::DumpBytes& bytes) {
+    Put(page, first, bytes.data(), bytes.size());
+  }
+  /// Stores `size` bytes, some of which may be missing, in the same way.
+  void Put(Page page, std::size_t first, const module_memory::DumpByte* bytes, std::size_t size);
   /// Stores `size` bytes in the same way.
   void Put(Page page, std::size_t first, const std::uint8_t* bytes, std::size_t size);
   /// Stores a half in the same way.
@@ -129,7 +157,19 @@ class ModuleImage {
   }
 
  private:
+  // Distinct for each half of each page.
+  static constexpr std::uint32_t KeyOf(Page page, std::size_t byte) {
+    return static_cast<std::uint32_t>(page) << 1U | (byte < kHalf ? 0U : 1U);
+  }
+  // The index of the half with the key; the number of halves if there is none.
+  std::size_t Find(std::uint32_t key) const {
+    std::size_t at = 0;
+    while (at < keys_.size() && keys_[at] != key) ++at;
+    return at;
+  }
   Half& Add(Page page, std::size_t byte);
+  template <typename Byte>
+  void PutBytes(Page page, std::size_t first, const Byte* bytes, std::size_t size);
   template <typename Predicate>
   void Erase(const Predicate& is_such);
 

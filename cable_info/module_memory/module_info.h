@@ -184,6 +184,8 @@ class ModuleInfo {
 
   /// The value of a field.
   FieldValue operator[](Field field) const;
+  /// Whether a field has a value, or why not.
+  FieldState StateOf(Field field) const { return slots_[static_cast<std::size_t>(field)].state; }
   /// The value of the field with a key such as "identity.vendor"; none for an unknown key.
   std::optional<FieldValue> Find(std::string_view key) const;
 

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <iterator>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -23,20 +25,39 @@ constexpr std::string_view kNull = "null";
 template <typename Fields>
 constexpr std::size_t kSizeOf = std::tuple_size_v<Fields>;
 
+constexpr std::size_t kUsualSize = 24576;  // of the JSON of a module
+
 // Fields of an object that is null when none of them is present.
 struct OptionalObject {
   std::size_t begin;
   std::size_t end;
-  std::string null;  // written instead of the object, including the text before it
+  std::size_t brace;  // the place of its "{" in `Keys::text`
+  std::size_t after;  // the place after its "}"
 };
 
-// What comes before the value of each field: its key, after the ends and beginnings of the objects
-// around it, such as `},"media":{"type":`.
+// Fields whose keys begin alike, "controls.tx_disable" and so on; `begin` and `end` of the text are
+// those of `Keys::text` from the comma before the first key on.
+struct Section {
+  std::size_t first;
+  std::size_t last;  // the first field after it
+  std::size_t begin;
+  std::size_t end;
+};
+
+// The text of fields that are all null: keys and values, with the ends and beginnings of objects
+// between them, such as `null},"media":{"type":null`. Runs of absent fields are copied from it.
 template <std::size_t N>
 struct Keys {
-  std::array<std::string, N> before;
-  std::string end;  // the ends of objects after the last value
+  std::string text;
+  std::array<std::size_t, N> begin;  // of each field's key, or of what comes before it
+  std::array<std::size_t, N> value;  // of each field's null
+  std::size_t closing = 0;           // where the ends of objects after the last value begin
   std::vector<OptionalObject> optional;
+  std::vector<Section> sections;
+
+  std::string_view From(std::size_t first, std::size_t last) const {
+    return std::string_view(text).substr(first, last - first);
+  }
 };
 
 std::vector<std::string_view> Split(std::string_view key) {
@@ -56,8 +77,8 @@ std::string_view ObjectOf(std::string_view key) {
 }
 
 template <typename Fields>
-std::vector<OptionalObject> OptionalObjectsOf(
-    const Fields& fields, const std::array<std::string, kSizeOf<Fields>>& before) {
+std::vector<OptionalObject> OptionalObjectsOf(const Fields& fields,
+                                              const Keys<kSizeOf<Fields>>& keys) {
   std::vector<OptionalObject> objects;
   for (std::size_t i = 0; i < fields.size(); ++i) {
     const std::string_view object = ObjectOf(fields[i].key);
@@ -65,7 +86,9 @@ std::vector<OptionalObject> OptionalObjectsOf(
     if (std::find(std::begin(names), std::end(names), object) == std::end(names)) continue;
     std::size_t end = i;
     while (end < fields.size() && ObjectOf(fields[end].key) == object) ++end;
-    objects.push_back({i, end, before[i].substr(0, before[i].rfind('{')) + std::string(kNull)});
+    constexpr std::size_t kBrace = 1;
+    const std::size_t after = end < fields.size() ? keys.begin[end] : keys.closing;
+    objects.push_back({i, end, keys.text.rfind('{', keys.value[i]), after + kBrace});
     i = end - 1;
   }
   return objects;
@@ -81,16 +104,25 @@ auto KeysOf(const Fields& fields) {
     while (common < open.size() && common + 1 < parts.size() && open[common] == parts[common]) {
       ++common;
     }
-    std::string& before = keys.before[i];
-    before.append(open.size() - common, '}');
-    before += ',';
+    keys.begin[i] = keys.text.size();
+    keys.text.append(open.size() - common, '}');
+    if (common == 0) keys.sections.push_back({i, i, keys.text.size(), 0});
+    keys.text += ',';
     open.assign(parts.begin(), parts.end() - 1);
     for (std::size_t part = common; part < parts.size(); ++part) {
-      before.append("\"").append(parts[part]).append(part + 1 < parts.size() ? "\":{" : "\":");
+      keys.text.append("\"").append(parts[part]).append(part + 1 < parts.size() ? "\":{" : "\":");
     }
+    keys.value[i] = keys.text.size();
+    keys.text += kNull;
   }
-  keys.end.assign(open.size(), '}');
-  keys.optional = OptionalObjectsOf(fields, keys.before);
+  keys.closing = keys.text.size();
+  keys.text.append(open.size(), '}');
+  for (std::size_t i = 0; i < keys.sections.size(); ++i) {
+    const bool is_last = i + 1 == keys.sections.size();
+    keys.sections[i].last = is_last ? fields.size() : keys.sections[i + 1].first;
+    keys.sections[i].end = is_last ? keys.text.size() : keys.sections[i + 1].begin;
+  }
+  keys.optional = OptionalObjectsOf(fields, keys);
   return keys;
 }
 
@@ -156,23 +188,59 @@ void AppendThresholds(text::TextBuffer& out, const Thresholds& thresholds) {
   out.Append('}');
 }
 
-void AppendFlags(text::TextBuffer& out, const AlarmFlags& flags) {
-  char separator = '{';
+std::string FlagsText(const AlarmFlags& flags) {
+  std::string text;
   for (std::size_t i = 0; i < kAlarmLevels; ++i) {
-    out.Append(separator).Append(kLevelKeys[i]);
-    separator = ',';
     const std::optional<bool> is_raised = flags.At(static_cast<AlarmLevel>(i));
-    if (is_raised) {
-      AppendFlag(out, *is_raised);
-    } else {
-      out.Append(kNull);
-    }
+    text += i == 0 ? '{' : ',';
+    text.append(kLevelKeys[i]).append(!is_raised ? kNull : *is_raised ? "true" : "false");
   }
-  out.Append('}');
+  return text + '}';
+}
+
+constexpr unsigned kAllLevels = (1U << kAlarmLevels) - 1;
+
+// The flags of a quantity, by the known ones in the high bits and the raised ones in the low bits.
+std::vector<std::string> FlagsTexts() {
+  std::vector<std::string> texts;
+  for (unsigned bits = 0; bits <= (kAllLevels << kAlarmLevels | kAllLevels); ++bits) {
+    texts.push_back(FlagsText({static_cast<std::uint8_t>(bits >> kAlarmLevels),
+                               static_cast<std::uint8_t>(bits & kAllLevels)}));
+  }
+  return texts;
+}
+
+void AppendFlags(text::TextBuffer& out, const AlarmFlags& flags) {
+  static const std::vector<std::string> kTexts = FlagsTexts();
+  out.Append(kTexts[(flags.known & kAllLevels) << kAlarmLevels | (flags.raised & kAllLevels)]);
+}
+
+bool operator==(const Thresholds& a, const Thresholds& b) {
+  return a.given == b.given && a.values == b.values;
+}
+
+// Thresholds that were written already: most lanes repeat those of the lane before.
+struct WrittenThresholds {
+  const Thresholds* thresholds = nullptr;
+  std::size_t begin = 0;
+  std::size_t size = 0;
+};
+
+void AppendThresholds(text::TextBuffer& out, const Thresholds& thresholds,
+                      WrittenThresholds& written) {
+  if (written.thresholds != nullptr && *written.thresholds == thresholds) {
+    out.Reserve(written.size);  // before a view of the text is taken
+    out.Append(out.view().substr(written.begin, written.size));
+    return;
+  }
+  const std::size_t begin = out.size();
+  AppendThresholds(out, thresholds);
+  written = {&thresholds, begin, out.size() - begin};
 }
 
 // The members of a monitor's object.
-void AppendMonitorMembers(text::TextBuffer& out, const Monitor& monitor) {
+void AppendMonitorMembers(text::TextBuffer& out, const Monitor& monitor,
+                          WrittenThresholds& written) {
   out.Append("\"value\":");
   if (monitor.IsPresent()) {
     AppendShortest(out, monitor.value);
@@ -180,15 +248,26 @@ void AppendMonitorMembers(text::TextBuffer& out, const Monitor& monitor) {
     out.Append(kNull);
   }
   out.Append(R"(,"state":")").Append(StateName(monitor.state)).Append(R"(","thresholds":)");
-  AppendThresholds(out, monitor.thresholds);
+  AppendThresholds(out, monitor.thresholds, written);
   out.Append(",\"flags\":");
   AppendFlags(out, monitor.flags);
 }
 
-void AppendMonitor(text::TextBuffer& out, std::string_view key, const Monitor& monitor) {
+void AppendMonitorMembers(text::TextBuffer& out, const Monitor& monitor) {
+  WrittenThresholds none;
+  AppendMonitorMembers(out, monitor, none);
+}
+
+void AppendMonitor(text::TextBuffer& out, std::string_view key, const Monitor& monitor,
+                   WrittenThresholds& written) {
   out.Append(key).Append('{');
-  AppendMonitorMembers(out, monitor);
+  AppendMonitorMembers(out, monitor, written);
   out.Append('}');
+}
+
+void AppendMonitor(text::TextBuffer& out, std::string_view key, const Monitor& monitor) {
+  WrittenThresholds none;
+  AppendMonitor(out, key, monitor, none);
 }
 
 // `items` between brackets, each written by `append`.
@@ -231,43 +310,47 @@ class Json {
   }
 
  private:
-  // The values of fields by their keys: `append` writes one that `is_present`.
+  // The values of a section by their keys: `append` writes one that `is_present`.
   template <typename Keys, typename IsPresent, typename AppendPresent>
-  void Members(const Keys& keys, const IsPresent& is_present, const AppendPresent& append) {
+  void Members(const Keys& keys, const Section& section, const IsPresent& is_present,
+               const AppendPresent& append) {
     auto object = keys.optional.begin();
-    std::size_t closed = 0;  // objects that were null, so that they need no end
-    for (std::size_t i = 0; i < keys.before.size(); ++i) {
+    while (object != keys.optional.end() && object->begin < section.first) ++object;
+    std::size_t written = section.begin;  // the end of the keys' text that is done with
+    for (std::size_t i = section.first; i < section.last; ++i) {
       if (object != keys.optional.end() && object->begin == i) {
         const OptionalObject& optional = *object++;
-        bool has_any = false;
-        for (std::size_t n = i; n < optional.end && !has_any; ++n) has_any = is_present(n);
-        if (!has_any) {
-          out_.Append(std::string_view(optional.null).substr(closed));
-          closed = 1;
+        std::size_t first = i;
+        while (first < optional.end && !is_present(first)) ++first;
+        if (first == optional.end) {
+          out_.Append(keys.From(written, optional.brace)).Append(kNull);
+          written = optional.after;
           i = optional.end - 1;
           continue;
         }
       }
-      out_.Append(std::string_view(keys.before[i]).substr(closed));
-      closed = 0;
-      if (is_present(i)) {
-        append(i);
-      } else {
-        out_.Append(kNull);
-      }
+      if (!is_present(i)) continue;
+      out_.Append(keys.From(written, keys.value[i]));
+      append(i);
+      written = keys.value[i] + kNull.size();
     }
-    out_.Append(std::string_view(keys.end).substr(closed));
+    out_.Append(keys.From(written, section.end));
   }
 
   void Fields() {
     static const auto kKeys = KeysOf(ModuleFields());
-    Members(
-        kKeys, [this](std::size_t i) { return info_[ModuleFields()[i].field].IsPresent(); },
-        [this](std::size_t i) {
-          const FieldInfo& field = ModuleFields()[i];
-          const FieldValue value = info_[field.field];
-          AppendValue(out_, field.kind, value.number, value.text);
-        });
+    for (const Section& section : kKeys.sections) {
+      Members(
+          kKeys, section,
+          [this](std::size_t i) {
+            return info_.StateOf(ModuleFields()[i].field) == FieldState::kPresent;
+          },
+          [this](std::size_t i) {
+            const FieldInfo& field = ModuleFields()[i];
+            const FieldValue value = info_[field.field];
+            AppendValue(out_, field.kind, value.number, value.text);
+          });
+    }
   }
 
   void Names(std::string_view key, const std::vector<std::string_view>& names) {
@@ -311,17 +394,50 @@ class Json {
   void LaneObject(const Lane& lane) {
     static const auto kKeys = KeysOf(LaneFields());
     out_.Append("{\"lane\":").AppendDecimal(lane.number);
-    AppendMonitor(out_, ",\"rx_power_mw\":", lane.rx_power);
-    AppendMonitor(out_, ",\"tx_power_mw\":", lane.tx_power);
-    AppendMonitor(out_, ",\"tx_bias_ma\":", lane.tx_bias);
+    AppendMonitor(out_, ",\"rx_power_mw\":", lane.rx_power, rx_power_);
+    AppendMonitor(out_, ",\"tx_power_mw\":", lane.tx_power, tx_power_);
+    AppendMonitor(out_, ",\"tx_bias_ma\":", lane.tx_bias, tx_bias_);
+    sections_.resize(kKeys.sections.size());
+    for (std::size_t i = 0; i < sections_.size(); ++i) {
+      LaneSection(kKeys, kKeys.sections[i], lane, sections_[i]);
+    }
+    out_.Append('}');
+    lane_ = &lane;
+  }
+
+  // A part of the text that may be repeated.
+  struct Written {
+    std::size_t begin = 0;
+    std::size_t size = 0;
+  };
+
+  void Repeat(const Written& written) {
+    out_.Reserve(written.size);  // before a view of the text is taken
+    out_.Append(out_.view().substr(written.begin, written.size));
+  }
+
+  // Most lanes repeat the settings of the lane before.
+  template <typename Keys>
+  void LaneSection(const Keys& keys, const Section& section, const Lane& lane, Written& written) {
+    const auto is_same = [&](std::size_t i) {
+      const LaneValue& value = lane.values[i];
+      const LaneValue& before = lane_->values[i];
+      return value.state == before.state && value.number == before.number;
+    };
+    std::size_t same = section.first;
+    if (lane_ != nullptr) {
+      while (same < section.last && is_same(same)) ++same;
+    }
+    if (same == section.last) return Repeat(written);
+    written.begin = out_.size();
     Members(
-        kKeys, [&lane](std::size_t i) { return lane.values[i].IsPresent(); },
+        keys, section, [&lane](std::size_t i) { return lane.values[i].IsPresent(); },
         [this, &lane](std::size_t i) {
           const LaneFieldInfo& field = LaneFields()[i];
           const LaneValue& value = lane.values[i];
           AppendValue(out_, field.kind, value.number, LaneCodeName(field.field, value));
         });
-    out_.Append('}');
+    written.size = out_.size() - written.begin;
   }
 
   void Vdm(const VdmSample& sample) {
@@ -347,9 +463,15 @@ class Json {
 
   text::TextBuffer& out_;
   const ModuleInfo& info_;
+  WrittenThresholds rx_power_;  // of the lanes
+  WrittenThresholds tx_power_;
+  WrittenThresholds tx_bias_;
+  const Lane* lane_ = nullptr;     // that was written last
+  std::vector<Written> sections_;  // of it
 };
 
 void AppendModuleJson(text::TextBuffer& out, const ModuleInfo& info, std::string_view label) {
+  out.Reserve(kUsualSize);
   Json(out, info).Write(label);
 }
 
@@ -357,6 +479,12 @@ void AppendModuleJson(text::TextBuffer& out, const ModuleInfo& info, std::string
 
 std::string ModuleToJson(const ModuleInfo& info, std::string_view label) {
   return text::ToText(AppendModuleJson, info, label);
+}
+
+void WriteModuleJson(std::ostream& os, const ModuleInfo& info, std::string_view label) {
+  text::TextBuffer out;
+  AppendModuleJson(out, info, label);
+  os << out.view();
 }
 
 }  // namespace cable_info

@@ -202,30 +202,6 @@ class Listing {
   std::size_t line_number_ = 0;
 };
 
-// The digits of bytes without anything between them, as port records have them; empty for any other
-// listing. Eight digits alone may be an offset.
-std::string_view PlainDigits(std::string_view text) {
-  constexpr std::size_t kOffsetDigits = 8;
-  while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) text.remove_suffix(1);
-  const bool is_short = text.size() <= kOffsetDigits || text.size() > 2 * kLongestDump;
-  if (is_short || text.size() % 2 != 0) return {};
-  for (const char c : text) {
-    if (kNibbles[static_cast<unsigned char>(c)] == kNoNibble) return {};
-  }
-  return text;
-}
-
-DumpBytes BytesOf(std::string_view digits) {
-  DumpBytes bytes;
-  bytes.reserve(digits.size() / 2);
-  for (std::size_t i = 0; i < digits.size(); i += 2) {
-    const unsigned high = kNibbles[static_cast<unsigned char>(digits[i])];
-    const unsigned low = kNibbles[static_cast<unsigned char>(digits[i + 1])];
-    bytes.emplace_back(static_cast<std::uint8_t>(high << 4U | low));
-  }
-  return bytes;
-}
-
 }  // namespace
 
 bool IsListing(std::string_view content) {
@@ -235,9 +211,34 @@ bool IsListing(std::string_view content) {
   return std::all_of(content.begin(), content.end(), is_text);
 }
 
+bool ParsePlainHex(std::string_view text, std::vector<std::uint8_t>& bytes) {
+  constexpr std::size_t kOffsetDigits = 8;  // eight digits alone may be an offset
+  const bool is_short = text.size() <= kOffsetDigits || text.size() > 2 * kLongestDump;
+  if (is_short || text.size() % 2 != 0) return false;
+  // Without branches and tables, so that compilers make it a loop over vectors.
+  const auto nibble = [](std::uint8_t c) {  // letters have bit 6 set and begin with 1
+    return static_cast<std::uint8_t>((c & 0xFU) + 9U * (c >> 6U));
+  };
+  const auto is_other = [](std::uint8_t c) {
+    const auto digit = static_cast<std::uint8_t>(c - '0');
+    const auto letter = static_cast<std::uint8_t>((c | 0x20U) - 'a');
+    return static_cast<std::uint8_t>((digit > 9 ? 1U : 0U) & (letter > 5 ? 1U : 0U));
+  };
+  const std::size_t count = text.size() / 2;
+  bytes.resize(count);
+  std::uint8_t* const to = bytes.data();
+  const char* const digits = text.data();
+  std::uint8_t others = 0;  // 1 after any character that is no digit
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto high = static_cast<std::uint8_t>(digits[2 * i]);
+    const auto low = static_cast<std::uint8_t>(digits[2 * i + 1]);
+    others = static_cast<std::uint8_t>(others | is_other(high) | is_other(low));
+    to[i] = static_cast<std::uint8_t>(nibble(high) << 4U | nibble(low));
+  }
+  return others == 0;
+}
+
 DumpBytes ParseListing(std::string_view text) {
-  const std::string_view digits = PlainDigits(text);
-  if (!digits.empty()) return BytesOf(digits);
   Listing listing;
   while (!text.empty()) {
     const std::size_t end = std::min(text.find('\n'), text.size());

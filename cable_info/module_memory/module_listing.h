@@ -25,6 +25,10 @@ inline constexpr std::size_t kLongestDump = 4096;
 /// True if `content` is text and therefore a listing; images contain zeros and control codes.
 bool IsListing(std::string_view content);
 
+/// The bytes of plain hexadecimal digits with nothing between or around them, as port records have
+/// them, into `bytes`. False for every other listing, which may still be one for `ParseListing`.
+bool ParsePlainHex(std::string_view text, std::vector<std::uint8_t>& bytes);
+
 /// The bytes of a hex listing, each at the offset that the listing gives it. Understands plain
 /// hexadecimal, `xxd`, `hexdump -C`, `i2cdump`, and the `offset: bytes` listing of the kernel's
 /// tool for module EEPROMs. Throws `BadModule`.

@@ -14,28 +14,7 @@ namespace cable_info::module_memory {
 
 namespace {
 
-enum class Family : std::uint8_t { kSff8636, kCmis, kSff8472 };
-
-struct Identifier {
-  std::uint8_t code;  // SFF-8024, table 4-1
-  std::string_view name;
-  Family family;
-  FormFactor form_factor;  // where the family fills a `PhyCableRecord`
-};
-
-// clang-format off
-constexpr Identifier kIdentifiers[] = {
-    {0x03, "SFP",             Family::kSff8472,  FormFactor::kSfp28OrSfpPlus},
-    {0x0C, "QSFP",            Family::kSff8636,  FormFactor::kQsfp28},
-    {0x0D, "QSFP+",           Family::kSff8636,  FormFactor::kQsfp28},
-    {0x11, "QSFP28",          Family::kSff8636,  FormFactor::kQsfp28},
-    {0x18, "QSFP-DD",         Family::kCmis,     FormFactor::kQsfpDd},
-    {0x19, "OSFP",            Family::kCmis,     FormFactor::kOsfp},
-    {0x1A, "SFP-DD",          Family::kCmis,     FormFactor::kSfpDd},
-    {0x1B, "DSFP",            Family::kCmis,     FormFactor::kDsfp},
-    {0x1E, "QSFP with CMIS",  Family::kCmis,     FormFactor::kQsfpCmis},
-};
-// clang-format on
+using Identifier = ModuleIdentifier;
 
 // A half of a page in an image.
 struct Part {
@@ -45,7 +24,7 @@ struct Part {
 
 // The order of the pages in an image of so many bytes.
 struct Layout {
-  Family family;
+  ModuleFamily family;
   std::size_t size;
   std::array<Part, 6> parts;
 };
@@ -64,17 +43,17 @@ constexpr Part kA2Lower = {Page::kA2, 0};
 constexpr Part kA2Upper = {Page::kA2, kUpper};
 
 constexpr Layout kLayouts[] = {
-    {Family::kSff8636, 256, {kLowerPart, kPart00}},
-    {Family::kSff8636, 384, {kLowerPart, kPart00, kPart03}},
-    {Family::kSff8636, 640, {kLowerPart, kPart00, kPart01, kPart02, kPart03}},
-    {Family::kCmis, 256, {kLowerPart, kPart00}},
-    {Family::kCmis, 384, {kLowerPart, kPart00, kPart01}},
-    {Family::kCmis, 512, {kLowerPart, kPart00, kPart01, kPart02}},
-    {Family::kCmis, 640, {kLowerPart, kPart00, kPart01, kPart02, kPart10}},
-    {Family::kCmis, 768, {kLowerPart, kPart00, kPart01, kPart02, kPart10, kPart11}},
-    {Family::kSff8472, 256, {kA0Lower, kA0Upper}},
-    {Family::kSff8472, 384, {kA0Lower, kA0Upper, kA2Lower}},
-    {Family::kSff8472, 512, {kA0Lower, kA0Upper, kA2Lower, kA2Upper}},
+    {ModuleFamily::kSff8636, 256, {kLowerPart, kPart00}},
+    {ModuleFamily::kSff8636, 384, {kLowerPart, kPart00, kPart03}},
+    {ModuleFamily::kSff8636, 640, {kLowerPart, kPart00, kPart01, kPart02, kPart03}},
+    {ModuleFamily::kCmis, 256, {kLowerPart, kPart00}},
+    {ModuleFamily::kCmis, 384, {kLowerPart, kPart00, kPart01}},
+    {ModuleFamily::kCmis, 512, {kLowerPart, kPart00, kPart01, kPart02}},
+    {ModuleFamily::kCmis, 640, {kLowerPart, kPart00, kPart01, kPart02, kPart10}},
+    {ModuleFamily::kCmis, 768, {kLowerPart, kPart00, kPart01, kPart02, kPart10, kPart11}},
+    {ModuleFamily::kSff8472, 256, {kA0Lower, kA0Upper}},
+    {ModuleFamily::kSff8472, 384, {kA0Lower, kA0Upper, kA2Lower}},
+    {ModuleFamily::kSff8472, 512, {kA0Lower, kA0Upper, kA2Lower, kA2Upper}},
 };
 
 std::string Hex(std::uint8_t byte) {
@@ -86,12 +65,10 @@ std::string Shown(const Identifier& identifier) {
   return std::string(identifier.name) + " (" + Hex(identifier.code) + ')';
 }
 
-const Identifier* FindIdentifier(DumpByte code) {
-  if (!code) return nullptr;
-  const auto* const found =
-      std::find_if(std::begin(kIdentifiers), std::end(kIdentifiers),
-                   [code](const Identifier& identifier) { return identifier.code == *code; });
-  return found == std::end(kIdentifiers) ? nullptr : found;
+// The identifier of modules that fill a record.
+const Identifier* FindModule(DumpByte code) {
+  const Identifier* const found = FindIdentifier(code);
+  return found == nullptr || found->name.empty() ? nullptr : found;
 }
 
 std::string Shown(DumpByte byte) { return byte ? Hex(*byte) : "missing"; }
@@ -99,15 +76,15 @@ std::string Shown(DumpByte byte) { return byte ? Hex(*byte) : "missing"; }
 // The kind of the module by byte 0 or, if that is not a known identifier, by its copy at byte 128,
 // which all families except SFP have.
 const Identifier& Identify(DumpByte byte0, DumpByte byte128, std::vector<std::string>& remarks) {
-  const Identifier* const first = FindIdentifier(byte0);
+  const Identifier* const first = FindModule(byte0);
   if (first != nullptr) {
-    if (first->family == Family::kSff8472 || !byte128 || byte128 == byte0) return *first;
+    if (first->family == ModuleFamily::kSff8472 || !byte128 || byte128 == byte0) return *first;
     remarks.push_back("byte 0 names the module " + Shown(*first) + ", byte 128 is " +
                       Shown(byte128) + "; decoded by byte 0");
     return *first;
   }
-  const Identifier* const copy = FindIdentifier(byte128);
-  if (copy == nullptr || copy->family == Family::kSff8472) {
+  const Identifier* const copy = FindModule(byte128);
+  if (copy == nullptr || copy->family == ModuleFamily::kSff8472) {
     throw BadModule("unknown module identifier: byte 0 is " + Shown(byte0) + ", byte 128 is " +
                     Shown(byte128));
   }
@@ -116,8 +93,9 @@ const Identifier& Identify(DumpByte byte0, DumpByte byte128, std::vector<std::st
   return *copy;
 }
 
-DumpByte At(const DumpBytes& bytes, std::size_t index) {
-  return index < bytes.size() ? bytes[index] : DumpByte();
+template <typename Bytes>
+DumpByte At(const Bytes& bytes, std::size_t index) {
+  return index < bytes.size() ? DumpByte(bytes[index]) : DumpByte();
 }
 
 const Layout& FindLayout(const Identifier& identifier, std::size_t size,
@@ -126,8 +104,8 @@ const Layout& FindLayout(const Identifier& identifier, std::size_t size,
   for (const Layout& layout : kLayouts) {
     if (layout.family != identifier.family) continue;
     if (size < ModuleImage::kWhole) {
-      remarks.push_back("the image ends behind byte " + std::to_string(size - 1) +
-                        "; what it lacks is missing");
+      remarks.push_back("the image ends after byte " + std::to_string(size - 1) +
+                        "; later bytes are missing");
       return layout;
     }
     if (size == layout.size) return layout;
@@ -137,17 +115,23 @@ const Layout& FindLayout(const Identifier& identifier, std::size_t size,
                   std::string(identifier.name) + " module; such have " + sizes);
 }
 
-ModuleImage Split(const DumpBytes& bytes, const Layout& layout) {
+template <typename Bytes>
+ModuleImage Split(const Bytes& bytes, const Layout& layout) {
   ModuleImage image;
   std::size_t begin = 0;
   for (const Part& part : layout.parts) {
     if (begin >= std::min(bytes.size(), layout.size)) break;
     const std::size_t end = std::min(begin + ModuleImage::kHalf, bytes.size());
-    const auto at = [&](std::size_t i) { return bytes.begin() + static_cast<std::ptrdiff_t>(i); };
-    image.Put(part.page, part.first, DumpBytes(at(begin), at(end)));
+    image.Put(part.page, part.first, bytes.data() + begin, end - begin);
     begin = end;
   }
   return image;
+}
+
+template <typename Bytes>
+ModuleImage SplitBytes(const Bytes& image, std::vector<std::string>& remarks) {
+  const Identifier& identifier = Identify(At(image, 0), At(image, kUpper), remarks);
+  return Split(image, FindLayout(identifier, image.size(), remarks));
 }
 
 void Verify(const ModuleImage& image, Lines<Checksum> checksums,
@@ -160,19 +144,21 @@ void Verify(const ModuleImage& image, Lines<Checksum> checksums,
 
 void Decode(const Identifier& identifier, const ModuleImage& image, ModuleReading& reading) {
   switch (identifier.family) {
-    case Family::kSff8636:
+    case ModuleFamily::kSff8636:
       Verify(image, Sff8636Map().checksums, reading.mismatches);
       reading.cable = CableFromSff8636(image, identifier.code, reading.remarks);
       return;
-    case Family::kCmis:
+    case ModuleFamily::kCmis:
       Verify(image, CmisMap().checksums, reading.mismatches);
       reading.phy =
           CableFromCmis(image, static_cast<std::uint8_t>(identifier.form_factor), reading.remarks);
       break;
-    case Family::kSff8472:
+    case ModuleFamily::kSff8472:
       Verify(image, Sff8472Map().checksums, reading.mismatches);
       reading.phy = CableFromSff8472(image, reading.remarks);
       break;
+    case ModuleFamily::kUnknown:
+      return;
   }
   reading.phy->source = kModuleSource;
 }
@@ -180,8 +166,11 @@ void Decode(const Identifier& identifier, const ModuleImage& image, ModuleReadin
 }  // namespace
 
 ModuleImage SplitImage(const DumpBytes& image, std::vector<std::string>& remarks) {
-  const Identifier& identifier = Identify(At(image, 0), At(image, kUpper), remarks);
-  return Split(image, FindLayout(identifier, image.size(), remarks));
+  return SplitBytes(image, remarks);
+}
+
+ModuleImage SplitImage(const std::vector<std::uint8_t>& image, std::vector<std::string>& remarks) {
+  return SplitBytes(image, remarks);
 }
 
 ModuleReading ReadModule(const DumpBytes& image) {
@@ -206,7 +195,7 @@ ModuleReading ReadModule(const ModuleImage& pages) {
   const Page first = is_sfp ? Page::kA0 : Page::kLower;
   const DumpByte copy = is_sfp ? DumpByte() : image.At(Page::k00, kUpper);
   const Identifier& identifier = Identify(image.At(first, 0), copy, reading.remarks);
-  if (is_sfp != (identifier.family == Family::kSff8472)) {
+  if (is_sfp != (identifier.family == ModuleFamily::kSff8472)) {
     throw BadModule("the pages of a module that calls itself " + Shown(identifier) + " are " +
                     (is_sfp ? "lower, 00, 01 and so on" : "a0 and a2"));
   }

@@ -34,6 +34,8 @@ struct ModuleReading {
 /// The pages of an image, in which they follow each other in the order of the family. Appends
 /// remarks to `remarks`. Throws `BadModule`.
 ModuleImage SplitImage(const DumpBytes& image, std::vector<std::string>& remarks);
+/// The same, of an image without missing bytes.
+ModuleImage SplitImage(const std::vector<std::uint8_t>& image, std::vector<std::string>& remarks);
 
 /// Decodes an image, in which pages follow each other in the order of the family. Throws
 /// `BadModule` if it is not the memory of a module.

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
+#include <optional>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -15,45 +18,36 @@ namespace cable_info {
 
 namespace {
 
+using module_memory::AppendRounded;
 using module_memory::AppendUtf8;
 
 constexpr std::size_t kLabelWidth = 44;  // of the first column, with its indentation
 constexpr std::size_t kLineWidth = 100;
 constexpr std::string_view kIndent = "    ";
+constexpr std::size_t kUsualSize = 12288;  // of the sheet of a module
 
 // ---------------------------------------------------------------------------------------------
 // Values
 // ---------------------------------------------------------------------------------------------
 
-std::string NumberText(double value) {
-  char digits[module_memory::kShortestRoom];
-  return {digits, module_memory::WriteShortest(digits, value)};
+// A byte or a word of a code: "0x1a".
+void AppendHexCode(text::TextBuffer& out, unsigned code) { out.AppendPrefixedHex(code & 0xFFU, 2); }
+
+void AppendCode(text::TextBuffer& out, unsigned code, std::string_view name) {
+  if (name.empty()) return AppendHexCode(out, code);
+  out.Append(name).Append(" (");
+  AppendHexCode(out, code);
+  out.Append(')');
 }
 
-std::string WithUnit(std::string number, std::string_view unit) {
-  if (!unit.empty()) number.append(unit == "%" ? "" : " ").append(unit);
-  return number;
+void AppendWithUnit(text::TextBuffer& out, double value, std::string_view unit) {
+  AppendRounded(out, value);
+  if (unit.empty()) return;
+  if (unit != "%") out.Append(' ');
+  out.Append(unit);
 }
 
-std::string CodeText(unsigned code, std::string_view name) {
-  constexpr std::string_view kDigits = "0123456789abcdef";
-  const std::string hex = {'0', 'x', kDigits[code >> 4U & 0xFU], kDigits[code & 0xFU]};
-  return name.empty() ? hex : std::string(name) + " (" + hex + ')';
-}
-
-std::string ValueText(const FieldInfo& field, const FieldValue& value) {
-  switch (field.kind) {
-    case FieldKind::kText:
-      return std::string(value.text);
-    case FieldKind::kNumber:
-      return WithUnit(NumberText(value.number), field.unit);
-    case FieldKind::kCode:
-      return CodeText(value.code(), value.text);
-    case FieldKind::kFlag:
-      break;
-  }
-  return value.number != 0.0 ? "yes" : "no";
-}
+std::string_view FlagWord(double flag) { return flag != 0.0 ? "yes" : "no"; }
 
 std::string_view StateWords(FieldState state) {
   switch (state) {
@@ -86,21 +80,27 @@ constexpr std::array<AlarmLevel, kAlarmLevels> kColumns = {
 constexpr std::size_t kValueWidth = 24;
 constexpr std::size_t kThresholdWidth = 14;
 
-std::string RaisedText(const AlarmFlags& flags) {
-  std::string raised;
+void AppendRaised(text::TextBuffer& out, const AlarmFlags& flags) {
+  std::string_view separator;
   for (std::size_t i = 0; i < kAlarmLevels; ++i) {
     if (!flags.At(static_cast<AlarmLevel>(i)).value_or(false)) continue;
-    raised.append(raised.empty() ? "" : ", ").append(kLevelNames[i]);
+    out.Append(separator).Append(kLevelNames[i]);
+    separator = ", ";
   }
-  return raised;
 }
 
-std::string PowerText(double milliwatts) {
+void AppendPower(text::TextBuffer& out, double milliwatts) {
   constexpr double kHundredths = 100.0;
-  std::string text = NumberText(milliwatts) + " mW";
-  if (milliwatts <= 0.0) return text;
+  AppendWithUnit(out, milliwatts, "mW");
+  if (milliwatts <= 0.0) return;
   const double dbm = std::round(10.0 * std::log10(milliwatts) * kHundredths) / kHundredths;
-  return text + " (" + NumberText(dbm) + " dBm)";
+  out.Append(" (");
+  AppendWithUnit(out, dbm, "dBm");
+  out.Append(')');
+}
+
+void AppendBias(text::TextBuffer& out, double milliamperes) {
+  AppendWithUnit(out, milliamperes, "mA");
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -145,10 +145,15 @@ AuxLabel LabelOf(std::string_view name) {
   return {name, name, ""};
 }
 
-std::string WithBlanks(std::string_view name) {
-  std::string text(name);
-  std::replace(text.begin(), text.end(), '_', ' ');
-  return text;
+// The fields of each group of `kGroups`.
+std::array<std::vector<const FieldInfo*>, std::size(kGroups)> FieldsByGroup() {
+  std::array<std::vector<const FieldInfo*>, std::size(kGroups)> groups;
+  for (const FieldInfo& field : ModuleFields()) {
+    for (std::size_t i = 0; i < std::size(kGroups); ++i) {
+      if (field.group == kGroups[i].group) groups[i].push_back(&field);
+    }
+  }
+  return groups;
 }
 
 class Sheet {
@@ -159,11 +164,11 @@ class Sheet {
     Title(label);
     for (const FieldInfo& field : ModuleFields()) {
       if (field.group == FieldGroup::kModule && field.field != Field::kIdentifier &&
-          field.field != Field::kRevision) {
-        FieldLine(field);
+          field.field != Field::kRevision && info_[field.field].IsPresent()) {
+        FieldLine(field, info_[field.field]);
       }
     }
-    for (const Group& group : kGroups) Fields(group);
+    Groups();
     List("InfiniBand speeds", info_.supported_speeds);
     List("Compliance", info_.compliance);
     Applications();
@@ -185,18 +190,34 @@ class Sheet {
     });
   }
 
-  void Pad(std::size_t width, std::size_t to) {
-    for (; width < to; ++width) out_.Append(' ');
+  // Blanks up to a column of the line, at least `least` of them.
+  void PadTo(std::size_t column, std::size_t least = 0) {
+    constexpr std::string_view kBlanks = "                                                ";
+    const std::size_t width = out_.size() - line_;
+    const std::size_t blanks = width < column ? std::max(column - width, least) : least;
+    for (std::size_t left = blanks; left != 0;) {
+      const std::size_t count = std::min(left, kBlanks.size());
+      out_.Append(kBlanks.substr(0, count));
+      left -= count;
+    }
+  }
+
+  void BeginLine() { line_ = out_.size(); }
+
+  // Ends a line without blanks at its end.
+  void EndLine() {
+    out_.Truncate(out_.view().find_last_not_of(' ') + 1);
+    out_.Append('\n');
   }
 
   void Heading(std::string_view heading) { out_.Append("  ").Append(heading).Append('\n'); }
 
-  void Line(std::string_view label, std::string_view value) {
+  // Begins a line with its label in the first column; `EndLine` ends it.
+  void Label(std::string_view label) {
+    BeginLine();
     out_.Append(kIndent).Append(label);
-    Pad(kIndent.size() + label.size(), kLabelWidth);
+    PadTo(kLabelWidth);
     out_.Append(' ');
-    Text(value);
-    out_.Append('\n');
   }
 
   void Title(std::string_view label) {
@@ -204,7 +225,11 @@ class Sheet {
     out_.Append(": ");
     const FieldValue identifier = info_[Field::kIdentifier];
     const std::string_view family = FamilyName(info_.family);
-    Text(identifier.IsPresent() ? CodeText(identifier.code(), identifier.text) : "unknown module");
+    if (identifier.IsPresent()) {
+      AppendCode(out_, identifier.code(), identifier.text);
+    } else {
+      out_.Append("unknown module");
+    }
     if (!family.empty()) out_.Append(", ").Append(family);
     const FieldValue revision = info_[Field::kRevision];
     if (revision.IsPresent()) {
@@ -214,20 +239,35 @@ class Sheet {
     out_.Append('\n');
   }
 
-  void FieldLine(const FieldInfo& field) {
-    const FieldValue value = info_[field.field];
-    if (value.IsPresent()) Line(field.label, ValueText(field, value));
+  void Value(const FieldInfo& field, const FieldValue& value) {
+    switch (field.kind) {
+      case FieldKind::kText:
+        return Text(value.text);
+      case FieldKind::kNumber:
+        return AppendWithUnit(out_, value.number, field.unit);
+      case FieldKind::kCode:
+        return AppendCode(out_, value.code(), value.text);
+      case FieldKind::kFlag:
+        out_.Append(FlagWord(value.number));
+    }
   }
 
-  void Fields(const Group& group) {
-    const auto is_shown = [&](const FieldInfo& field) {
-      return field.group == group.group && info_[field.field].IsPresent();
-    };
-    const auto& fields = ModuleFields();
-    if (std::none_of(fields.begin(), fields.end(), is_shown)) return;
-    Heading(group.heading);
-    for (const FieldInfo& field : fields) {
-      if (is_shown(field)) FieldLine(field);
+  void FieldLine(const FieldInfo& field, const FieldValue& value) {
+    Label(field.label);
+    Value(field, value);
+    out_.Append('\n');
+  }
+
+  void Groups() {
+    static const auto kFields = FieldsByGroup();
+    for (std::size_t i = 0; i < std::size(kGroups); ++i) {
+      bool has_heading = false;
+      for (const FieldInfo* field : kFields[i]) {
+        if (info_.StateOf(field->field) != FieldState::kPresent) continue;
+        if (!has_heading) Heading(kGroups[i].heading);
+        has_heading = true;
+        FieldLine(*field, info_[field->field]);
+      }
     }
   }
 
@@ -258,137 +298,185 @@ class Sheet {
     if (info_.applications.empty()) return;
     Heading("Applications");
     for (const Application& it : info_.applications) {
-      std::string text = CodeText(it.host_interface.code, it.host_interface.name) + " to " +
-                         CodeText(it.media_interface.code, it.media_interface.name);
-      text += ", " + std::to_string(it.host_lanes) + " host and " + std::to_string(it.media_lanes) +
-              " media lanes";
-      Line("Application " + std::to_string(it.number), text);
+      BeginLine();
+      out_.Append(kIndent).Append("Application ").AppendDecimal(it.number);
+      PadTo(kLabelWidth);
+      out_.Append(' ');
+      AppendCode(out_, it.host_interface.code, it.host_interface.name);
+      out_.Append(" to ");
+      AppendCode(out_, it.media_interface.code, it.media_interface.name);
+      out_.Append(", ").AppendDecimal(it.host_lanes).Append(" host and ");
+      out_.AppendDecimal(it.media_lanes).Append(" media lanes\n");
     }
   }
 
   void MonitorHeading() {
+    BeginLine();
     out_.Append("  Monitors");
-    Pad(std::string_view("  Monitors").size(), kLabelWidth);
+    PadTo(kLabelWidth);
     out_.Append(" value");
-    Pad(std::string_view("value").size(), kValueWidth);
+    std::size_t column = kLabelWidth + 1 + kValueWidth;
     for (const AlarmLevel level : kColumns) {
-      const std::string_view name = kLevelNames[static_cast<std::size_t>(level)];
-      out_.Append(name);
-      Pad(name.size(), kThresholdWidth);
+      PadTo(column);
+      column += kThresholdWidth;
+      out_.Append(kLevelNames[static_cast<std::size_t>(level)]);
     }
+    PadTo(column);
     out_.Append("raised\n");
   }
 
-  // The line of a monitor whose value is `value` when it is present.
-  void MonitorLine(std::string_view label, const Monitor& monitor, const std::string& value) {
-    std::string line;
-    const auto pad = [&line](std::size_t to) {
-      line.append(to > WidthOf(line) ? to - WidthOf(line) : 1, ' ');
-    };
-    line.append(kIndent).append(label);
-    pad(kLabelWidth);
-    line.append(" ").append(monitor.IsPresent() ? value : StateWords(monitor.state));
+  // The line of a monitor, after its label; `append_value` appends its value when it is present.
+  template <typename AppendValue>
+  void Monitored(const Monitor& monitor, const AppendValue& append_value) {
+    PadTo(kLabelWidth);
+    out_.Append(' ');
+    if (monitor.IsPresent()) {
+      append_value(out_, monitor.value);
+    } else {
+      out_.Append(StateWords(monitor.state));
+    }
     std::size_t column = kLabelWidth + 1 + kValueWidth;
     for (const AlarmLevel level : kColumns) {
-      pad(column);
+      PadTo(column, 1);
       column += kThresholdWidth;
       const std::optional<double> threshold = monitor.thresholds.At(level);
-      line.append(threshold ? NumberText(*threshold) : "");
+      if (threshold) AppendRounded(out_, *threshold);
     }
-    pad(column);
-    line.append(RaisedText(monitor.flags));
-    line.erase(line.find_last_not_of(' ') + 1);
-    out_.Append(line).Append('\n');
+    PadTo(column, 1);
+    AppendRaised(out_, monitor.flags);
+    EndLine();
+  }
+
+  template <typename AppendValue>
+  void MonitorLine(std::string_view label, const Monitor& monitor,
+                   const AppendValue& append_value) {
+    BeginLine();
+    out_.Append(kIndent).Append(label);
+    Monitored(monitor, append_value);
+  }
+
+  void QuantityLine(std::string_view label, const Monitor& monitor, std::string_view unit) {
+    MonitorLine(label, monitor,
+                [unit](text::TextBuffer& out, double value) { AppendWithUnit(out, value, unit); });
   }
 
   void Monitors() {
     MonitorHeading();
-    MonitorLine("Temperature", info_.temperature, NumberText(info_.temperature.value) + " C");
-    MonitorLine("Supply voltage", info_.voltage, NumberText(info_.voltage.value) + " V");
+    QuantityLine("Temperature", info_.temperature, "C");
+    QuantityLine("Supply voltage", info_.voltage, "V");
     for (const AuxMonitor& aux : info_.aux) {
       const AuxLabel label = LabelOf(aux.name);
-      MonitorLine(label.label, aux.monitor, WithUnit(NumberText(aux.monitor.value), label.unit));
+      QuantityLine(label.label, aux.monitor, label.unit);
     }
-    LaneMonitors("RX power", &Lane::rx_power, PowerText);
-    LaneMonitors("TX power", &Lane::tx_power, PowerText);
-    LaneMonitors("TX bias", &Lane::tx_bias, [](double bias) { return NumberText(bias) + " mA"; });
+    LaneMonitors("RX power", &Lane::rx_power, AppendPower);
+    LaneMonitors("TX power", &Lane::tx_power, AppendPower);
+    LaneMonitors("TX bias", &Lane::tx_bias, AppendBias);
   }
 
-  template <typename ToText>
-  void LaneMonitors(std::string_view name, Monitor Lane::*member, const ToText& to_text) {
+  template <typename AppendValue>
+  void LaneMonitors(std::string_view name, Monitor Lane::*member, const AppendValue& append_value) {
     const auto& lanes = info_.lanes;
     if (lanes.empty()) return;
     const FieldState state = (lanes.front().*member).state;
     const bool is_same = std::all_of(lanes.begin(), lanes.end(), [&](const Lane& lane) {
       return (lane.*member).state == state && (lane.*member).flags.raised == 0;
     });
-    if (is_same && state != FieldState::kPresent)
-      return MonitorLine(name, lanes.front().*member, "");
+    if (is_same && state != FieldState::kPresent) {
+      return MonitorLine(name, lanes.front().*member, append_value);
+    }
     for (const Lane& lane : lanes) {
-      const Monitor& monitor = lane.*member;
-      MonitorLine(std::string(name) + ", lane " + std::to_string(lane.number), monitor,
-                  to_text(monitor.value));
+      BeginLine();
+      out_.Append(kIndent).Append(name).Append(", lane ").AppendDecimal(lane.number);
+      Monitored(lane.*member, append_value);
     }
   }
 
-  std::string LaneText(const LaneFieldInfo& field, const LaneValue& value) {
-    if (!value.IsPresent()) return "-";
-    if (field.kind == FieldKind::kFlag) return value.number != 0.0 ? "yes" : "no";
-    if (field.kind == FieldKind::kNumber) return NumberText(value.number);
-    const std::string_view name = LaneCodeName(field.field, value);
-    return name.empty() ? CodeText(static_cast<unsigned>(value.number), {}) : std::string(name);
+  void LaneCell(const LaneFieldInfo& field, const LaneValue& value) {
+    if (!value.IsPresent()) {
+      out_.Append('-');
+    } else if (field.kind == FieldKind::kFlag) {
+      out_.Append(FlagWord(value.number));
+    } else if (field.kind == FieldKind::kNumber) {
+      AppendRounded(out_, value.number);
+    } else if (const std::string_view name = LaneCodeName(field.field, value); !name.empty()) {
+      out_.Append(name);
+    } else {
+      AppendHexCode(out_, static_cast<unsigned>(value.number));
+    }
   }
 
   // A row per setting, a column per lane.
   void Lanes() {
-    constexpr std::size_t kWidth = 6;
-    const auto is_shown = [this](LaneField field) {
-      return std::any_of(info_.lanes.begin(), info_.lanes.end(),
-                         [field](const Lane& lane) { return lane[field].IsPresent(); });
-    };
-    const auto& fields = LaneFields();
-    if (std::none_of(fields.begin(), fields.end(),
-                     [&](const LaneFieldInfo& field) { return is_shown(field.field); })) {
-      return;
-    }
-    Row("  Lanes", kWidth, [](const Lane& lane) { return std::to_string(lane.number); });
-    for (const LaneFieldInfo& field : fields) {
-      if (!is_shown(field.field)) continue;
-      std::string label = std::string(kIndent).append(field.label);
-      if (!field.unit.empty()) label.append(", ").append(field.unit);
-      Row(label, kWidth, [&](const Lane& lane) { return LaneText(field, lane[field.field]); });
+    bool has_heading = false;
+    for (const LaneFieldInfo& field : LaneFields()) {
+      const bool is_shown =
+          std::any_of(info_.lanes.begin(), info_.lanes.end(),
+                      [&field](const Lane& lane) { return lane[field.field].IsPresent(); });
+      if (!is_shown) continue;
+      if (!has_heading) LaneHeading();
+      has_heading = true;
+      LaneRow(field);
     }
   }
 
-  template <typename ToText>
-  void Row(std::string_view label, std::size_t width, const ToText& to_text) {
-    std::string line(label);
-    line.append(line.size() < kLabelWidth ? kLabelWidth - line.size() : 0, ' ');
-    std::vector<std::string> texts;
-    for (const Lane& lane : info_.lanes) texts.push_back(to_text(lane));
-    const std::string& first = texts.front();
-    const bool is_same = std::all_of(texts.begin(), texts.end(),
-                                     [&first](const std::string& text) { return text == first; });
-    if (first.size() > width && is_same) {
-      texts.resize(1);
-      if (info_.lanes.size() > 1) texts.front() += " (all lanes)";
+  void LaneHeading() {
+    BeginLine();
+    out_.Append("  Lanes");
+    PadTo(kLabelWidth);
+    for (const Lane& lane : info_.lanes) {
+      LaneColumn([&] { out_.AppendDecimal(lane.number); });
     }
-    for (const std::string& text : texts) {
-      line.append(" ").append(text);
-      line.append(text.size() < width ? width - text.size() : 0, ' ');
+    EndLine();
+  }
+
+  template <typename AppendCell>
+  void LaneColumn(const AppendCell& append_cell) {
+    constexpr std::size_t kWidth = 6;
+    out_.Append(' ');
+    const std::size_t begin = out_.size() - line_;
+    append_cell();
+    PadTo(begin + kWidth);
+  }
+
+  void LaneRow(const LaneFieldInfo& field) {
+    constexpr std::size_t kLongest = 6;  // that stands in each column, even if all are the same
+    BeginLine();
+    out_.Append(kIndent).Append(field.label);
+    if (!field.unit.empty()) out_.Append(", ").Append(field.unit);
+    PadTo(kLabelWidth);
+    const LaneValue& first = info_.lanes.front()[field.field];
+    const bool is_same =
+        std::all_of(info_.lanes.begin(), info_.lanes.end(), [&field, &first](const Lane& lane) {
+          const LaneValue& value = lane[field.field];
+          return value.state == first.state && value.number == first.number;
+        });
+    const std::size_t row = out_.size();
+    for (const Lane& lane : info_.lanes) {
+      const std::size_t cell = out_.size() + 1;
+      LaneColumn([&] { LaneCell(field, lane[field.field]); });
+      if (is_same && row + 1 == cell && out_.size() - cell > kLongest) {
+        if (info_.lanes.size() > 1) out_.Append(" (all lanes)");
+        break;
+      }
     }
-    line.erase(line.find_last_not_of(' ') + 1);
-    out_.Append(line).Append('\n');
+    EndLine();
   }
 
   void Vdm() {
     if (info_.vdm.empty()) return;
     Heading("Versatile diagnostics");
     for (const VdmSample& sample : info_.vdm) {
-      const std::string name = sample.observable.empty() ? "type " + std::to_string(sample.type)
-                                                         : WithBlanks(sample.observable);
-      MonitorLine(name + ", " + sample.instance, sample.monitor,
-                  WithUnit(NumberText(sample.monitor.value), sample.unit));
+      BeginLine();
+      out_.Append(kIndent);
+      if (sample.observable.empty()) {
+        out_.Append("type ").AppendDecimal(sample.type);
+      } else {
+        for (const char c : sample.observable) out_.Append(c == '_' ? ' ' : c);
+      }
+      out_.Append(", ").Append(sample.instance);
+      Monitored(sample.monitor, [&sample](text::TextBuffer& out, double value) {
+        AppendWithUnit(out, value, sample.unit);
+      });
     }
   }
 
@@ -396,12 +484,19 @@ class Sheet {
     if (info_.checksums.empty()) return;
     Heading("Checksums");
     for (const PageChecksum& sum : info_.checksums) {
-      const std::string bytes = ShortPageName(sum.page) + ", bytes " + std::to_string(sum.first) +
-                                " to " + std::to_string(sum.last);
-      const bool is_right = sum.stored == sum.computed;
-      Line(bytes,
-           CodeText(sum.stored, {}) +
-               (is_right ? ", correct" : ", wrong: they add up to " + CodeText(sum.computed, {})));
+      BeginLine();
+      out_.Append(kIndent).Append(ShortPageName(sum.page)).Append(", bytes ");
+      out_.AppendDecimal(sum.first).Append(" to ").AppendDecimal(sum.last);
+      PadTo(kLabelWidth);
+      out_.Append(' ');
+      AppendHexCode(out_, sum.stored);
+      if (sum.stored == sum.computed) {
+        out_.Append(", correct\n");
+      } else {
+        out_.Append(", wrong: they add up to ");
+        AppendHexCode(out_, sum.computed);
+        out_.Append('\n');
+      }
     }
   }
 
@@ -414,7 +509,7 @@ class Sheet {
   void NotRead() {
     std::vector<std::string_view> labels;
     for (const FieldInfo& field : ModuleFields()) {
-      if (info_[field.field].state == FieldState::kNotRead) labels.push_back(field.label);
+      if (info_.StateOf(field.field) == FieldState::kNotRead) labels.push_back(field.label);
     }
     List("Not read", labels);
   }
@@ -431,9 +526,11 @@ class Sheet {
 
   text::TextBuffer& out_;
   const ModuleInfo& info_;
+  std::size_t line_ = 0;  // where the line begins
 };
 
 void AppendModuleText(text::TextBuffer& out, const ModuleInfo& info, std::string_view label) {
+  out.Reserve(kUsualSize);
   Sheet(out, info).Write(label);
 }
 
@@ -441,6 +538,12 @@ void AppendModuleText(text::TextBuffer& out, const ModuleInfo& info, std::string
 
 std::string ModuleToText(const ModuleInfo& info, std::string_view label) {
   return text::ToText(AppendModuleText, info, label);
+}
+
+void WriteModuleText(std::ostream& os, const ModuleInfo& info, std::string_view label) {
+  text::TextBuffer out;
+  AppendModuleText(out, info, label);
+  os << out.view();
 }
 
 }  // namespace cable_info

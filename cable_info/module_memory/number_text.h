@@ -13,8 +13,15 @@ inline constexpr std::size_t kShortestRoom = 32;
 /// infinities.
 char* WriteShortest(char* to, double value);
 
+/// A number for people: as `WriteShortest` for whole numbers and for those that eight decimals
+/// represent exactly, and rounded to six significant digits for all others.
+char* WriteRounded(char* to, double value);
+
 inline void AppendShortest(text::TextBuffer& out, double value) {
   out.EndAt(WriteShortest(out.Reserve(kShortestRoom), value));
+}
+inline void AppendRounded(text::TextBuffer& out, double value) {
+  out.EndAt(WriteRounded(out.Reserve(kShortestRoom), value));
 }
 
 }  // namespace module_memory

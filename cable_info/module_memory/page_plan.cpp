@@ -146,7 +146,8 @@ class Plan {
 }  // namespace module_memory
 
 Page FirstPageOf(std::uint8_t identifier) {
-  return module_memory::FamilyOf(identifier) == ModuleFamily::kSff8472 ? Page::kA0 : Page::kLower;
+  const module_memory::ModuleIdentifier* const known = module_memory::FindIdentifier(identifier);
+  return known != nullptr && known->family == ModuleFamily::kSff8472 ? Page::kA0 : Page::kLower;
 }
 
 std::vector<MemoryPart> PartsToRead(const ModuleImage& image) {

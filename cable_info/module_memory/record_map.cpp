@@ -4,25 +4,15 @@
 
 namespace cable_info::module_memory {
 
-std::string FieldBytes::Text() const {
-  std::string text;
-  for (std::size_t i = 0; i < size_; ++i) {
+std::string_view FieldBytes::Text(char (&text)[kLongestField]) const {
+  constexpr std::uint8_t kDelete = 0x7F;
+  const std::size_t count = std::min(size_, kLongestField);
+  for (std::size_t i = 0; i < count; ++i) {
     const std::uint8_t byte = bytes_[i];
-    const bool is_control = byte < ' ' || byte == 0x7F;
-    text += byte == 0 ? ' ' : is_control ? '?' : static_cast<char>(byte);
+    const bool is_control = byte < ' ' || byte == kDelete;
+    text[i] = byte == 0 ? ' ' : is_control ? '?' : static_cast<char>(byte);
   }
-  return std::string(cable_info::Trimmed(text));
-}
-
-std::size_t ReadField(const ModuleImage& image, const Place& place,
-                      std::uint8_t (&bytes)[kLongestField]) {
-  const ModuleImage::Half& half = image.HalfOf(place.page, place.byte);
-  std::size_t count = 0;
-  for (; count < place.extent.bytes && count < kLongestField; ++count) {
-    if (!half.Has(place.byte + count)) break;
-    bytes[count] = half[place.byte + count];
-  }
-  return count;
+  return cable_info::Trimmed({text, count});
 }
 
 namespace {
@@ -47,6 +37,14 @@ Place Places::Of(LaneField field, std::uint8_t bytes) const { return Of(field, B
 Place Places::Of(LaneField field, Extent extent) const {
   for (const LaneMapField& line : map_.lane_fields) {
     if (line.field == field) return {line.page, line.byte, extent};
+  }
+  return kNoPlace;
+}
+
+Place Places::Advertising(LaneField field) const {
+  for (const LaneMapField& line : map_.lane_fields) {
+    const Advertisement& by = line.advertised;
+    if (line.field == field) return {by.page, by.byte, Bit(by.bit)};
   }
   return kNoPlace;
 }
@@ -93,6 +91,17 @@ Place Places::FlagBytes(Quantity quantity, AlarmLevel level, std::uint8_t bytes)
   Place place = Flag(quantity, level);
   if (place.extent.bytes != 0) place.extent = Bytes(bytes);
   return place;
+}
+
+ModuleRecord UnknownModuleRecord(std::uint8_t form_factor) {
+  ModuleRecord module;
+  module.cable_identifier = form_factor;
+  StoreText(module.vendor_name, "NA");
+  module.power_unit_flag = 1;  // powers are in units of 0.1 uW
+  module.temperature = kNoTemperature;
+  module.temp_high_threshold = kNoTemperature;
+  module.temp_low_threshold = kNoTemperature;
+  return module;
 }
 
 }  // namespace cable_info::module_memory

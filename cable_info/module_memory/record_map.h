@@ -19,6 +19,9 @@
 namespace cable_info {
 namespace [[gnu::visibility("hidden")]] module_memory {
 
+/// The longest field of any map, in bytes.
+inline constexpr std::size_t kLongestField = 64;
+
 /// The bytes of one field, all of them known unless it is a text.
 class FieldBytes {
  public:
@@ -41,9 +44,9 @@ class FieldBytes {
     const unsigned width = bits_.high - bits_.low + 1U;
     return size_ == 1 ? number >> bits_.low & ((1U << width) - 1) : number;
   }
-  /// The bytes as text for one cell: NULs become blanks, other control characters "?", and blanks
-  /// at both ends are removed.
-  std::string Text() const;
+  /// The bytes as text for one cell, written to `text`: NULs become blanks, other control
+  /// characters "?", and blanks at both ends are removed.
+  std::string_view Text(char (&text)[kLongestField]) const;
 
  private:
   const std::uint8_t* bytes_;
@@ -71,6 +74,8 @@ class Places {
   Place Of(LaneField field, std::uint8_t bytes = 1) const;
   /// Bits of that byte.
   Place Of(LaneField field, Extent extent) const;
+  /// The bit that advertises a field of the lanes.
+  Place Advertising(LaneField field) const;
   /// The value of a quantity, or those of several lanes.
   Place Value(Quantity quantity, unsigned lanes = 1) const;
   Place Threshold(Quantity quantity, AlarmLevel level) const;
@@ -121,27 +126,34 @@ void SetNumberOf(Target& target, const FieldBytes& value) {
 
 template <typename Target, auto kPart, auto kMember>
 void SetTextOf(Target& target, const FieldBytes& value) {
-  StoreText((target.*kPart).*kMember, value.Text());
+  char text[kLongestField];
+  StoreText((target.*kPart).*kMember, value.Text(text));
 }
 /// @}
 
-/// The longest field of any map, in bytes.
-inline constexpr std::size_t kLongestField = 64;
-
-/// Reads a field into `bytes`; returns how many bytes of it are known from its first one on.
-std::size_t ReadField(const ModuleImage& image, const Place& place,
-                      std::uint8_t (&bytes)[kLongestField]);
+/// The first byte of the half that has the byte.
+constexpr std::size_t FirstOfHalf(std::size_t byte) {
+  return byte < ModuleImage::kHalf ? 0 : ModuleImage::kHalf;
+}
 
 /// Sets the fields that the image contains; others are unchanged.
 template <typename Target, std::size_t N>
 void SetFields(const ModuleImage& image, const std::array<RecordField<Target>, N>& map,
                Target& target) {
+  const ModuleImage::Half* half = nullptr;
+  Page page = Page::kLower;
   for (const RecordField<Target>& field : map) {
     const Place& place = field.place;
-    std::uint8_t bytes[kLongestField];
-    const std::size_t known = ReadField(image, place, bytes);
+    // Fields of a page follow each other, mostly.
+    if (half == nullptr || page != place.page || half->first() != FirstOfHalf(place.byte)) {
+      page = place.page;
+      half = &image.HalfOf(page, place.byte);
+    }
+    if (half->IsEmpty()) continue;
+    std::size_t known = place.extent.bytes;
+    if (!half->Has(place.byte, known)) known = half->KnownFrom(place.byte, known);
     if (known == 0 || (known < place.extent.bytes && !field.is_text)) continue;
-    field.set(target, FieldBytes(bytes, known, place.extent));
+    field.set(target, FieldBytes(half->From(place.byte), known, place.extent));
   }
 }
 
@@ -158,9 +170,27 @@ constexpr std::uint16_t Saturated(std::uint32_t number) {
   return static_cast<std::uint16_t>(std::min(number, kHighest));
 }
 
+/// \name The levels, in the order of thresholds
+/// @{
+inline constexpr AlarmLevel kHighAlarm = AlarmLevel::kHighAlarm;
+inline constexpr AlarmLevel kLowAlarm = AlarmLevel::kLowAlarm;
+inline constexpr AlarmLevel kHighWarning = AlarmLevel::kHighWarning;
+inline constexpr AlarmLevel kLowWarning = AlarmLevel::kLowWarning;
+/// @}
+
 /// A `PhyCableRecord` under construction: its module record and its page of latched flags.
 using ModuleRecord = cable_info::PhyCableRecord::ModuleRecord;
 using LatchedFlagsPage = cable_info::PhyCableRecord::LatchedFlagsPage;
+
+/// A module record of `form_factor` with all values unknown, as far as it can represent that.
+ModuleRecord UnknownModuleRecord(std::uint8_t form_factor);
+
+/// Sets the date code of the module record of `Draft`.
+template <typename Draft>
+void SetDate(Draft& draft, const FieldBytes& value) {
+  char text[kLongestField];
+  draft.module.SetDateCode(value.Text(text));
+}
 
 /// The place of lane 1..8 in a record.
 inline std::uint16_t& LaneOf(std::uint16_t (&lanes)[kPhyLanes], std::size_t lane) {

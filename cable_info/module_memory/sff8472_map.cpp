@@ -362,7 +362,7 @@ void DecodeNominalBitrate(Decoding& to) {
                     *rate == kSeeExtendedBitrate ? *extended * 250.0 : *rate * 100.0);
 }
 
-// Kilometres in byte 14, or the more exact hundreds of metres in byte 15 where that has them.
+// Kilometres in byte 14; below one, hundreds of metres in byte 15.
 void DecodeSmfLength(Decoding& to) {
   constexpr unsigned kMore = 255;
   if (IsOptical(to.image) == Advertised::kNo) return;
@@ -566,9 +566,8 @@ void SkipMonitors(Decoding& to) {
 }
 
 void DecodeLane(Decoding& to) {
-  Lane& lane = to.info.lanes.emplace_back();
-  lane.number = 1;
-  DecodeLane(to.image, kLaneFields, 1, 0, lane);
+  to.info.lanes.emplace_back();
+  DecodeLanes(to, kLaneFields, 0);
 }
 
 }  // namespace

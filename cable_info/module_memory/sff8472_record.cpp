@@ -11,11 +11,6 @@ namespace cable_info::module_memory {
 
 namespace {
 
-constexpr AlarmLevel kHighAlarm = AlarmLevel::kHighAlarm;
-constexpr AlarmLevel kLowAlarm = AlarmLevel::kLowAlarm;
-constexpr AlarmLevel kHighWarning = AlarmLevel::kHighWarning;
-constexpr AlarmLevel kLowWarning = AlarmLevel::kLowWarning;
-
 using cable_info::PhyCableRecord;
 
 constexpr auto kSfpFormFactor = static_cast<std::uint8_t>(FormFactor::kSfp28OrSfpPlus);
@@ -60,8 +55,6 @@ void ToLane1(Draft& draft, const FieldBytes& value) {
   LaneOf(draft.module.*kMember, 1) = value.Word(0);
 }
 
-void ToDate(Draft& draft, const FieldBytes& value) { draft.module.SetDateCode(value.Text()); }
-
 constexpr bool kText = true;
 
 // The fields, and what takes them. The places are those of the family's map.
@@ -87,7 +80,7 @@ const auto& Map() {
         F{P.Of(Field::kPowerClass), ToDraft<&Draft::options>},
         F{P.Of(Field::kExtendedBitrate), ToDraft<&Draft::extended_rate>},
         F{P.Of(Field::kSerialNumber), ToText<&ModuleRecord::vendor_sn>, kText},
-        F{P.Of(Field::kDateCode), ToDate},
+        F{P.Of(Field::kDateCode), SetDate<Draft>},
         F{P.Of(Field::kLot), ToModule<&ModuleRecord::lot>},
         F{P.Of(Field::kRxPowerType), ToModule<&ModuleRecord::rx_power_type>},
         F{P.Threshold(Quantity::kTemperature, kHighAlarm),
@@ -264,22 +257,12 @@ std::uint8_t ModuleFlags(const LevelFlags& flags) {
                                    flags.high_warning << 2 | flags.low_warning << 3);
 }
 
-Draft UnknownModule() {
-  Draft draft;
-  draft.module.cable_identifier = kSfpFormFactor;
-  StoreText(draft.module.vendor_name, "NA");
-  draft.module.power_unit_flag = 1;  // powers are in units of 0.1 uW
-  draft.module.temperature = kNoTemperature;
-  draft.module.temp_high_threshold = kNoTemperature;
-  draft.module.temp_low_threshold = kNoTemperature;
-  return draft;
-}
-
 }  // namespace
 
 std::unique_ptr<PhyCableRecord> CableFromSff8472(const ModuleImage& image,
                                                  std::vector<std::string>& remarks) {
-  Draft draft = UnknownModule();
+  Draft draft;
+  draft.module = UnknownModuleRecord(kSfpFormFactor);
   SetFields<Draft>(image, Map(), draft);
   FinishIdentity(draft, Sff8472MediumOf(image));
 

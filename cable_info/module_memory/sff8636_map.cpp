@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "cable_info/module_memory/decode.h"
+#include "cable_info/module_memory/samples.h"
 #include "cable_info/phy_registers.h"
 #include "cable_info/value_format.h"
 
@@ -166,6 +167,8 @@ constexpr MapField kFields[] = {
     {Field::kLowPowerOverride,             L,    93, Bit(0),     kFlag,                            kAlways,            ""},
     {Field::kLowPowerPinIsTxDisable,       L,    99, Bit(1),     Code(kLowPowerPins),              On(P00, 193, 6),    "2.10"},
     {Field::kInterruptPinIsLos,            L,    99, Bit(0),     Code(kInterruptPins),             On(P00, 193, 5),    "2.10"},
+    {Field::kTemperatureMask,              L,   103, Bits(7, 4), kNumber,                          By(HasTemperature, "as the temperature"), ""},
+    {Field::kVoltageMask,                  L,   104, Bits(7, 4), kNumber,                          By(HasVoltage, "as the supply voltage"), ""},
     {Field::kMaxPower,                     L,   107, kByte,      kOwn,                             kAlways,            "2.10"},
     {Field::kPropagationDelay,             L,   108, kWord,      Number(Times(10)).ZeroIsNone(),   kAlways,            ""},
     {Field::kAdvancedLowPower,             L,   110, Bits(7, 4), kOwn,                             kAlways,            ""},
@@ -460,14 +463,12 @@ void DecodeCdr(const ModuleImage& image, LaneField field, unsigned control_bit, 
 void DecodeLanes(Decoding& to) {
   constexpr unsigned kTxCdrControl = 7;
   constexpr unsigned kRxCdrControl = 6;
-  const std::uint64_t absent = AbsentLanes(to.image);
-  to.info.lanes.resize(kLanes);
+  to.info.lanes.reserve(kLanes);
   for (unsigned number = 1; number <= kLanes; ++number) {
-    Lane& lane = to.info.lanes[number - 1];
-    lane = {};
-    lane.number = number;
-    if ((absent >> (number - 1) & 1U) != 0) continue;
-    DecodeLane(to.image, kLaneFields, number, 0, lane);
+    to.info.lanes.emplace_back().number = number;
+  }
+  module_memory::DecodeLanes(to, kLaneFields, AbsentLanes(to.image));
+  for (Lane& lane : to.info.lanes) {
     DecodeCdr(to.image, LaneField::kTxCdr, kTxCdrControl, lane);
     DecodeCdr(to.image, LaneField::kRxCdr, kRxCdrControl, lane);
   }
@@ -481,6 +482,47 @@ void DecodeMonitors(Decoding& to) {
     DecodeMonitor(to, line, {line.format}, Ask(to.image, line.advertised), scope);
   }
   if (!is_ready) to.Warn("the module says that its data is not ready");
+}
+
+// ---------------------------------------------------------------------------------------------
+// Pages 20h and 21h, as 195.0 advertises
+// ---------------------------------------------------------------------------------------------
+
+constexpr unsigned kParameters = 24;
+
+// Two bytes configure a parameter: the number of its threshold set less 1, whether it is that of a
+// lane, the number of that lane less 1; and its type.
+void DecodeParameter(Decoding& to, unsigned number, unsigned configuration) {
+  constexpr std::size_t kFlags = 128;
+  constexpr std::size_t kValues = 152;
+  constexpr std::size_t kThresholds = 128;
+  constexpr std::size_t kThresholdSetSize = 8;
+  const unsigned type = configuration & 0xFFU;
+  if (type == 0) return;
+  const bool is_of_lane = (configuration >> 10U & 1U) != 0;
+  const unsigned lane = is_of_lane ? (configuration >> 8U & 3U) + 1 : 0;
+  const unsigned threshold_set = configuration >> 12U;
+  const VdmObservable* const observable = FindSff8636Observable(type);
+  const ModuleImage::Half& page20 = to.image.HalfOf(Page::k20, kValues);
+  const Monitor monitor = ReadSample(
+      {page20, kValues + 2 * std::size_t{number}, to.image.HalfOf(Page::k21, kThresholds),
+       kThresholds + kThresholdSetSize * threshold_set, page20, kFlags + number / 2,
+       number % 2 == 0, true},
+      observable != nullptr ? *observable : kUnknownObservable);
+  to.info.vdm.push_back(SampleOf(observable, type, lane, monitor));
+}
+
+void DecodeParameters(Decoding& to) {
+  constexpr std::size_t kConfigurations = 200;
+  const ModuleImage::Half& page20 = to.image.HalfOf(Page::k20, kConfigurations);
+  if (page20.IsEmpty()) return;
+  if (AskBit(to.image, P00, 195, 0) == Advertised::kNo) {
+    return to.Warn("page 20h was read, but the module does not advertise it");
+  }
+  for (unsigned number = 0; number < kParameters; ++number) {
+    const std::size_t byte = kConfigurations + 2 * std::size_t{number};
+    if (page20.Has(byte, 2)) DecodeParameter(to, number, RawNumber(page20, byte, kWord));
+  }
 }
 
 }  // namespace
@@ -527,6 +569,7 @@ void DecodeSff8636(Decoding& to) {
   AddNames(to.image, kOptions, to.info.options);
   DecodeLanes(to);
   DecodeMonitors(to);
+  DecodeParameters(to);
   if (AskBit(to.image, L, 2, 2) == Advertised::kYes) DecodeFlat(to);
   AddChecksums(to, kChecksums);
 }

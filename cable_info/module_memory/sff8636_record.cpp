@@ -12,11 +12,6 @@ namespace cable_info::module_memory {
 
 namespace {
 
-constexpr AlarmLevel kHighAlarm = AlarmLevel::kHighAlarm;
-constexpr AlarmLevel kLowAlarm = AlarmLevel::kLowAlarm;
-constexpr AlarmLevel kHighWarning = AlarmLevel::kHighWarning;
-constexpr AlarmLevel kLowWarning = AlarmLevel::kLowWarning;
-
 using cable_info::CableRecord;
 
 constexpr std::string_view kUnknown = "NA";
@@ -48,8 +43,9 @@ void ToOui(Draft& draft, const FieldBytes& value) {
 }
 
 void ToDate(Draft& draft, const FieldBytes& value) {
-  const std::string date = value.Text();
-  draft.record.DateCodeText = date.empty() ? std::string(kUnknownDate) : date;
+  char text[kLongestField];
+  const std::string_view date = value.Text(text);
+  draft.record.DateCodeText = date.empty() ? kUnknownDate : date;
 }
 
 void ToTechnology(Draft& draft, const FieldBytes& value) {

@@ -60,8 +60,9 @@ ExitStatus Run(ModuleOptions options) {
 
 void AddModuleCommand(CLI::App& app, Action& action) {
   const auto options = std::make_shared<ModuleOptions>();
-  CLI::App* const command = AddPortCommand(
-      app, "module", "Write everything that the memory of modules says", kExamples, options->ports);
+  CLI::App* const command =
+      AddPortCommand(app, "module", "Write the contents of module memories as text or JSON",
+                     kExamples, options->ports);
   command->get_option("FILE")->description(
       "Dumps of module memories (images or hex listings, each whole or, as PAGE:FILE, page by\n"
       "page), or files of port records; '-' or no file: port records on standard input");

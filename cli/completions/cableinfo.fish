@@ -163,7 +163,7 @@ complete -c cableinfo -n '__fish_seen_subcommand_from store' -l config -r -F -d 
 complete -c cableinfo -n '__fish_seen_subcommand_from store' -l taken-at -x -d 'when the ports were read, as 2026-01-31T12:00:00Z'
 complete -c cableinfo -n '__fish_seen_subcommand_from store' -l keep -x -d 'keep only this many snapshots, the newest'
 
-complete -c cableinfo -n __fish_use_subcommand -a module -d 'write everything that the memory of modules says'
+complete -c cableinfo -n __fish_use_subcommand -a module -d 'write the contents of module memories as text or JSON'
 complete -c cableinfo -n '__fish_seen_subcommand_from module' -a '(__cableinfo_dumps)'
 complete -c cableinfo -n '__fish_seen_subcommand_from module' -s h -l help -d 'print this help message and exit'
 complete -c cableinfo -n '__fish_seen_subcommand_from module' -l module -x -a '(__cableinfo_dumps)' -d 'read dumps of module memories instead of port records'

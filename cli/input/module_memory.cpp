@@ -28,13 +28,10 @@ ModuleReading RemarksOf(const ModuleInfo& info) {
   return reading;
 }
 
-}  // namespace
-
-namespace {
-
 ModuleReading Decode(const ModuleImage& image, ModuleUse use, Port& port) {
   if (use == ModuleUse::kRecords) return cable_info::module_memory::ReadModule(image);
-  const ModuleInfo& info = port.module.emplace(cable_info::Decode(image));
+  ModuleInfo& info = port.module.emplace();
+  cable_info::Decode(image, info);
   if (info.family == ModuleFamily::kUnknown) throw BadModule(info.warnings.front());
   return use == ModuleUse::kInfo ? RemarksOf(info) : cable_info::module_memory::ReadModule(image);
 }
@@ -47,11 +44,24 @@ ModuleReading DecodeModule(const ModuleImage& image, ModuleUse use, Port& port) 
   return reading;
 }
 
-ModuleReading DecodeModule(const DumpBytes& dump, ModuleUse use, Port& port) {
+namespace {
+
+template <typename Bytes>
+ModuleReading DecodeBytes(const Bytes& dump, ModuleUse use, Port& port) {
   std::vector<std::string> remarks;
   ModuleReading reading = DecodeModule(SplitImage(dump, remarks), use, port);
   reading.remarks.insert(reading.remarks.begin(), remarks.begin(), remarks.end());
   return reading;
+}
+
+}  // namespace
+
+ModuleReading DecodeModule(const DumpBytes& dump, ModuleUse use, Port& port) {
+  return DecodeBytes(dump, use, port);
+}
+
+ModuleReading DecodeModule(const std::vector<std::uint8_t>& dump, ModuleUse use, Port& port) {
+  return DecodeBytes(dump, use, port);
 }
 
 }  // namespace cli

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+#include <vector>
+
 #include "cable_info/module_memory/module_memory.h"
 #include "cli/input/port.h"
 
@@ -13,6 +16,8 @@ cable_info::module_memory::ModuleReading DecodeModule(const cable_info::ModuleIm
                                                       ModuleUse use, Port& port);
 cable_info::module_memory::ModuleReading DecodeModule(
     const cable_info::module_memory::DumpBytes& dump, ModuleUse use, Port& port);
+cable_info::module_memory::ModuleReading DecodeModule(const std::vector<std::uint8_t>& dump,
+                                                      ModuleUse use, Port& port);
 /// @}
 
 }  // namespace cli

@@ -17,7 +17,7 @@ namespace cli {
 /// What a reader makes of a module's memory.
 enum class ModuleUse {
   kRecords,  ///< the record that its family fills
-  kInfo,     ///< everything that it says
+  kInfo,     ///< its contents as named values
   kRecordsAndInfo,
 };
 
@@ -40,7 +40,7 @@ struct Port {
   /// The records that `cable` owns; null where it has none.
   cable_info::CableRecord* cable_record = nullptr;
   cable_info::PhyCableRecord* phy_cable_record = nullptr;
-  /// Everything that the memory of the module says, when it was given and `ModuleUse` asks for it.
+  /// The contents of the module's memory, when it was given and `ModuleUse` asks for them.
   std::optional<cable_info::ModuleInfo> module;
 };
 

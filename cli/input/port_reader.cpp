@@ -41,6 +41,7 @@ using cable_info::module_memory::ModuleReading;
 using cable_info::module_memory::PageKey;
 using cable_info::module_memory::ParseListing;
 using cable_info::module_memory::ParsePageName;
+using cable_info::module_memory::ParsePlainHex;
 using cable_info::module_memory::PutPage;
 using ModuleRecord = PhyCableRecord::ModuleRecord;
 using LatchedFlagsPage = PhyCableRecord::LatchedFlagsPage;
@@ -261,10 +262,11 @@ constexpr FieldTable kPrtlFields(std::to_array<Field<PrtlEnds>>({
 // A dump of a module's memory, and where it comes from.
 struct MemoryDraft {
   FilePolicy files;
-  const std::string& folder;  // of the file that a record names
-  DumpBytes dump;
-  std::string path;   // of that file; empty when the record holds the dump
-  ModuleImage pages;  // a dump that is given page by page
+  const std::string& folder;        // of the file that a record names
+  std::vector<std::uint8_t> bytes;  // of a dump in plain hexadecimal; else empty
+  DumpBytes dump;                   // any other dump
+  std::string path;                 // of that file; empty when the record holds the dump
+  ModuleImage pages;                // a dump that is given page by page
 };
 
 constexpr std::size_t kMaxShownPath = 255;
@@ -348,8 +350,10 @@ bool SetDumpFile(MemoryDraft& memory, const Value& value) {
 }
 
 bool SetDumpListing(MemoryDraft& memory, const Value& value) {
-  std::string text;
-  if (!Assign(text, value)) return false;
+  std::string_view text;
+  if (value.json.get(text) != simdjson::SUCCESS) return value.Expected("a text");
+  if (ParsePlainHex(text, memory.bytes)) return true;
+  memory.bytes.clear();
   try {
     memory.dump = ParseListing(text);
     return true;
@@ -445,8 +449,8 @@ template <typename Record>
 void Place(std::unique_ptr<Record>& place, std::unique_ptr<Record> record, std::string_view key) {
   if (record == nullptr) return;
   if (place != nullptr) {
-    throw BadModule("expected no \"" + std::string(key) +
-                    "\" beside it, for the memory of this module fills that record");
+    throw BadModule("the line must not also have \"" + std::string(key) +
+                    "\", which the memory of this module fills");
   }
   place = std::move(record);
 }
@@ -459,8 +463,13 @@ bool DecodeModuleMemory(Draft& draft, const Value& line, const PortReaderOptions
   ModuleReading reading;
   try {
     const MemoryDraft& memory = draft.memory;
-    reading = memory.pages.halves().empty() ? DecodeModule(memory.dump, options.modules, port)
-                                            : DecodeModule(memory.pages, options.modules, port);
+    if (!memory.pages.halves().empty()) {
+      reading = DecodeModule(memory.pages, options.modules, port);
+    } else if (!memory.bytes.empty()) {
+      reading = DecodeModule(memory.bytes, options.modules, port);
+    } else {
+      reading = DecodeModule(memory.dump, options.modules, port);
+    }
   } catch (const BadModule& bad) {
     if (!draft.memory.path.empty()) return FailAsNoDump(draft.memory.path, place);
     return place.Fail(MessageKind::kBadModule, bad.what());
@@ -548,7 +557,7 @@ bool PortReader::Read(std::string_view line, Port& port, std::vector<Message>& m
     messages.push_back(std::move(problem));
     return false;
   }
-  Draft draft(MemoryDraft{options_.files, folder_, {}, {}, {}});
+  Draft draft(MemoryDraft{options_.files, folder_, {}, {}, {}, {}});
   const Value value(document, problem);
   if (!SetFields(draft, value, kPortFields) ||
       !DecodeModuleMemory(draft, value, options_, port, messages)) {

@@ -19,9 +19,10 @@ std::string Label(const Port& port) {
 void ModuleWriter::Write(std::ostream& os, Port& port) const {
   if (!port.module) return;
   if (form_ == ModuleForm::kText) {
-    os << cable_info::ModuleToText(*port.module, Label(port));
+    cable_info::WriteModuleText(os, *port.module, Label(port));
   } else {
-    os << cable_info::ModuleToJson(*port.module, Label(port)) << '\n';
+    cable_info::WriteModuleJson(os, *port.module, Label(port));
+    os.put('\n');
   }
 }
 

@@ -4,10 +4,10 @@
 
 namespace cli {
 
-/// The form of what a module's memory says.
+/// How the contents of a module's memory are written.
 enum class ModuleForm { kText, kJson };
 
-/// Everything that a module's memory says: data sheets with empty lines between them, or one JSON
+/// The contents of module memories: data sheets with empty lines between them, or one JSON
 /// object on a line per module. A port without a module's memory has none.
 class ModuleWriter : public PortWriter {
  public:

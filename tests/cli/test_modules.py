@@ -313,8 +313,8 @@ class PortRecords(ProgramTest):
                 ({"module_memory": {"hax": "00"}},
                  'module_memory.hax: unknown key; did you mean "hex"?'),
                 ({"module_memory": 5}, "module_memory: expected an object, found 5"),
-                ({"module_memory": {"hex": sample}, "cable": {}}, 'module_memory: expected no "cable" '
-                 "beside it, for the memory of this module fills that record")):
+                ({"module_memory": {"hex": sample}, "cable": {}}, 'module_memory: the line must not '
+                 'also have "cable", which the memory of this module fills')):
             self.assert_run(run("table", "--no-header", stdin=[port]), 1, f"<stdin>:1: {problem}\n" + summary(0, 1))
         result = run("table", "--no-header", stdin=[{"module_memory": {"file": missing}}])
         self.assertEqual(result.returncode, 1)

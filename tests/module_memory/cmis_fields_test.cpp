@@ -68,6 +68,11 @@ std::vector<Number> Numbers() {
       {Field::kMaxTxInputEq, Page::k01, 153, 1, 0x7C, 12},
       {Field::kMaxRxPostCursor, Page::k01, 154, 1, 0x73, 7},
       {Field::kMaxRxPreCursor, Page::k01, 154, 1, 0x73, 3},
+      {Field::kTxBiasMultiplier, Page::k01, 160, 1, 0x07, 1},
+      {Field::kTxBiasMultiplier, Page::k01, 160, 1, 0x0F, 2},
+      {Field::kTxBiasMultiplier, Page::k01, 160, 1, 0x17, 4},
+      {Field::kTemperatureMask, kLower, 32, 1, 0x21, 8},  // that of the high alarm
+      {Field::kVoltageMask, kLower, 32, 1, 0x21, 4},      // that of the low alarm
       {Field::kPageChangeTime, Page::k01, 169, 1, 2, 2.5},
       {Field::kNadBanks, Page::k01, 175, 1, 5, 5},
       {Field::kGrid3p125Lowest, Page::k04, 130, 2, 0xFFB8, -72},
@@ -529,6 +534,12 @@ TEST(CmisFields, ChecksumsAreComputedOverTheirBytes) {
   }
   EXPECT_EQ(computed, (std::vector<unsigned>{0x29, 0x08, 0x05}));
   EXPECT_TRUE(info.warnings.empty());
+}
+
+TEST(CmisFields, AReservedMultiplierIsNone) {
+  Memory memory = FullModule();
+  memory.Put(Page::k01, 160, {0x1F});
+  EXPECT_EQ(memory.Decode()[Field::kTxBiasMultiplier].state, FieldState::kNotImplemented);
 }
 
 }  // namespace

@@ -2,13 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
+#include <string_view>
 
 #include "cable_info/module_memory/module_output.h"
 #include "cmis_memory.h"
 
 namespace {
 
+using cable_info::ModuleInfo;
 using cable_info::ModuleToJson;
 using cable_info::Page;
 using cable_info::PageOf;
@@ -71,6 +74,41 @@ TEST(CmisJson, VdmSamplesKeepTheirTypeNumber) {
   EXPECT_TRUE(Has(json,
                   "{\"observable\":null,\"type\":100,\"instance\":\"lane 2\",\"unit\":\"\","
                   "\"value\":32769,"));
+}
+
+std::size_t CountOf(std::string_view text, std::string_view part) {
+  std::size_t count = 0;
+  for (std::size_t at = text.find(part); at != std::string_view::npos;
+       at = text.find(part, at + 1)) {
+    ++count;
+  }
+  return count;
+}
+
+// Lane 3 alone has lost its signal, and has another equalization.
+TEST(CmisJson, LanesThatDifferInASettingAreNotRepeated) {
+  Memory memory = FullModule();
+  memory.Put(Page::k11, 147, {0x04}).Put(Page::k11, 218, {0x05}).Word(Page::k11, 190, 10000);
+  const std::string json = ModuleToJson(memory.Decode(), "lanes");
+  EXPECT_EQ(CountOf(json, "\"rx_los\":true"), 1U);
+  EXPECT_EQ(CountOf(json, "\"rx_los\":false"), 7U);
+  EXPECT_EQ(CountOf(json, "\"tx_input_eq\":5"), 1U);
+  EXPECT_EQ(CountOf(json, "\"tx_input_eq\":0"), 7U);
+  const std::size_t third = json.find("{\"lane\":3,\"rx_power_mw\":{\"value\":1,");
+  ASSERT_NE(third, std::string::npos);
+  EXPECT_LT(third, json.find("\"rx_los\":true"));
+  EXPECT_LT(json.find("\"tx_input_eq\":5"), json.find("{\"lane\":4,"));
+  EXPECT_EQ(CountOf(json, "{"), CountOf(json, "}"));
+}
+
+TEST(CmisJson, IsTheSameInAStream) {
+  const ModuleInfo info = FullModule().Decode();
+  std::ostringstream os;
+  cable_info::WriteModuleJson(os, info, "a");
+  EXPECT_EQ(os.str(), ModuleToJson(info, "a"));
+  os.str("");
+  cable_info::WriteModuleText(os, info, "a");
+  EXPECT_EQ(os.str(), cable_info::ModuleToText(info, "a"));
 }
 
 }  // namespace

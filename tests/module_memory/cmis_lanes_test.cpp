@@ -640,4 +640,17 @@ TEST(CmisApplications, InfiniBandSpeedsAreThoseOfTheHostInterfaces) {
   EXPECT_TRUE(BareModule().Decode().supported_speeds.empty());
 }
 
+TEST(CmisLanes, LatenciesNeedTheTimingPage) {
+  constexpr Page kTiming = cable_info::PageOf(0x15);
+  Memory memory = FullModule();
+  memory.Add(kTiming).Put(Page::k01, 145, {0x08});
+  memory.Put(kTiming, 224, {0x01, 0x02, 0x00, 0x0A}).Put(kTiming, 254, {0x00, 0x63});
+  const ModuleInfo info = memory.Decode();
+  EXPECT_EQ(info.lanes[0][LaneField::kRxLatency].number, 258);
+  EXPECT_EQ(info.lanes[1][LaneField::kRxLatency].number, 10);
+  EXPECT_EQ(info.lanes[7][LaneField::kTxLatency].number, 99);
+  memory.Put(Page::k01, 145, {0x00});
+  EXPECT_FALSE(memory.Decode().lanes[0][LaneField::kRxLatency].IsPresent());
+}
+
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -333,6 +334,111 @@ TEST(Vdm, PagesThatAreNotAdvertisedAreNotUsed) {
   EXPECT_NE(info.warnings[0].find("VDM"), std::string::npos);
   memory.Drop(Page::k01);
   EXPECT_EQ(memory.Decode().vdm.size(), 1U);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Pages 34h and 35h
+// ---------------------------------------------------------------------------------------------
+
+constexpr Page kCounters = PageOf(0x34);
+constexpr Page kLinkMonitors = PageOf(0x35);
+
+const VdmSample* FindSample(const ModuleInfo& info, std::string_view observable) {
+  for (const VdmSample& sample : info.vdm) {
+    if (sample.observable == observable) return &sample;
+  }
+  return nullptr;
+}
+
+TEST(Coherent, CountersAreBigEndianNumbers) {
+  Memory memory = FullModule();
+  memory.Add(kCounters);
+  memory.Put(kCounters, 128, {0, 0, 0, 1, 0, 0, 0, 2});
+  const char* const kNames[] = {"fec_received_frames", "fec_frames_per_subinterval",
+                                "fec_uncorrectable_frames", "fec_uncorrectable_frames_minimum",
+                                "fec_uncorrectable_frames_maximum"};
+  for (unsigned i = 0; i < 5; ++i) memory.Put(kCounters, 168 + 4 * i, {0, 1, 0, i});
+  const char* const kBits[] = {"fec_bits_per_subinterval", "fec_corrected_bits",
+                               "fec_corrected_bits_minimum", "fec_corrected_bits_maximum"};
+  for (unsigned i = 0; i < 4; ++i) memory.Put(kCounters, 143 + 8 * i, {i + 7});
+  const ModuleInfo info = memory.Decode();
+  ASSERT_EQ(info.vdm.size(), 10U);
+  EXPECT_EQ(info.vdm[0].observable, "fec_received_bits");
+  EXPECT_EQ(info.vdm[0].unit, "bits");
+  EXPECT_EQ(info.vdm[0].instance, "lane 1");
+  EXPECT_EQ(info.vdm[0].monitor.value, 4294967298.0);
+  for (unsigned i = 0; i < 5; ++i) {
+    const VdmSample* const sample = FindSample(info, kNames[i]);
+    ASSERT_NE(sample, nullptr) << kNames[i];
+    EXPECT_EQ(sample->monitor.value, 65536 + i) << kNames[i];
+  }
+  for (unsigned i = 0; i < 4; ++i) {
+    const VdmSample* const sample = FindSample(info, kBits[i]);
+    ASSERT_NE(sample, nullptr) << kBits[i];
+    EXPECT_EQ(sample->monitor.value, i + 7) << kBits[i];
+  }
+}
+
+TEST(Coherent, LinkMonitorsHaveAverageMinimumAndMaximum) {
+  struct Case {
+    const char* name;
+    unsigned byte;
+    unsigned raw;
+    double value;
+    const char* unit;
+  };
+  const Case kCases[] = {
+      {"differential_group_delay", 140, 250, 2.5, "ps"},
+      {"sopmd", 146, 120, 1.2, "ps^2"},
+      {"polarization_dependent_loss", 152, 13, 1.3, "dB"},
+      {"osnr", 158, 351, 35.1, "dB"},
+      {"esnr", 164, 162, 16.2, "dB"},
+      {"carrier_frequency_offset", 170, 0xFF38, -200, "MHz"},
+      {"error_vector_magnitude", 176, 65535, 100, "%"},
+      {"tx_power", 182, 0xFC18, -10, "dBm"},
+      {"rx_total_power", 188, 0xFF38, -2, "dBm"},
+      {"rx_signal_power", 194, 150, 1.5, "dBm"},
+      {"sop_rate_of_change", 200, 7, 7, "krad/s"},
+      {"modulation_error_ratio", 206, 181, 18.1, "dB"},
+      {"clock_recovery_loop", 212, 0x7FFF, 100, "%"},
+      {"snr_margin", 224, 0xFFF6, -1, "dB"},
+      {"q_factor", 230, 99, 9.9, "dB"},
+      {"q_margin", 236, 41, 4.1, "dB"},
+  };
+  for (const Case& it : kCases) {
+    const char* const kKinds[] = {"_average", "_minimum", "_maximum"};
+    for (unsigned kind = 0; kind < 3; ++kind) {
+      Memory memory = FullModule();
+      memory.Add(kLinkMonitors).Word(kLinkMonitors, it.byte + 2 * kind, it.raw);
+      const ModuleInfo info = memory.Decode();
+      const VdmSample* const sample = FindSample(info, std::string(it.name) + kKinds[kind]);
+      ASSERT_NE(sample, nullptr) << it.name << kKinds[kind];
+      EXPECT_DOUBLE_EQ(sample->monitor.value, it.value) << it.name << kKinds[kind];
+      EXPECT_EQ(sample->unit, it.unit) << it.name;
+    }
+  }
+  Memory memory = FullModule();
+  memory.Add(kLinkMonitors).Put(kLinkMonitors, 132, {0xFF, 0xFF, 0xFE, 0x0C});
+  const ModuleInfo info = memory.Decode();
+  EXPECT_EQ(info.vdm.size(), 51U);
+  EXPECT_EQ(FindSample(info, "chromatic_dispersion_minimum")->monitor.value, -500);
+  EXPECT_EQ(FindSample(info, "chromatic_dispersion_average")->monitor.value, 0);
+}
+
+TEST(Coherent, ABankIsAMediaLane) {
+  Memory memory = FullModule();
+  memory.Add(PageOf(0x35, 1));
+  EXPECT_EQ(memory.Decode().vdm.at(0).instance, "lane 2");
+}
+
+TEST(Coherent, PagesThatAreNotAdvertisedAreNotUsed) {
+  Memory memory = FullModule();
+  memory.Add(kLinkMonitors).Put(Page::k01, 142, {0xEC});
+  EXPECT_TRUE(memory.Decode().vdm.empty());
+  memory.Put(Page::kLower, 1, {0x52});  // tunable transmitters have them
+  EXPECT_FALSE(memory.Decode().vdm.empty());
+  memory.Put(Page::k01, 155, {0xBF});
+  EXPECT_TRUE(memory.Decode().vdm.empty());
 }
 
 }  // namespace

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -125,6 +127,19 @@ TEST(ModuleListing, NamesTheLineThatItCannotRead) {
             "line 1 of the listing: expected at most 4096 bytes, found more");
   EXPECT_EQ(Problem("0000000 0011 0755\n"),  // words of the machine's order
             "line 1 of the listing: expected bytes in hexadecimal, found \"0000000\"");
+}
+
+TEST(PlainHex, IsNothingButDigits) {
+  std::vector<std::uint8_t> bytes = {1, 2, 3};
+  EXPECT_TRUE(cable_info::module_memory::ParsePlainHex("00fF10aB09", bytes));
+  EXPECT_EQ(bytes, (std::vector<std::uint8_t>{0x00, 0xFF, 0x10, 0xAB, 0x09}));
+  for (const char* text : {"", "00010203", "000102030", "0001020304\n", "00 0102030", "000102030g",
+                           "0001:20304", "0x01020304"}) {
+    EXPECT_FALSE(cable_info::module_memory::ParsePlainHex(text, bytes)) << text;
+  }
+  const std::string longest(2 * cable_info::module_memory::kLongestDump, '7');
+  EXPECT_TRUE(cable_info::module_memory::ParsePlainHex(longest, bytes));
+  EXPECT_FALSE(cable_info::module_memory::ParsePlainHex(longest + "77", bytes));
 }
 
 }  // namespace

@@ -342,7 +342,7 @@ TEST(Sff8636, ShowsFieldsThatAnImageLacksAsMissing) {
 TEST(Sff8636, ShowsAllFieldsOfAMissingPage00AsMissing) {
   const ModuleReading reading = ReadModule(qsfp::Optic().Image(128));
   const CableRecord& r = *reading.cable;
-  EXPECT_EQ(reading.remarks, Texts{"the image ends behind byte 127; what it lacks is missing"});
+  EXPECT_EQ(reading.remarks, Texts{"the image ends after byte 127; later bytes are missing"});
   EXPECT_EQ(r.GetTemperatureStr(), "26C");
   EXPECT_EQ(r.VendorName, "NA");
   EXPECT_EQ(r.Oui, "NA");

@@ -45,4 +45,19 @@ TEST(ShortestNumbers, AreNullWithoutFiniteValue) {
   EXPECT_EQ(Shortest(-std::numeric_limits<double>::infinity()), "null");
 }
 
+std::string Rounded(double value) {
+  char digits[cable_info::module_memory::kShortestRoom];
+  return {digits, cable_info::module_memory::WriteRounded(digits, value)};
+}
+
+TEST(RoundedNumbers, KeepExactOnesAndHaveSixDigitsElsewhere) {
+  EXPECT_EQ(Rounded(34.5390625), "34.5390625");
+  EXPECT_EQ(Rounded(193.1), "193.1");
+  EXPECT_EQ(Rounded(100.0 / 32767 * 11), "0.0335704");
+  EXPECT_EQ(Rounded(-50.0015259254738), "-50.0015");
+  EXPECT_EQ(Rounded(1.2e-8), "1.2e-08");
+  EXPECT_EQ(Rounded(4294967298.0), "4294967298");
+  EXPECT_EQ(Rounded(std::numeric_limits<double>::infinity()), "null");
+}
+
 }  // namespace

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "cable_info/module_memory/module_info.h"
+#include "map_cases.h"
 
 namespace {
 
@@ -27,6 +28,8 @@ constexpr Page A0 = Page::kA0;
 constexpr Page A2 = Page::kA2;
 
 using Bytes = std::vector<unsigned>;
+using map_cases::Expect;
+using map_cases::Warnings;
 
 class Memory {
  public:
@@ -77,36 +80,6 @@ Memory Enhanced() {
 }
 
 Memory External() { return Full().Put(A0, 92, {0x58}); }
-
-// All but those of the checksums, which no memory of these tests has right.
-std::vector<std::string> Warnings(const ModuleInfo& info) {
-  std::vector<std::string> others;
-  for (const std::string& warning : info.warnings) {
-    if (warning.find("checksum") == std::string::npos) others.push_back(warning);
-  }
-  return others;
-}
-
-struct NumberCase {
-  Field field;
-  Page page;
-  std::size_t byte;
-  Bytes bytes;
-  double value;
-  std::string_view text;
-};
-
-void Expect(const Memory& memory, const std::vector<NumberCase>& cases) {
-  for (const NumberCase& it : cases) {
-    Memory changed = memory;
-    const ModuleInfo info = changed.Put(it.page, it.byte, it.bytes).Decode();
-    const FieldValue value = info[it.field];
-    const std::string_view key = cable_info::DescribeField(it.field).key;
-    EXPECT_EQ(value.state, FieldState::kPresent) << key;
-    EXPECT_DOUBLE_EQ(value.number, it.value) << key;
-    EXPECT_EQ(value.text, it.text) << key;
-  }
-}
 
 TEST(Sff8472Map, HasTheFieldsOfA0) {
   Expect(Full(), {

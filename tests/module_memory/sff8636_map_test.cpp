@@ -10,6 +10,7 @@
 
 #include "cable_info/module_memory/module_info.h"
 #include "cmis_memory.h"
+#include "map_cases.h"
 
 namespace {
 
@@ -31,6 +32,8 @@ constexpr Page P02 = Page::k02;
 constexpr Page P03 = Page::k03;
 
 using Bytes = std::vector<unsigned>;
+using map_cases::Expect;
+using map_cases::Warnings;
 
 // A QSFP28 module of rev 2.8 with an 850 nm laser and a separable connector.
 Memory Bare() {
@@ -50,36 +53,6 @@ Memory Full() {
 
 Memory Copper() { return Full().Put(P00, 147, {0xB0}); }
 
-// All but those of the checksums, which no memory of these tests has right.
-std::vector<std::string> Warnings(const ModuleInfo& info) {
-  std::vector<std::string> others;
-  for (const std::string& warning : info.warnings) {
-    if (warning.find("checksum") == std::string::npos) others.push_back(warning);
-  }
-  return others;
-}
-
-struct NumberCase {
-  Field field;
-  Page page;
-  std::size_t byte;
-  Bytes bytes;
-  double value;
-  std::string_view text;  // the name of a code
-};
-
-void Expect(Memory memory, const std::vector<NumberCase>& cases) {
-  for (const NumberCase& it : cases) {
-    Memory changed = memory;
-    const ModuleInfo info = changed.Put(it.page, it.byte, it.bytes).Decode();
-    const FieldValue value = info[it.field];
-    const std::string_view key = cable_info::DescribeField(it.field).key;
-    EXPECT_EQ(value.state, FieldState::kPresent) << key;
-    EXPECT_DOUBLE_EQ(value.number, it.value) << key;
-    EXPECT_EQ(value.text, it.text) << key;
-  }
-}
-
 TEST(Sff8636Map, HasTheFieldsOfTheLowerPage) {
   Expect(Full(), {
                      {Field::kIdentifier, L, 0, {0x0D}, 0x0D, "QSFP+ or later (SFF-8636/8436)"},
@@ -97,6 +70,8 @@ TEST(Sff8636Map, HasTheFieldsOfTheLowerPage) {
                      {Field::kLowPowerPinIsTxDisable, L, 99, {0x02}, 1, "TxDis"},
                      {Field::kInterruptPinIsLos, L, 99, {0x01}, 1, "RxLOSL"},
                      {Field::kMaxPower, L, 107, {125}, 12.5, ""},
+                     {Field::kTemperatureMask, L, 103, {0xA5}, 10, ""},
+                     {Field::kVoltageMask, L, 104, {0x40}, 4, ""},
                      {Field::kPropagationDelay, L, 108, {0x00, 0x06}, 60, ""},
                      {Field::kAdvancedLowPower, L, 110, {0x20}, 0.75, ""},
                      {Field::kFarSideManaged, L, 110, {0x08}, 1, ""},
@@ -472,6 +447,85 @@ TEST(Sff8636Map, IsFoundByByte128WhereByte0SaysNothing) {
   EXPECT_EQ(info.family, ModuleFamily::kSff8636);
   EXPECT_EQ(info[Field::kIdentifier].number, 0x11);
   EXPECT_EQ(Full().Put(L, 0, {0x00}).Put(P00, 128, {0x00}).Decode().family, ModuleFamily::kUnknown);
+}
+
+constexpr Page P20 = Page::k20;
+constexpr Page P21 = Page::k21;
+
+Memory WithParameters() { return Full().Add(P20).Add(P21); }
+
+// Parameter 1 is that of lane 3 with threshold set 2, parameter 4 that of the module with set 1.
+TEST(Sff8636Parameters, HaveValueThresholdsAndFlags) {
+  Memory memory = WithParameters();
+  memory.Put(P20, 200, {0x16, 1}).Word(P20, 152, 0x1680);  // 22.5 dB
+  memory.Put(P20, 206, {0x00, 6}).Word(P20, 158, 0xFF9C);  // -10 mA
+  memory.Put(P20, 128, {0x90, 0x04});                      // the low nibble of 129 is parameter 4
+  memory.Put(P21, 128, {0x03, 0xE8, 0xFC, 0x18, 0x02, 0xBC, 0xFE, 0x0C});
+  memory.Put(P21, 136, {0x1E, 0, 0x0A, 0, 0x1C, 0, 0x0C, 0});
+  const ModuleInfo info = memory.Decode();
+  ASSERT_EQ(info.vdm.size(), 2U);
+  EXPECT_EQ(info.vdm[0].observable, "snr_media");
+  EXPECT_EQ(info.vdm[0].type, 1U);
+  EXPECT_EQ(info.vdm[0].instance, "lane 3");
+  EXPECT_EQ(info.vdm[0].unit, "dB");
+  EXPECT_EQ(info.vdm[0].monitor.value, 22.5);
+  EXPECT_EQ(info.vdm[0].monitor.thresholds.values, (std::array<double, 4>{30, 10, 28, 12}));
+  EXPECT_EQ(info.vdm[0].monitor.flags.raised, 0x9);  // high alarm and low warning
+  EXPECT_EQ(info.vdm[1].observable, "tec_current");
+  EXPECT_EQ(info.vdm[1].instance, "module");
+  EXPECT_EQ(info.vdm[1].monitor.value, -10);
+  EXPECT_EQ(info.vdm[1].monitor.thresholds.values, (std::array<double, 4>{100, -100, 70, -50}));
+  EXPECT_EQ(info.vdm[1].monitor.flags.raised, 0x2);  // low alarm
+}
+
+TEST(Sff8636Parameters, HaveTheScaleOfTheirType) {
+  struct Case {
+    unsigned type;
+    unsigned raw;
+    double value;
+    std::string_view name;
+  };
+  const Case kCases[] = {
+      {1, 0x0180, 1.5, "snr_media"},
+      {2, 0xFFFF, -0.1, "residual_dispersion_media"},
+      {3, 0xFFFE, 65534 / 256.0, "pam4_level_transition_media"},
+      {4, 0x7078, 1.2e-8, "pre_fec_ber_average_media"},
+      {5, 0xC00A, 10, "frame_errors_average_media"},
+      {6, 25, 2.5, "tec_current"},
+      {7, 0xFFFE, -20, "laser_frequency_error"},
+      {8, 0xFF80, -0.5, "laser_temperature_error"},
+      {9, 0x7078, 1.2e-8, "pre_fec_ber_minimum_media"},
+      {10, 0x7078, 1.2e-8, "pre_fec_ber_maximum_media"},
+      {11, 0x7078, 1.2e-8, "pre_fec_ber_prior_period_media"},
+      {12, 0x7078, 1.2e-8, "pre_fec_ber_current_media"},
+      {13, 0xC00A, 10, "frame_errors_minimum_media"},
+      {14, 0xC00A, 10, "frame_errors_maximum_media"},
+      {15, 0xC00A, 10, "frame_errors_prior_period_media"},
+      {16, 0xC00A, 10, "frame_errors_current_media"},
+      {192, 0x0102, 258, ""},
+  };
+  for (const Case& it : kCases) {
+    Memory memory = WithParameters();
+    const ModuleInfo info = memory.Put(P20, 246, {0, it.type}).Word(P20, 198, it.raw).Decode();
+    ASSERT_EQ(info.vdm.size(), 1U) << it.type;
+    EXPECT_EQ(info.vdm[0].observable, it.name);
+    EXPECT_DOUBLE_EQ(info.vdm[0].monitor.value, it.value) << it.type;
+  }
+}
+
+TEST(Sff8636Parameters, InfinityIsNoValue) {
+  Memory memory = WithParameters();
+  const ModuleInfo info = memory.Put(P20, 200, {0, 3}).Word(P20, 152, 0xFFFF).Decode();
+  ASSERT_EQ(info.vdm.size(), 1U);
+  EXPECT_EQ(info.vdm[0].monitor.state, FieldState::kNotImplemented);
+}
+
+TEST(Sff8636Parameters, AreNotUsedUnlessAdvertised) {
+  Memory memory = WithParameters();
+  const ModuleInfo info = memory.Put(P20, 200, {0, 1}).Put(P00, 195, {0xFE}).Decode();
+  EXPECT_TRUE(info.vdm.empty());
+  EXPECT_EQ(Warnings(info),
+            std::vector<std::string>{"page 20h was read, but the module does not advertise it"});
 }
 
 }  // namespace
