@@ -98,6 +98,7 @@ ModuleReading ReadModuleOf(const Dump& dump, const PortWriter& writer, Port& por
   }
   ModuleImage image;
   for (const PageFile& file : dump.pages) PutPage(image, file.page, Read(file.path));
+  if (writer.needs_record()) port.record = RecordOf(port.label, port.number, image);
   return DecodeModule(image, use, port);
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include "cable_info/text/text_buffer.h"
 #include "cli/format_version.h"
@@ -11,8 +12,11 @@ namespace cli {
 
 namespace {
 
+using cable_info::ModuleImage;
+using cable_info::Page;
 using cable_info::module_memory::DumpByte;
 using cable_info::module_memory::DumpBytes;
+using cable_info::module_memory::PageKey;
 using cable_info::text::TextBuffer;
 
 constexpr std::size_t kRow = 16;
@@ -61,6 +65,30 @@ std::string HexOf(const DumpBytes& dump) {
   return std::string(out.view());
 }
 
+// The bytes of a page as a dump of it has them.
+DumpBytes BytesOf(const ModuleImage& memory, Page page) {
+  const std::size_t begin = IsUpperPage(page) ? ModuleImage::kHalf : 0;
+  const std::size_t end = page == Page::kLower ? ModuleImage::kHalf : ModuleImage::kWhole;
+  DumpBytes bytes;
+  for (std::size_t byte = begin; byte < end; ++byte) bytes.push_back(memory.At(page, byte));
+  while (!bytes.empty() && !bytes.back()) bytes.pop_back();
+  return bytes;
+}
+
+template <typename Memory>
+std::string RecordWith(std::string_view label, std::uint32_t number, const Memory& memory) {
+  TextBuffer out;
+  JsonText json(out);
+  json.BeginObject();
+  json.Key("format_version").Integer(kFormatVersion);
+  json.Key("port_num").Integer(number);
+  json.Key("label").Utf8(label);
+  json.Key("module_memory");
+  WriteMemory(json, memory);
+  json.EndObject();
+  return std::string(out.view());
+}
+
 }  // namespace
 
 void WriteMemory(JsonText& json, const DumpBytes& dump) {
@@ -69,17 +97,26 @@ void WriteMemory(JsonText& json, const DumpBytes& dump) {
   json.EndObject();
 }
 
-std::string RecordOf(std::string_view label, std::uint32_t number, const DumpBytes& dump) {
-  TextBuffer out;
-  JsonText json(out);
+void WriteMemory(JsonText& json, const ModuleImage& memory) {
+  std::vector<Page> written;
   json.BeginObject();
-  json.Key("format_version").Integer(kFormatVersion);
-  json.Key("port_num").Integer(number);
-  json.Key("label").Utf8(label);
-  json.Key("module_memory");
-  WriteMemory(json, dump);
+  json.Key("pages").BeginObject();
+  for (const ModuleImage::Half& half : memory.halves()) {
+    const Page page = half.page();
+    if (std::find(written.begin(), written.end(), page) != written.end()) continue;
+    written.push_back(page);
+    json.Key(PageKey(page)).Bytes(HexOf(BytesOf(memory, page)));
+  }
   json.EndObject();
-  return std::string(out.view());
+  json.EndObject();
+}
+
+std::string RecordOf(std::string_view label, std::uint32_t number, const DumpBytes& dump) {
+  return RecordWith(label, number, dump);
+}
+
+std::string RecordOf(std::string_view label, std::uint32_t number, const ModuleImage& memory) {
+  return RecordWith(label, number, memory);
 }
 
 }  // namespace cli

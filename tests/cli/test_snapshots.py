@@ -144,6 +144,31 @@ class Dumps(SnapshotTest):
         for command in COMMANDS:
             self.assert_same(command, ["--module", *dumps], [self.path])
 
+    def test_modules_page_by_page(self):
+        lower = self.file("lower.bin", module()[:128])
+        upper = self.file("00.bin", module()[128:])
+        partial = self.file("03.txt", b"00: 11 22 XX 33\n20: XX 44\n")
+        pages = [f"lower:{lower}", f"00:{upper}", f"03:{partial}"]
+        self.store("--module", *pages)
+        for command in COMMANDS:
+            self.assert_same(command, ["--module", *pages], [self.path])
+        record = json.loads(self.record())
+        self.assertEqual(record["module_memory"]["pages"]["00"], module()[128:].hex())
+
+    def test_a_damaged_module_page_by_page(self):
+        for name, size in (("a0", 256), ("a2", 100)):
+            self.file(name, bytes([3]) + bytes(size - 1))
+        pages = [f"{name}:{self.folder / name}" for name in ("a0", "a2")]
+        self.store("--module", *pages)
+        for command in COMMANDS:
+            self.assert_same(command, ["--module", *pages], [self.path])
+
+    def record(self):
+        connection = sqlite3.connect(self.path)
+        ((record,),) = connection.execute("SELECT record FROM port_record").fetchall()
+        connection.close()
+        return record
+
     def test_bytes_that_could_not_be_read_stay_unknown(self):
         memory = module()
         cells = [f"{byte:02x}" for byte in memory]
