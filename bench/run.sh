@@ -7,7 +7,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh
 
 ports=${1:-1000000}
-need "${build_packages[@]}" libbenchmark-dev python3
+need "${build_packages[@]}" libbenchmark-dev python3 sqlite3
 {
   cmake --preset release -DCABLE_INFO_BUILD_TESTS=OFF -DCABLE_INFO_BUILD_BENCH=ON
   cmake --build --preset release --target rows modules make_fabric parse_floor cableinfo
@@ -23,3 +23,6 @@ fabric=build/fabric-$ports.jsonl
 }
 printf '\n'
 python3 bench/table.py "$fabric"
+printf '\n'
+head -n 20000 "$fabric" >"$fabric.head"
+python3 bench/store.py "$fabric.head"

@@ -157,10 +157,10 @@ std::size_t CheckResult::CountOf(Rule rule) const { return rules_[static_cast<st
 std::vector<std::uint32_t> CheckResult::WorstFirst() const {
   std::vector<std::uint32_t> order;
   order.reserve(ports_.size() - CountOf(Verdict::kOk));
-  for (const Verdict verdict : {Verdict::kCritical, Verdict::kWarning, Verdict::kUnknown}) {
-    if (CountOf(verdict) == 0) continue;
+  for (const Verdict level : {Verdict::kCritical, Verdict::kWarning, Verdict::kUnknown}) {
+    if (CountOf(level) == 0) continue;
     for (std::size_t i = 0; i < ports_.size(); ++i) {
-      if (ports_[i].verdict == verdict) order.push_back(static_cast<std::uint32_t>(i));
+      if (ports_[i].verdict == level) order.push_back(static_cast<std::uint32_t>(i));
     }
   }
   return order;

@@ -29,7 +29,8 @@ class Metrics {
   explicit Metrics(const cable_info::RuleSettings& settings) : judged_(settings) {}
 
   /// Adds the ports that `WritePortMetrics` wrote one after the other. Of ports with the same GUID
-  /// and number, and the same label if they have no GUID, the first counts: a monitoring system could not distinguish them.
+  /// and number, and the same label if they have no GUID, the first counts: a monitoring system
+  /// could not distinguish them.
   void Add(std::string_view ports);
   /// Judges the fabric, and writes all families. To be called once.
   void WriteTo(std::ostream& os);
