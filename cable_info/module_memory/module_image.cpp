@@ -173,7 +173,8 @@ std::string_view WithoutPageMarks(std::string_view name) {
 DumpBytes DumpFromContent(std::string_view content) {
   if (content.empty()) throw BadModule("the dump is empty");
   if (IsListing(content)) return ParseListing(content);
-  if (content.size() > kLongestDump) {
+  const bool is_linear = content.size() == kLinearImage || content.size() == kLinearSfpImage;
+  if (content.size() > kLongestDump && !is_linear) {
     throw BadModule("an image of more than " + std::to_string(kLongestDump) +
                     " bytes is no module's memory");
   }

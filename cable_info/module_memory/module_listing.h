@@ -22,6 +22,14 @@ using DumpBytes = std::vector<DumpByte>;
 /// The largest offset of a dump.
 inline constexpr std::size_t kLongestDump = 4096;
 
+/// \name EEPROM files of drivers
+/// The sizes of those in the linear layout of all pages: the lower page, then 256 upper pages by
+/// number; of SFP modules A0h, the lower half of A2h, and its 256 pages.
+/// @{
+inline constexpr std::size_t kLinearImage = 257 * 128;
+inline constexpr std::size_t kLinearSfpImage = 259 * 128;
+/// @}
+
 /// True if `content` is text and therefore a listing; images contain zeros and control codes.
 bool IsListing(std::string_view content);
 

@@ -128,10 +128,28 @@ ModuleImage Split(const Bytes& bytes, const Layout& layout) {
   return image;
 }
 
+// The lower page, then all upper pages by number.
+template <typename Bytes>
+ModuleImage SplitLinear(const Bytes& bytes) {
+  ModuleImage image;
+  image.Put(Page::kLower, 0, bytes.data(), ModuleImage::kHalf);
+  for (unsigned number = 0; number <= 0xFF; ++number) {
+    image.Put(PageOf(static_cast<std::uint8_t>(number)), kUpper,
+              bytes.data() + (number + 1) * ModuleImage::kHalf, ModuleImage::kHalf);
+  }
+  return image;
+}
+
 template <typename Bytes>
 ModuleImage SplitBytes(const Bytes& image, std::vector<std::string>& remarks) {
   const Identifier& identifier = Identify(At(image, 0), At(image, kUpper), remarks);
-  return Split(image, FindLayout(identifier, image.size(), remarks));
+  const bool is_sfp = identifier.family == ModuleFamily::kSff8472;
+  if (image.size() == kLinearImage && !is_sfp) return SplitLinear(image);
+  // The first of the pages of A2h follows its lower half.
+  constexpr std::size_t kBothAddresses = 512;
+  const bool is_linear_sfp = image.size() == kLinearSfpImage && is_sfp;
+  const std::size_t size = is_linear_sfp ? kBothAddresses : image.size();
+  return Split(image, FindLayout(identifier, size, remarks));
 }
 
 void Verify(const ModuleImage& image, Lines<Checksum> checksums,
