@@ -193,6 +193,11 @@ void WriteReadings(TextBuffer& out, const Readings& port) {
   json.EndObject();
 }
 
+// "0xa0b1c20000d4e500/5"
+std::string PortText(std::uint64_t guid, std::uint32_t number) {
+  return GuidText(guid) + '/' + std::to_string(number);
+}
+
 // The other members of a port's object.
 void WriteOwn(TextBuffer& out, const Port& port, const Readings& readings) {
   JsonText json(out);
@@ -200,6 +205,7 @@ void WriteOwn(TextBuffer& out, const Port& port, const Readings& readings) {
   json.Key("guid").Plain(GuidText(port.port_guid));
   json.Key("number").Integer(port.number);
   if (!port.label.empty()) json.Key("label").Utf8(port.label);
+  if (port.peer) json.Key("peer").Plain(PortText(port.peer->guid, port.peer->number));
   if (readings.query_status && *readings.query_status != 0) {
     json.Key("status").Bytes(cable_info::ConvertCableInfoVSStatusToStr(*readings.query_status));
   }
@@ -211,7 +217,7 @@ void WriteOwn(TextBuffer& out, const Port& port, const Readings& readings) {
 // What identifies a port at two times: GUID and number, or without a GUID its label.
 std::string NameOf(const Port& port) {
   if (port.port_guid == 0 && !port.label.empty()) return port.label;
-  return GuidText(port.port_guid) + '/' + std::to_string(port.number);
+  return PortText(port.port_guid, port.number);
 }
 
 std::string_view Take(std::string_view& bytes, std::size_t size) {

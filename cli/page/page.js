@@ -88,24 +88,30 @@ function prepareSearch(port) {
 }
 
 // What changed since an earlier time. The limits are those of `cableinfo diff`: a change by as much
-// as its limit has the size 1.
-const CHANGE_LIMITS = { dBm: 1, '%': 10, '°C': 10 };
+// as its limit has the size 1. Voltages have no limit.
+const CHANGE_LIMITS = { dBm: 1, mA: 10, '°C': 10, V: Infinity };
 
 function changeOf(name, lane, before, after, unit) {
   if (before === undefined || after === undefined) return [];
-  const isPower = unit === 'dBm';
-  const dark = (value) => (isPower ? Math.max(value, DARK_DBM) : value);
+  const dark = (value) => (unit === 'dBm' ? Math.max(value, DARK_DBM) : value);
   const difference = dark(after) - dark(before);
-  const amount = unit === 'mA' ? (100 * difference) / (before || 1) : difference;
-  const size = Math.abs(amount) / CHANGE_LIMITS[unit === 'mA' ? '%' : unit];
+  if (difference === 0) return [{ name, lane, before, after, unit, difference, size: 0 }];
+  const amount = unit === 'mA' ? (100 * difference) / Math.abs(before) : difference; // mA: percent
+  const size = Math.abs(amount) / CHANGE_LIMITS[unit];
   return [{ name, lane, before, after, unit, difference, size }];
+}
+
+function isSwapped({ earlier, serial_number: serial }) {
+  return Boolean(earlier?.serial_number && serial && earlier.serial_number !== serial);
 }
 
 // All changes, the largest first; none for a module that was swapped.
 function changesOf(port) {
   const { earlier } = port;
-  if (!earlier || earlier.serial_number !== port.serial_number) return [];
-  const changes = changeOf('Temperature', 0, earlier.temperature, port.temperature, '°C');
+  if (!earlier || isSwapped(port)) return [];
+  const changes = [TEMPERATURE, VOLTAGE].flatMap(({ key, name, unit }) =>
+    changeOf(name, 0, earlier[key], port[key], unit),
+  );
   for (const quantity of QUANTITIES) {
     for (let lane = 1; lane <= MOST_LANES; ++lane) {
       const before = laneValue(earlier, quantity, lane);
@@ -113,7 +119,7 @@ function changesOf(port) {
       changes.push(...changeOf(quantity.name, lane, before, after, quantity.unit));
     }
   }
-  return changes.sort((a, b) => b.size - a.size);
+  return changes.sort((one, other) => other.size - one.size);
 }
 
 const hasEarlier = data.gone !== undefined;
@@ -365,14 +371,15 @@ function showCounts() {
 
 const signed = (value, decimals, unit) => (value > 0 ? '+' : '') + shown(value, decimals, unit);
 const unitOfDifference = (unit) => (unit === 'dBm' ? 'dB' : unit);
-const differenceText = ({ difference, unit }) => signed(difference, 2, unitOfDifference(unit));
+const differenceText = ({ difference, unit }) =>
+  signed(difference, unit === 'V' ? 3 : 2, unitOfDifference(unit));
 
 const MOST_CHANGES = 10;
 
 function showChanges() {
   byId('changes').hidden = !hasEarlier;
   if (!hasEarlier) return;
-  const changed = selected.filter((port) => port.changes[0]?.size >= 1);
+  const changed = selected.filter((port) => port.changes[0]?.size > 1);
   changed.sort((a, b) => b.changes[0].size - a.changes[0].size);
   const item = (port) => {
     const [{ name, lane, before, after, unit, ...change }] = port.changes;
@@ -382,9 +389,7 @@ function showChanges() {
     return el('li', {}, portLink(port), ' ', text);
   };
   fill(byId('moved'), ...changed.slice(0, MOST_CHANGES).map(item));
-  const swapped = selected.filter(
-    (port) => port.earlier && port.earlier.serial_number !== port.serial_number,
-  );
+  const swapped = selected.filter(isSwapped);
   const appeared = selected.filter((port) => !port.earlier);
   byId('changes-about').textContent =
     `Since ${timeText(data.earlier_taken_at)}: ${counted(changed.length, 'port')} changed by more than ` +
@@ -797,6 +802,7 @@ function facts(port) {
     ['Port GUID', port.guid],
     ['Port number', port.number],
     ['Node GUID', port.node],
+    ['Other end', port.peer],
     ['Source', type.source],
     ['Query', port.status],
     ['Vendor', type.vendor],
@@ -848,8 +854,14 @@ function readingRow(name, value, thresholds, flags, format, severity, stateName,
   const limits = BOUNDS.map((_, bound) => thresholds?.[bound] ?? undefined);
   const cells = limits.map((limit) => cell(limit === undefined ? '–' : format(limit)));
   const head = el('th', { scope: 'row' }, name);
-  const changed = hasEarlier ? [cell(change ? differenceText(change) : '–')] : [];
+  const changed = hasEarlier ? [cell(change ?? '–')] : [];
   return el('tr', {}, head, current, ...changed, ...cells, el('td', {}, latchedText(flags)));
+}
+
+function observableChange(port, name, place, value) {
+  if (isSwapped(port)) return undefined;
+  const before = port.earlier?.observables?.find((one) => one[0] === name && one[1] === place)?.[3];
+  return known([value, before]).length === 2 ? value - before : undefined;
 }
 
 function readingRows(port) {
@@ -861,8 +873,9 @@ function readingRows(port) {
     const thresholds = port.type.thresholds[quantity.key];
     const isSame = (change) => change.name === quantity.name && change.lane === (lane ?? 0);
     const change = port.changes?.find(isSame);
+    const moved = change && differenceText(change);
     const latched = flags.readings[at];
-    rows.push(readingRow(name, value, thresholds, latched, format, severity, stateName, change));
+    rows.push(readingRow(name, value, thresholds, latched, format, severity, stateName, moved));
   };
   add(0, 'Temperature', TEMPERATURE, port.temperature, (v) => shown(v, 1, '°C'));
   add(1, 'Supply voltage', VOLTAGE, port.voltage, (v) => shown(v, 3, 'V'));
@@ -877,7 +890,9 @@ function readingRows(port) {
   for (const [name, place, unit, value, thresholds, latched] of port.observables ?? []) {
     const format = (v) => `${Number(v.toPrecision(6))} ${unit}`;
     const title = place ? `${name}, ${place}` : name;
-    rows.push(readingRow(title, value ?? undefined, thresholds, latched, format, 0, '–'));
+    const moved = observableChange(port, name, place, value);
+    const change = moved === undefined ? moved : (moved > 0 ? '+' : '') + format(moved);
+    rows.push(readingRow(title, value ?? undefined, thresholds, latched, format, 0, '–', change));
   }
   return rows;
 }

@@ -44,6 +44,10 @@ class Data(ProgramTest):
         self.assertEqual(model["identifier"], {"code": 0x11, "name": "QSFP28"})
         self.assertEqual(model["thresholds"], {"temperature": [75, -5, 70, 0]})
 
+    def test_the_other_end(self):
+        data = data_of(page(stdin=[{"port_num": 1, "peer": {"port_guid": "0x2b", "port_num": 4}}]))
+        self.assertEqual(data["ports"][0]["peer"], "0x000000000000002b/4")
+
     def test_ports_share_what_is_the_same(self):
         ports = [{"port_num": n, "cable": {**OPTIC, "SerialNumber": f"S{n}"}} for n in range(20)]
         data = data_of(page(stdin=ports))
