@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <string>
 #include <utility>
@@ -667,14 +668,12 @@ constexpr CoherentNumber kCoherentMonitors[] = {
 };
 
 double CoherentValue(const ModuleImage::Half& half, const CoherentNumber& number) {
-  constexpr std::uint64_t kOne = 1;
-  constexpr unsigned kBitsPerByte = 8;
+  constexpr int kBitsPerByte = 8;
   std::uint64_t raw = 0;
   for (std::size_t i = 0; i < number.bytes; ++i) raw = raw << kBitsPerByte | half[number.byte + i];
-  const std::uint64_t sign = kOne << (kBitsPerByte * number.bytes - 1);
   const auto value = static_cast<double>(raw);
-  const bool is_negative = number.is_signed && (raw & sign) != 0;
-  return is_negative ? value - 2 * static_cast<double>(sign) : value;
+  const double range = std::ldexp(1.0, kBitsPerByte * static_cast<int>(number.bytes));
+  return number.is_signed && value >= range / 2 ? value - range : value;
 }
 
 template <std::size_t N>

@@ -26,8 +26,8 @@ inline constexpr std::size_t kLongestDump = 4096;
 /// The sizes of those in the linear layout of all pages: the lower page, then 256 upper pages by
 /// number; of SFP modules A0h, the lower half of A2h, and its 256 pages.
 /// @{
-inline constexpr std::size_t kLinearImage = 257 * 128;
-inline constexpr std::size_t kLinearSfpImage = 259 * 128;
+inline constexpr std::size_t kLinearImage = std::size_t{257} * 128;
+inline constexpr std::size_t kLinearSfpImage = std::size_t{259} * 128;
 /// @}
 
 /// True if `content` is text and therefore a listing; images contain zeros and control codes.

@@ -48,6 +48,7 @@ std::size_t PlainLength(std::string_view text) {
     std::memcpy(&bytes, text.data() + at, sizeof(bytes));
     if (!IsPlain(bytes)) return at;
   }
+  if (at == text.size()) return at;
   bytes = kLowBits * ' ';
   std::memcpy(&bytes, text.data() + at, text.size() - at);
   return IsPlain(bytes) ? text.size() : at;

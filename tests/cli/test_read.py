@@ -269,7 +269,7 @@ class Kernel(ReadTest):
 
 class Watch(ReadTest):
     def start(self, *arguments):
-        return subprocess.Popen([program(), "read", "--sysfs", str(self.sys), *arguments],
+        return subprocess.Popen([program(), "read", "--timeout", "60", "--sysfs", str(self.sys), *arguments],
                                 stdout=subprocess.PIPE, stderr=subprocess.PIPE)
 
     def test_one_record_per_port_and_round_until_interrupted(self):
@@ -314,7 +314,8 @@ class Watch(ReadTest):
             time.sleep(1.5)
             self.assertFalse(output.exists())
             watch.send_signal(signal.SIGTERM)
-            self.assertEqual(watch.wait(timeout=20), 0)
+            _, errors = watch.communicate(timeout=20)
+            self.assertEqual((errors, watch.returncode), (b"", 0))
         self.assertGreater(len(output.read_text().splitlines()), 1)
 
     def test_usage(self):
