@@ -166,7 +166,7 @@ std::vector<MemoryPart> PartsToRead(const ModuleImage& image) {
       AskBit(image, Page::kLower, 2, 2) == Advertised::kNo) {
     plan.AddPages(Sff8636Map(), kSff8636Pages, 1);
   } else if (memory.family() == ModuleFamily::kCmis && IsPaged(image) == Advertised::kYes) {
-    // Without page 01h, which tells their number, there is one bank.
+    // Without page 01h, which gives their number, there is one bank.
     const unsigned banks = image.Has(Page::k01) ? BanksOf(image) : 1;
     plan.AddPages(CmisMap(), kCmisPages, banks);
     plan.AddVdm(banks);

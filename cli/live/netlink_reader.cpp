@@ -90,7 +90,7 @@ class NetlinkReader : public PageReader {
       const ssize_t got =
           recvfrom(socket_, buffer.data(), buffer.size(), MSG_DONTWAIT, Generic(from), &size);
       if (got < 0 && errno != EINTR && errno != EAGAIN) return ErrorOf(errno);
-      // Anybody may send to a socket; only the kernel, or what stands for it, is believed.
+      // Anybody may send to a socket; only messages of the expected peer are accepted.
       if (got < 0 || from.nl_pid != peer_.port) continue;
       if (is_answer(Datagram(buffer.data(), static_cast<std::size_t>(got)))) return std::nullopt;
     }

@@ -19,7 +19,7 @@ struct NetlinkPeer {
 };
 
 /// The kernel's ethtool netlink interface, by page, bank and I2C address. An answer that does not
-/// come within `limit` is an error of its own.
+/// come within `limit` is a separate error.
 std::unique_ptr<PageReader> MakeNetlinkReader(const std::string& interface,
                                               std::chrono::milliseconds limit,
                                               const NetlinkPeer& peer = {});

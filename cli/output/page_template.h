@@ -4,7 +4,7 @@
 
 namespace cli {
 
-/// The page before and after its data, which is JSON in an element of its own. The build makes both
+/// The page before and after its data, which is JSON in a separate element. The build makes both
 /// from the files in `cli/page/`.
 /// @{
 extern const std::string_view kPageHead;

@@ -34,7 +34,7 @@ def rules():
 
 
 class Terminal:
-    """An interactive shell on a terminal of its own. `insert` types a line, has the shell insert all
+    """An interactive shell on a separate terminal. `insert` types a line, has the shell insert all
     completions of its last word, and returns the words of the line after that."""
 
     def __init__(self, folder, arguments, setup, key):
