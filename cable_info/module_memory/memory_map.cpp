@@ -16,6 +16,7 @@ bool IsBlank(char c) { return c == ' ' || c == '\0'; }
 Page InBank(Page page, unsigned bank) { return bank == 0 ? page : PageOf(NumberOf(page), bank); }
 
 std::int32_t SignedOf(std::uint32_t raw, unsigned bits) {
+  if (bits == 0) return 0;
   const unsigned unused = 32 - bits;
   return static_cast<std::int32_t>(raw << unused) >> unused;
 }
@@ -74,7 +75,8 @@ void SetVersion(ModuleInfo& info, Field field, std::uint32_t raw) {
 
 void SetNumber(Decoding& to, const MapField& line, std::uint32_t raw) {
   const Format& format = line.format;
-  const std::uint32_t highest = 0xFFFFFFFFU >> (32 - WidthOf(line.extent));
+  const unsigned width = WidthOf(line.extent);
+  const std::uint32_t highest = width < 32 ? (std::uint32_t{1} << width) - 1 : 0xFFFFFFFFU;
   if (format.zero_is_none && raw == 0) {
     return to.info.SetState(line.field, FieldState::kNotImplemented);
   }

@@ -54,7 +54,9 @@ void ModuleImage::Half::Put(std::size_t byte, const std::uint8_t* bytes, std::si
   for (std::size_t at = begin; at < end;) {  // word by word
     const std::size_t shift = at % kWordBits;
     const std::size_t bits = std::min(kWordBits - shift, end - at);
-    known_[at / kWordBits] |= ~std::uint64_t{0} >> (kWordBits - bits) << shift;
+    const std::uint64_t mask =
+        bits < kWordBits ? (std::uint64_t{1} << bits) - 1 : ~std::uint64_t{0};
+    known_[at / kWordBits] |= mask << shift;
     at += bits;
   }
 }

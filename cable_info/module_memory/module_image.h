@@ -190,10 +190,10 @@ struct PageFile {
   std::string path;  ///< the path of the file
 };
 
-/// The page that the name stands for. The names are "lower", "00" to "ff", optionally with "h"
+/// The page with the name `text`. The names are "lower", "00" to "ff", optionally with "h"
 /// after or "0x" before it, "a0" and "a2", in any case. A bank other than 0 follows the page:
 /// "11.1".
-std::optional<Page> ParsePageName(std::string_view name);
+std::optional<Page> ParsePageName(std::string_view text);
 
 /// The name in its shortest form: "lower", "03", "11.1", "a2".
 std::string PageKey(Page page);

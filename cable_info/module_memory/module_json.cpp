@@ -49,9 +49,9 @@ struct Section {
 template <std::size_t N>
 struct Keys {
   std::string text;
-  std::array<std::size_t, N> begin;  // of each field's key, or of what comes before it
-  std::array<std::size_t, N> value;  // of each field's null
-  std::size_t closing = 0;           // where the ends of objects after the last value begin
+  std::array<std::size_t, N> begin = {};  // of each field's key, or of what comes before it
+  std::array<std::size_t, N> value = {};  // of each field's null
+  std::size_t closing = 0;                // where the ends of objects after the last value begin
   std::vector<OptionalObject> optional;
   std::vector<Section> sections;
 
