@@ -49,6 +49,15 @@ TEST(CellSink, AllCellsAreMissingWithoutRecords) {
   EXPECT_EQ(notes.cells, std::vector<std::string>(174, "-"));
 }
 
+TEST(CellSink, FlagsAreSingleBitsInEitherDirection) {
+  Notes notes;
+  TypedRow row(notes);
+  row.FlagsUpwards(0x9, 1, 3);
+  row.FlagsDownwards(0x9, 3, 3);
+  EXPECT_EQ(notes.cells, (std::vector<std::string>{"flag 0", "flag 0", "flag 1",  //
+                                                   "flag 1", "flag 0", "flag 0"}));
+}
+
 TEST(CellSink, BareCellsAreTextsOrNumbers) {
   Notes notes;
   TypedRow row(notes);

@@ -36,6 +36,13 @@ TEST(CsvRow, WritesEveryFormOfCell) {
             "raw,\"quoted\",4294967295,0x001f,0.500,\"NA\",\"NA\",1,0,0,1,1,0,1,0,0,a,b,\"-7\"\n");
 }
 
+TEST(CsvRow, WritesFlagsThatAreNoMultipleOfFour) {
+  CsvRow row;
+  row.FlagsUpwards(0x5, 0, 3);
+  row.FlagsUpwards(0x55, 0, 7);
+  EXPECT_EQ(Written([&](std::ostream& os) { row.WriteTo(os); }), "1,0,1,1,0,1,0,1,0,1\n");
+}
+
 TEST(CsvRow, ReservesEnoughForEveryCellAtEveryFillLevel) {
   const std::string longest = PrintfFixed3(-DBL_MAX);
   for (std::size_t size = 3700; size <= 4100; ++size) {
