@@ -18,7 +18,7 @@ using cable_info::module_memory::SplitImage;
 std::string Content(std::size_t parts, char identifier) {
   std::string content;
   for (std::size_t i = 0; i < parts; ++i) content += std::string(128, static_cast<char>(i));
-  content[0] = identifier;
+  content.at(0) = identifier;
   return content;
 }
 
