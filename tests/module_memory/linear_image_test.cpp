@@ -16,9 +16,9 @@ using cable_info::module_memory::SplitImage;
 
 // Parts of 128 bytes, each filled with its index; the first byte is the identifier of the module.
 std::string Content(std::size_t parts, char identifier) {
-  std::string content;
-  for (std::size_t i = 0; i < parts; ++i) content += std::string(128, static_cast<char>(i));
-  content.at(0) = identifier;
+  std::string content(1, identifier);
+  content.append(127, '\0');
+  for (std::size_t i = 1; i < parts; ++i) content.append(128, static_cast<char>(i));
   return content;
 }
 
