@@ -46,6 +46,7 @@ std::optional<std::size_t> FindColumn(std::string_view name) {
 
 std::string UnknownColumn(const std::string& name) {
   std::vector<std::string_view> names;
+  names.reserve(cable_info::kCsvColumns.size());
   for (const cable_info::CsvColumn& column : cable_info::kCsvColumns) names.push_back(column.name);
   const std::string_view nearest = Nearest(name, names);
   return "cableinfo: --columns: unknown column \"" + name + '"' +
