@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "cable_info/version.h"
-#include "cli/commands/commands.h"
+#include "cli/command_options.h"
 #include "cli/descriptors.h"
 #include "cli/exit_status.h"
 #include "cli/message.h"
@@ -73,17 +73,7 @@ ExitStatus Run(int argc, char** argv) {
   app.require_subcommand(1);
 
   cli::Action action;
-  cli::AddTableCommand(app, action);
-  cli::AddReportCommand(app, action);
-  cli::AddExportCommand(app, action);
-  cli::AddCheckCommand(app, action);
-  cli::AddDiffCommand(app, action);
-  cli::AddMetricsCommand(app, action);
-  cli::AddPageCommand(app, action);
-  cli::AddStoreCommand(app, action);
-  cli::AddModuleCommand(app, action);
-  cli::AddReadCommand(app, action);
-  cli::AddColumnsCommand(app, action);
+  cli::AddCommands(app, action);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

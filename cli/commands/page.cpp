@@ -1,6 +1,5 @@
 // cableinfo page
 
-#include <memory>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -8,6 +7,7 @@
 
 #include "cable_info/readings/rules.h"
 #include "cli/commands/commands.h"
+#include "cli/commands/judging_writer.h"
 #include "cli/commands/port_command.h"
 #include "cli/commands/rule_options.h"
 #include "cli/output/page_data.h"
@@ -19,31 +19,6 @@
 namespace cli {
 
 namespace {
-
-constexpr const char* kExamples =
-    "Examples:\n"
-    "  cableinfo page fabric.jsonl -o fabric.html    open fabric.html in a browser\n"
-    "  cableinfo page --label 'leaf-*' --set lane-imbalance=2.5 fabric.jsonl -o leaves.html\n"
-    "  cableinfo page --module eeprom.bin -o module.html\n"
-    "  cableinfo page fabric.db -o fabric.html       the latest snapshot of a store, with what\n"
-    "                                                has changed since the one before";
-
-struct Options {
-  PortOptions ports;
-  RuleOptions rules;
-};
-
-// Writes the data of the ports one by one.
-class PagePortWriter : public PortWriter {
- public:
-  explicit PagePortWriter(const cable_info::RuleSettings& settings) : settings_(settings) {}
-
-  ModuleUse module_use() const override { return ModuleUse::kRecordsAndInfo; }
-  void Write(std::ostream& os, Port& port) const override { WritePagePort(os, port, settings_); }
-
- private:
-  const cable_info::RuleSettings& settings_;
-};
 
 class EarlierCollector : public PortCollector {
  public:
@@ -85,8 +60,8 @@ std::optional<SnapshotName> EarlierSnapshot(const SnapshotName& snapshot) {
 
 // Adds what was before the snapshot, and gives the snapshot its number, so that it is the same one
 // even if another is added.
-ExitStatus AddEarlier(Options& options, const SnapshotName& named, const PortWriter& writer,
-                      Page& page, Page::About& about) {
+ExitStatus AddEarlier(JudgedPortOptions& options, const SnapshotName& named,
+                      const PortWriter& writer, Page& page, Page::About& about) {
   std::string& input = options.ports.inputs.front();
   try {
     const SnapshotName snapshot = Numbered(named);
@@ -97,7 +72,7 @@ ExitStatus AddEarlier(Options& options, const SnapshotName& named, const PortWri
     about.earlier_taken_at = TakenAt(*earlier);
     PortOptions earlier_options = options.ports;
     earlier_options.inputs = {earlier->Input()};
-    earlier_options.output = "-";  // to which nothing is written
+    earlier_options.output = std::string(kStandardOutput);  // to which nothing is written
     EarlierCollector collector(page);
     return WritePorts(earlier_options, writer, &collector);
   } catch (const StoreError& error) {
@@ -105,11 +80,13 @@ ExitStatus AddEarlier(Options& options, const SnapshotName& named, const PortWri
   }
 }
 
-ExitStatus WritePage(Options options) {
+}  // namespace
+
+ExitStatus WritePage(JudgedPortOptions options) {
   cable_info::RuleSettings settings;
   const ExitStatus usage = ApplyRuleOptions(options.rules, settings);
   if (usage != ExitStatus::kGood) return usage;
-  const PagePortWriter writer(settings);
+  const JudgingWriter writer(WritePagePort, settings);
   Page page(settings);
   Page::About about;
   ExitStatus earlier_status = ExitStatus::kGood;
@@ -121,16 +98,6 @@ ExitStatus WritePage(Options options) {
   about.written_at = TimeNow();
   PageCollector collector(page, about);
   return Worse(earlier_status, WritePorts(options.ports, writer, &collector));
-}
-
-}  // namespace
-
-void AddPageCommand(CLI::App& app, Action& action) {
-  const auto options = std::make_shared<Options>();
-  CLI::App* const command = AddPortCommand(app, "page", "Write one HTML page to look at the ports",
-                                           kExamples, options->ports);
-  AddRuleOptions(*command, options->rules);
-  command->callback([options, &action] { action = [options] { return WritePage(*options); }; });
 }
 
 }  // namespace cli

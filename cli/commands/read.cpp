@@ -33,24 +33,6 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr const char* kExamples =
-    "Examples:\n"
-    "  cableinfo read | cableinfo check              is anything wrong with this machine's "
-    "cables?\n"
-    "  cableinfo read --scan                         the ports that there are\n"
-    "  cableinfo read ib0 hca1/1 -o ports.jsonl      the modules of two ports\n"
-    "  cableinfo read --watch 60 >> history.jsonl    every minute until interrupted";
-
-struct ReadOptions {
-  std::vector<std::string> names;  // of ports; none: all
-  std::string sysfs = "/sys";
-  std::string output = kStandardOutput;
-  double watch = 0;    // seconds between rounds; 0: one round
-  double timeout = 2;  // seconds for one request
-  bool scan = false;
-  bool quiet = false;
-};
-
 std::string HostName() {
   constexpr std::size_t kLongest = 256;
   char name[kLongest] = {};
@@ -279,7 +261,9 @@ ExitStatus Watch(const ReadOptions& options, Reader& reader) {
   });
 }
 
-ExitStatus Run(const ReadOptions& options) {
+}  // namespace
+
+ExitStatus ReadModules(const ReadOptions& options) {
   const std::optional<std::vector<LivePort>> ports = Ports(options);
   if (!ports) return ExitStatus::kUsage;
   if (options.scan) return Scan(options, *ports);
@@ -292,40 +276,6 @@ ExitStatus Run(const ReadOptions& options) {
       options.watch > 0 ? Watch(options, reader) : ReadOnce(options, *ports, reader);
   if (reader.counts().left_out > 0 && !options.quiet) PrintSummary(reader.counts());
   return Worse(reader.status(), output);
-}
-
-}  // namespace
-
-void AddReadCommand(CLI::App& app, Action& action) {
-  constexpr double kLongestWatch = 1e6;
-  constexpr double kShortest = 0.001;
-  constexpr double kLongestTimeout = 600;
-  const auto options = std::make_shared<ReadOptions>();
-  CLI::App* const command =
-      app.add_subcommand("read", "Read the modules of this machine and write port records");
-  command->footer(kExamples);
-  command->add_option("NAME", options->names,
-                      "Ports: an interface (ib0), a device (hca0), a port of it (hca0/1) or\n"
-                      "the path of an EEPROM file; none: all ports");
-  CLI::Option* const scan =
-      command->add_flag("--scan", options->scan, "List the ports, and read nothing");
-  command->add_option("--watch", options->watch, "Read again every so many seconds")
-      ->type_name("SECONDS")
-      ->check(CLI::Range(kShortest, kLongestWatch))
-      ->excludes(scan);
-  command
-      ->add_option("--timeout", options->timeout,
-                   "Wait so many seconds for a page (2), and ten times as long for a module")
-      ->type_name("SECONDS")
-      ->check(CLI::Range(kShortest, kLongestTimeout));
-  command->add_option("--sysfs", options->sysfs, "Look for ports here instead of in /sys")
-      ->type_name("DIR");
-  command
-      ->add_option("-o,--output", options->output,
-                   "Write to this file, which is replaced when the output is complete")
-      ->type_name("FILE");
-  command->add_flag("-q,--quiet", options->quiet, "Show no remarks and no summary");
-  command->callback([options, &action] { action = [options] { return Run(*options); }; });
 }
 
 }  // namespace cli

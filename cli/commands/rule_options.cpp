@@ -80,19 +80,6 @@ ExitStatus ApplyFile(const std::string& path, RuleSettings& settings) {
 
 }  // namespace
 
-void AddRuleOptions(CLI::App& command, RuleOptions& options) {
-  command
-      .add_option("--set", options.settings,
-                  "Set the severity (off, unknown, warning, critical) or the limit of a rule")
-      ->type_name("RULE=VALUE")
-      ->allow_extra_args(false)
-      ->take_all();
-  command
-      .add_option("--config", options.config,
-                  "Read such settings from this file, one per line; '#' begins a comment")
-      ->type_name("FILE");
-}
-
 ExitStatus ApplyRuleOptions(const RuleOptions& options, RuleSettings& settings) {
   if (!options.config.empty()) {
     const ExitStatus status = ApplyFile(options.config, settings);

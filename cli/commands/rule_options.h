@@ -1,6 +1,5 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
 #include <vector>
 
@@ -14,9 +13,6 @@ struct RuleOptions {
   std::vector<std::string> settings;  ///< "RULE=VALUE"
   std::string config;                 ///< a file of such settings; empty: none
 };
-
-/// Adds these options. `options` must outlive the parsing.
-void AddRuleOptions(CLI::App& command, RuleOptions& options);
 
 /// Changes `settings` as the options say, the file first. Prints what is wrong with them.
 ExitStatus ApplyRuleOptions(const RuleOptions& options, cable_info::RuleSettings& settings);

@@ -3,16 +3,16 @@
 #include "cli/store/store.h"
 
 #include <algorithm>
-#include <cstdint>
+#include <iosfwd>
 #include <memory>
 #include <optional>
-#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "cable_info/readings/rules.h"
 #include "cli/commands/commands.h"
+#include "cli/commands/judging_writer.h"
 #include "cli/commands/port_command.h"
 #include "cli/commands/rule_options.h"
 #include "cli/input/same_file.h"
@@ -25,31 +25,13 @@ namespace cli {
 
 namespace {
 
-constexpr const char* kExamples =
-    "Examples:\n"
-    "  cableinfo store fabric.db fabric.jsonl        adds a snapshot to fabric.db\n"
-    "  collect | cableinfo store fabric.db --keep 30\n"
-    "  sqlite3 fabric.db 'SELECT * FROM latest_finding'";
-
-struct Options {
-  PortOptions ports;
-  RuleOptions rules;
-  std::string database;
-  std::string taken_at;
-  std::optional<std::uint32_t> keep;
-};
-
-// Packs the ports one by one.
-class StoredPortWriter : public PortWriter {
+// The snapshot keeps the records of the ports, too.
+class StoredPortWriter : public JudgingWriter {
  public:
-  explicit StoredPortWriter(const cable_info::RuleSettings& settings) : settings_(settings) {}
+  explicit StoredPortWriter(const cable_info::RuleSettings& settings)
+      : JudgingWriter(WriteStoredPort, settings) {}
 
-  ModuleUse module_use() const override { return ModuleUse::kRecordsAndInfo; }
   bool needs_record() const override { return true; }
-  void Write(std::ostream& os, Port& port) const override { WriteStoredPort(os, port, settings_); }
-
- private:
-  const cable_info::RuleSettings& settings_;
 };
 
 // Adds the ports to the file, which is not touched before the first of them is there.
@@ -80,7 +62,7 @@ class StoreCollector : public PortCollector {
 };
 
 // Why the snapshot must not be kept; null when it may.
-const char* Reason(const Options& options, ExitStatus status, bool has_ports) {
+const char* Reason(const StoreOptions& options, ExitStatus status, bool has_ports) {
   if (status >= ExitStatus::kFileFailed) return "an input could not be read";
   if (status == ExitStatus::kGood) return nullptr;
   if (options.ports.strict) return "the run stopped at a bad port";
@@ -88,14 +70,16 @@ const char* Reason(const Options& options, ExitStatus status, bool has_ports) {
 }
 
 // True when the database is to be read, too.
-bool IsInput(const Options& options) {
+bool IsInput(const StoreOptions& options) {
   return std::ranges::any_of(options.ports.inputs, [&](const std::string& input) {
     const std::optional<SnapshotName> snapshot = FindSnapshot(input);
     return snapshot && IsSameFile(snapshot->store, options.database);
   });
 }
 
-ExitStatus StoreSnapshot(const Options& options) {
+}  // namespace
+
+ExitStatus StoreSnapshot(const StoreOptions& options) {
   cable_info::RuleSettings settings;
   const ExitStatus usage = ApplyRuleOptions(options.rules, settings);
   if (usage != ExitStatus::kGood) return usage;
@@ -126,45 +110,6 @@ ExitStatus StoreSnapshot(const Options& options) {
     PrintError("cableinfo: " + options.database + ": " + error.what());
     return ExitStatus::kFileFailed;
   }
-}
-
-}  // namespace
-
-void AddStoreCommand(CLI::App& app, Action& action) {
-  const auto options = std::make_shared<Options>();
-  CLI::App* const command =
-      AddPortCommand(app, "store", "Add a snapshot to an SQLite file", kExamples, options->ports);
-  // The first file is the database; the others are the inputs.
-  CLI::Option* const files = command->get_option("FILE");
-  files
-      ->description(
-          "The database, then files of port records, or snapshots of other stores;\n"
-          "'-' or no other file: standard input")
-      ->required();
-  command->get_option("--module")->remove_excludes(files);
-  files->remove_excludes(command->get_option("--module"));
-  command->remove_option(command->get_option("--output"));
-  AddRuleOptions(*command, options->rules);
-  command
-      ->add_option("--taken-at", options->taken_at,
-                   "When the ports were read, as 2026-01-31T12:00:00Z (default: now)")
-      ->type_name("TIME")
-      ->check(
-          [](const std::string& text) {
-            return NormalizedTime(text).empty()
-                       ? "expected a time such as 2026-01-31T12:00:00Z, found \"" + text + '"'
-                       : std::string();
-          },
-          "", "TIME");
-  command->add_option("--keep", options->keep, "Keep only this many snapshots, the newest")
-      ->type_name("N")
-      ->check(CLI::Range(1U, UINT32_MAX));
-  command->callback([options, &action] {
-    std::vector<std::string>& inputs = options->ports.inputs;
-    options->database = inputs.front();
-    inputs.erase(inputs.begin());
-    action = [options] { return StoreSnapshot(*options); };
-  });
 }
 
 }  // namespace cli

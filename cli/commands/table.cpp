@@ -1,7 +1,6 @@
 // cableinfo table
 
 #include <cstddef>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,23 +18,6 @@
 namespace cli {
 
 namespace {
-
-constexpr const char* kExamples =
-    "Examples:\n"
-    "  cableinfo table fabric.jsonl -o cables.csv    all ports, after a header of 177 columns\n"
-    "  collect | cableinfo table --no-header         rows only, in a pipeline\n"
-    "  cableinfo table --rfc4180 fabric.jsonl        for spreadsheets, databases and data frames\n"
-    "  cableinfo table --json fabric.jsonl | jq .Temperature\n"
-    "  cableinfo table --columns PortGuid,PortNum,SN,Temperature fabric.jsonl\n"
-    "                                                these columns only, in this order";
-
-struct Options {
-  PortOptions ports;
-  bool no_header = false;
-  bool rfc4180 = false;
-  bool json = false;
-  std::vector<std::string> columns;  // none: all
-};
 
 std::optional<std::size_t> FindColumn(std::string_view name) {
   for (std::size_t i = 0; i < cable_info::kCsvColumns.size(); ++i) {
@@ -55,7 +37,7 @@ std::string UnknownColumn(const std::string& name) {
 }
 
 // The columns that the options name, or none, with a message, for a name of none.
-std::optional<ColumnIndices> FindColumns(const Options& options) {
+std::optional<ColumnIndices> FindColumns(const TableOptions& options) {
   if (options.columns.empty()) return AllColumns();
   ColumnIndices columns;
   for (const std::string& name : options.columns) {
@@ -69,7 +51,9 @@ std::optional<ColumnIndices> FindColumns(const Options& options) {
   return columns;
 }
 
-ExitStatus WriteTable(const Options& options) {
+}  // namespace
+
+ExitStatus WriteTable(const TableOptions& options) {
   std::optional<ColumnIndices> columns = FindColumns(options);
   if (!columns) return ExitStatus::kUsage;
   if (options.json) return WritePorts(options.ports, JsonTableWriter(std::move(*columns)));
@@ -82,31 +66,6 @@ ExitStatus WriteTable(const Options& options) {
       options.no_header ? TableWriter::Header::kOmitted : TableWriter::Header::kWritten;
   if (options.columns.empty()) return WritePorts(options.ports, TableWriter(header));
   return WritePorts(options.ports, ColumnsWriter(header, std::move(*columns)));
-}
-
-}  // namespace
-
-void AddTableCommand(CLI::App& app, Action& action) {
-  const auto options = std::make_shared<Options>();
-  CLI::App* const command = AddPortCommand(app, "table", "Write the CSV table, one row per port",
-                                           kExamples, options->ports);
-  command->add_flag("--no-header", options->no_header, "Write the rows only");
-  CLI::Option* const rfc4180 = command->add_flag(
-      "--rfc4180", options->rfc4180,
-      "Write CSV that every reader takes: 177 cells in each row, quotes doubled,\n"
-      "missing values empty, numbers without units");
-  command
-      ->add_flag("--json", options->json,
-                 "Write one JSON object per row: numbers as numbers, missing values null")
-      ->excludes(rfc4180);
-  command->callback([options, &action] { action = [options] { return WriteTable(*options); }; });
-  command
-      ->add_option("--columns", options->columns,
-                   "Write only these columns, in this order: names joined by commas")
-      ->type_name("NAMES")
-      ->delimiter(',')
-      ->allow_extra_args(false)
-      ->take_all();
 }
 
 }  // namespace cli

@@ -1,6 +1,7 @@
 #include "cli/input/input_form.h"
 
 #include <algorithm>
+#include <fstream>
 #include <string>
 
 #include "cable_info/module_memory/module_memory.h"
@@ -62,6 +63,16 @@ InputForm RecognizeForm(std::string_view beginning) {
   constexpr std::string_view kOpenEnds = "{[,:";
   if (kOpenEnds.find(line.back()) == std::string_view::npos) return InputForm::kPortRecords;
   return FormOfOpenLine(line, WithoutLeadingBlanks(text.substr(newline)));
+}
+
+std::optional<char> FirstCharacter(const std::string& path) {
+  constexpr std::streamsize kCapacity = 4096;
+  std::string beginning(kCapacity, '\0');
+  std::ifstream file(path, std::ios::binary);
+  file.read(beginning.data(), kCapacity);
+  beginning.resize(static_cast<std::size_t>(file.gcount()));
+  const std::string_view text = WithoutLeadingBlanks(WithoutByteOrderMark(beginning));
+  return text.empty() ? std::nullopt : std::optional(text.front());
 }
 
 std::string_view HintFor(InputForm form) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace cli {
@@ -16,6 +18,10 @@ enum class InputForm {
 /// Recognizes an input by its beginning. Mistakes about the form of an input are reported once and
 /// with the way out, and not once per line.
 InputForm RecognizeForm(std::string_view beginning);
+
+/// The first character of a file after a byte order mark and blanks; none if there is no other, or
+/// if the file cannot be read.
+std::optional<char> FirstCharacter(const std::string& path);
 
 /// The message about an input of that form; empty for port records.
 std::string_view HintFor(InputForm form);

@@ -1,0 +1,413 @@
+// The command line as data for its parser: the options of each subcommand with their help.
+
+#include "cli/command_options.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/commands/commands.h"
+#include "cli/store/times.h"
+
+namespace cli {
+
+namespace {
+
+// Lets parsing the subcommand set `action`, which passes the options on to `run`.
+template <typename Options, typename Run>
+void SetAction(CLI::App& command, const std::shared_ptr<Options>& options, Run run,
+               Action& action) {
+  command.callback([=, &action] { action = [=] { return run(*options); }; });
+}
+
+// ---------------------------------------------------------------------------------------------
+// What several subcommands have in common
+// ---------------------------------------------------------------------------------------------
+
+constexpr int kHexadecimal = 16;
+
+// What is wrong with a GUID; empty when it is one, such as 0xa0b1c20000d4e500.
+std::string GuidProblem(const std::string& text) {
+  std::string_view digits = text;
+  if (digits.starts_with("0x")) digits.remove_prefix(2);
+  constexpr std::size_t kMostDigits = 16;
+  const bool is_guid = !digits.empty() && digits.size() <= kMostDigits &&
+                       digits.find_first_not_of("0123456789abcdefABCDEF") == std::string_view::npos;
+  return is_guid ? "" : "expected a GUID of up to 16 hexadecimal digits, found \"" + text + '"';
+}
+
+CLI::App& AddCommand(CLI::App& app, const std::string& name, const std::string& description,
+                     const std::string& examples) {
+  CLI::App* const command = app.add_subcommand(name, description);
+  command->footer(examples);
+  return *command;
+}
+
+void AddOutputOption(CLI::App& command, std::string& output) {
+  command
+      .add_option("-o,--output", output,
+                  "Write to this file, which is replaced when the output is complete")
+      ->type_name("FILE");
+}
+
+// The options of a run that do not name the input.
+void AddRunOptions(CLI::App& command, PortOptions& options) {
+  command.add_option("--port", options.selection.numbers, "Only ports with this number")
+      ->type_name("N")
+      ->allow_extra_args(false)
+      ->take_all();
+  command
+      .add_option_function<std::vector<std::string>>(
+          "--guid",
+          [&options](const std::vector<std::string>& guids) {
+            for (const std::string& guid : guids) {
+              options.selection.guids.push_back(std::stoull(guid, nullptr, kHexadecimal));
+            }
+          },
+          "Only ports with this GUID, or of the node with it")
+      ->type_name("GUID")
+      ->allow_extra_args(false)
+      ->take_all()
+      ->check(GuidProblem, "", "GUID");
+  command
+      .add_option("--label", options.selection.labels,
+                  "Only ports whose label fits this pattern of '*', '?' and '[...]'")
+      ->type_name("GLOB")
+      ->allow_extra_args(false)
+      ->take_all();
+  AddOutputOption(command, options.output);
+  command.add_flag("--strict", options.strict, "Stop at the first bad port");
+  command
+      .add_option("-j,--jobs", options.jobs,
+                  "Decode with this many threads (default: one for each processor)")
+      ->type_name("N")
+      ->check(CLI::Range(1U, kMaxJobs));
+  command.add_flag("--no-files", options.no_files,
+                   "Refuse port records that name files, for input from elsewhere");
+  command.add_flag("--all-messages", options.all_messages,
+                   "Show all messages, not only the first 20 of a kind for each input");
+  command.add_flag("-q,--quiet", options.quiet, "Show no progress meter, remarks or summary");
+}
+
+// A subcommand that reads ports.
+CLI::App& AddPortCommand(CLI::App& app, const std::string& name, const std::string& description,
+                         const std::string& examples, PortOptions& options) {
+  CLI::App& command = AddCommand(app, name, description, examples);
+  CLI::Option* const inputs = command.add_option(
+      "FILE", options.inputs,
+      "Files of port records, or snapshots of a store, as FILE.db or FILE.db@3;\n"
+      "'-' or no file: standard input");
+  command
+      .add_option("--module", options.modules,
+                  "Read dumps of module memories instead of port records: images or hex\n"
+                  "listings, each whole or, as PAGE:FILE, page by page")
+      ->type_name("DUMP")
+      ->excludes(inputs);
+  AddRunOptions(command, options);
+  return command;
+}
+
+// The options of the commands that judge ports.
+void AddRuleOptions(CLI::App& command, RuleOptions& options) {
+  command
+      .add_option("--set", options.settings,
+                  "Set the severity (off, unknown, warning, critical) or the limit of a rule")
+      ->type_name("RULE=VALUE")
+      ->allow_extra_args(false)
+      ->take_all();
+  command
+      .add_option("--config", options.config,
+                  "Read such settings from this file, one per line; '#' begins a comment")
+      ->type_name("FILE");
+}
+
+// ---------------------------------------------------------------------------------------------
+// The subcommands
+// ---------------------------------------------------------------------------------------------
+
+constexpr const char* kTableExamples =
+    "Examples:\n"
+    "  cableinfo table fabric.jsonl -o cables.csv    all ports, after a header of 177 columns\n"
+    "  collect | cableinfo table --no-header         rows only, in a pipeline\n"
+    "  cableinfo table --rfc4180 fabric.jsonl        for spreadsheets, databases and data frames\n"
+    "  cableinfo table --json fabric.jsonl | jq .Temperature\n"
+    "  cableinfo table --columns PortGuid,PortNum,SN,Temperature fabric.jsonl\n"
+    "                                                these columns only, in this order";
+
+void AddTableCommand(CLI::App& app, Action& action) {
+  const auto options = std::make_shared<TableOptions>();
+  CLI::App& command = AddPortCommand(app, "table", "Write the CSV table, one row per port",
+                                     kTableExamples, options->ports);
+  command.add_flag("--no-header", options->no_header, "Write the rows only");
+  CLI::Option* const rfc4180 =
+      command.add_flag("--rfc4180", options->rfc4180,
+                       "Write CSV that every reader takes: 177 cells in each row, quotes doubled,\n"
+                       "missing values empty, numbers without units");
+  command
+      .add_flag("--json", options->json,
+                "Write one JSON object per row: numbers as numbers, missing values null")
+      ->excludes(rfc4180);
+  SetAction(command, options, WriteTable, action);
+  command
+      .add_option("--columns", options->columns,
+                  "Write only these columns, in this order: names joined by commas")
+      ->type_name("NAMES")
+      ->delimiter(',')
+      ->allow_extra_args(false)
+      ->take_all();
+}
+
+constexpr const char* kReportExamples =
+    "Examples:\n"
+    "  cableinfo report fabric.jsonl                 a block of text for each port\n"
+    "  cableinfo report --strict a.jsonl b.jsonl     two files, up to the first bad port\n"
+    "  cableinfo report --module eeprom.bin          the memory of a module\n"
+    "  cableinfo report --module lower:l.bin 00:u.bin\n"
+    "                                                the same, page by page";
+
+void AddReportCommand(CLI::App& app, Action& action) {
+  const auto options = std::make_shared<PortOptions>();
+  CLI::App& command = AddPortCommand(app, "report", "Write the text report, one block per port",
+                                     kReportExamples, *options);
+  SetAction(command, options, WriteReport, action);
+}
+
+constexpr const char* kExportExamples =
+    "Examples:\n"
+    "  cableinfo export fabric.jsonl                 one JSON object per port\n"
+    "  cableinfo export - < fabric.jsonl | jq .monitors.temperature_c.value";
+
+void AddExportCommand(CLI::App& app, Action& action) {
+  const auto options = std::make_shared<PortOptions>();
+  CLI::App& command = AddPortCommand(app, "export", "Write the values, one JSON object per port",
+                                     kExportExamples, *options);
+  SetAction(command, options, WriteExport, action);
+}
+
+constexpr const char* kCheckExamples =
+    "Examples:\n"
+    "  cableinfo check fabric.jsonl                  what is wrong, the worst port first\n"
+    "  cableinfo check --set lane-imbalance=2.5 --set checksum=off fabric.jsonl\n"
+    "  cableinfo check --json fabric.jsonl | jq -c 'select(.verdict == \"critical\")'\n"
+    "  cableinfo check --module eeprom.bin           the verdict on one module\n"
+    "  cableinfo check fabric.db                     on the latest snapshot of a store\n"
+    "  cableinfo check --rules                       all rules with their limits\n"
+    "Exit status: in addition, 5 when the worst verdict is a warning, 6 when it is critical;\n"
+    "with --plugin: 0 ok, 1 warning, 2 critical, 3 unknown.";
+
+void AddCheckCommand(CLI::App& app, Action& action) {
+  const auto options = std::make_shared<CheckOptions>();
+  CLI::App& command =
+      AddPortCommand(app, "check", "Judge the ports: what is wrong, the worst first",
+                     kCheckExamples, options->ports);
+  AddRuleOptions(command, options->rules);
+  CLI::Option* const json =
+      command.add_flag("--json", options->as_json, "Write one JSON object per port and a summary");
+  command.add_flag("--plugin", options->as_plugin, "Write one line for a monitoring system")
+      ->excludes(json);
+  command.add_flag("--rules", options->lists_rules, "List the rules and their settings, and stop");
+  SetAction(command, options, Check, action);
+}
+
+constexpr const char* kDiffExamples =
+    "Examples:\n"
+    "  cableinfo diff yesterday.jsonl today.jsonl    what changed, port by port\n"
+    "  cableinfo diff --power-tolerance 3 --json yesterday.jsonl today.jsonl\n"
+    "  cableinfo diff before.bin after.bin           two dumps of one module\n"
+    "  cableinfo diff fabric.db                      the last two snapshots of a store\n"
+    "  cableinfo diff fabric.db@3 fabric.db@7        two given ones";
+
+void AddDiffCommand(CLI::App& app, Action& action) {
+  const auto options = std::make_shared<DiffOptions>();
+  CLI::App& command =
+      AddCommand(app, "diff", "Compare two states of the same ports", kDiffExamples);
+  command
+      .add_option("OLD", options->before,
+                  "Port records, a dump or a snapshot of a store, as they were")
+      ->required();
+  command.add_option("NEW", options->after,
+                     "The same, as they are now; may be left out after a snapshot, which is then\n"
+                     "compared with the one before it");
+  command.add_flag("--json", options->as_json,
+                   "Write one JSON object per port that changed and a summary");
+  command
+      .add_option("--power-tolerance", options->tolerances.power_db,
+                  "Report powers that moved by more (default: 1)")
+      ->type_name("DB")
+      ->check(CLI::NonNegativeNumber);
+  command
+      .add_option("--temperature-tolerance", options->tolerances.temperature_c,
+                  "Report temperatures that moved by more (default: 10)")
+      ->type_name("C")
+      ->check(CLI::NonNegativeNumber);
+  command
+      .add_option("--bias-tolerance", options->tolerances.bias_percent,
+                  "Report bias currents that moved by more (default: 10)")
+      ->type_name("PERCENT")
+      ->check(CLI::NonNegativeNumber);
+  AddRuleOptions(command, options->rules);
+  AddRunOptions(command, options->ports);
+  SetAction(command, options, Diff, action);
+}
+
+constexpr const char* kMetricsExamples =
+    "Examples:\n"
+    "  cableinfo metrics fabric.jsonl -o /var/lib/node_exporter/cableinfo.prom\n"
+    "                                                for the textfile collector\n"
+    "  cableinfo metrics fabric.jsonl | promtool check metrics";
+
+void AddMetricsCommand(CLI::App& app, Action& action) {
+  const auto options = std::make_shared<JudgedPortOptions>();
+  CLI::App& command =
+      AddPortCommand(app, "metrics", "Write OpenMetrics text for a monitoring system",
+                     kMetricsExamples, options->ports);
+  AddRuleOptions(command, options->rules);
+  SetAction(command, options, WriteMetrics, action);
+}
+
+constexpr const char* kPageExamples =
+    "Examples:\n"
+    "  cableinfo page fabric.jsonl -o fabric.html    open fabric.html in a browser\n"
+    "  cableinfo page --label 'leaf-*' --set lane-imbalance=2.5 fabric.jsonl -o leaves.html\n"
+    "  cableinfo page --module eeprom.bin -o module.html\n"
+    "  cableinfo page fabric.db -o fabric.html       the latest snapshot of a store, with what\n"
+    "                                                has changed since the one before";
+
+void AddPageCommand(CLI::App& app, Action& action) {
+  const auto options = std::make_shared<JudgedPortOptions>();
+  CLI::App& command = AddPortCommand(app, "page", "Write one HTML page to look at the ports",
+                                     kPageExamples, options->ports);
+  AddRuleOptions(command, options->rules);
+  SetAction(command, options, WritePage, action);
+}
+
+constexpr const char* kStoreExamples =
+    "Examples:\n"
+    "  cableinfo store fabric.db fabric.jsonl        adds a snapshot to fabric.db\n"
+    "  collect | cableinfo store fabric.db --keep 30\n"
+    "  sqlite3 fabric.db 'SELECT * FROM latest_finding'";
+
+void AddStoreCommand(CLI::App& app, Action& action) {
+  const auto options = std::make_shared<StoreOptions>();
+  CLI::App& command = AddPortCommand(app, "store", "Add a snapshot to an SQLite file",
+                                     kStoreExamples, options->ports);
+  CLI::Option* const files = command.get_option("FILE");  // the database, then the inputs
+  files
+      ->description(
+          "The database, then files of port records, or snapshots of other stores;\n"
+          "'-' or no other file: standard input")
+      ->required();
+  command.get_option("--module")->remove_excludes(files);
+  files->remove_excludes(command.get_option("--module"));
+  command.remove_option(command.get_option("--output"));
+  AddRuleOptions(command, options->rules);
+  command
+      .add_option("--taken-at", options->taken_at,
+                  "When the ports were read, as 2026-01-31T12:00:00Z (default: now)")
+      ->type_name("TIME")
+      ->check(
+          [](const std::string& text) {
+            return NormalizedTime(text).empty()
+                       ? "expected a time such as 2026-01-31T12:00:00Z, found \"" + text + '"'
+                       : std::string();
+          },
+          "", "TIME");
+  command.add_option("--keep", options->keep, "Keep only this many snapshots, the newest")
+      ->type_name("N")
+      ->check(CLI::Range(1U, UINT32_MAX));
+  command.callback([options, &action] {
+    std::vector<std::string>& inputs = options->ports.inputs;
+    options->database = inputs.front();
+    inputs.erase(inputs.begin());
+    action = [options] { return StoreSnapshot(*options); };
+  });
+}
+
+constexpr const char* kModuleExamples =
+    "Examples:\n"
+    "  cableinfo module eeprom.bin                   the memory of a module as a data sheet\n"
+    "  cableinfo module --json a.bin b.txt           one JSON object per module\n"
+    "  cableinfo module lower:l.bin 00:u.bin 11:p.bin\n"
+    "                                                the memory of a module, page by page\n"
+    "  cableinfo module --json fabric.jsonl          the modules of port records";
+
+void AddModuleCommand(CLI::App& app, Action& action) {
+  const auto options = std::make_shared<ModuleOptions>();
+  CLI::App& command =
+      AddPortCommand(app, "module", "Write the contents of module memories as text or JSON",
+                     kModuleExamples, options->ports);
+  command.get_option("FILE")->description(
+      "Dumps of module memories (images or hex listings, each whole or, as PAGE:FILE, page by\n"
+      "page), or files of port records; '-' or no file: port records on standard input");
+  command.add_flag("--json", options->json, "Write one JSON object per module");
+  SetAction(command, options, WriteModules, action);
+}
+
+constexpr const char* kReadExamples =
+    "Examples:\n"
+    "  cableinfo read | cableinfo check              is anything wrong with this machine's "
+    "cables?\n"
+    "  cableinfo read --scan                         the ports that there are\n"
+    "  cableinfo read ib0 hca1/1 -o ports.jsonl      the modules of two ports\n"
+    "  cableinfo read --watch 60 >> history.jsonl    every minute until interrupted";
+
+void AddReadCommand(CLI::App& app, Action& action) {
+  constexpr double kLongestWatch = 1e6;
+  constexpr double kShortest = 0.001;
+  constexpr double kLongestTimeout = 600;
+  const auto options = std::make_shared<ReadOptions>();
+  CLI::App& command = AddCommand(
+      app, "read", "Read the modules of this machine and write port records", kReadExamples);
+  command.add_option("NAME", options->names,
+                     "Ports: an interface (ib0), a device (hca0), a port of it (hca0/1) or\n"
+                     "the path of an EEPROM file; none: all ports");
+  CLI::Option* const scan =
+      command.add_flag("--scan", options->scan, "List the ports, and read nothing");
+  command.add_option("--watch", options->watch, "Read again every so many seconds")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(kShortest, kLongestWatch))
+      ->excludes(scan);
+  command
+      .add_option("--timeout", options->timeout,
+                  "Wait so many seconds for a page (2), and ten times as long for a module")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(kShortest, kLongestTimeout));
+  command.add_option("--sysfs", options->sysfs, "Look for ports here instead of in /sys")
+      ->type_name("DIR");
+  AddOutputOption(command, options->output);
+  command.add_flag("-q,--quiet", options->quiet, "Show no remarks and no summary");
+  SetAction(command, options, ReadModules, action);
+}
+
+constexpr const char* kColumnsExamples =
+    "Examples:\n"
+    "  cableinfo columns                             number, name and meaning of each column\n"
+    "  cableinfo columns --json | jq -r .name        the names only";
+
+void AddColumnsCommand(CLI::App& app, Action& action) {
+  const auto options = std::make_shared<ColumnsOptions>();
+  CLI::App& command = AddCommand(app, "columns", "List the columns of the table", kColumnsExamples);
+  command.add_flag("--json", options->as_json, "Write one JSON object per column");
+  SetAction(command, options, WriteColumns, action);
+}
+
+}  // namespace
+
+void AddCommands(CLI::App& app, Action& action) {
+  AddTableCommand(app, action);
+  AddReportCommand(app, action);
+  AddExportCommand(app, action);
+  AddCheckCommand(app, action);
+  AddDiffCommand(app, action);
+  AddMetricsCommand(app, action);
+  AddPageCommand(app, action);
+  AddStoreCommand(app, action);
+  AddModuleCommand(app, action);
+  AddReadCommand(app, action);
+  AddColumnsCommand(app, action);
+}
+
+}  // namespace cli
