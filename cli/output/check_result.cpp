@@ -1,11 +1,11 @@
 #include "cli/output/check_result.h"
 
 #include <algorithm>
-#include <cstring>
 #include <optional>
 #include <ostream>
 
 #include "cable_info/readings/readings.h"
+#include "cli/output/packed_bytes.h"
 
 namespace cli {
 
@@ -18,7 +18,7 @@ using cable_info::Verdict;
 
 namespace {
 
-// A judged port, followed by its findings and texts. Only this program reads it, in the same run.
+// A judged port, followed by its findings, part number, serial number and label.
 struct Head {
   std::uint64_t node_guid = 0;
   PortId id = {};
@@ -29,34 +29,7 @@ struct Head {
   std::array<float, cable_info::kMostLanes> rx_power = {};
   std::array<float, cable_info::kMostLanes> tx_power = {};
   std::size_t findings = 0;
-  std::size_t part_number = 0;  // the sizes of the texts
-  std::size_t serial_number = 0;
-  std::size_t label = 0;
 };
-
-static_assert(std::is_trivially_copyable_v<Head>);
-static_assert(std::is_trivially_copyable_v<Finding>);
-
-template <typename T>
-void WriteBytes(std::ostream& os, const T* values, std::size_t count) {
-  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): the bytes of plain values
-  os.write(reinterpret_cast<const char*>(values), static_cast<std::streamsize>(count * sizeof(T)));
-}
-
-// Takes what was written from the front of `bytes`.
-template <typename T>
-T Take(std::string_view& bytes) {
-  T value = {};
-  std::memcpy(&value, bytes.data(), sizeof(T));
-  bytes.remove_prefix(sizeof(T));
-  return value;
-}
-
-std::string_view TakeText(std::string_view& bytes, std::size_t size) {
-  const std::string_view text = bytes.substr(0, size);
-  bytes.remove_prefix(size);
-  return text;
-}
 
 }  // namespace
 
@@ -75,22 +48,20 @@ void WriteJudgedPort(std::ostream& os, const Port& port, const Readings& reading
   head.rx_power = fabric.rx_power;
   head.tx_power = fabric.tx_power;
   head.findings = findings.size();
-  head.part_number = fabric.part_number.size();
-  head.serial_number = fabric.serial_number.size();
-  head.label = port.label.size();
-  WriteBytes(os, &head, 1);
-  WriteBytes(os, findings.data(), findings.size());
-  os << fabric.part_number << fabric.serial_number << port.label;
+  PackValue(os, head);
+  for (const Finding& finding : findings) PackValue(os, finding);
+  PackText(os, fabric.part_number);
+  PackText(os, fabric.serial_number);
+  PackText(os, port.label);
 }
 
 void CheckResult::Add(std::string_view judged_ports) {
   FabricPort fabric;
   while (!judged_ports.empty()) {
-    const auto head = Take<Head>(judged_ports);
-    Kept kept{head.node_guid, findings_.size(), labels_.size(),
-              static_cast<std::uint32_t>(head.label), Verdict::kOk};
+    const auto head = TakeValue<Head>(judged_ports);
+    Kept kept{head.node_guid, findings_.size(), labels_.size(), 0, Verdict::kOk};
     for (std::size_t i = 0; i < head.findings; ++i) {
-      const auto finding = Take<Finding>(judged_ports);
+      const auto finding = TakeValue<Finding>(judged_ports);
       findings_.push_back(finding);
       kept.verdict = std::max(kept.verdict, cable_info::VerdictOf(&finding, &finding + 1));
     }
@@ -100,10 +71,12 @@ void CheckResult::Add(std::string_view judged_ports) {
     fabric.lanes = head.lanes;
     fabric.rx_power = head.rx_power;
     fabric.tx_power = head.tx_power;
-    fabric.part_number = TakeText(judged_ports, head.part_number);
-    fabric.serial_number = TakeText(judged_ports, head.serial_number);
+    fabric.part_number = TakeText(judged_ports);
+    fabric.serial_number = TakeText(judged_ports);
     fabric_.Add(fabric);
-    labels_ += TakeText(judged_ports, head.label);
+    const std::string_view label = TakeText(judged_ports);
+    kept.label_size = static_cast<std::uint32_t>(label.size());
+    labels_ += label;
     ports_.push_back(kept);
   }
 }

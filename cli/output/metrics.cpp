@@ -1,9 +1,7 @@
 #include "cli/output/metrics.h"
 
 #include <algorithm>
-#include <bit>
 #include <charconv>
-#include <cstring>
 #include <optional>
 #include <ostream>
 #include <sstream>
@@ -12,6 +10,8 @@
 
 #include "cable_info/readings/readings.h"
 #include "cable_info/text/text_buffer.h"
+#include "cli/output/packed_bytes.h"
+#include "cli/output/readings_json.h"
 #include "cli/output/utf8_text.h"
 
 namespace cli {
@@ -318,8 +318,7 @@ class PortSamples {
   }
 
   void AddLaneFlags(const Readings& port, LaneFlag flag) {
-    std::string name(RuleName(LaneFlagRule(flag)));
-    std::replace(name.begin(), name.end(), '-', '_');
+    const std::string name = LaneFlagKey(flag);
     for (int lane = 1; lane <= cable_info::kMostLanes; ++lane) {
       if (port.Of(flag).IsRaised(lane)) Begin(kLaneFlag).Lane(lane).Label("flag", name).Value(1);
     }
@@ -349,14 +348,10 @@ class PortSamples {
 // From one thread to another
 // ---------------------------------------------------------------------------------------------
 
-// A port, followed by its label, its samples family by family and by its judgement. Only this
-// program reads it, in the same run.
+// A port, followed by its label, its samples family by family, and its judgement.
 struct Head {
   std::uint64_t guid;
   std::uint32_t number;
-  std::uint32_t label;                               // the size of the text
-  std::array<std::uint32_t, kPortFamilies> samples;  // the sizes of the texts
-  std::uint32_t judgement;
 };
 
 }  // namespace
@@ -368,38 +363,23 @@ void WritePortMetrics(std::ostream& os, const Port& port,
   samples.Add(readings);
   std::ostringstream judgement;
   WriteJudgedPort(judgement, port, readings, settings);
-  Head head{};
-  head.guid = port.port_guid;
-  head.number = port.number;
-  for (std::size_t i = 0; i < kPortFamilies; ++i) {
-    head.samples[i] = static_cast<std::uint32_t>(samples[i].size());
-  }
-  head.label = static_cast<std::uint32_t>(port.label.size());
-  head.judgement = static_cast<std::uint32_t>(judgement.view().size());
-  const auto bytes = std::bit_cast<std::array<char, sizeof(head)>>(head);
-  os.write(bytes.data(), bytes.size());
-  os << port.label;
-  for (std::size_t i = 0; i < kPortFamilies; ++i) os << samples[i];
-  os << judgement.view();
+  PackValue(os, Head{port.port_guid, port.number});
+  PackText(os, port.label);
+  for (std::size_t i = 0; i < kPortFamilies; ++i) PackText(os, samples[i]);
+  PackText(os, judgement.view());
 }
 
 void Metrics::Add(std::string_view ports) {
-  const auto take = [&ports](std::size_t size) {
-    const std::string_view text = ports.substr(0, size);
-    ports.remove_prefix(size);
-    return text;
-  };
   while (!ports.empty()) {
-    Head head{};
-    std::memcpy(&head, take(sizeof(head)).data(), sizeof(head));
-    const std::string_view label = take(head.label);
+    const auto head = TakeValue<Head>(ports);
+    const std::string_view label = TakeText(ports);
     std::string name(head.guid == 0 ? label : std::string_view());
     const bool is_new = ports_.emplace(head.guid, head.number, std::move(name)).second;
     for (std::size_t i = 0; i < kPortFamilies; ++i) {
-      const std::string_view text = take(head.samples[i]);
+      const std::string_view text = TakeText(ports);
       if (is_new) samples_[i] += text;
     }
-    const std::string_view judgement = take(head.judgement);
+    const std::string_view judgement = TakeText(ports);
     if (is_new) judged_.Add(judgement);
   }
 }

@@ -5,8 +5,8 @@
 //      "models": [...], "flags": [...], "controls": [...],      what ports have in common
 //      "ports": [{"model": 0, "flags": 2, "controls": 1, "guid": "0x...",
 //                 "readings": {"rx_power": [...], ...}, "earlier": {...}}, ...],
-//      "gone": ["0x.../1", ...],                                earlier ports that are not there
-//      now "findings": [[port, rule, severity, lane, "sentence"], ...]}
+//      "gone": ["0x.../1", ...],                                ports that were there before
+//      "findings": [[port, rule, severity, lane, "sentence"], ...]}
 //
 // Absent keys of a port are unknown. Lists by lane begin with lane 1, and findings of a port with
 // its worst.
@@ -15,17 +15,16 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <optional>
 #include <ostream>
 #include <sstream>
-#include <type_traits>
 
 #include "cable_info/readings/readings.h"
 #include "cable_info/text/text_buffer.h"
 #include "cable_info/value_format.h"
 #include "cable_info/version.h"
 #include "cli/output/json_text.h"
+#include "cli/output/packed_bytes.h"
 #include "cli/output/page_template.h"
 #include "cli/output/readings_json.h"
 
@@ -39,19 +38,6 @@ using cable_info::Readings;
 using cable_info::text::TextBuffer;
 
 namespace {
-
-// The sizes of the parts of a port, which follow in this order.
-struct Head {
-  std::size_t judged = 0;
-  std::size_t model = 0;
-  std::size_t flags = 0;
-  std::size_t controls = 0;
-  std::size_t name = 0;
-  std::size_t own = 0;
-  std::size_t readings = 0;
-};
-
-static_assert(std::is_trivially_copyable_v<Head>);
 
 constexpr std::array<Quantity, 3> kLaneQuantities = {Quantity::kRxPower, Quantity::kTxPower,
                                                      Quantity::kTxBias};
@@ -220,12 +206,6 @@ std::string NameOf(const Port& port) {
   return PortText(port.port_guid, port.number);
 }
 
-std::string_view Take(std::string_view& bytes, std::size_t size) {
-  const std::string_view taken = bytes.substr(0, size);
-  bytes.remove_prefix(size);
-  return taken;
-}
-
 struct Parts {
   std::string_view judged;
   std::string_view model;
@@ -238,17 +218,11 @@ struct Parts {
 
 // Takes a port from the front of `bytes`.
 Parts TakeParts(std::string_view& bytes) {
-  Head head;
-  std::memcpy(&head, bytes.data(), sizeof(head));
-  bytes.remove_prefix(sizeof(head));
   Parts parts;
-  parts.judged = Take(bytes, head.judged);
-  parts.model = Take(bytes, head.model);
-  parts.flags = Take(bytes, head.flags);
-  parts.controls = Take(bytes, head.controls);
-  parts.name = Take(bytes, head.name);
-  parts.own = Take(bytes, head.own);
-  parts.readings = Take(bytes, head.readings);
+  for (std::string_view* const part : {&parts.judged, &parts.model, &parts.flags, &parts.controls,
+                                       &parts.name, &parts.own, &parts.readings}) {
+    *part = TakeText(bytes);
+  }
   return parts;
 }
 
@@ -345,12 +319,10 @@ void WritePagePort(std::ostream& os, const Port& port, const cable_info::RuleSet
   WriteOwn(own, port, readings);
   WriteReadings(values, readings);
   const std::string name = NameOf(port);
-  const Head head{judged.view().size(), model.size(), flags.size(), controls.size(),
-                  name.size(),          own.size(),   values.size()};
-  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): the bytes of plain values
-  os.write(reinterpret_cast<const char*>(&head), sizeof(head));
-  os << judged.view() << model.view() << flags.view() << controls.view() << name << own.view()
-     << values.view();
+  for (const std::string_view part : {judged.view(), model.view(), flags.view(), controls.view(),
+                                      std::string_view(name), own.view(), values.view()}) {
+    PackText(os, part);
+  }
 }
 
 std::size_t Page::Shared::IndexOf(std::string_view text) {

@@ -1,8 +1,10 @@
 #include "cli/output/readings_json.h"
 
+#include <algorithm>
 #include <optional>
 #include <string_view>
 
+#include "cable_info/readings/rules.h"
 #include "cable_info/value_format.h"
 
 namespace cli {
@@ -26,6 +28,12 @@ void WriteCode(JsonText& json, std::string_view key, const std::optional<CodeAnd
 }
 
 }  // namespace
+
+std::string LaneFlagKey(cable_info::LaneFlag flag) {
+  std::string key(RuleName(LaneFlagRule(flag)));
+  std::replace(key.begin(), key.end(), '-', '_');
+  return key;
+}
 
 void WriteControls(JsonText& json, const Controls& controls, int lane) {
   const auto index = static_cast<std::size_t>(lane) - 1;

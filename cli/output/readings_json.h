@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "cable_info/readings/readings.h"
 #include "cli/output/json_text.h"
 
@@ -24,5 +26,8 @@ void WritePowerType(JsonText& json, const cable_info::Readings& port);
 /// "controls" of a lane from 1.
 void WriteControls(JsonText& json, const cable_info::Controls& controls, int lane);
 /// @}
+
+/// The key of a lane flag, such as "rx_los": the name of its rule with '_' in place of '-'.
+std::string LaneFlagKey(cable_info::LaneFlag flag);
 
 }  // namespace cli

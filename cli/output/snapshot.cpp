@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <map>
 #include <ostream>
@@ -12,6 +11,8 @@
 #include "cable_info/text/text_buffer.h"
 #include "cli/format_version.h"
 #include "cli/output/json_text.h"
+#include "cli/output/packed_bytes.h"
+#include "cli/output/readings_json.h"
 #include "cli/printable.h"
 
 namespace cli {
@@ -23,16 +24,6 @@ using cable_info::Readings;
 namespace {
 
 constexpr float kNone = std::numeric_limits<float>::quiet_NaN();
-
-// What was written of a port: the sizes of the parts that follow.
-struct Head {
-  SnapshotNumbers numbers;
-  std::size_t judged;
-  std::size_t label;
-  std::size_t part_number;
-  std::size_t serial_number;
-  std::size_t firmware;
-};
 
 float ValueOf(const Reading& reading) { return reading.IsPresent() ? reading.value : kNone; }
 
@@ -57,12 +48,6 @@ SnapshotNumbers NumbersOf(const Port& port, const Readings& readings) {
     numbers.lane_flags[flag] = flags.raised & flags.known;
   }
   return numbers;
-}
-
-std::string TakeText(std::string_view& bytes, std::size_t size) {
-  std::string text(bytes.substr(0, size));
-  bytes.remove_prefix(size);
-  return text;
 }
 
 // The identity of a port across snapshots.
@@ -120,9 +105,7 @@ class Comparison {
   }
 
   void CompareFlags() {
-    constexpr std::array<std::string_view, 6> kNames = {"rx_los", "tx_los",   "rx_lol",
-                                                        "tx_lol", "tx_fault", "adaptive_eq_fault"};
-    const Readings layout;  // which flags stand where
+    const Readings layout;  // has the quantities and lanes of the bounds, in their order
     std::size_t i = 0;
     for (const Reading& reading : layout) {
       const std::uint8_t before = before_.numbers.bounds[i];
@@ -133,10 +116,11 @@ class Comparison {
             reading.lane, before, after, static_cast<unsigned>(level));
       }
     }
-    for (std::size_t flag = 0; flag < kNames.size(); ++flag) {
+    for (std::size_t flag = 0; flag < cable_info::kAllLaneFlags.size(); ++flag) {
+      const std::string name = LaneFlagKey(cable_info::kAllLaneFlags[flag]);
       for (int lane = 1; lane <= cable_info::kMostLanes; ++lane) {
-        AddFlag(std::string(kNames[flag]), lane, before_.numbers.lane_flags[flag],
-                after_.numbers.lane_flags[flag], static_cast<unsigned>(lane) - 1);
+        AddFlag(name, lane, before_.numbers.lane_flags[flag], after_.numbers.lane_flags[flag],
+                static_cast<unsigned>(lane) - 1);
       }
     }
   }
@@ -253,30 +237,22 @@ void WriteSnapshotPort(std::ostream& os, const Port& port,
   const Readings readings = ReadingsOf(port);
   std::ostringstream judged;
   WriteJudgedPort(judged, port, readings, settings);
-  const Head head = {NumbersOf(port, readings),
-                     judged.view().size(),
-                     port.label.size(),
-                     readings.identity.part_number.size(),
-                     readings.identity.serial_number.size(),
-                     readings.identity.firmware.size()};
-  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): the bytes of plain values
-  os.write(reinterpret_cast<const char*>(&head), sizeof(head));
-  os << judged.view() << port.label << readings.identity.part_number
-     << readings.identity.serial_number << readings.identity.firmware;
+  PackValue(os, NumbersOf(port, readings));
+  PackText(os, judged.view());
+  PackText(os, port.label);
+  PackText(os, readings.identity.part_number);
+  PackText(os, readings.identity.serial_number);
+  PackText(os, readings.identity.firmware);
 }
 
 void Snapshot::Add(std::string_view ports) {
   while (!ports.empty()) {
-    Head head = {};
-    std::memcpy(&head, ports.data(), sizeof(head));
-    ports.remove_prefix(sizeof(head));
-    judged_.Add(ports.substr(0, head.judged));
-    ports.remove_prefix(head.judged);
-    SnapshotPort port{head.numbers, {}, {}, {}, {}, cable_info::Verdict::kOk};
-    port.label = TakeText(ports, head.label);
-    port.part_number = TakeText(ports, head.part_number);
-    port.serial_number = TakeText(ports, head.serial_number);
-    port.firmware = TakeText(ports, head.firmware);
+    SnapshotPort port{TakeValue<SnapshotNumbers>(ports), {}, {}, {}, {}, cable_info::Verdict::kOk};
+    judged_.Add(TakeText(ports));
+    port.label = TakeText(ports);
+    port.part_number = TakeText(ports);
+    port.serial_number = TakeText(ports);
+    port.firmware = TakeText(ports);
     ports_.push_back(std::move(port));
   }
 }
@@ -288,11 +264,11 @@ void Snapshot::Finish() {
 
 std::vector<ChangedPort> Compare(const Snapshot& before, const Snapshot& after,
                                  const Tolerances& tolerances) {
-  std::map<Key, const SnapshotPort*> old_ports = ByKey(before);
-  std::map<Key, const SnapshotPort*> all = ByKey(after);
-  std::vector<ChangedPort> changed;
-  for (const auto& [key, port] : old_ports) all.emplace(key, port);
+  const std::map<Key, const SnapshotPort*> old_ports = ByKey(before);
   const std::map<Key, const SnapshotPort*> new_ports = ByKey(after);
+  std::map<Key, const SnapshotPort*> all = new_ports;
+  all.insert(old_ports.begin(), old_ports.end());
+  std::vector<ChangedPort> changed;
   for (const auto& [key, port] : all) {
     const auto old_port = old_ports.find(key);
     if (!new_ports.contains(key)) {

@@ -2,17 +2,14 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <charconv>
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <ostream>
 #include <set>
 #include <sstream>
 #include <system_error>
 #include <tuple>
-#include <type_traits>
 #include <vector>
 
 #include "cable_info/cell_sink.h"
@@ -20,6 +17,7 @@
 #include "cable_info/text/text_buffer.h"
 #include "cable_info/version.h"
 #include "cli/output/check_result.h"
+#include "cli/output/packed_bytes.h"
 #include "cli/output/typed_table_writer.h"
 #include "cli/output/utf8_text.h"
 #include "cli/store/database.h"
@@ -37,25 +35,19 @@ using cable_info::Readings;
 using cable_info::text::TextBuffer;
 
 // ---------------------------------------------------------------------------------------------
-// From one thread to another: only this program reads what is written here, in the same run
+// From one thread to another
 // ---------------------------------------------------------------------------------------------
 
+// A port, followed by its label, record, cells, readings and judgement.
 struct Head {
   std::uint64_t node_guid;
   std::uint64_t port_guid;
   std::uint32_t number;
-  std::uint32_t label;  // sizes of the parts that follow
-  std::uint32_t record;
-  std::uint32_t cells;
-  std::uint32_t readings;
-  std::uint32_t judgement;
 };
 
 // A reading as it is stored, followed by the texts of its quantity and unit; NaN where there is no
 // number.
 struct StoredReading {
-  std::uint32_t quantity;  // sizes of the texts
-  std::uint16_t unit;
   std::uint8_t lane;
   std::uint8_t flags;
   bool has_flags;
@@ -65,27 +57,8 @@ struct StoredReading {
 
 enum class CellKind : char { kMissing, kInteger, kNumber, kText };
 
-static_assert(std::is_trivially_copyable_v<Head>);
-static_assert(std::is_trivially_copyable_v<StoredReading>);
-
-template <typename T>
-void AppendBytes(TextBuffer& out, const T& value) {
-  const auto bytes = std::bit_cast<std::array<char, sizeof(T)>>(value);
-  out.Append({bytes.data(), bytes.size()});
-}
-
-template <typename T>
-T Take(std::string_view& bytes) {
-  T value{};
-  std::memcpy(&value, bytes.data(), sizeof(T));
-  bytes.remove_prefix(sizeof(T));
-  return value;
-}
-
-std::string_view TakeText(std::string_view& bytes, std::size_t size) {
-  const std::string_view text = bytes.substr(0, size);
-  bytes.remove_prefix(size);
-  return text;
+void AppendText(TextBuffer& out, std::string_view text) {
+  out.Append(BytesOf(static_cast<std::uint32_t>(text.size()))).Append(text);
 }
 
 constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
@@ -114,9 +87,7 @@ bool IsStored(const Reading& reading) { return reading.IsPresent() || reading.la
 
 void AppendReading(TextBuffer& out, const Reading& reading, int lane, std::string_view quantity,
                    std::string_view unit) {
-  StoredReading stored{static_cast<std::uint32_t>(quantity.size()),
-                       static_cast<std::uint16_t>(unit.size()),
-                       static_cast<std::uint8_t>(lane),
+  StoredReading stored{static_cast<std::uint8_t>(lane),
                        reading.latched.raised,
                        reading.latched.known != 0,
                        kNoNumber,
@@ -127,8 +98,9 @@ void AppendReading(TextBuffer& out, const Reading& reading, int lane, std::strin
     stored.thresholds[static_cast<std::size_t>(level)] =
         threshold ? DecimalOf(*threshold) : kNoNumber;
   }
-  AppendBytes(out, stored);
-  out.Append(quantity).Append(unit);
+  out.Append(BytesOf(stored));
+  AppendText(out, quantity);
+  AppendText(out, unit);
 }
 
 // The number in a place such as "lane 1"; 0 for the module.
@@ -159,11 +131,10 @@ class PackedCells : public cable_info::CellSink {
   void Text(std::string_view text) override {
     utf8_.Truncate(0);
     AppendBytesAsUtf8(utf8_, text);
-    AppendBytes(Begin(CellKind::kText), static_cast<std::uint32_t>(utf8_.size()));
-    out_.Append(utf8_.view());
+    AppendText(Begin(CellKind::kText), utf8_.view());
   }
-  void Integer(std::uint32_t value) override { AppendBytes(Begin(CellKind::kInteger), value); }
-  void Number(double value) override { AppendBytes(Begin(CellKind::kNumber), value); }
+  void Integer(std::uint32_t value) override { Begin(CellKind::kInteger).Append(BytesOf(value)); }
+  void Number(double value) override { Begin(CellKind::kNumber).Append(BytesOf(value)); }
   void Flag(bool is_set) override { Integer(is_set ? 1 : 0); }
   void Missing() override { Begin(CellKind::kMissing); }
 
@@ -202,17 +173,15 @@ void BindNumber(Statement& statement, int number, double value) {
 }
 
 void BindCell(Statement& statement, int parameter, std::string_view& cells) {
-  switch (Take<CellKind>(cells)) {
+  switch (TakeValue<CellKind>(cells)) {
     case CellKind::kMissing:
       return statement.BindNull(parameter);
     case CellKind::kInteger:
-      return statement.Bind(parameter, std::int64_t{Take<std::uint32_t>(cells)});
+      return statement.Bind(parameter, std::int64_t{TakeValue<std::uint32_t>(cells)});
     case CellKind::kNumber:
-      return statement.BindNumber(parameter, Take<double>(cells));
-    case CellKind::kText: {
-      const auto size = Take<std::uint32_t>(cells);
-      return statement.Bind(parameter, TakeText(cells, size));
-    }
+      return statement.BindNumber(parameter, TakeValue<double>(cells));
+    case CellKind::kText:
+      return statement.Bind(parameter, TakeText(cells));
   }
 }
 
@@ -263,12 +232,12 @@ class Store::Writer {
 
   void Add(std::string_view ports) {
     while (!ports.empty()) {
-      const auto head = Take<Head>(ports);
-      const std::string_view label = TakeText(ports, head.label);
-      const std::string_view record = TakeText(ports, head.record);
-      const std::string_view cells = TakeText(ports, head.cells);
-      const std::string_view readings = TakeText(ports, head.readings);
-      const std::string_view judgement = TakeText(ports, head.judgement);
+      const auto head = TakeValue<Head>(ports);
+      const std::string_view label = TakeText(ports);
+      const std::string_view record = TakeText(ports);
+      const std::string_view cells = TakeText(ports);
+      const std::string_view readings = TakeText(ports);
+      const std::string_view judgement = TakeText(ports);
       if (!IsNew(head, label)) continue;
       AddRecord(record);
       AddCable(label, cells);
@@ -353,12 +322,12 @@ class Store::Writer {
     const std::string port_guid = GuidText(head.port_guid);
     BindPort(*insert_reading_, node_guid, port_guid, head.number, label);
     while (!readings.empty()) {
-      const auto reading = Take<StoredReading>(readings);
+      const auto reading = TakeValue<StoredReading>(readings);
       int parameter = kLabelParameter;
-      insert_reading_->Bind(++parameter, TakeText(readings, reading.quantity));
+      insert_reading_->Bind(++parameter, TakeText(readings));
       insert_reading_->Bind(++parameter, std::int64_t{reading.lane});
       BindNumber(*insert_reading_, ++parameter, reading.value);
-      insert_reading_->Bind(++parameter, TakeText(readings, reading.unit));
+      insert_reading_->Bind(++parameter, TakeText(readings));
       for (const double threshold : reading.thresholds) {
         BindNumber(*insert_reading_, ++parameter, threshold);
       }
@@ -389,18 +358,11 @@ void WriteStoredPort(std::ostream& os, const Port& port, const cable_info::RuleS
   AppendReadings(readings, port_readings);
   std::ostringstream judgement;
   WriteJudgedPort(judgement, port, port_readings, settings);
-  const Head head = {port.node_guid,
-                     port.port_guid,
-                     port.number,
-                     static_cast<std::uint32_t>(port.label.size()),
-                     static_cast<std::uint32_t>(port.record.size()),
-                     static_cast<std::uint32_t>(cells.view().size()),
-                     static_cast<std::uint32_t>(readings.size()),
-                     static_cast<std::uint32_t>(judgement.view().size())};
-  TextBuffer start;
-  AppendBytes(start, head);
-  os << start.view() << port.label << port.record << cells.view() << readings.view()
-     << judgement.view();
+  PackValue(os, Head{port.node_guid, port.port_guid, port.number});
+  for (const std::string_view part : {std::string_view(port.label), std::string_view(port.record),
+                                      cells.view(), readings.view(), judgement.view()}) {
+    PackText(os, part);
+  }
 }
 
 Store::Store(const std::string& path, const cable_info::RuleSettings& settings)
