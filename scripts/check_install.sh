@@ -99,7 +99,7 @@ for linkage in static shared; do
   [ $linkage = static ] || shared=ON
   build=build/install-$linkage
 
-  # The sequence of README.md, in a home of its own.
+  # The sequence of README.md, in an empty home.
   echo "Installation in ~/.local, $linkage library"
   home=$temporary/$linkage-home
   prefix=$home/.local

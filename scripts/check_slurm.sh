@@ -118,7 +118,7 @@ expect() {
 }
 say 'two nodes are up'
 
-# A port of a made sysfs with an EEPROM file stands for the cables of the nodes.
+# A port of a made sysfs with an EEPROM file takes the place of the cables of the nodes.
 mkdir -p "$work/sys/bus/i2c/devices/3-0050"
 echo port1 >"$work/sys/bus/i2c/devices/3-0050/port_name"
 printf '\x11\x08\x04%0125d\x11%062d\x11%064d' 0 0 0 | tr 0 '\0' >"$work/sys/bus/i2c/devices/3-0050/eeprom"

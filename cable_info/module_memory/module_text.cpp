@@ -439,7 +439,8 @@ class Sheet {
   }
 
   void LaneRow(const LaneFieldInfo& field) {
-    constexpr std::size_t kLongest = 6;  // that stands in each column, even if all are the same
+    // Values that all lanes share are written once, unless they are as short as this.
+    constexpr std::size_t kLongest = 6;
     BeginLine();
     out_.Append(kIndent).Append(field.label);
     if (!field.unit.empty()) out_.Append(", ").Append(field.unit);

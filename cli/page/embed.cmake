@@ -9,7 +9,7 @@ set(folder ${CMAKE_CURRENT_LIST_DIR})
 function(hash_source text result)
   set(digits "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/")
   string(SHA256 hash "${text}")
-  set(hash "${hash}00")  # 33 bytes are 44 digits; the last one stands for the byte of zeros
+  set(hash "${hash}00")  # 33 bytes are 44 digits; the last one is that of the byte of zeros
   set(base64 "")
   foreach(at RANGE 0 63 3)
     string(SUBSTRING "${hash}" ${at} 3 three)
