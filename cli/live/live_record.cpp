@@ -1,5 +1,6 @@
 #include "cli/live/live_record.h"
 
+#include "cli/format_version.h"
 #include "cli/input/port.h"
 #include "cli/input/record_text.h"
 #include "cli/output/json_text.h"
@@ -10,6 +11,7 @@ std::string LiveRecordText(const LiveRecord& record) {
   cable_info::text::TextBuffer out;
   JsonText json(out);
   json.BeginObject();
+  json.Key("format_version").Integer(kFormatVersion);
   if (!record.port.device.empty()) {
     json.Key("node_guid").Plain(GuidText(record.port.node_guid));
     json.Key("port_guid").Plain(GuidText(record.port.port_guid));

@@ -153,7 +153,7 @@ class EepromFiles(ReadTest):
         memory = qsfp()
         self.eeprom("3-0050", "port1", memory)
         self.assertEqual(self.records(), [{
-            "label": f"{HOST}:port1",
+            "format_version": 1, "label": f"{HOST}:port1",
             "module_memory": {"pages": {"lower": memory[:128].hex(), "00": memory[128:256].hex(),
                                         "03": memory[512:].hex()}}}])
 
@@ -196,7 +196,7 @@ class EepromFiles(ReadTest):
     def test_an_empty_cage_is_a_record_without_memory(self):
         self.eeprom("3-0050", "port1", b"\xff" * 640)
         self.assertEqual(self.records(stderr=f"{HOST}:port1: warning: no module: the module does not answer\n"),
-                         [{"label": f"{HOST}:port1"}])
+                         [{"format_version": 1, "label": f"{HOST}:port1"}])
 
     def test_a_port_that_fails_costs_its_own_record(self):
         self.eeprom("3-0050", "port1", b"")
@@ -260,6 +260,7 @@ class Kernel(ReadTest):
         result = self.read()
         self.assert_run(result, 0, f"{HOST}:hca0/1: warning: no module memory: it has no network interface\n")
         self.assertEqual(json.loads(result.stdout), {
+            "format_version": 1,
             "node_guid": "0x0000000000001000", "port_guid": "0x0000000000001001", "port_num": 1,
             "label": f"{HOST}:hca0/1"})
 
