@@ -68,10 +68,6 @@ bool ModuleImage::Half::IsUniform(std::uint8_t value) const {
   return true;
 }
 
-bool ModuleImage::Half::IsAll(std::uint8_t value) const {
-  return Has(first_, kHalf) && IsUniform(value);
-}
-
 bool ModuleImage::Half::Repeats(const Half& other) const {
   return known_[0] == other.known_[0] && known_[1] == other.known_[1] &&
          std::equal(std::begin(bytes_), std::end(bytes_), std::begin(other.bytes_));
@@ -132,21 +128,11 @@ void ModuleImage::Put(const Half& half) {
   }
 }
 
-template <typename Predicate>
-void ModuleImage::Erase(const Predicate& is_such) {
-  halves_.erase(std::remove_if(halves_.begin(), halves_.end(), is_such), halves_.end());
-  keys_.clear();
-  for (const Half& half : halves_) keys_.push_back(KeyOf(half.page(), half.first()));
-}
-
 void ModuleImage::Drop(Page page) {
   const auto is_of_page = [page](const Half& half) { return half.page() == page; };
-  Erase(is_of_page);
-}
-
-void ModuleImage::DropUnanswered() {
-  const auto is_unanswered = [](const Half& half) { return half.IsUniform(0xFF); };
-  Erase(is_unanswered);
+  halves_.erase(std::remove_if(halves_.begin(), halves_.end(), is_of_page), halves_.end());
+  keys_.clear();
+  for (const Half& half : halves_) keys_.push_back(KeyOf(half.page(), half.first()));
 }
 
 }  // namespace cable_info

@@ -96,8 +96,6 @@ class ModuleImage {
     }
     /// True when no byte is known.
     bool IsEmpty() const { return (known_[0] | known_[1]) == 0; }
-    /// True when every byte is known and `value`.
-    bool IsAll(std::uint8_t value) const;
     /// True when every byte that is known is `value`.
     bool IsUniform(std::uint8_t value) const;
     /// True if both have the same known bytes with the same values.
@@ -148,8 +146,6 @@ class ModuleImage {
   void Put(const Half& half);
   /// Removes the page.
   void Drop(Page page);
-  /// Removes every half page whose bytes are all 0xFF, as read from a bus when no device responds.
-  void DropUnanswered();
   /// Removes everything; keeps the allocated memory.
   void Clear() {
     keys_.clear();
@@ -170,8 +166,6 @@ class ModuleImage {
   Half& Add(Page page, std::size_t byte);
   template <typename Byte>
   void PutBytes(Page page, std::size_t first, const Byte* bytes, std::size_t size);
-  template <typename Predicate>
-  void Erase(const Predicate& is_such);
 
   std::vector<std::uint32_t> keys_;  // of the halves, contiguous for fast search
   std::vector<Half> halves_;
