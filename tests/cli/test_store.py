@@ -1,11 +1,13 @@
 """Snapshots in an SQLite file."""
 
+import contextlib
 import json
 import re
 import signal
 import sqlite3
 import subprocess
 import threading
+import time
 import unittest
 
 from program import FABRIC, ROOT, ProgramTest, program, run
@@ -203,14 +205,28 @@ class Faults(StoreTest):
         self.assertEqual(result.returncode, 3)
         self.assertIn(b"unable to open database file", result.stderr)
 
+    def is_being_written(self):
+        """True while a transaction that writes is open."""
+        with contextlib.closing(sqlite3.connect(self.path, timeout=0, isolation_level=None)) as database:
+            try:
+                database.execute("BEGIN IMMEDIATE")
+            except sqlite3.OperationalError:
+                return True
+            database.execute("ROLLBACK")
+            return False
+
     def test_a_killed_run_leaves_the_file_as_it_was(self):
         self.store(stdin=BEFORE)
         before = self.dump()
         process = subprocess.Popen([program(), "store", self.path, "-q"], stdin=subprocess.PIPE)
         lines = b"".join(json.dumps({**BEFORE[0], "port_num": number}).encode() + b"\n" for number in range(5000))
-        process.stdin.write(lines)  # returns when most of them were read
+        process.stdin.write(lines)
         process.stdin.flush()
-        process.send_signal(signal.SIGKILL)
+        deadline = time.monotonic() + 60
+        while not self.is_being_written():
+            self.assertLess(time.monotonic(), deadline)
+            time.sleep(0.01)
+        process.send_signal(signal.SIGKILL)  # the input has not ended, so nothing is committed
         process.wait()
         process.stdin.close()
         self.assertEqual(self.dump(), before)
