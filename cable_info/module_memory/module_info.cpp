@@ -33,9 +33,8 @@ std::string_view StateName(FieldState state) {
 }
 
 std::string_view LaneCodeName(LaneField field, const LaneValue& value) {
-  const auto code = static_cast<unsigned>(value.number);
   const CodeTable* codes = DescribeField(field).codes;
-  return codes != nullptr ? codes->Name(code) : std::string_view();
+  return codes != nullptr ? codes->Name(static_cast<unsigned>(value.number)) : std::string_view();
 }
 
 FieldValue ModuleInfo::operator[](Field field) const {

@@ -34,6 +34,10 @@ TEST(ModuleInfoNames, CodesOfLanesHaveNames) {
   EXPECT_EQ(LaneCodeName(LaneField::kTxInputEq, {FieldState::kPresent, 4}), "");
 }
 
+TEST(ModuleInfoNames, NumbersOfLanesHaveNoNames) {
+  EXPECT_EQ(LaneCodeName(LaneField::kHostErrors, {FieldState::kPresent, 0x1p56}), "");
+}
+
 TEST(ModuleInfo, FindsFieldsByTheirKey) {
   ModuleInfo info;
   info.SetText(Field::kVendor, "Acme Optics");
