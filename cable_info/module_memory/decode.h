@@ -50,6 +50,8 @@ struct Sff8472Calibration {
     double offset = 0.0;
 
     double At(double raw) const { return raw * slope + offset; }
+    /// False if every value would be the same.
+    bool IsValid() const { return slope != 0.0; }
   };
 
   double rx_power[5] = {0.0, 0.0, 0.0, 1.0, 0.0};  ///< of the powers 4 to 0 of the raw number
@@ -60,7 +62,11 @@ struct Sff8472Calibration {
 
   /// Never below 0.
   double RxPower(double raw) const;
+  /// False if every value would be the same, or no number.
+  bool IsRxPowerValid() const;
 };
+/// "the calibration constants of the TX bias are invalid; ..."
+std::string UncalibratedText(std::string_view quantity);
 /// The constants of the image; those that were not read are neutral.
 Sff8472Calibration Sff8472CalibrationOf(const ModuleImage& image);
 

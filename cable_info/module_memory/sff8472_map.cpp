@@ -49,8 +49,14 @@ Advertised IsOptical(const ModuleImage& image) {
   return Both(Not(IsCable(image)), Not(IsCopperModule(image)));
 }
 
+// The extended compliance codes of active optical cables.
+bool IsOpticalCableCode(unsigned code) {
+  return code == 0x01 || code == 0x18 || code == 0x31 || code == 0x33;
+}
+
 // Cables whose bytes 14 and 15 are attenuations: copper, rev 12.4 on.
 Advertised HasAttenuation(const ModuleImage& image) {
+  if (IsOpticalCableCode(image.At(A0, 36).value_or(0))) return Advertised::kNo;
   return Both(IsCable(image), Since124(image));
 }
 
@@ -58,7 +64,7 @@ Advertised HasExtendedBitrate(const ModuleImage& image) {
   const std::optional<std::uint8_t> rate = image.At(A0, 12);
   return rate ? AdvertisedIf(*rate == kSeeExtendedBitrate) : Advertised::kUnknown;
 }
-Advertised HasRateMargins(const ModuleImage& image) { return Not(HasExtendedBitrate(image)); }
+Advertised HasUpperRateMargin(const ModuleImage& image) { return Not(HasExtendedBitrate(image)); }
 
 // Diagnostics at A2h, of a kind that can be read.
 Advertised HasDiagnostics(const ModuleImage& image) { return AskBit(image, A0, 92, 6); }
@@ -93,16 +99,34 @@ Advertised Has64gfc(const ModuleImage& image) {
   return Both(HasDiagnostics(image), Both(AskBit(image, A0, 10, 1), AskBit(image, A0, 62, 0)));
 }
 
-// A module whose supply voltage reads 0 does not monitor it.
+// The extended compliance codes of 50 Gb/s Ethernet on one lane.
+Advertised HasPam4(const ModuleImage& image) {
+  const unsigned code = image.At(A0, 36).value_or(0);
+  const bool is_50g =
+      code == 0x39 || (code >= 0x40 && code <= 0x42) || code == 0x45 || code == 0x4A;
+  return Either(Has64gfc(image), Both(HasDiagnostics(image), AdvertisedIf(is_50g)));
+}
+
+Advertised IsNotReady(const ModuleImage& image) { return AskBit(image, A2, 110, 0); }
+
+// A module with valid data whose supply voltage reads 0 does not monitor it.
 Advertised HasVoltage(const ModuleImage& image) {
   const ModuleImage::Half& a2 = image.HalfOf(A2, 98);
   const bool is_zero = a2.Has(98, 2) && RawNumber(a2, 98, kWord) == 0;
-  return Both(HasDiagnostics(image), AdvertisedIf(!is_zero));
+  const bool is_none = is_zero && IsNotReady(image) != Advertised::kYes;
+  return Both(HasDiagnostics(image), AdvertisedIf(!is_none));
 }
 
 template <unsigned kByteNumber, unsigned kBit>
 Advertised HasFeature(const ModuleImage& image) {  // by the enhanced features
   return Both(HasEnhancedFeatures(image), AskBit(image, A2, kByteNumber, kBit));
+}
+
+Advertised HasSquelchChoice(const ModuleImage& image) {
+  const std::optional<std::uint8_t> byte = image.At(A2, 56);
+  if (!byte) return Both(HasEnhancedFeatures(image), Advertised::kUnknown);
+  constexpr unsigned kSelectable = 3;
+  return Both(HasEnhancedFeatures(image), AdvertisedIf((*byte >> 2U & 3U) == kSelectable));
 }
 
 // Laser temperature and TEC current: internal calibration and a cooled laser only.
@@ -121,8 +145,10 @@ constexpr Advertisement kRxLosStatus = By(HasStatus<4>, "A0h:92.6 and 93.4");
 constexpr Advertisement kRateSelectStatus = By(HasStatus<3>, "A0h:92.6 and 93.3");
 constexpr Advertisement kRateSelectPin = By(HasRateSelectPin, "A0h:92.6, 93.3 or 93.1");
 constexpr Advertisement kCdr = By(HasCdr, "A0h:92.6 and 64.3");
+constexpr Advertisement kPam4 =
+    By(HasPam4, "A0h:92.6; 10.1 and 62.0, or 36 is of 50 Gb/s Ethernet");
 constexpr Advertisement k64gfc = By(Has64gfc, "A0h:92.6, 10.1 and 62.0");
-constexpr Advertisement kVoltageMonitor = By(HasVoltage, "A0h:92.6; not 0");
+constexpr Advertisement kVoltageMonitor = By(HasVoltage, "A0h:92.6; not 0, or A2h:110.0");
 constexpr Advertisement kLaser = By(HasLaserMonitors, "A0h:92.6, 64.2, not 92.4");
 
 // ---------------------------------------------------------------------------------------------
@@ -142,6 +168,12 @@ constexpr CodeName kEmphasisNames[] = {
 };
 constexpr CodeTable kEmphasisTypes("SFF-8472 rev 12.4, A2h byte 62", kEmphasisNames);
 
+constexpr CodeName kSquelchNames[] = {{0, "reduces OMA"}, {1, "reduces average power"}};
+constexpr CodeTable kSquelches("SFF-8472 rev 12.4, A2h byte 74", kSquelchNames);
+constexpr CodeName kSquelchMethodNames[] = {
+    {0, "none"}, {1, "reduces OMA"}, {2, "reduces average power"}, {3, "selected by the host"}};
+constexpr CodeTable kSquelchMethods("SFF-8472 rev 12.4, A2h byte 56", kSquelchMethodNames);
+
 // clang-format off
 constexpr MapField kFields[] = {
     // field, page, byte, extent, format, what advertises it, first revision
@@ -152,8 +184,8 @@ constexpr MapField kFields[] = {
     {Field::kNominalBitrate,              A0,  12, kByte,      kOwn,                                  kAlways,          ""},
     {Field::kRateIdentifier,              A0,  13, kByte,      Code(kSff8472RateIdentifiers),         kAlways,          ""},
     {Field::kLengthSmf,                   A0,  14, Bytes(2),   kOwn,                                  kOptical,         ""},
-    {Field::kAttenuation12p9,             A0,  14, kByte,      kNumber.ZeroIsNone(),                  By(HasAttenuation, "a cable (8.3-2), 94 from 09h on"), "12.4"},
-    {Field::kAttenuation25p8,             A0,  15, kByte,      kNumber.ZeroIsNone(),                  By(HasAttenuation, "a cable (8.3-2), 94 from 09h on"), "12.4"},
+    {Field::kAttenuation12p9,             A0,  14, kByte,      kNumber.ZeroIsNone(),                  By(HasAttenuation, "a cable (8.3-2) that 36 does not call optical, 94 from 09h on"), "12.4"},
+    {Field::kAttenuation25p8,             A0,  15, kByte,      kNumber.ZeroIsNone(),                  By(HasAttenuation, "a cable (8.3-2) that 36 does not call optical, 94 from 09h on"), "12.4"},
     {Field::kLengthOm2,                   A0,  16, kByte,      Number(Times(10)).ZeroIsNone().HighestIsMore(), kOptical, ""},
     {Field::kLengthOm1,                   A0,  17, kByte,      Number(Times(10)).ZeroIsNone().HighestIsMore(), kOptical, ""},
     {Field::kLengthOm4,                   A0,  18, kByte,      Number(Times(10)).ZeroIsNone().HighestIsMore(), kOptical, "11.3"},
@@ -169,7 +201,8 @@ constexpr MapField kFields[] = {
     {Field::kCooledTransmitter,           A0,  64, Bit(2),     kFlag,                                 kOptical,         ""},
     {Field::kTunableTransmitter,          A0,  65, Bit(6),     kFlag,                                 kOptical,         ""},
     {Field::kExtendedBitrate,             A0,  66, kByte,      Number(Times(250)).ZeroIsNone(),       By(HasExtendedBitrate, "A0h:12 is 255"), ""},
-    {Field::kBitrateMax,                  A0,  66, kByte,      kNumber.ZeroIsNone(),                  By(HasRateMargins, "A0h:12 is not 255"), ""},
+    {Field::kBitrateMax,                  A0,  66, kByte,      kNumber.ZeroIsNone(),                  By(HasUpperRateMargin, "A0h:12 is not 255"), ""},
+    {Field::kBitrateMax,                  A0,  67, kByte,      kNumber.ZeroIsNone(),                  By(HasExtendedBitrate, "A0h:12 is 255"), ""},
     {Field::kBitrateMin,                  A0,  67, kByte,      kNumber.ZeroIsNone(),                  kAlways,          ""},
     {Field::kSerialNumber,                A0,  68, Bytes(16),  kText,                                 kAlways,          ""},
     {Field::kDateCode,                    A0,  84, Bytes(6),   kText,                                 kAlways,          ""},
@@ -193,6 +226,7 @@ constexpr MapField kFields[] = {
     {Field::kVoltageSlope,                A2,  88, kWord,      Number(Per(256)),                      kCalibration,     ""},
     {Field::kVoltageOffset,               A2,  90, kWord,      Signed(Times(1)),                      kCalibration,     ""},
 
+    {Field::kTxSquelchMethods,            A2,  56, Bits(3, 2), Code(kSquelchMethods),                 kEnhanced,        "12.4"},
     {Field::kAdaptiveEqSettlingTime,      A2,  61, kByte,      Number(Times(100)).ZeroIsNone(),       kEnhanced,        "12.4"},
     {Field::kRxEmphasisType,              A2,  62, Bits(4, 3), Code(kEmphasisTypes),                  kEnhanced,        "12.4"},
     {Field::kRxAmplitudes,                A2,  63, Bits(7, 4), kNumber.ZeroIsNone(),                  kEnhanced,        "12.4"},
@@ -202,6 +236,7 @@ constexpr MapField kFields[] = {
     {Field::kMaxPower,                    A2,  66, kByte,      kOwn,                                  kAlways,          "12.4"},
     {Field::kSecondaryExtendedCompliance, A2,  67, kByte,      Code(kExtendedCompliance).ZeroIsNone(), kEnhanced,       "12.4"},
     {Field::kRsPinIgnore,                 A2,  73, Bit(4),     kFlag,                                 By(HasFeature<56, 4>, "enhanced features and A2h:56.4"), "12.4"},
+    {Field::kTxSquelch,                   A2,  74, Bit(2),     Code(kSquelches),                      By(HasSquelchChoice, "enhanced features and A2h:56.3-2 is 3"), "12.4"},
 
     {Field::kTxDisablePin,                A2, 110, Bit(7),     kFlag,                                 kTxDisableStatus, ""},
     {Field::kSoftTxDisable,               A2, 110, Bit(6),     kFlag,                                 kTxDisableStatus, ""},
@@ -217,8 +252,8 @@ constexpr MapField kFields[] = {
     {Field::kPowerLevel4Enable,           A2, 118, Bit(2),     kFlag,                                 By(HasPowerLevel4, "A0h:92.6 and 64.6"), "12.4"},
     {Field::kPowerLevelState,             A2, 118, Bit(1),     kFlag,                                 By(HasPowerLevels, "A0h:92.6; 64.1, 64.5 or 64.6"), "10.3"},
     {Field::kPowerLevelSelect,            A2, 118, Bit(0),     kFlag,                                 By(HasPowerLevels2And3, "A0h:92.6; 64.1 or 64.5"), "10.3"},
-    {Field::kPam4ModeTx,                  A2, 119, Bit(4),     kFlag,                                 k64gfc,           "12.3"},
-    {Field::kPam4ModeRx,                  A2, 119, Bit(3),     kFlag,                                 k64gfc,           "12.3"},
+    {Field::kPam4ModeTx,                  A2, 119, Bit(4),     kFlag,                                 kPam4,            "12.3"},
+    {Field::kPam4ModeRx,                  A2, 119, Bit(3),     kFlag,                                 kPam4,            "12.3"},
     {Field::kMode64gfc,                   A2, 119, Bit(2),     kFlag,                                 k64gfc,           "12.3"},
 };
 
@@ -342,9 +377,10 @@ void DecodePower(Decoding& to) {
   if (level <= std::size(kWattsOfLevel)) {
     return to.info.SetNumber(Field::kMaxPower, kWattsOfLevel[level - 1]);
   }
+  const Advertised has_maximum = HasEnhancedFeatures(to.image);
+  if (has_maximum == Advertised::kNo) return;
   const std::optional<std::uint8_t> maximum = to.image.At(A2, 66);
-  const bool is_used = HasDiagnostics(to.image) != Advertised::kNo;
-  if (!maximum || !is_used) return to.info.SetState(Field::kMaxPower, FieldState::kNotRead);
+  if (!maximum) return to.info.SetState(Field::kMaxPower, FieldState::kNotRead);
   if (*maximum != 0) to.info.SetNumber(Field::kMaxPower, *maximum / kTenths);
 }
 
@@ -449,10 +485,18 @@ void AddOptions(Decoding& to) {
 // ---------------------------------------------------------------------------------------------
 
 void DecodeCalibrationKind(Decoding& to) {
-  if (HasDiagnostics(to.image) != Advertised::kYes) return;
+  const Advertised has_diagnostics = HasDiagnostics(to.image);
+  if (has_diagnostics == Advertised::kUnknown) {
+    return to.info.SetState(Field::kCalibration, FieldState::kNotRead);
+  }
+  if (has_diagnostics == Advertised::kNo) return;
+  constexpr unsigned kBoth = 3;
   const unsigned kind = to.image.At(A0, 92).value_or(0) >> 4U & 3U;
   if (kind == 0) {
     return to.Warn("neither internal nor external calibration is set; decoded as internal");
+  }
+  if (kind == kBoth) {
+    to.Warn("both internal and external calibration are set; the constants of A2h are applied");
   }
   to.info.SetCode(Field::kCalibration, kind, kCalibrations.Name(kind));
 }
@@ -487,24 +531,23 @@ Conversion ConversionOf(const MapMonitor& line, const Sff8472Calibration& consta
   return {line.format};
 }
 
-// Constants that would make every value the same, or none.
-bool IsSane(const MapMonitor& line, const Sff8472Calibration& constants) {
+// The quantity with its article if its constants are invalid, else empty.
+std::string_view Uncalibrated(const MapMonitor& line, const Sff8472Calibration& constants) {
   switch (line.quantity) {
     case Quantity::kTemperature:
-      return constants.temperature.slope != 0.0;
+      return constants.temperature.IsValid() ? "" : "the temperature";
     case Quantity::kVoltage:
-      return constants.voltage.slope != 0.0;
+      return constants.voltage.IsValid() ? "" : "the supply voltage";
     case Quantity::kTxBias:
-      return constants.tx_bias.slope != 0.0;
+      return constants.tx_bias.IsValid() ? "" : "the TX bias";
     case Quantity::kTxPower:
-      return constants.tx_power.slope != 0.0;
+      return constants.tx_power.IsValid() ? "" : "the TX power";
     case Quantity::kRxPower:
-      return std::all_of(std::begin(constants.rx_power), std::end(constants.rx_power),
-                         [](double coefficient) { return std::isfinite(coefficient); });
+      return constants.IsRxPowerValid() ? "" : "the RX power";
     case Quantity::kAux:
       break;
   }
-  return true;
+  return "";
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -529,14 +572,14 @@ void DecodeMonitors(Decoding& to) {
   const bool is_external = HasCalibration(to.image) == Advertised::kYes && to.image.Has(A2);
   const Sff8472Calibration constants =
       is_external ? Sff8472CalibrationOf(to.image) : Sff8472Calibration();
-  const bool is_ready = AskBit(to.image, A2, 110, 0) != Advertised::kYes;
+  const bool is_ready = IsNotReady(to.image) != Advertised::kYes;
   for (const MapMonitor& line : kMonitors) {
-    const bool is_sane = IsSane(line, constants);
-    const Conversion conversion =
-        is_external && is_sane ? ConversionOf(line, constants) : Conversion{line.format};
+    const std::string_view uncalibrated = Uncalibrated(line, constants);
+    const Conversion conversion = is_external && uncalibrated.empty()
+                                      ? ConversionOf(line, constants)
+                                      : Conversion{line.format};
     DecodeMonitor(to, line, conversion, Ask(to.image, line.advertised), {0, is_ready});
-    if (is_sane) continue;
-    to.Warn("the calibration constants of A2h make no sense; a value is that of the converter");
+    if (!uncalibrated.empty()) to.Warn(UncalibratedText(uncalibrated));
   }
   if (!is_ready) {
     to.Warn("the module says that its data is not ready");
@@ -585,6 +628,19 @@ unsigned Sff8472PowerLevel(unsigned options) {
   if ((options >> 6U & 1U) != 0) return 4;
   if ((options >> 5U & 1U) != 0) return 3;
   return (options >> 1U & 1U) != 0 ? 2 : 1;
+}
+
+std::string UncalibratedText(std::string_view quantity) {
+  return "the calibration constants of " + std::string(quantity) +
+         " are invalid; it is shown uncalibrated";
+}
+
+bool Sff8472Calibration::IsRxPowerValid() const {
+  const auto is_finite = [](double coefficient) { return std::isfinite(coefficient); };
+  const auto is_zero = [](double coefficient) { return coefficient == 0.0; };
+  const double* const constant = std::end(rx_power) - 1;
+  return std::all_of(std::begin(rx_power), std::end(rx_power), is_finite) &&
+         !std::all_of(std::begin(rx_power), constant, is_zero);
 }
 
 double Sff8472Calibration::RxPower(double raw) const {

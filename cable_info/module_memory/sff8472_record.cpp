@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <iterator>
 #include <memory>
@@ -220,35 +221,50 @@ std::uint16_t SignedWord(double value) {
   return static_cast<std::uint16_t>(std::lround(std::clamp(value, kLowest, kHighest)));
 }
 
-void Calibrate(std::uint16_t& value, const Sff8472Calibration::Line& line) {
-  value = Word(line.At(value));
-}
-
 void CalibrateTemperature(std::uint16_t& value, const Sff8472Calibration::Line& line) {
   if (value != kNoTemperature) value = SignedWord(line.At(std::int16_t(value)));
 }
 
-// Values and thresholds are uncalibrated readings of the converter.
-void CalibrateExternally(ModuleRecord& module, const Sff8472Calibration& constants) {
-  for (std::uint16_t* value :
-       {&module.temperature, &module.temp_high_threshold, &module.temp_low_threshold}) {
-    CalibrateTemperature(*value, constants.temperature);
+// A quantity of the record: its value, and its thresholds.
+using Words = std::array<std::uint16_t*, 3>;
+
+void Calibrate(const Words& words, const Sff8472Calibration::Line& line) {
+  for (std::uint16_t* word : words) *word = Word(line.At(*word));
+}
+
+// Values and thresholds are uncalibrated readings of the converter, and stay so where the constants
+// are invalid.
+void CalibrateExternally(ModuleRecord& module, const Sff8472Calibration& constants,
+                         std::vector<std::string>& remarks) {
+  const auto is_valid = [&remarks](bool is_ok, std::string_view quantity) {
+    if (!is_ok) remarks.push_back(UncalibratedText(quantity));
+    return is_ok;
+  };
+  if (is_valid(constants.temperature.IsValid(), "the temperature")) {
+    for (std::uint16_t* word :
+         {&module.temperature, &module.temp_high_threshold, &module.temp_low_threshold}) {
+      CalibrateTemperature(*word, constants.temperature);
+    }
   }
-  for (std::uint16_t* value :
-       {&module.voltage, &module.voltage_high_threshold, &module.voltage_low_threshold}) {
-    Calibrate(*value, constants.voltage);
+  if (is_valid(constants.voltage.IsValid(), "the supply voltage")) {
+    Calibrate({&module.voltage, &module.voltage_high_threshold, &module.voltage_low_threshold},
+              constants.voltage);
   }
-  for (std::uint16_t* value : {&LaneOf(module.tx_bias, 1), &module.tx_bias_high_threshold,
-                               &module.tx_bias_low_threshold}) {
-    Calibrate(*value, constants.tx_bias);
+  if (is_valid(constants.tx_bias.IsValid(), "the TX bias")) {
+    Calibrate(
+        {&LaneOf(module.tx_bias, 1), &module.tx_bias_high_threshold, &module.tx_bias_low_threshold},
+        constants.tx_bias);
   }
-  for (std::uint16_t* value : {&LaneOf(module.tx_power, 1), &module.tx_power_high_threshold,
-                               &module.tx_power_low_threshold}) {
-    Calibrate(*value, constants.tx_power);
+  if (is_valid(constants.tx_power.IsValid(), "the TX power")) {
+    Calibrate({&LaneOf(module.tx_power, 1), &module.tx_power_high_threshold,
+               &module.tx_power_low_threshold},
+              constants.tx_power);
   }
-  for (std::uint16_t* value : {&LaneOf(module.rx_power, 1), &module.rx_power_high_threshold,
-                               &module.rx_power_low_threshold}) {
-    *value = Word(constants.RxPower(*value));
+  if (is_valid(constants.IsRxPowerValid(), "the RX power")) {
+    for (std::uint16_t* word : {&LaneOf(module.rx_power, 1), &module.rx_power_high_threshold,
+                                &module.rx_power_low_threshold}) {
+      *word = Word(constants.RxPower(*word));
+    }
   }
 }
 
@@ -273,7 +289,7 @@ std::unique_ptr<PhyCableRecord> CableFromSff8472(const ModuleImage& image,
     const bool is_external = AskBit(image, Page::kA0, 92, 4) == Advertised::kYes &&
                              AskBit(image, Page::kA0, 92, 5) != Advertised::kYes;
     if (has_readings && is_external) {
-      CalibrateExternally(draft.module, Sff8472CalibrationOf(image));
+      CalibrateExternally(draft.module, Sff8472CalibrationOf(image), remarks);
     }
     draft.flags.latched_temperature_flags = ModuleFlags(draft.temperature);
     draft.flags.latched_voltage_flags = ModuleFlags(draft.voltage);

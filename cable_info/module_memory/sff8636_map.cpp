@@ -19,12 +19,14 @@ constexpr Page P03 = Page::k03;
 
 constexpr unsigned kLanes = 4;
 constexpr unsigned kOldQsfp = 0x0C;
+constexpr unsigned kMicroQsfp = 0x17;
 
 // ---------------------------------------------------------------------------------------------
 // What advertises fields
 // ---------------------------------------------------------------------------------------------
 
-constexpr unsigned kRevision20 = 0x06;  // revision codes in byte 1
+constexpr unsigned kFirstSff8636 = 0x03;  // revision codes in byte 1
+constexpr unsigned kRevision20 = 0x06;
 constexpr unsigned kRevision25 = 0x07;
 constexpr unsigned kRevision28 = 0x08;
 
@@ -55,9 +57,17 @@ Advertised HasAttenuation25p8(const ModuleImage& image) {
                       *technology == 15);
 }
 
+// The version of extended rate selection, bits 1..0 of byte 141: 0 is none, 3 is reserved.
+Advertised HasRateSelectVersion(const ModuleImage& image) {
+  const std::optional<std::uint8_t> byte = image.At(P00, 141);
+  if (!byte) return Advertised::kUnknown;
+  const unsigned version = *byte & 3U;
+  return AdvertisedIf(version == 1 || version == 2);
+}
+
 Advertised HasRateSelect(const ModuleImage& image) {
-  const Advertised has_version = AskBits(image, P00, 141, 0x03);
-  return Both(Both(AskBit(image, P00, 195, 5), AskBit(image, P00, 221, 3)), has_version);
+  return Both(Both(AskBit(image, P00, 195, 5), AskBit(image, P00, 221, 3)),
+              HasRateSelectVersion(image));
 }
 
 Advertised HasHighPowerClass(const ModuleImage& image) { return AskBits(image, P00, 129, 0x03); }
@@ -67,39 +77,75 @@ Advertised HasExtendedBitrate(const ModuleImage& image) {
   return rate ? AdvertisedIf(*rate == kSeeExtendedBitrate) : Advertised::kUnknown;
 }
 
-Advertised Since28(const ModuleImage& image) {
-  return AdvertisedIf(RevisionCode(image) >= kRevision28);
+Advertised Since(const ModuleImage& image, unsigned revision) {
+  const std::optional<std::uint8_t> code = image.At(L, 1);
+  return code ? AdvertisedIf(*code >= revision) : Advertised::kUnknown;
+}
+Advertised Since25(const ModuleImage& image) { return Since(image, kRevision25); }
+Advertised Since28(const ModuleImage& image) { return Since(image, kRevision28); }
+
+// SFF-8436 reserves bytes 107 to 118. Its modules have revision code 01h or 02h, or none.
+Advertised HasProperties(const ModuleImage& image) {
+  return RevisionCode(image) == 0 ? Advertised::kYes : Since(image, kFirstSff8636);
+}
+Advertised HasLowPowerModes(const ModuleImage& image) {
+  return RevisionCode(image) == 0 ? AskBits(image, L, 110, 0xFF) : Since(image, kFirstSff8636);
 }
 
+Advertised HasMaximumDurations(const ModuleImage& image) {
+  const bool is_micro = image.At(L, 0) == kMicroQsfp || image.At(P00, 128) == kMicroQsfp;
+  return Both(AdvertisedIf(is_micro), Since28(image));
+}
+
+// Byte 227 of page 03h, which older revisions reserve and SFF-8436 leaves to vendors.
+template <unsigned kBit>
+Advertised HasControl(const ModuleImage& image) {
+  return Both(Since28(image), AskBit(image, P03, 227, kBit));
+}
+
+// No bit advertised the flag before rev 2.5.
+Advertised HasInitializationFlag(const ModuleImage& image) {
+  const Advertised is_older = Not(Since25(image));
+  return Either(AskBit(image, P00, 221, 4), Both(is_older, AskBit(image, L, 6, 0)));
+}
+
+Advertised IsNotReady(const ModuleImage& image) { return AskBit(image, L, 2, 0); }
+
 // A monitor of the module: advertised from rev 2.8 on; before, a module without it reads 0000h or
-// FFFFh.
+// FFFFh, as an optical one does that has no valid data yet.
 Advertised HasModuleMonitor(const ModuleImage& image, std::size_t byte, unsigned bit) {
   if (RevisionCode(image) >= kRevision28) return AskBit(image, P00, 220, bit);
   const ModuleImage::Half& half = image.HalfOf(L, byte);
   if (!half.Has(byte, 2)) return Advertised::kUnknown;
   const std::uint32_t raw = RawNumber(half, byte, kWord);
-  return AdvertisedIf(raw != 0 && raw != 0xFFFF);
+  if (raw != 0 && raw != 0xFFFF) return Advertised::kYes;
+  return Both(IsOptical(image), IsNotReady(image));
 }
 Advertised HasTemperature(const ModuleImage& image) { return HasModuleMonitor(image, 22, 5); }
 Advertised HasVoltage(const ModuleImage& image) { return HasModuleMonitor(image, 26, 4); }
 
-bool IsAnyLaneSet(const ModuleImage& image, std::size_t first) {
+// Yes if any of the bytes is not 0.
+Advertised IsAnySet(const ModuleImage& image, std::size_t first, std::size_t count) {
   const ModuleImage::Half& half = image.HalfOf(L, first);
-  for (std::size_t i = 0; i < std::size_t{2} * kLanes; ++i) {
-    if (half[first + i] != 0) return true;
+  for (std::size_t byte = first; byte < first + count; ++byte) {
+    if (half[byte] != 0) return Advertised::kYes;
   }
-  return false;
+  return half.Has(first, count) ? Advertised::kNo : Advertised::kUnknown;
 }
 
+constexpr std::size_t kLaneBytes = std::size_t{2} * kLanes;  // a word per lane
+
+// A lane without light reads 0, but raises flags.
 Advertised HasRxPower(const ModuleImage& image) {
-  const Advertised is_measured = IsAnyLaneSet(image, 34) ? Advertised::kYes : Advertised::kNo;
-  return Both(IsOptical(image), Either(AskBit(image, P00, 220, 3), is_measured));
+  const Advertised is_used = Either(IsAnySet(image, 34, kLaneBytes), IsAnySet(image, 9, 2));
+  const Advertised is_monitored = Either(AskBit(image, P00, 220, 3), is_used);
+  return Both(IsOptical(image), Either(is_monitored, IsNotReady(image)));
 }
 
 Advertised HasTxPower(const ModuleImage& image) {
-  const Advertised is_measured = AdvertisedIf(IsAnyLaneSet(image, 50));
-  const Advertised is_monitored =
-      RevisionCode(image) >= kRevision20 ? AskBit(image, P00, 220, 2) : is_measured;
+  const Advertised is_monitored = RevisionCode(image) >= kRevision20
+                                      ? AskBit(image, P00, 220, 2)
+                                      : Either(IsAnySet(image, 50, kLaneBytes), IsNotReady(image));
   return Both(IsOptical(image), is_monitored);
 }
 
@@ -109,13 +155,19 @@ Advertised HasTxBias(const ModuleImage& image) {
   const bool monitors_nothing = AskBits(image, P00, 220, 0x3C) == Advertised::kNo &&
                                 HasTemperature(image) == Advertised::kNo &&
                                 HasVoltage(image) == Advertised::kNo;
-  const bool is_none = is_flat && monitors_nothing && !IsAnyLaneSet(image, 42);
+  const bool is_none =
+      is_flat && monitors_nothing && IsAnySet(image, 42, kLaneBytes) == Advertised::kNo;
   return Both(IsOptical(image), AdvertisedIf(!is_none));
 }
 
 constexpr Advertisement kCopper = By(IsCopper, "copper: 00h:147.7-4 is 10 to 15");
 constexpr Advertisement kOptical = By(IsOptical, "optical: 00h:147.7-4 is below 10");
+constexpr Advertisement kSince25 = By(Since25, "revision code 07h on");
 constexpr Advertisement kSince28 = By(Since28, "revision code 08h on");
+constexpr Advertisement kLowPowerModes =
+    By(HasLowPowerModes, "revision code 03h on, or 00h and any bit of the byte");
+constexpr Advertisement kMaximumDurations =
+    By(HasMaximumDurations, "microQSFP (17h), revision code 08h on");
 
 // ---------------------------------------------------------------------------------------------
 // The map
@@ -159,7 +211,7 @@ constexpr MapField kFields[] = {
     {Field::kInterruptAsserted,            L,     2, Bit(1),     kInverseFlag,                     kAlways,            ""},
     {Field::kDataNotReady,                 L,     2, Bit(0),     kFlag,                            kAlways,            ""},
     {Field::kCoolerReady,                  L,     6, Bit(1),     kFlag,                            On(P00, 221, 1),    "2.8"},
-    {Field::kInitializationComplete,       L,     6, Bit(0),     kFlag,                            On(P00, 221, 4),    "1.9"},
+    {Field::kInitializationComplete,       L,     6, Bit(0),     kFlag,                            By(HasInitializationFlag, "00h:221.4; before revision code 07h, when set"), "1.9"},
     {Field::kSoftwareReset,                L,    93, Bit(7),     kFlag,                            On(P00, 221, 0),    "2.10"},
     {Field::kHighPowerClass8Enable,        L,    93, Bit(3),     kFlag,                            On(P00, 129, 5),    "2.10"},
     {Field::kHighPowerEnable,              L,    93, Bit(2),     kFlag,                            By(HasHighPowerClass, "00h:129.1-0 is not 0"), "1.9"},
@@ -170,24 +222,24 @@ constexpr MapField kFields[] = {
     {Field::kTemperatureMask,              L,   103, Bits(7, 4), kNumber,                          By(HasTemperature, "as the temperature"), ""},
     {Field::kVoltageMask,                  L,   104, Bits(7, 4), kNumber,                          By(HasVoltage, "as the supply voltage"), ""},
     {Field::kMaxPower,                     L,   107, kByte,      kOwn,                             kAlways,            "2.10"},
-    {Field::kPropagationDelay,             L,   108, kWord,      Number(Times(10)).ZeroIsNone(),   kAlways,            ""},
-    {Field::kAdvancedLowPower,             L,   110, Bits(7, 4), kOwn,                             kAlways,            ""},
-    {Field::kFarSideManaged,               L,   110, Bit(3),     kFlag,                            kAlways,            ""},
-    {Field::kMinOperatingVoltage,          L,   110, Bits(2, 0), kOwn,                             kAlways,            ""},
-    {Field::kFarEnd,                       L,   113, Bits(6, 4), Code(kFarEnds),                   kAlways,            "2.5"},
-    {Field::kNearEndLanes,                 L,   113, Bits(3, 0), kOwn,                             kAlways,            "2.5"},
-    {Field::kTxTurnOnTime,                 L,   114, Bits(7, 4), kNumber.ZeroIsNone(),             kSince28,           "2.8"},
-    {Field::kDataPathInitTime,             L,   114, Bits(3, 0), kNumber.ZeroIsNone(),             kSince28,           "2.8"},
-    {Field::kModselWaitTime,               L,   115, kByte,      kOwn,                             kAlways,            "2.10"},
-    {Field::kSecondaryExtendedCompliance,  L,   116, kByte,      Code(kExtendedCompliance).ZeroIsNone(), kAlways,      "2.10"},
-    {Field::kModuleSubtype,                L,   117, Bits(7, 4), Code(kSubtypes).ZeroIsNone(),     kAlways,            "2.11"},
-    {Field::kFiberFace,                    L,   117, Bits(1, 0), Code(kFiberFaces).ZeroIsNone(),   kAlways,            "2.11"},
+    {Field::kPropagationDelay,             L,   108, kWord,      Number(Times(10)).ZeroIsNone(),   By(HasProperties, "not revision code 01h or 02h"), ""},
+    {Field::kAdvancedLowPower,             L,   110, Bits(7, 4), kOwn,                             kLowPowerModes,     ""},
+    {Field::kFarSideManaged,               L,   110, Bit(3),     kFlag,                            kLowPowerModes,     ""},
+    {Field::kMinOperatingVoltage,          L,   110, Bits(2, 0), kOwn,                             kLowPowerModes,     ""},
+    {Field::kFarEnd,                       L,   113, Bits(6, 4), Code(kFarEnds),                   kSince25,           "2.5"},
+    {Field::kNearEndLanes,                 L,   113, Bits(3, 0), kOwn,                             kSince25,           "2.5"},
+    {Field::kTxTurnOnTime,                 L,   114, Bits(7, 4), kNumber.ZeroIsNone(),             kMaximumDurations,  "2.8"},
+    {Field::kDataPathInitTime,             L,   114, Bits(3, 0), kNumber.ZeroIsNone(),             kMaximumDurations,  "2.8"},
+    {Field::kModselWaitTime,               L,   115, kByte,      kOwn,                             kSince28,           "2.10"},
+    {Field::kSecondaryExtendedCompliance,  L,   116, kByte,      Code(kExtendedCompliance).ZeroIsNone(), kSince28,     "2.10"},
+    {Field::kModuleSubtype,                L,   117, Bits(7, 4), Code(kSubtypes).ZeroIsNone(),     kSince28,           "2.11"},
+    {Field::kFiberFace,                    L,   117, Bits(1, 0), Code(kFiberFaces).ZeroIsNone(),   kSince28,           "2.11"},
 
     {Field::kPowerClass,                   P00, 129, kByte,      kOwn,                             kAlways,            ""},
     {Field::kConnector,                    P00, 130, kByte,      Code(kConnectors),                kAlways,            ""},
     {Field::kEncoding,                     P00, 139, kByte,      Code(kSff8636Encodings),          kAlways,            ""},
     {Field::kNominalBitrate,               P00, 140, kByte,      kOwn,                             kAlways,            ""},
-    {Field::kRateSelectVersion,            P00, 141, Bits(1, 0), kNumber.ZeroIsNone(),             kAlways,            ""},
+    {Field::kRateSelectVersion,            P00, 141, Bits(1, 0), kNumber,                          By(HasRateSelectVersion, "00h:141.1-0 is 1 or 2"), ""},
     {Field::kLengthSmf,                    P00, 142, kByte,      Number(Times(1000)).ZeroIsNone(), kOptical,           ""},
     {Field::kLengthOm3,                    P00, 143, kByte,      Number(Times(2)).ZeroIsNone(),    kOptical,           ""},
     {Field::kLengthOm2,                    P00, 144, kByte,      kNumber.ZeroIsNone(),             kOptical,           ""},
@@ -225,10 +277,10 @@ constexpr MapField kFields[] = {
     {Field::kMaxRxEmphasis,                P03, 224, Bits(3, 0), kNumber,                          On(P00, 193, 1),    "1.9"},
     {Field::kRxEmphasisType,               P03, 225, Bits(5, 4), Code(kEmphasisTypes),             On(P00, 193, 1),    "2.5"},
     {Field::kRxAmplitudes,                 P03, 225, Bits(3, 0), kNumber.ZeroIsNone(),             On(P00, 193, 0),    "1.9"},
-    {Field::kCoolerSettlingTime,           P03, 228, kByte,      kNumber.ZeroIsNone(),             kAlways,            "2.8"},
+    {Field::kCoolerSettlingTime,           P03, 228, kByte,      kNumber.ZeroIsNone(),             kSince28,           "2.8"},
     {Field::kAdaptiveEqSettlingTime,       P03, 229, kByte,      Number(Times(100)).ZeroIsNone(),  On(P00, 193, 3),    "2.8"},
-    {Field::kHostFec,                      P03, 230, Bit(7),     kFlag,                            On(P03, 227, 7),    "2.10"},
-    {Field::kMediaFecBit,                  P03, 230, Bit(6),     kNumber,                          On(P03, 227, 6),    "2.10"},
+    {Field::kHostFec,                      P03, 230, Bit(7),     kFlag,                            By(HasControl<7>, "03h:227.7, revision code 08h on"),   "2.10"},
+    {Field::kMediaFecBit,                  P03, 230, Bit(6),     kNumber,                          By(HasControl<6>, "03h:227.6, revision code 08h on"),   "2.10"},
 };
 
 constexpr LaneMapField kLaneFields[] = {
@@ -240,8 +292,8 @@ constexpr LaneMapField kLaneFields[] = {
     {LaneField::kTxLol,                L,     5, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 194, 5), "1.5"},
     {LaneField::kRxLol,                L,     5, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P00, 194, 4), "1.5"},
     {LaneField::kTxDisable,            L,    86, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P00, 195, 4), ""},
-    {LaneField::kRxRateSelect,         L,    87, kByte,      LaneOrder::kPairsUp,         kNumber, By(HasRateSelect, "00h:195.5, 221.3 and 141.1-0"), ""},
-    {LaneField::kTxRateSelect,         L,    88, kByte,      LaneOrder::kPairsUp,         kNumber, By(HasRateSelect, "00h:195.5, 221.3 and 141.1-0"), ""},
+    {LaneField::kRxRateSelect,         L,    87, kByte,      LaneOrder::kPairsUp,         kNumber, By(HasRateSelect, "00h:195.5, 221.3, and 141.1-0 is 1 or 2"), ""},
+    {LaneField::kTxRateSelect,         L,    88, kByte,      LaneOrder::kPairsUp,         kNumber, By(HasRateSelect, "00h:195.5, 221.3, and 141.1-0 is 1 or 2"), ""},
     {LaneField::kTxCdr,                L,    98, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 129, 3), "1.5"},
     {LaneField::kRxCdr,                L,    98, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P00, 129, 2), "1.5"},
     {LaneField::kTxLosMask,            L,   100, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 195, 1), ""},
@@ -251,7 +303,7 @@ constexpr LaneMapField kLaneFields[] = {
     {LaneField::kTxLolMask,            L,   102, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 194, 5), "1.5"},
     {LaneField::kRxLolMask,            L,   102, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P00, 194, 4), "1.5"},
 
-    {LaneField::kTxForceSquelch,       P03, 231, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P03, 227, 3), "2.10"},
+    {LaneField::kTxForceSquelch,       P03, 231, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   By(HasControl<3>, "03h:227.3, revision code 08h on"), "2.10"},
     {LaneField::kTxAdaptiveEqFreeze,   P03, 233, Bits(3, 0), LaneOrder::kBitsDown,        kFlag,   On(P00, 193, 4), "2.9"},
     {LaneField::kTxInputEq,            P03, 234, kByte,      LaneOrder::kHighNibbleFirst, kNumber, On(P00, 193, 2), ""},
     {LaneField::kRxEmphasis,           P03, 236, kByte,      LaneOrder::kHighNibbleFirst, kNumber, On(P00, 193, 1), ""},
@@ -267,11 +319,11 @@ constexpr LaneMapField kLaneFields[] = {
 
 constexpr MapMonitor kMonitors[] = {
     // quantity, name, page, byte, format, thresholds, {flags of lane 1: page, byte, bit, steps to low, warning, lane}, what advertises it, first revision
-    {Quantity::kTemperature, "", L, 22, kCelsius,      P03, 128, {L,  6, 7, 1, 2, 0}, By(HasTemperature, "00h:220.5 from revision code 08h on; before, not 0000h or FFFFh"), ""},
-    {Quantity::kVoltage,     "", L, 26, kVolts,        P03, 144, {L,  7, 7, 1, 2, 0}, By(HasVoltage, "00h:220.4 from revision code 08h on; before, not 0000h or FFFFh"),     ""},
-    {Quantity::kRxPower,     "", L, 34, kMilliwatts,   P03, 176, {L,  9, 7, 1, 2, 4}, By(HasRxPower, "optical; 00h:220.3, or any lane not 0"),                               ""},
+    {Quantity::kTemperature, "", L, 22, kCelsius,      P03, 128, {L,  6, 7, 1, 2, 0}, By(HasTemperature, "00h:220.5 from revision code 08h on; before, not 0000h or FFFFh, or an optical module that is not ready"), ""},
+    {Quantity::kVoltage,     "", L, 26, kVolts,        P03, 144, {L,  7, 7, 1, 2, 0}, By(HasVoltage, "00h:220.4 from revision code 08h on; before, not 0000h or FFFFh, or an optical module that is not ready"),     ""},
+    {Quantity::kRxPower,     "", L, 34, kMilliwatts,   P03, 176, {L,  9, 7, 1, 2, 4}, By(HasRxPower, "optical; 00h:220.3, any lane not 0, any flag, or not ready"),                               ""},
     {Quantity::kTxBias,      "", L, 42, kMilliamperes, P03, 184, {L, 11, 7, 1, 2, 4}, By(HasTxBias, "optical"),                                                              ""},
-    {Quantity::kTxPower,     "", L, 50, kMilliwatts,   P03, 192, {L, 13, 7, 1, 2, 4}, By(HasTxPower, "optical; 00h:220.2 from revision code 06h on; before, any lane not 0"), "1.9"},
+    {Quantity::kTxPower,     "", L, 50, kMilliwatts,   P03, 192, {L, 13, 7, 1, 2, 4}, By(HasTxPower, "optical; 00h:220.2 from revision code 06h on; before, any lane not 0, or not ready"), "1.9"},
 };
 
 // Bit 7 of byte 131 and bit 1 of byte 138 refer to byte 192.
@@ -308,6 +360,10 @@ constexpr NamedBit kOptions[] = {
     {P00, 195, 3, "TX fault flag"}, {P00, 195, 2, "TX squelch reduces average power"}, {P00, 195, 1, "TX LOS flag"}, {P00, 195, 0, "Pages 20h and 21h"},
     {P00, 221, 4, "Initialization complete flag"}, {P00, 221, 3, "Extended rate select"}, {P00, 221, 2, "Application select"},
     {P00, 221, 1, "Cooler readiness flag"}, {P00, 221, 0, "Software reset"},
+};
+
+// From revision code 08h on.
+constexpr NamedBit kNewerOptions[] = {
     {P03, 227, 7, "Host-side FEC control"}, {P03, 227, 6, "Media-side FEC control"}, {P03, 227, 3, "TX forced squelch"},
     {P03, 227, 2, "RxLOSL fast mode"}, {P03, 227, 1, "TxDis fast mode"},
 };
@@ -395,35 +451,64 @@ void DecodeCableLength(Decoding& to) {
   to.info.SetNumber(field, *length * metres);
 }
 
-void DecodeProperties(Decoding& to) {
+// A number that a code stands for; codes after the end of the table are undefined.
+template <std::size_t N>
+void DecodeByTable(Decoding& to, Field field, std::optional<unsigned> code,
+                   const double (&numbers)[N]) {
+  if (!code) return to.info.SetState(field, FieldState::kNotRead);
+  if (*code < N) to.info.SetNumber(field, numbers[*code]);
+}
+
+// Byte 110.
+void DecodeLowPowerModes(Decoding& to) {
   constexpr double kLowPowers[] = {1.5, 1.0, 0.75, 0.5};
   constexpr double kVoltages[] = {3.3, 2.5, 1.8};
-  constexpr double kUnspecifiedCase = 70.0;
-  if (const auto power = to.image.At(L, 110)) {
-    const unsigned low_power = *power >> 4U;
-    if (low_power < std::size(kLowPowers)) {
-      to.info.SetNumber(Field::kAdvancedLowPower, kLowPowers[low_power]);
-    }
-    const unsigned voltage = *power & 7U;
-    if (voltage < std::size(kVoltages)) {
-      to.info.SetNumber(Field::kMinOperatingVoltage, kVoltages[voltage]);
-    }
+  if (HasLowPowerModes(to.image) == Advertised::kNo) return;
+  const std::optional<std::uint8_t> byte = to.image.At(L, 110);
+  const auto bits = [&byte](unsigned low, unsigned mask) {
+    return byte ? std::optional<unsigned>(*byte >> low & mask) : std::nullopt;
+  };
+  DecodeByTable(to, Field::kAdvancedLowPower, bits(4, 0xF), kLowPowers);
+  DecodeByTable(to, Field::kMinOperatingVoltage, bits(0, 7), kVoltages);
+}
+
+// Byte 113: the lanes that are not implemented, as bits. All four set is ignored.
+std::uint64_t AbsentLanes(const ModuleImage& image) {
+  constexpr unsigned kAll = 0xF;
+  const unsigned lanes = image.At(L, 113).value_or(0) & kAll;
+  return lanes == kAll || Since25(image) != Advertised::kYes ? 0 : lanes;
+}
+
+void DecodeNearEndLanes(Decoding& to) {
+  constexpr unsigned kAll = 0xF;
+  if (Since25(to.image) == Advertised::kNo) return;
+  const std::optional<std::uint8_t> byte = to.image.At(L, 113);
+  if (!byte) return to.info.SetState(Field::kNearEndLanes, FieldState::kNotRead);
+  if ((*byte & kAll) == kAll) {
+    return to.Warn("byte 113 says that the module has none of its four lanes, which is ignored");
   }
-  if (const auto lanes = to.image.At(L, 113); lanes && RevisionCode(to.image) >= kRevision25) {
-    unsigned implemented = 0;
-    for (unsigned lane = 0; lane < kLanes; ++lane) {
-      implemented += (~unsigned{*lanes} >> lane) & 1U;
-    }
-    to.info.SetNumber(Field::kNearEndLanes, implemented);
+  unsigned implemented = kLanes;
+  for (std::uint64_t absent = AbsentLanes(to.image); absent != 0; absent >>= 1U) {
+    implemented -= absent & 1U;
   }
-  if (const auto wait = to.image.At(L, 115); wait && *wait != 0) {
-    to.info.SetNumber(Field::kModselWaitTime,
-                      static_cast<double>((*wait & 0x1FU) << (*wait >> 5U)));
-  }
-  if (const auto temperature = to.image.At(P00, 190)) {
-    to.info.SetNumber(Field::kMaxCaseTemperature,
-                      *temperature == 0 ? kUnspecifiedCase : *temperature);
-  }
+  to.info.SetNumber(Field::kNearEndLanes, implemented);
+}
+
+// Byte 115: a mantissa in bits 4..0 and an exponent of 2 in bits 7..5; 0 is none.
+void DecodeModselWaitTime(Decoding& to) {
+  if (Since28(to.image) == Advertised::kNo) return;
+  const std::optional<std::uint8_t> wait = to.image.At(L, 115);
+  if (!wait) return to.info.SetState(Field::kModselWaitTime, FieldState::kNotRead);
+  if (*wait == 0) return;
+  to.info.SetNumber(Field::kModselWaitTime, static_cast<double>((*wait & 0x1FU) << (*wait >> 5U)));
+}
+
+// Byte 190; 0 is the ordinary maximum.
+void DecodeMaxCaseTemperature(Decoding& to) {
+  constexpr double kUnspecified = 70.0;
+  const std::optional<std::uint8_t> celsius = to.image.At(P00, 190);
+  if (!celsius) return to.info.SetState(Field::kMaxCaseTemperature, FieldState::kNotRead);
+  to.info.SetNumber(Field::kMaxCaseTemperature, *celsius == 0 ? kUnspecified : *celsius);
 }
 
 void AddCompliance(Decoding& to) {
@@ -432,6 +517,11 @@ void AddCompliance(Decoding& to) {
     const std::string_view name = to.info[field].text;
     if (!name.empty()) to.info.compliance.push_back(name);
   }
+}
+
+void AddOptions(Decoding& to) {
+  AddNames(to.image, kOptions, to.info.options);
+  if (Since28(to.image) == Advertised::kYes) AddNames(to.image, kNewerOptions, to.info.options);
 }
 
 void AddSpeeds(Decoding& to) {
@@ -445,13 +535,6 @@ void AddSpeeds(Decoding& to) {
 // ---------------------------------------------------------------------------------------------
 // Monitors and lanes
 // ---------------------------------------------------------------------------------------------
-
-// The lanes that are not implemented by byte 113, as bits. All four set is ignored.
-std::uint64_t AbsentLanes(const ModuleImage& image) {
-  constexpr unsigned kAll = 0xF;
-  const unsigned lanes = image.At(L, 113).value_or(0) & kAll;
-  return lanes == kAll || RevisionCode(image) < kRevision25 ? 0 : lanes;
-}
 
 // A CDR that cannot be bypassed is on.
 void DecodeCdr(const ModuleImage& image, LaneField field, unsigned control_bit, Lane& lane) {
@@ -476,7 +559,7 @@ void DecodeLanes(Decoding& to) {
 }
 
 void DecodeMonitors(Decoding& to) {
-  const bool is_ready = AskBit(to.image, L, 2, 0) != Advertised::kYes;
+  const bool is_ready = IsNotReady(to.image) != Advertised::kYes;
   const MonitorScope scope = {AbsentLanes(to.image), is_ready};
   for (const MapMonitor& line : kMonitors) {
     DecodeMonitor(to, line, {line.format}, Ask(to.image, line.advertised), scope);
@@ -563,10 +646,13 @@ void DecodeSff8636(Decoding& to) {
   DecodePower(to);
   DecodeNominalBitrate(to);
   DecodeCableLength(to);
-  DecodeProperties(to);
+  DecodeLowPowerModes(to);
+  DecodeNearEndLanes(to);
+  DecodeModselWaitTime(to);
+  DecodeMaxCaseTemperature(to);
   AddCompliance(to);
   AddSpeeds(to);
-  AddNames(to.image, kOptions, to.info.options);
+  AddOptions(to);
   DecodeLanes(to);
   DecodeMonitors(to);
   DecodeParameters(to);

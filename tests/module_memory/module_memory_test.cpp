@@ -720,12 +720,35 @@ TEST(Sff8472, LimitsCalibratedValuesToTheirRange) {
   EXPECT_EQ(phy->module->tx_bias[1], 0xFFFF);
   EXPECT_EQ(phy->module->tx_power[1], 0);
   EXPECT_EQ(phy->module->rx_power[1], 0);
+}
 
-  memory.Words(sfp::kRxPowerCalibration, {0x7FC0, 0});  // no number
-  EXPECT_EQ(Phy(sfp::Sealed(memory))->module->rx_power[1], 0);
-  memory.Words(sfp::kRxPowerCalibration, {0x7F80, 0});  // infinite
-  memory.Word({Page::kA2, 104}, 1);
-  EXPECT_EQ(Phy(sfp::Sealed(memory))->module->rx_power[1], 0xFFFF);
+TEST(Sff8472, KeepsReadingsWhoseConstantsAreInvalid) {
+  const auto text = [](const std::string& quantity) {
+    return "the calibration constants of " + quantity + " are invalid; it is shown uncalibrated";
+  };
+  for (const unsigned single : {0x7FC0U, 0x7F80U, 0xFF80U}) {  // no number, infinities
+    Memory memory = ExternallyCalibrated();
+    memory.Words(sfp::kRxPowerCalibration, {single, 0});
+    const ModuleReading reading = ReadModule(sfp::Sealed(memory).Image());
+    EXPECT_EQ(reading.remarks, Texts{text("the RX power")});
+    EXPECT_EQ(reading.phy->module->rx_power[1], 100);
+    EXPECT_EQ(reading.phy->module->rx_power_high_threshold, 20000);
+    EXPECT_EQ(reading.phy->module->temperature, 0x1D00);
+  }
+  Memory zeros = ExternallyCalibrated();
+  zeros.Words(sfp::kRxPowerCalibration, {0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+  zeros.Words(sfp::kTxBiasCalibration, {0, 0, 0, 0, 0, 0, 0, 0});  // and those after it
+  const ModuleReading reading = ReadModule(sfp::Sealed(zeros).Image());
+  EXPECT_EQ(reading.remarks,
+            (Texts{text("the temperature"), text("the supply voltage"), text("the TX bias"),
+                   text("the TX power"), text("the RX power")}));
+  const ModuleRecord& m = *reading.phy->module;
+  EXPECT_EQ(m.temperature, 0x1400);
+  EXPECT_EQ(m.voltage, 26000);
+  EXPECT_EQ(m.tx_bias[1], 100);
+  EXPECT_EQ(m.tx_power[1], 5000);
+  EXPECT_EQ(m.rx_power[1], 100);
+  EXPECT_EQ(m.temp_high_threshold, 0x5A00);
 }
 
 TEST(Sff8472, PrefersInternalCalibration) {

@@ -6,8 +6,10 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "cable_info/module_memory/memory_map.h"
 #include "cable_info/module_memory/module_info.h"
 #include "cmis_memory.h"
 #include "map_cases.h"
@@ -31,9 +33,17 @@ constexpr Page P00 = Page::k00;
 constexpr Page P02 = Page::k02;
 constexpr Page P03 = Page::k03;
 
-using Bytes = std::vector<unsigned>;
+using cable_info::module_memory::Sff8636Map;
+using map_cases::BitCase;
+using map_cases::Bytes;
+using map_cases::Changed;
+using map_cases::Chars;
 using map_cases::Expect;
+using map_cases::FieldCase;
+using map_cases::Keys;
 using map_cases::Warnings;
+using Cases = map_cases::FieldCases<Memory>;
+using LaneCase = map_cases::LaneCase<4>;
 
 // A QSFP28 module of rev 2.8 with an 850 nm laser and a separable connector.
 Memory Bare() {
@@ -53,89 +63,228 @@ Memory Full() {
 
 Memory Copper() { return Full().Put(P00, 147, {0xB0}); }
 
-TEST(Sff8636Map, HasTheFieldsOfTheLowerPage) {
-  Expect(Full(), {
-                     {Field::kIdentifier, L, 0, {0x0D}, 0x0D, "QSFP+ or later (SFF-8636/8436)"},
-                     {Field::kFlatMemory, L, 2, {0x04}, 1, ""},
-                     {Field::kInterruptAsserted, L, 2, {0x00}, 1, ""},
-                     {Field::kInterruptAsserted, L, 2, {0x02}, 0, ""},
-                     {Field::kDataNotReady, L, 2, {0x01}, 1, ""},
-                     {Field::kCoolerReady, L, 6, {0x02}, 1, ""},
-                     {Field::kInitializationComplete, L, 6, {0x01}, 1, ""},
-                     {Field::kSoftwareReset, L, 93, {0x80}, 1, ""},
-                     {Field::kHighPowerClass8Enable, L, 93, {0x08}, 1, ""},
-                     {Field::kHighPowerEnable, L, 93, {0x04}, 1, ""},
-                     {Field::kLowPowerRequest, L, 93, {0x02}, 1, ""},
-                     {Field::kLowPowerOverride, L, 93, {0x01}, 1, ""},
-                     {Field::kLowPowerPinIsTxDisable, L, 99, {0x02}, 1, "TxDis"},
-                     {Field::kInterruptPinIsLos, L, 99, {0x01}, 1, "RxLOSL"},
-                     {Field::kMaxPower, L, 107, {125}, 12.5, ""},
-                     {Field::kTemperatureMask, L, 103, {0xA5}, 10, ""},
-                     {Field::kVoltageMask, L, 104, {0x40}, 4, ""},
-                     {Field::kPropagationDelay, L, 108, {0x00, 0x06}, 60, ""},
-                     {Field::kAdvancedLowPower, L, 110, {0x20}, 0.75, ""},
-                     {Field::kFarSideManaged, L, 110, {0x08}, 1, ""},
-                     {Field::kMinOperatingVoltage, L, 110, {0x01}, 2.5, ""},
-                     {Field::kFarEnd, L, 113, {0x40}, 4, "four far ends with 1 lane"},
-                     {Field::kNearEndLanes, L, 113, {0x0C}, 2, ""},
-                     {Field::kTxTurnOnTime, L, 114, {0x30}, 3, ""},
-                     {Field::kDataPathInitTime, L, 114, {0x05}, 5, ""},
-                     {Field::kModselWaitTime, L, 115, {0x65}, 40, ""},  // 5 * 2^3
-                     {Field::kSecondaryExtendedCompliance, L, 116, {0x06}, 6, "100G CWDM4"},
-                     {Field::kModuleSubtype, L, 117, {0x30}, 3, "Type 2A"},
-                     {Field::kFiberFace, L, 117, {0x02}, 2, "APC"},
-                 });
+// ---------------------------------------------------------------------------------------------
+// Fields
+// ---------------------------------------------------------------------------------------------
+
+Cases LowerPage() {
+  return {Full(),
+          {
+              {Field::kIdentifier, L, 0, {0x0D}, 0x0D, "QSFP+ or later (SFF-8636/8436)"},
+              {Field::kRevision, L, 1, {0x08}, 0, "2.8"},
+              {Field::kFlatMemory, L, 2, {0x04}, 1, ""},
+              {Field::kInterruptAsserted, L, 2, {0xFD}, 1, ""},
+              {Field::kDataNotReady, L, 2, {0x01}, 1, ""},
+              {Field::kCoolerReady, L, 6, {0x02}, 1, ""},
+              {Field::kInitializationComplete, L, 6, {0x01}, 1, ""},
+              {Field::kSoftwareReset, L, 93, {0x80}, 1, ""},
+              {Field::kHighPowerClass8Enable, L, 93, {0x08}, 1, ""},
+              {Field::kHighPowerEnable, L, 93, {0x04}, 1, ""},
+              {Field::kLowPowerRequest, L, 93, {0x02}, 1, ""},
+              {Field::kLowPowerOverride, L, 93, {0x01}, 1, ""},
+              {Field::kLowPowerPinIsTxDisable, L, 99, {0x02}, 1, "TxDis"},
+              {Field::kLowPowerPinIsTxDisable, L, 99, {0xFD}, 0, "LPMode"},
+              {Field::kInterruptPinIsLos, L, 99, {0x01}, 1, "RxLOSL"},
+              {Field::kInterruptPinIsLos, L, 99, {0xFE}, 0, "IntL"},
+              {Field::kTemperatureMask, L, 103, {0xA5}, 10, ""},
+              {Field::kVoltageMask, L, 104, {0x5A}, 5, ""},
+              {Field::kMaxPower, L, 107, {125}, 12.5, ""},
+              {Field::kPropagationDelay, L, 108, {0x01, 0x06}, 2620, ""},
+              {Field::kAdvancedLowPower, L, 110, {0x0F}, 1.5, ""},
+              {Field::kAdvancedLowPower, L, 110, {0x1A}, 1.0, ""},
+              {Field::kAdvancedLowPower, L, 110, {0x2D}, 0.75, ""},
+              {Field::kAdvancedLowPower, L, 110, {0x38}, 0.5, ""},
+              {Field::kFarSideManaged, L, 110, {0x08}, 1, ""},
+              {Field::kMinOperatingVoltage, L, 110, {0xF8}, 3.3, ""},
+              {Field::kMinOperatingVoltage, L, 110, {0xF9}, 2.5, ""},
+              {Field::kMinOperatingVoltage, L, 110, {0x0A}, 1.8, ""},
+              {Field::kFarEnd, L, 113, {0x8F}, 0, "unspecified or separable"},
+              {Field::kFarEnd, L, 113, {0x10}, 1, "one far end with 4 lanes"},
+              {Field::kFarEnd, L, 113, {0xA0}, 2, "one far end with 2 lanes"},
+              {Field::kFarEnd, L, 113, {0x30}, 3, "one far end with 1 lane"},
+              {Field::kFarEnd, L, 113, {0xC1}, 4, "four far ends with 1 lane"},
+              {Field::kFarEnd, L, 113, {0x50}, 5, "two far ends with 2 lanes"},
+              {Field::kFarEnd, L, 113, {0xE0}, 6, "two far ends with 1 lane"},
+              {Field::kFarEnd, L, 113, {0x70}, 7, ""},
+              {Field::kNearEndLanes, L, 113, {0xF0}, 4, ""},
+              {Field::kNearEndLanes, L, 113, {0x0E}, 1, ""},
+              {Field::kNearEndLanes, L, 113, {0x0C}, 2, ""},
+              {Field::kModselWaitTime, L, 115, {0x65}, 40, ""},    // 5 * 2^3
+              {Field::kModselWaitTime, L, 115, {0xFF}, 3968, ""},  // 31 * 2^7
+              {Field::kSecondaryExtendedCompliance, L, 116, {0x06}, 6, "100G CWDM4"},
+              {Field::kModuleSubtype, L, 117, {0x13}, 1, "Type 1"},
+              {Field::kModuleSubtype, L, 117, {0x2D}, 2, "Type 2"},
+              {Field::kModuleSubtype, L, 117, {0x31}, 3, "Type 2A"},
+              {Field::kModuleSubtype, L, 117, {0x42}, 4, "Type 2B"},
+              {Field::kFiberFace, L, 117, {0xFD}, 1, "PC/UPC"},
+              {Field::kFiberFace, L, 117, {0x1E}, 2, "APC"},
+          }};
 }
 
-TEST(Sff8636Map, HasTheFieldsOfPage00) {
-  Expect(Full(), {
-                     {Field::kConnector, P00, 130, {0x07}, 7, "LC"},
-                     {Field::kEncoding, P00, 139, {0x05}, 5, "64B/66B"},
-                     {Field::kEncoding, P00, 139, {0x08}, 8, "PAM4"},
-                     {Field::kNominalBitrate, P00, 140, {103}, 10300, ""},
-                     {Field::kRateSelectVersion, P00, 141, {0x02}, 2, ""},
-                     {Field::kLengthSmf, P00, 142, {10}, 10000, ""},
-                     {Field::kLengthOm3, P00, 143, {35}, 70, ""},
-                     {Field::kLengthOm2, P00, 144, {82}, 82, ""},
-                     {Field::kLengthOm1, P00, 145, {33}, 33, ""},
-                     {Field::kLengthOm4, P00, 146, {50}, 100, ""},
-                     {Field::kTechnology, P00, 147, {0x68}, 6, "1310 nm EML"},
-                     {Field::kWavelengthControl, P00, 147, {0x08}, 1, ""},
-                     {Field::kCooledTransmitter, P00, 147, {0x04}, 1, ""},
-                     {Field::kDetector, P00, 147, {0x02}, 1, "APD"},
-                     {Field::kTunableTransmitter, P00, 147, {0x01}, 1, ""},
-                     {Field::kWavelength, P00, 186, {0x66, 0x58}, 1310, ""},
-                     {Field::kWavelengthTolerance, P00, 188, {0x05, 0x14}, 6.5, ""},
-                     {Field::kMaxCaseTemperature, P00, 190, {85}, 85, ""},
-                     {Field::kMaxCaseTemperature, P00, 190, {0}, 70, ""},
-                     {Field::kExtendedCompliance, P00, 192, {0x06}, 6, "100G CWDM4"},
-                     {Field::kRxPowerType, P00, 220, {0x3C}, 1, "average power"},
-                 });
+Cases MicroQsfp() {
+  return {Full().Put(L, 0, {0x17}).Put(P00, 128, {0x17}),
+          {
+              {Field::kTxTurnOnTime, L, 114, {0x3A}, 3, ""},
+              {Field::kDataPathInitTime, L, 114, {0x3A}, 10, ""},
+          }};
 }
 
-TEST(Sff8636Map, HasTheFieldsOfPage03) {
-  Expect(Full(),
-         {
-             {Field::kMaxTxInputEq, P03, 224, {0xA7}, 10, ""},
-             {Field::kMaxRxEmphasis, P03, 224, {0xA7}, 7, ""},
-             {Field::kRxEmphasisType, P03, 225, {0x1F}, 1, "constant steady-state amplitude"},
-             {Field::kRxAmplitudes, P03, 225, {0x1F}, 15, ""},
-             {Field::kCoolerSettlingTime, P03, 228, {14}, 14, ""},
-             {Field::kAdaptiveEqSettlingTime, P03, 229, {10}, 1000, ""},
-             {Field::kHostFec, P03, 230, {0x80}, 1, ""},
-             {Field::kMediaFecBit, P03, 230, {0x40}, 1, ""},
-         });
+Cases Page00() {
+  return {Full(),
+          {
+              {Field::kPowerClass, P00, 129, {0x9C}, 3, ""},
+              {Field::kConnector, P00, 130, {0x07}, 7, "LC"},
+              {Field::kEncoding, P00, 139, {0x01}, 1, "8B/10B"},
+              {Field::kEncoding, P00, 139, {0x02}, 2, "4B/5B"},
+              {Field::kEncoding, P00, 139, {0x03}, 3, "NRZ"},
+              {Field::kEncoding, P00, 139, {0x04}, 4, "SONET Scrambled"},
+              {Field::kEncoding, P00, 139, {0x05}, 5, "64B/66B"},
+              {Field::kEncoding, P00, 139, {0x06}, 6, "Manchester"},
+              {Field::kEncoding, P00, 139, {0x07}, 7, "256B/257B"},
+              {Field::kEncoding, P00, 139, {0x08}, 8, "PAM4"},
+              {Field::kNominalBitrate, P00, 140, {103}, 10300, ""},
+              {Field::kNominalBitrate, P00, 140, {254}, 25400, ""},
+              {Field::kRateSelectVersion, P00, 141, {0xFD}, 1, ""},
+              {Field::kRateSelectVersion, P00, 141, {0x02}, 2, ""},
+              {Field::kLengthSmf, P00, 142, {10, 1, 2, 3, 4}, 10000, ""},
+              {Field::kLengthOm3, P00, 142, {1, 35, 2, 3, 4}, 70, ""},
+              {Field::kLengthOm2, P00, 142, {1, 2, 82, 3, 4}, 82, ""},
+              {Field::kLengthOm1, P00, 142, {1, 2, 3, 33, 4}, 33, ""},
+              {Field::kLengthOm4, P00, 142, {1, 2, 3, 4, 50}, 100, ""},
+              {Field::kTechnology, P00, 147, {0x0F}, 0, "850 nm VCSEL"},
+              {Field::kTechnology, P00, 147, {0x68}, 6, "1310 nm EML"},
+              {Field::kTechnology, P00, 147, {0xF1}, 15, "Copper cable, linear active equalizers"},
+              {Field::kWavelengthControl, P00, 147, {0x98}, 1, ""},
+              {Field::kCooledTransmitter, P00, 147, {0x94}, 1, ""},
+              {Field::kDetector, P00, 147, {0x02}, 1, "APD"},
+              {Field::kDetector, P00, 147, {0x0D}, 0, "PIN"},
+              {Field::kTunableTransmitter, P00, 147, {0x91}, 1, ""},
+              {Field::kVendor, P00, 148, Chars("Acme Optics     "), 0, "Acme Optics"},
+              {Field::kVendor, P00, 148, Chars("ABCDEFGHIJKLMNOP"), 0, "ABCDEFGHIJKLMNOP"},
+              {Field::kSpeedMask, P00, 164, {0x15}, 0x15, ""},
+              {Field::kOui, P00, 165, {0xA0, 0xB1, 0x02}, 0, "a0b102"},
+              {Field::kPartNumber, P00, 168, Chars(" AO-Q28 SR4     "), 0, " AO-Q28 SR4"},
+              {Field::kPartNumber, P00, 168, Chars("abcdefghijklmnop"), 0, "abcdefghijklmnop"},
+              {Field::kVendorRevision, P00, 184, Chars("A1"), 0, "A1"},
+              {Field::kWavelength, P00, 186, {0x66, 0x59, 0x05, 0x14}, 1310.05, ""},
+              {Field::kWavelengthTolerance, P00, 186, {0x66, 0x58, 0x05, 0x15}, 6.505, ""},
+              {Field::kMaxCaseTemperature, P00, 190, {85}, 85, ""},
+              {Field::kMaxCaseTemperature, P00, 190, {0}, 70, ""},
+              {Field::kExtendedCompliance, P00, 192, {0x06}, 6, "100G CWDM4"},
+              {Field::kExtendedCompliance, P00, 192, {0x0A}, 10, ""},
+              {Field::kSerialNumber, P00, 196, Chars("AO\xB5 4711        "), 0, "AO\xC2\xB5 4711"},
+              {Field::kSerialNumber, P00, 196, Chars("0123456789abcdef"), 0, "0123456789abcdef"},
+              {Field::kDateCode, P00, 212, Chars("240315L7"), 0, "240315"},
+              {Field::kLot, P00, 212, Chars("240315L7"), 0, "L7"},
+              {Field::kRxPowerType, P00, 220, {0x3C}, 1, "average power"},
+              {Field::kClei, P02, 128, Chars("ABCDEFGHIJkl"), 0, "ABCDEFGHIJ"},
+          }};
 }
 
-TEST(Sff8636Map, HasTheFieldsOfCopper) {
-  Expect(Copper(), {
-                       {Field::kAttenuation2p5, P00, 186, {5, 7, 9, 13}, 5, ""},
-                       {Field::kAttenuation5, P00, 186, {5, 7, 9, 13}, 7, ""},
-                       {Field::kAttenuation7, P00, 186, {5, 7, 9, 13}, 9, ""},
-                       {Field::kAttenuation12p9, P00, 186, {5, 7, 9, 13}, 13, ""},
-                       {Field::kAttenuation25p8, P00, 145, {21}, 21, ""},
-                       {Field::kLengthCable, P00, 146, {3}, 3, ""},
-                   });
+// Without the bit of average power, RX power is monitored where a lane is not 0.
+Cases Oma() {
+  return {Full().Put(L, 34, {0, 1}), {{Field::kRxPowerType, P00, 220, {0xF7}, 0, "OMA"}}};
+}
+
+Cases ExtendedRate() {
+  return {Full().Put(P00, 140, {255}),
+          {
+              {Field::kNominalBitrate, P00, 222, {103}, 25750, ""},
+              {Field::kExtendedBitrate, P00, 222, {106}, 26500, ""},
+          }};
+}
+
+Cases CopperCable() {
+  return {Copper(),
+          {
+              {Field::kAttenuation2p5, P00, 186, {5, 7, 9, 13}, 5, ""},
+              {Field::kAttenuation5, P00, 186, {5, 7, 9, 13}, 7, ""},
+              {Field::kAttenuation7, P00, 186, {5, 7, 9, 13}, 9, ""},
+              {Field::kAttenuation12p9, P00, 186, {5, 7, 9, 13}, 13, ""},
+              {Field::kAttenuation25p8, P00, 144, {2, 21, 3}, 21, ""},
+              {Field::kLengthCable, P00, 145, {2, 3}, 3, ""},
+          }};
+}
+
+Cases Page03() {
+  return {Full(),
+          {
+              {Field::kMaxTxInputEq, P03, 224, {0xA7}, 10, ""},
+              {Field::kMaxRxEmphasis, P03, 224, {0xA7}, 7, ""},
+              {Field::kRxEmphasisType,
+               P03,
+               225,
+               {0xCF},
+               0,
+               "constant peak-to-peak amplitude, or no information"},
+              {Field::kRxEmphasisType, P03, 225, {0x10}, 1, "constant steady-state amplitude"},
+              {Field::kRxEmphasisType, P03, 225, {0xEF}, 2, "constant average amplitude"},
+              {Field::kRxEmphasisType, P03, 225, {0x30}, 3, ""},
+              {Field::kRxAmplitudes, P03, 225, {0xF5}, 5, ""},
+              {Field::kCoolerSettlingTime, P03, 227, {1, 14, 2}, 14, ""},
+              {Field::kAdaptiveEqSettlingTime, P03, 228, {2, 10, 1}, 1000, ""},
+              {Field::kHostFec, P03, 230, {0x80}, 1, ""},
+              {Field::kMediaFecBit, P03, 230, {0x40}, 1, ""},
+              {Field::kMediaFecBit, P03, 230, {0xBF}, 0, ""},
+          }};
+}
+
+std::vector<Cases> AllCases() {
+  return {LowerPage(), MicroQsfp(), Page00(), Oma(), ExtendedRate(), CopperCable(), Page03()};
+}
+
+TEST(Sff8636Map, HasItsFields) {
+  for (const Cases& it : AllCases()) Expect(it.memory, it.cases);
+}
+
+TEST(Sff8636Map, HasACaseForEachField) {
+  std::vector<FieldCase> all;
+  for (const Cases& it : AllCases()) all.insert(all.end(), it.cases.begin(), it.cases.end());
+  map_cases::ExpectCovered(Sff8636Map().fields, all);
+}
+
+TEST(Sff8636Map, HasNoValueForCodesWithoutMeaning) {
+  EXPECT_FALSE(Full().Put(L, 110, {0x47}).Decode()[Field::kAdvancedLowPower].IsPresent());
+  EXPECT_FALSE(Full().Put(L, 110, {0x13}).Decode()[Field::kMinOperatingVoltage].IsPresent());
+  EXPECT_FALSE(Full().Put(P00, 141, {0x03}).Decode()[Field::kRateSelectVersion].IsPresent());
+  EXPECT_FALSE(Full().Put(P00, 141, {0xFC}).Decode()[Field::kRateSelectVersion].IsPresent());
+}
+
+TEST(Sff8636Map, HasNoValueWhereZeroMeansNone) {
+  const ModuleInfo info = Full().Decode();
+  for (const Field field : {Field::kPropagationDelay,
+                            Field::kModselWaitTime,
+                            Field::kSecondaryExtendedCompliance,
+                            Field::kModuleSubtype,
+                            Field::kFiberFace,
+                            Field::kNominalBitrate,
+                            Field::kLengthSmf,
+                            Field::kLengthOm4,
+                            Field::kLengthOm3,
+                            Field::kLengthOm2,
+                            Field::kLengthOm1,
+                            Field::kLengthCable,
+                            Field::kVendor,
+                            Field::kOui,
+                            Field::kSpeedMask,
+                            Field::kWavelength,
+                            Field::kWavelengthTolerance,
+                            Field::kExtendedCompliance,
+                            Field::kClei,
+                            Field::kRxAmplitudes,
+                            Field::kCoolerSettlingTime,
+                            Field::kAdaptiveEqSettlingTime}) {
+    EXPECT_EQ(info.StateOf(field), FieldState::kNotImplemented)
+        << cable_info::DescribeField(field).key;
+  }
+  const ModuleInfo copper = Copper().Decode();
+  for (const Field field : {Field::kAttenuation2p5, Field::kAttenuation5, Field::kAttenuation7,
+                            Field::kAttenuation12p9, Field::kAttenuation25p8}) {
+    EXPECT_EQ(copper.StateOf(field), FieldState::kNotImplemented);
+  }
+}
+
+TEST(Sff8636Map, HasNoOpticalFieldsOfCopper) {
   const ModuleInfo info = Copper().Put(P00, 142, {1, 2, 3, 4}).Put(P00, 186, {5, 7}).Decode();
   for (const Field field : {Field::kLengthSmf, Field::kLengthOm3, Field::kLengthOm2,
                             Field::kLengthOm1, Field::kWavelength, Field::kDetector}) {
@@ -143,32 +292,18 @@ TEST(Sff8636Map, HasTheFieldsOfCopper) {
   }
 }
 
-TEST(Sff8636Map, HasTexts) {
-  struct Case {
-    Field field;
-    Page page;
-    std::size_t byte;
-    std::string_view stored;
-    std::string_view text;
-  };
-  const Case kCases[] = {
-      {Field::kVendor, P00, 148, "Acme Optics     ", "Acme Optics"},
-      {Field::kPartNumber, P00, 168, " AO-Q28 SR4     ", " AO-Q28 SR4"},
-      {Field::kVendorRevision, P00, 184, "A1", "A1"},
-      {Field::kSerialNumber, P00, 196,
-       "AO\xB5"
-       "4711         ",
-       "AO\xC2\xB5"
-       "4711"},
-      {Field::kDateCode, P00, 212, "240315", "240315"},
-      {Field::kLot, P00, 218, "L7", "L7"},
-      {Field::kClei, P02, 128, "ABCDEFGHIJ", "ABCDEFGHIJ"},
-  };
-  for (const Case& it : kCases) {
-    const ModuleInfo info = Full().Text(it.page, it.byte, it.stored).Decode();
-    EXPECT_EQ(info[it.field].text, it.text);
+TEST(Sff8636Map, HasTheAttenuationAt25GigahertzOfSomeCopperOnly) {
+  for (unsigned technology = 0; technology < 16; ++technology) {
+    const ModuleInfo info = Full().Put(P00, 145, {21}).Put(P00, 147, {technology << 4U}).Decode();
+    const bool has_it =
+        technology == 10 || technology == 11 || technology == 13 || technology == 15;
+    EXPECT_EQ(info[Field::kAttenuation25p8].IsPresent(), has_it) << technology;
+    EXPECT_EQ(info[Field::kLengthOm1].IsPresent(), technology < 10) << technology;
+    EXPECT_EQ(info[Field::kAttenuation5].state, FieldState::kNotImplemented) << technology;
   }
-  EXPECT_EQ(Full().Put(P00, 165, {0xA0, 0xB1, 0x02}).Decode()[Field::kOui].text, "a0b102");
+}
+
+TEST(Sff8636Map, HasNoBlankTexts) {
   const ModuleInfo blank = Full().Text(P00, 148, "                ").Decode();
   EXPECT_FALSE(blank[Field::kVendor].IsPresent());
   EXPECT_FALSE(blank[Field::kOui].IsPresent());
@@ -176,12 +311,16 @@ TEST(Sff8636Map, HasTexts) {
 
 TEST(Sff8636Map, NamesItsRevision) {
   const std::pair<unsigned, std::string_view> kRevisions[] = {
-      {0x03, "1.3"}, {0x05, "1.5"}, {0x06, "2.0"}, {0x07, "2.5"}, {0x08, "2.8"}};
+      {0x01, "SFF-8436 4.8"}, {0x02, "SFF-8436 4.8"}, {0x03, "1.3"}, {0x04, "1.4"},
+      {0x05, "1.5"},          {0x06, "2.0"},          {0x07, "2.5"}, {0x08, "2.8"}};
   for (const auto& [code, name] : kRevisions) {
     EXPECT_EQ(Full().Put(L, 1, {code}).Decode()[Field::kRevision].text, name);
   }
   EXPECT_FALSE(Full().Put(L, 1, {0x00}).Decode()[Field::kRevision].IsPresent());
-  EXPECT_FALSE(Full().Put(L, 1, {0x80}).Decode()[Field::kRevision].IsPresent());
+  const ModuleInfo unknown = Full().Put(L, 1, {0x80}).Decode();
+  EXPECT_FALSE(unknown[Field::kRevision].IsPresent());
+  EXPECT_EQ(Warnings(unknown),
+            std::vector<std::string>{"byte 1 is 0x80, which is no revision's code"});
 }
 
 TEST(Sff8636Map, KnowsPowerClassesAndTheirPower) {
@@ -194,13 +333,16 @@ TEST(Sff8636Map, KnowsPowerClassesAndTheirPower) {
   const Case kCases[] = {
       {0x00, 0, 1, 1.5}, {0x40, 0, 2, 2.0},  {0x80, 0, 3, 2.5}, {0xC0, 0, 4, 3.5},
       {0xC1, 0, 5, 4.0}, {0xC2, 0, 6, 4.5},  {0xC3, 0, 7, 5.0}, {0xE3, 60, 8, 6.0},
-      {0xE3, 0, 7, 5.0}, {0xC0, 33, 4, 3.3},
+      {0xE3, 0, 7, 5.0}, {0xC0, 33, 4, 3.3}, {0x03, 0, 7, 5.0}, {0x20, 0, 1, 1.5},
   };
   for (const Case& it : kCases) {
     const ModuleInfo info = Full().Put(P00, 129, {it.byte129}).Put(L, 107, {it.byte107}).Decode();
     EXPECT_EQ(info[Field::kPowerClass].number, it.power_class) << it.byte129;
     EXPECT_DOUBLE_EQ(info[Field::kMaxPower].number, it.watts) << it.byte129;
   }
+  // Byte 107 is that of revision 2.10.
+  const ModuleInfo older = Full().Put(L, 1, {7}).Put(P00, 129, {0xC0}).Put(L, 107, {33}).Decode();
+  EXPECT_DOUBLE_EQ(older[Field::kMaxPower].number, 3.5);
 }
 
 TEST(Sff8636Map, LooksAtTheExtendedRateOnlyWhenToldSo) {
@@ -224,68 +366,177 @@ TEST(Sff8636Map, TakesByte146AsOm4OnlyOfSeparable850NanometreModules) {
   EXPECT_EQ(Warnings(more), std::vector<std::string>{"Length, OM4: more than 508 m"});
 }
 
-TEST(Sff8636Map, NamesComplianceAndSpeeds) {
-  Memory memory = Full().Put(P00, 131, {0x84, 0x04, 0x20, 0x08, 0x40, 0x10, 0x01, 0x80});
-  memory.Put(P00, 192, {0x0B}).Put(P00, 164, {0x31});
-  const ModuleInfo info = memory.Decode();
-  const std::vector<std::string_view> kNames(info.compliance.begin(), info.compliance.end() - 1);
-  EXPECT_EQ(kNames, (std::vector<std::string_view>{
-                        "40GBASE-SR4", "OC-48, long reach", "SAS 6.0 Gb/s", "1000BASE-T",
-                        "FC short distance (S)", "FC longwave laser (LL)", "FC single mode (SM)",
-                        "FC 1200 MB/s per lane"}));
-  EXPECT_EQ(info.compliance.back().substr(0, 12), "100GBASE-CR4");
-  EXPECT_EQ(info.supported_speeds, (std::vector<std::string_view>{"SDR", "EDR", "HDR"}));
+TEST(Sff8636Map, NamesEachComplianceBit) {
+  const std::vector<BitCase> kBits = {
+      {P00, 131, 6, "10GBASE-LRM"},
+      {P00, 131, 5, "10GBASE-LR"},
+      {P00, 131, 4, "10GBASE-SR"},
+      {P00, 131, 3, "40GBASE-CR4"},
+      {P00, 131, 2, "40GBASE-SR4"},
+      {P00, 131, 1, "40GBASE-LR4"},
+      {P00, 131, 0, "40G Active Cable (XLPPI)"},
+      {P00, 132, 3, "40G OTN (OTU3B/OTU3C)"},
+      {P00, 132, 2, "OC-48, long reach"},
+      {P00, 132, 1, "OC-48, intermediate reach"},
+      {P00, 132, 0, "OC-48, short reach"},
+      {P00, 133, 7, "SAS 24.0 Gb/s"},
+      {P00, 133, 6, "SAS 12.0 Gb/s"},
+      {P00, 133, 5, "SAS 6.0 Gb/s"},
+      {P00, 133, 4, "SAS 3.0 Gb/s"},
+      {P00, 134, 3, "1000BASE-T"},
+      {P00, 134, 2, "1000BASE-CX"},
+      {P00, 134, 1, "1000BASE-LX"},
+      {P00, 134, 0, "1000BASE-SX"},
+      {P00, 135, 7, "FC very long distance (V)"},
+      {P00, 135, 6, "FC short distance (S)"},
+      {P00, 135, 5, "FC intermediate distance (I)"},
+      {P00, 135, 4, "FC long distance (L)"},
+      {P00, 135, 3, "FC medium distance (M)"},
+      {P00, 135, 1, "FC longwave laser (LC)"},
+      {P00, 135, 0, "FC electrical inter-enclosure (EL)"},
+      {P00, 136, 7, "FC electrical intra-enclosure"},
+      {P00, 136, 6, "FC shortwave laser without OFC (SN)"},
+      {P00, 136, 5, "FC shortwave laser with OFC (SL)"},
+      {P00, 136, 4, "FC longwave laser (LL)"},
+      {P00, 137, 7, "FC twin axial pair (TW)"},
+      {P00, 137, 6, "FC shielded twisted pair (TP)"},
+      {P00, 137, 5, "FC miniature coax (MI)"},
+      {P00, 137, 4, "FC video coax (TV)"},
+      {P00, 137, 3, "FC multi-mode 62.5 um (M6)"},
+      {P00, 137, 2, "FC multi-mode 50 um (M5)"},
+      {P00, 137, 1, "FC multi-mode 50 um (OM3)"},
+      {P00, 137, 0, "FC single mode (SM)"},
+      {P00, 138, 7, "FC 1200 MB/s per lane"},
+      {P00, 138, 6, "FC 800 MB/s"},
+      {P00, 138, 5, "FC 1600 MB/s per lane"},
+      {P00, 138, 4, "FC 400 MB/s"},
+      {P00, 138, 3, "FC 3200 MB/s per lane"},
+      {P00, 138, 2, "FC 200 MB/s"},
+      {P00, 138, 0, "FC 100 MB/s"},
+  };
+  map_cases::ExpectNames(Full(), kBits, [](const ModuleInfo& info) { return info.compliance; });
 }
 
-struct LaneCase {
-  LaneField field;
-  Page page;
-  std::size_t byte;
-  Bytes bytes;
-  std::array<double, 4> lanes;
-};
-
-TEST(Sff8636Map, HasTheFieldsOfLanes) {
-  const LaneCase kCases[] = {
-      {LaneField::kTxLos, L, 3, {0x10}, {1, 0, 0, 0}},
-      {LaneField::kRxLos, L, 3, {0x08}, {0, 0, 0, 1}},
-      {LaneField::kTxAdaptiveEqFault, L, 4, {0x20}, {0, 1, 0, 0}},
-      {LaneField::kTxFault, L, 4, {0x05}, {1, 0, 1, 0}},
-      {LaneField::kTxLol, L, 5, {0x80}, {0, 0, 0, 1}},
-      {LaneField::kRxLol, L, 5, {0x01}, {1, 0, 0, 0}},
-      {LaneField::kTxDisable, L, 86, {0x06}, {0, 1, 1, 0}},
-      {LaneField::kRxRateSelect, L, 87, {0x1B}, {3, 2, 1, 0}},
-      {LaneField::kTxRateSelect, L, 88, {0xC0}, {0, 0, 0, 3}},
-      {LaneField::kTxCdr, L, 98, {0x10}, {1, 0, 0, 0}},
-      {LaneField::kRxCdr, L, 98, {0x0E}, {0, 1, 1, 1}},
-      {LaneField::kTxLosMask, L, 100, {0x40}, {0, 0, 1, 0}},
-      {LaneField::kRxLosMask, L, 100, {0x02}, {0, 1, 0, 0}},
-      {LaneField::kTxAdaptiveEqFaultMask, L, 101, {0x10}, {1, 0, 0, 0}},
-      {LaneField::kTxFaultMask, L, 101, {0x08}, {0, 0, 0, 1}},
-      {LaneField::kTxLolMask, L, 102, {0x20}, {0, 1, 0, 0}},
-      {LaneField::kRxLolMask, L, 102, {0x04}, {0, 0, 1, 0}},
-      {LaneField::kTxForceSquelch, P03, 231, {0x01}, {1, 0, 0, 0}},
-      {LaneField::kTxAdaptiveEqFreeze, P03, 233, {0x08}, {1, 0, 0, 0}},
-      {LaneField::kTxInputEq, P03, 234, {0x12, 0x34}, {1, 2, 3, 4}},
-      {LaneField::kRxEmphasis, P03, 236, {0x21, 0x13}, {2, 1, 1, 3}},
-      {LaneField::kRxAmplitude, P03, 238, {0x13, 0x23}, {1, 3, 2, 3}},
-      {LaneField::kRxSquelchDisable, P03, 240, {0x20}, {0, 1, 0, 0}},
-      {LaneField::kTxSquelchDisable, P03, 240, {0x0C}, {0, 0, 1, 1}},
-      {LaneField::kRxOutputDisable, P03, 241, {0x30}, {1, 1, 0, 0}},
-      {LaneField::kTxAdaptiveEq, P03, 241, {0x0D}, {1, 0, 1, 1}},
-      {LaneField::kRxPowerMask, P03, 242, {0x84, 0x21}, {8, 4, 2, 1}},
-      {LaneField::kTxBiasMask, P03, 244, {0xF0, 0x00}, {15, 0, 0, 0}},
-      {LaneField::kTxPowerMask, P03, 246, {0x00, 0x0F}, {0, 0, 0, 15}},
+TEST(Sff8636Map, NamesEachOption) {
+  const std::vector<BitCase> kBits = {
+      {P00, 129, 4, "CLEI code"},
+      {P00, 129, 3, "TX CDR"},
+      {P00, 129, 2, "RX CDR"},
+      {P00, 193, 6, "LPMode/TxDis pin configurable"},
+      {P00, 193, 5, "IntL/RxLOSL pin configurable"},
+      {P00, 193, 4, "TX adaptive equalization freeze"},
+      {P00, 193, 3, "TX adaptive equalization"},
+      {P00, 193, 2, "TX input equalization programmable"},
+      {P00, 193, 1, "RX output emphasis programmable"},
+      {P00, 193, 0, "RX output amplitude programmable"},
+      {P00, 194, 7, "TX CDR on/off control"},
+      {P00, 194, 6, "RX CDR on/off control"},
+      {P00, 194, 5, "TX CDR loss of lock flag"},
+      {P00, 194, 4, "RX CDR loss of lock flag"},
+      {P00, 194, 3, "RX squelch disable"},
+      {P00, 194, 2, "RX output disable"},
+      {P00, 194, 1, "TX squelch disable"},
+      {P00, 194, 0, "TX squelch"},
+      {P00, 195, 7, "Page 02h"},
+      {P00, 195, 6, "Page 01h"},
+      {P00, 195, 5, "Rate select"},
+      {P00, 195, 4, "TX disable"},
+      {P00, 195, 3, "TX fault flag"},
+      {P00, 195, 2, "TX squelch reduces average power"},
+      {P00, 195, 1, "TX LOS flag"},
+      {P00, 195, 0, "Pages 20h and 21h"},
+      {P00, 221, 4, "Initialization complete flag"},
+      {P00, 221, 3, "Extended rate select"},
+      {P00, 221, 2, "Application select"},
+      {P00, 221, 1, "Cooler readiness flag"},
+      {P00, 221, 0, "Software reset"},
+      {P03, 227, 7, "Host-side FEC control"},
+      {P03, 227, 6, "Media-side FEC control"},
+      {P03, 227, 3, "TX forced squelch"},
+      {P03, 227, 2, "RxLOSL fast mode"},
+      {P03, 227, 1, "TxDis fast mode"},
   };
-  for (const LaneCase& it : kCases) {
-    const ModuleInfo info = Full().Put(it.page, it.byte, it.bytes).Decode();
-    ASSERT_EQ(info.lanes.size(), 4U);
-    for (const Lane& lane : info.lanes) {
-      const std::string_view key = cable_info::DescribeField(it.field).key;
-      EXPECT_TRUE(lane[it.field].IsPresent()) << key;
-      EXPECT_EQ(lane[it.field].number, it.lanes.at(lane.number - 1)) << key << lane.number;
+  map_cases::ExpectNames(Bare(), kBits, [](const ModuleInfo& info) { return info.options; });
+  // Page 03h byte 227 belongs to vendors before.
+  EXPECT_TRUE(Bare().Put(L, 1, {0x07}).Put(P03, 227, {0xFF}).Decode().options.empty());
+}
+
+TEST(Sff8636Map, NamesComplianceOfBothExtendedCodesAndSpeeds) {
+  Memory memory = Full().Put(P00, 131, {0x84}).Put(P00, 192, {0x06}).Put(L, 116, {0x05});
+  const ModuleInfo info = memory.Put(P00, 164, {0x31}).Decode();
+  EXPECT_EQ(info.compliance,
+            (std::vector<std::string_view>{"40GBASE-SR4", "100G CWDM4", "100GBASE-SR10"}));
+  EXPECT_EQ(info.supported_speeds, (std::vector<std::string_view>{"SDR", "EDR", "HDR"}));
+  const std::vector<BitCase> kSpeeds = {{P00, 164, 0, "SDR"}, {P00, 164, 1, "DDR"},
+                                        {P00, 164, 2, "QDR"}, {P00, 164, 3, "FDR"},
+                                        {P00, 164, 4, "EDR"}, {P00, 164, 5, "HDR"}};
+  map_cases::ExpectNames(Full(), kSpeeds, [](const ModuleInfo& it) { return it.supported_speeds; });
+}
+
+// ---------------------------------------------------------------------------------------------
+// Lanes
+// ---------------------------------------------------------------------------------------------
+
+std::vector<LaneCase> LaneCases() {
+  std::vector<LaneCase> cases = {
+      {LaneField::kRxRateSelect, L, 87, {0x1B}, {3, 2, 1, 0}},
+      {LaneField::kRxRateSelect, L, 87, {0xE4}, {0, 1, 2, 3}},
+      {LaneField::kTxRateSelect, L, 88, {0x1B}, {3, 2, 1, 0}},
+      {LaneField::kTxRateSelect, L, 88, {0xE4}, {0, 1, 2, 3}},
+      {LaneField::kTxInputEq, P03, 234, {0x12, 0x34}, {1, 2, 3, 4}},
+      {LaneField::kTxInputEq, P03, 234, {0xA9, 0x87}, {10, 9, 8, 7}},
+      {LaneField::kRxEmphasis, P03, 236, {0x12, 0x34}, {1, 2, 3, 4}},
+      {LaneField::kRxEmphasis, P03, 236, {0x76, 0x50}, {7, 6, 5, 0}},
+      {LaneField::kRxAmplitude, P03, 238, {0x01, 0x23}, {0, 1, 2, 3}},
+      {LaneField::kRxAmplitude, P03, 238, {0x32, 0x10}, {3, 2, 1, 0}},
+      {LaneField::kRxPowerMask, P03, 242, {0x84, 0x21}, {8, 4, 2, 1}},
+      {LaneField::kTxBiasMask, P03, 244, {0xF1, 0x37}, {15, 1, 3, 7}},
+      {LaneField::kTxPowerMask, P03, 246, {0x12, 0x48}, {1, 2, 4, 8}},
+  };
+  // A bit per lane: the bytes of lanes 1 to 4 alone.
+  struct LaneBits {
+    LaneField field;
+    Page page;
+    std::size_t byte;
+    std::array<unsigned, 4> lanes;
+  };
+  const LaneBits kBits[] = {
+      {LaneField::kTxLos, L, 3, {0x10, 0x20, 0x40, 0x80}},
+      {LaneField::kRxLos, L, 3, {0x01, 0x02, 0x04, 0x08}},
+      {LaneField::kTxAdaptiveEqFault, L, 4, {0x10, 0x20, 0x40, 0x80}},
+      {LaneField::kTxFault, L, 4, {0x01, 0x02, 0x04, 0x08}},
+      {LaneField::kTxLol, L, 5, {0x10, 0x20, 0x40, 0x80}},
+      {LaneField::kRxLol, L, 5, {0x01, 0x02, 0x04, 0x08}},
+      {LaneField::kTxDisable, L, 86, {0x01, 0x02, 0x04, 0x08}},
+      {LaneField::kTxCdr, L, 98, {0x10, 0x20, 0x40, 0x80}},
+      {LaneField::kRxCdr, L, 98, {0x01, 0x02, 0x04, 0x08}},
+      {LaneField::kTxLosMask, L, 100, {0x10, 0x20, 0x40, 0x80}},
+      {LaneField::kRxLosMask, L, 100, {0x01, 0x02, 0x04, 0x08}},
+      {LaneField::kTxAdaptiveEqFaultMask, L, 101, {0x10, 0x20, 0x40, 0x80}},
+      {LaneField::kTxFaultMask, L, 101, {0x01, 0x02, 0x04, 0x08}},
+      {LaneField::kTxLolMask, L, 102, {0x10, 0x20, 0x40, 0x80}},
+      {LaneField::kRxLolMask, L, 102, {0x01, 0x02, 0x04, 0x08}},
+      {LaneField::kTxForceSquelch, P03, 231, {0x01, 0x02, 0x04, 0x08}},
+      {LaneField::kTxAdaptiveEqFreeze, P03, 233, {0x08, 0x04, 0x02, 0x01}},
+      {LaneField::kRxSquelchDisable, P03, 240, {0x10, 0x20, 0x40, 0x80}},
+      {LaneField::kTxSquelchDisable, P03, 240, {0x01, 0x02, 0x04, 0x08}},
+      {LaneField::kRxOutputDisable, P03, 241, {0x10, 0x20, 0x40, 0x80}},
+      {LaneField::kTxAdaptiveEq, P03, 241, {0x01, 0x02, 0x04, 0x08}},
+  };
+  for (const LaneBits& it : kBits) {
+    for (std::size_t lane = 0; lane < 4; ++lane) {
+      std::array<double, 4> values = {};
+      values.at(lane) = 1;
+      cases.push_back({it.field, it.page, it.byte, {it.lanes.at(lane)}, values});
     }
   }
+  return cases;
+}
+
+TEST(Sff8636Map, HasTheFieldsOfLanes) { Expect(Full(), LaneCases()); }
+
+TEST(Sff8636Map, HasACaseForEachFieldOfLanes) {
+  map_cases::ExpectCovered(Sff8636Map().lane_fields, LaneCases());
 }
 
 TEST(Sff8636Map, HasNoLaneFieldsThatAreNotAdvertised) {
@@ -300,6 +551,148 @@ TEST(Sff8636Map, HasNoLaneFieldsThatAreNotAdvertised) {
     EXPECT_EQ(info.lanes.front()[field].state, FieldState::kNotImplemented);
   }
   EXPECT_TRUE(info.lanes.front()[LaneField::kRxLos].IsPresent());
+}
+
+// ---------------------------------------------------------------------------------------------
+// Advertisement
+// ---------------------------------------------------------------------------------------------
+
+// Everything is advertised and has a value.
+Memory Populated() {
+  Memory memory = Full().Text(P02, 128, "ABCDEFGHIJ").Put(L, 6, {0x03});
+  memory.Put(L, 108, {0, 6, 0x2A}).Put(L, 113, {0x10}).Put(L, 115, {0x65, 0x06, 0x31});
+  return memory.Put(P03, 224, {0xA7, 0x1F}).Put(P03, 228, {14, 10, 0xC0});
+}
+
+TEST(Sff8636Map, EachOptionBitGovernsItsValues) {
+  const Keys kRateSelect = {"lanes.details.rx_rate_select", "lanes.details.tx_rate_select"};
+  map_cases::ExpectAdvertised(
+      Populated(),
+      {
+          {P00, 129, 5, {"details.high_power_class8_enable"}},
+          {P00, 129, 4, {"identity.clei"}},
+          {P00, 129, 3, {"lanes.controls.tx_cdr"}},
+          {P00, 129, 2, {"lanes.controls.rx_cdr"}},
+          {P00,
+           141,
+           1,
+           {"details.rate_select_version", "lanes.details.rx_rate_select",
+            "lanes.details.tx_rate_select"}},
+          {P00, 193, 6, {"details.low_power_pin_is_tx_disable"}},
+          {P00, 193, 5, {"details.interrupt_pin_is_los"}},
+          {P00, 193, 4, {"lanes.details.tx_adaptive_eq_freeze"}},
+          {P00,
+           193,
+           3,
+           {"details.adaptive_eq_settling_time_ms", "lanes.flags.tx_adaptive_eq_fault",
+            "lanes.details.tx_adaptive_eq_fault_mask", "lanes.details.tx_adaptive_eq"}},
+          {P00, 193, 2, {"details.max_tx_input_eq_db", "lanes.controls.tx_input_eq"}},
+          {P00,
+           193,
+           1,
+           {"details.max_rx_emphasis_db", "details.rx_emphasis_type",
+            "lanes.details.rx_emphasis_db"}},
+          {P00, 193, 0, {"details.rx_amplitudes", "lanes.controls.rx_amplitude"}},
+          {P00, 194, 5, {"lanes.flags.tx_lol", "lanes.details.tx_lol_mask"}},
+          {P00, 194, 4, {"lanes.flags.rx_lol", "lanes.details.rx_lol_mask"}},
+          {P00, 194, 3, {"lanes.details.rx_squelch_disable"}},
+          {P00, 194, 2, {"lanes.controls.rx_output_disable"}},
+          {P00, 194, 1, {"lanes.details.tx_squelch_disable"}},
+          {P00, 195, 5, kRateSelect},
+          {P00, 195, 4, {"lanes.controls.tx_disable"}},
+          {P00, 195, 3, {"lanes.flags.tx_fault", "lanes.details.tx_fault_mask"}},
+          {P00, 195, 1, {"lanes.flags.tx_los", "lanes.details.tx_los_mask"}},
+          {P00, 220, 5, {"monitors.temperature", "details.temperature_mask"}},
+          {P00, 220, 4, {"monitors.voltage", "details.voltage_mask"}},
+          {P00, 220, 3, {"lanes.rx_power", "details.rx_power_type", "lanes.details.rx_power_mask"}},
+          {P00, 220, 2, {"lanes.tx_power", "lanes.details.tx_power_mask"}},
+          {P00, 221, 4, {"details.initialization_complete"}},
+          {P00, 221, 3, kRateSelect},
+          {P00, 221, 1, {"details.cooler_ready"}},
+          {P00, 221, 0, {"details.software_reset"}},
+          {P03, 227, 7, {"details.host_fec"}},
+          {P03, 227, 6, {"details.media_fec_bit"}},
+          {P03, 227, 3, {"lanes.details.tx_force_squelch"}},
+      });
+}
+
+TEST(Sff8636Map, NeedsPowerClassesAbove4ForTheirEnable) {
+  EXPECT_EQ(Changed(Populated().Decode(), Populated().Put(P00, 129, {0x3C}).Decode()),
+            Keys{"details.high_power_enable"});
+}
+
+TEST(Sff8636Map, HasTheFieldsOfItsRevision) {
+  const auto with_revision = [](unsigned code) {
+    return Populated().Put(L, 1, {code}).Word(L, 22, 0x1900).Word(L, 26, 33000).Decode();
+  };
+  EXPECT_EQ(Changed(with_revision(0x08), with_revision(0x07)),
+            (Keys{"details.modsel_wait_time_us", "details.secondary_extended_compliance",
+                  "details.module_subtype", "details.fiber_face", "details.cooler_settling_time_s",
+                  "details.host_fec", "details.media_fec_bit", "lanes.details.tx_force_squelch"}));
+  EXPECT_EQ(Changed(with_revision(0x07), with_revision(0x06)),
+            (Keys{"details.far_end", "details.near_end_lanes"}));
+  EXPECT_EQ(Changed(with_revision(0x06), with_revision(0x05)),
+            (Keys{"lanes.tx_power", "lanes.details.tx_power_mask"}));
+  EXPECT_EQ(Changed(with_revision(0x05), with_revision(0x03)), Keys());
+  // SFF-8436 reserves the properties.
+  EXPECT_EQ(Changed(with_revision(0x03), with_revision(0x02)),
+            (Keys{"details.propagation_delay_ns", "details.advanced_low_power_w",
+                  "details.far_side_managed", "details.min_operating_voltage_v"}));
+  EXPECT_EQ(Changed(with_revision(0x02), with_revision(0x01)), Keys());
+}
+
+TEST(Sff8636Map, HasLowPowerModesOfAnUnknownRevisionWhenTheByteIsUsed) {
+  Memory memory = Full().Put(L, 1, {0x00});
+  for (const Field field :
+       {Field::kAdvancedLowPower, Field::kFarSideManaged, Field::kMinOperatingVoltage}) {
+    EXPECT_EQ(memory.Decode().StateOf(field), FieldState::kNotImplemented);
+  }
+  memory.Put(L, 110, {0x08});
+  EXPECT_EQ(memory.Decode()[Field::kAdvancedLowPower].number, 1.5);
+  EXPECT_EQ(memory.Decode()[Field::kFarSideManaged].number, 1);
+  EXPECT_EQ(memory.Decode()[Field::kMinOperatingVoltage].number, 3.3);
+}
+
+TEST(Sff8636Map, HasMaximumDurationsOfMicroQsfpOnly) {
+  EXPECT_FALSE(Full().Put(L, 114, {0x35}).Decode()[Field::kTxTurnOnTime].IsPresent());
+  EXPECT_FALSE(Full().Put(L, 114, {0x35}).Decode()[Field::kDataPathInitTime].IsPresent());
+}
+
+// No bit advertised it before revision 2.5.
+TEST(Sff8636Map, ShowsAnInitializationFlagOfOlderRevisionsWhenItIsRaised) {
+  Memory memory = Bare().Put(L, 1, {0x06}).Put(L, 6, {0x01});
+  EXPECT_EQ(memory.Decode()[Field::kInitializationComplete].number, 1);
+  EXPECT_FALSE(
+      Memory(memory).Put(L, 1, {0x07}).Decode()[Field::kInitializationComplete].IsPresent());
+  EXPECT_FALSE(memory.Put(L, 6, {0xFE}).Decode()[Field::kInitializationComplete].IsPresent());
+}
+
+TEST(Sff8636Map, HasOpticalValuesOfOpticsOnly) {
+  const auto with_technology = [](unsigned technology) {
+    Memory memory = Full().Put(P00, 142, {1, 2, 3, 0}).Put(P00, 147, {technology << 4U});
+    return memory.Put(P00, 186, {5, 7, 9, 13}).Decode();
+  };
+  EXPECT_EQ(Changed(with_technology(9), with_technology(10)), (Keys{"media.length_m.smf",
+                                                                    "media.length_m.om3",
+                                                                    "media.length_m.om2",
+                                                                    "media.wavelength_nm",
+                                                                    "media.wavelength_tolerance_nm",
+                                                                    "details.wavelength_control",
+                                                                    "details.cooled_transmitter",
+                                                                    "details.detector",
+                                                                    "details.tunable_transmitter",
+                                                                    "media.attenuation_db.2p5ghz",
+                                                                    "media.attenuation_db.5ghz",
+                                                                    "media.attenuation_db.7ghz",
+                                                                    "media.attenuation_db.12p9ghz",
+                                                                    "lanes.rx_power",
+                                                                    "lanes.tx_power",
+                                                                    "lanes.tx_bias",
+                                                                    "details.rx_power_type",
+                                                                    "lanes.details.rx_power_mask",
+                                                                    "lanes.details.tx_power_mask",
+                                                                    "lanes.details.tx_bias_mask"}));
+  EXPECT_EQ(Changed(with_technology(10), with_technology(15)), Keys());
 }
 
 TEST(Sff8636Map, WarnsOfRaisedFlagsThatAreNotAdvertised) {
@@ -348,6 +741,73 @@ TEST(Sff8636Map, HasMonitorsWithThresholdsAndFlags) {
   ExpectLevels(info.lanes[0].tx_power, {2, 0.0003, 1, 0.0004}, 0x4);
 }
 
+TEST(Sff8636Map, HasTheMonitorsOfEachLane) {
+  Memory memory = Full();
+  const unsigned kRaw[] = {1, 256, 4643, 65535};  // 0.1 uW, or 2 uA
+  const std::array<double, 4> kMilliwatts = {0.0001, 0.0256, 0.4643, 6.5535};
+  const std::array<double, 4> kMilliamperes = {0.002, 0.512, 9.286, 131.07};
+  for (std::size_t lane = 0; lane < 4; ++lane) {
+    memory.Word(L, 34 + 2 * lane, kRaw[lane]).Word(L, 42 + 2 * ((lane + 1) % 4), kRaw[lane]);
+    memory.Word(L, 50 + 2 * ((lane + 2) % 4), kRaw[lane]);
+  }
+  const ModuleInfo info = memory.Decode();
+  for (std::size_t lane = 0; lane < 4; ++lane) {
+    EXPECT_DOUBLE_EQ(info.lanes[lane].rx_power.value, kMilliwatts.at(lane));
+    EXPECT_DOUBLE_EQ(info.lanes[(lane + 1) % 4].tx_bias.value, kMilliamperes.at(lane));
+    EXPECT_DOUBLE_EQ(info.lanes[(lane + 2) % 4].tx_power.value, kMilliwatts.at(lane));
+  }
+}
+
+// The raised flags, such as "RX power 2: low alarm".
+Keys RaisedFlags(const ModuleInfo& info) {
+  constexpr std::string_view kLevels[] = {"high alarm", "low alarm", "high warning", "low warning"};
+  Keys raised;
+  const auto add = [&](const std::string& name, const Monitor& monitor) {
+    for (unsigned level = 0; level < 4; ++level) {
+      if (monitor.flags.At(static_cast<AlarmLevel>(level)).value_or(false)) {
+        raised.insert(name + ": " + std::string(kLevels[level]));
+      }
+    }
+  };
+  add("temperature", info.temperature);
+  add("voltage", info.voltage);
+  for (const Lane& lane : info.lanes) {
+    const std::string number = std::to_string(lane.number);
+    add("RX power " + number, lane.rx_power);
+    add("TX bias " + number, lane.tx_bias);
+    add("TX power " + number, lane.tx_power);
+  }
+  return raised;
+}
+
+TEST(Sff8636Map, EachFlagHasItsBit) {
+  struct Nibble {
+    std::size_t byte;
+    unsigned high_alarm;  // the bit; low alarm, high warning and low warning are below
+    std::string name;
+  };
+  const Nibble kNibbles[] = {
+      {6, 7, "temperature"}, {7, 7, "voltage"},     {9, 7, "RX power 1"},  {9, 3, "RX power 2"},
+      {10, 7, "RX power 3"}, {10, 3, "RX power 4"}, {11, 7, "TX bias 1"},  {11, 3, "TX bias 2"},
+      {12, 7, "TX bias 3"},  {12, 3, "TX bias 4"},  {13, 7, "TX power 1"}, {13, 3, "TX power 2"},
+      {14, 7, "TX power 3"}, {14, 3, "TX power 4"},
+  };
+  for (const Nibble& it : kNibbles) {
+    const auto raised = [&it](unsigned below) {
+      return RaisedFlags(Full().Put(L, it.byte, {1U << (it.high_alarm - below)}).Decode());
+    };
+    EXPECT_EQ(raised(0), Keys{it.name + ": high alarm"});
+    EXPECT_EQ(raised(1), Keys{it.name + ": low alarm"});
+    EXPECT_EQ(raised(2), Keys{it.name + ": high warning"});
+    EXPECT_EQ(raised(3), Keys{it.name + ": low warning"});
+  }
+}
+
+TEST(Sff8636Map, HasNoFlagsInReservedBits) {
+  const ModuleInfo info = Full().Put(L, 6, {0x0F, 0x0F, 0xFF}).Put(L, 15, {0xFF, 0xFF}).Decode();
+  EXPECT_EQ(RaisedFlags(info), Keys());
+}
+
 TEST(Sff8636Map, HasSignedTemperatures) {
   EXPECT_DOUBLE_EQ(Full().Word(L, 22, 0x8000).Decode().temperature.value, -128);
   EXPECT_DOUBLE_EQ(Full().Word(L, 22, 0xFF80).Decode().temperature.value, -0.5);
@@ -382,6 +842,72 @@ TEST(Sff8636Map, DecidesPowersByTheirBitsOrByAnyLane) {
   EXPECT_EQ(memory.Decode().lanes[0].rx_power.value, 0);
   Memory older = Full().Put(L, 1, {0x05}).Put(P00, 220, {0x00}).Word(L, 52, 7);
   EXPECT_EQ(older.Decode().lanes[0].tx_power.state, FieldState::kPresent);
+}
+
+TEST(Sff8636Map, HasZeroPowerOnLanesWithoutLight) {
+  // The flag of lane 3 shows that a power of 0 is measured.
+  const ModuleInfo info = Full().Put(P00, 220, {0x30}).Put(L, 10, {0x40}).Decode();
+  for (const Lane& lane : info.lanes) {
+    EXPECT_EQ(lane.rx_power.state, FieldState::kPresent);
+    EXPECT_EQ(lane.rx_power.value, 0);
+  }
+  EXPECT_EQ(info.lanes[2].rx_power.flags.raised, 0x2);
+  EXPECT_EQ(Warnings(info), std::vector<std::string>());
+}
+
+TEST(Sff8636Map, HasNotReadMonitorsOfAMissingLowerPage) {
+  Memory memory = Full().Put(P00, 220, {0x00});
+  memory.Drop(L);
+  const ModuleInfo info = memory.Decode();
+  EXPECT_EQ(info.temperature.state, FieldState::kNotRead);
+  EXPECT_EQ(info.lanes[0].rx_power.state, FieldState::kNotRead);
+  EXPECT_EQ(info.lanes[0].tx_bias.state, FieldState::kNotRead);
+  for (const Field field :
+       {Field::kRevision, Field::kFlatMemory, Field::kAdvancedLowPower, Field::kMinOperatingVoltage,
+        Field::kNearEndLanes, Field::kModselWaitTime, Field::kPropagationDelay}) {
+    EXPECT_EQ(info.StateOf(field), FieldState::kNotRead) << cable_info::DescribeField(field).key;
+  }
+}
+
+TEST(Sff8636Map, HasNotReadFieldsOfAMissingPage00) {
+  Memory memory = Full();
+  memory.Drop(P00);
+  const ModuleInfo info = memory.Decode();
+  for (const Field field :
+       {Field::kPowerClass, Field::kMaxCaseTemperature, Field::kNominalBitrate,
+        Field::kRateSelectVersion, Field::kLengthCable, Field::kLengthOm4, Field::kLengthSmf,
+        Field::kTechnology, Field::kConnector, Field::kOui}) {
+    EXPECT_EQ(info.StateOf(field), FieldState::kNotRead) << cable_info::DescribeField(field).key;
+  }
+}
+
+TEST(Sff8636Map, IsNotReadyWhereNothingIsMeasuredYet) {
+  Memory memory = Full().Put(L, 1, {0x05, 0x01}).Put(P00, 220, {0x00});
+  const ModuleInfo info = memory.Decode();
+  EXPECT_EQ(info.temperature.state, FieldState::kNotReady);
+  EXPECT_EQ(info.voltage.state, FieldState::kNotReady);
+  EXPECT_EQ(info.lanes[1].rx_power.state, FieldState::kNotReady);
+  EXPECT_EQ(info.lanes[1].tx_power.state, FieldState::kNotReady);
+  EXPECT_EQ(info.lanes[1].tx_bias.state, FieldState::kNotReady);
+  EXPECT_EQ(Warnings(info), std::vector<std::string>{"the module says that its data is not ready"});
+  const ModuleInfo copper = memory.Put(P00, 147, {0xA0}).Decode();
+  EXPECT_EQ(copper.temperature.state, FieldState::kNotImplemented);
+  EXPECT_EQ(copper.lanes[1].rx_power.state, FieldState::kNotImplemented);
+}
+
+TEST(Sff8636Map, HasTheBiasUnlessAFlatModuleMonitorsNothing) {
+  Memory memory = Full().Put(L, 2, {0x04}).Put(P00, 220, {0x00});
+  EXPECT_EQ(memory.Decode().lanes[0].tx_bias.state, FieldState::kNotImplemented);
+  EXPECT_TRUE(Memory(memory).Word(L, 48, 1).Decode().lanes[0].tx_bias.IsPresent());
+  EXPECT_TRUE(Memory(memory).Put(P00, 220, {0x20}).Decode().lanes[0].tx_bias.IsPresent());
+  EXPECT_TRUE(memory.Put(L, 2, {0x00}).Decode().lanes[0].tx_bias.IsPresent());
+}
+
+TEST(Sff8636Map, HasTemperatureAndVoltageOfCopperWithSensors) {
+  Memory memory = Copper().Put(L, 1, {0x05}).Put(P00, 220, {0x00});
+  memory.Word(L, 22, 0x1900).Word(L, 26, 33000);
+  EXPECT_EQ(memory.Decode().temperature.value, 25);
+  EXPECT_DOUBLE_EQ(memory.Decode().voltage.value, 3.3);
 }
 
 TEST(Sff8636Map, HasNoOpticalQuantitiesOfCopper) {
@@ -431,6 +957,43 @@ TEST(Sff8636Map, HasNoQuantitiesOnLanesThatAreNotThere) {
   EXPECT_TRUE(info.lanes[1].rx_power.IsPresent());
   EXPECT_EQ(info.lanes[2].rx_power.state, FieldState::kNotImplemented);
   EXPECT_EQ(info.lanes[3][LaneField::kRxLos].state, FieldState::kNotImplemented);
+}
+
+TEST(Sff8636Map, IgnoresThatAllLanesAreNotThere) {
+  const ModuleInfo info = Full().Put(L, 113, {0x0F}).Word(L, 34, 100).Decode();
+  EXPECT_TRUE(info.lanes[0].rx_power.IsPresent());
+  EXPECT_FALSE(info[Field::kNearEndLanes].IsPresent());
+  EXPECT_EQ(Warnings(info),
+            std::vector<std::string>{
+                "byte 113 says that the module has none of its four lanes, which is ignored"});
+  // Byte 113 counts from revision 2.5 on.
+  const ModuleInfo older = Full().Put(L, 1, {0x06}).Put(L, 113, {0x0C}).Decode();
+  EXPECT_TRUE(older.lanes[3][LaneField::kRxLos].IsPresent());
+}
+
+TEST(Sff8636Map, HasNoPage03ThatRepeatsPage00) {
+  Memory memory = Full();
+  for (std::size_t byte = 128; byte < 256; ++byte) {
+    memory.Put(P03, byte, {memory.image().At(P00, byte).value_or(0)});
+  }
+  const ModuleInfo info = memory.Decode();
+  EXPECT_EQ(info[Field::kMaxTxInputEq].state, FieldState::kNotRead);
+  EXPECT_EQ(info.lanes[0][LaneField::kTxInputEq].state, FieldState::kNotRead);
+  EXPECT_EQ(info.lanes[0].rx_power.thresholds.given, 0);
+  EXPECT_EQ(info.pages_read, (std::vector<Page>{L, P00, P02}));
+}
+
+TEST(Sff8636Map, IsThatOfEveryIdentifierOfTheFamily) {
+  for (const unsigned identifier : {0x0DU, 0x0FU, 0x10U, 0x11U, 0x14U, 0x15U, 0x17U}) {
+    const ModuleInfo info = Full().Put(L, 0, {identifier}).Put(P00, 128, {identifier}).Decode();
+    EXPECT_EQ(info.family, ModuleFamily::kSff8636) << identifier;
+    EXPECT_EQ(Warnings(info), std::vector<std::string>()) << identifier;
+  }
+  const ModuleInfo old = Full().Put(L, 0, {0x0C}).Put(P00, 128, {0x0C}).Decode();
+  EXPECT_EQ(old.family, ModuleFamily::kSff8636);
+  EXPECT_EQ(Warnings(old),
+            std::vector<std::string>{
+                "the identifier is that of INF-8438, whose memory map differs in places"});
 }
 
 TEST(Sff8636Map, VerifiesItsChecksums) {
