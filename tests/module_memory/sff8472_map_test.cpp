@@ -102,8 +102,10 @@ Cases FieldsOfA0() {
           {
               {Field::kIdentifier, A0, 0, {0x02}, 2, "Module soldered to motherboard (SFF-8472)"},
               {Field::kExtendedIdentifier, A0, 1, {0x04}, 4, "GBIC/SFP: 2-wire interface ID"},
+              {Field::kExtendedIdentifier, A0, 1, {0x84}, 0x84, ""},
               {Field::kConnector, A0, 2, {0x01}, 1, "SC"},
               {Field::kConnector, A0, 2, {0x07}, 7, "LC"},
+              {Field::kConnector, A0, 2, {0xA5}, 0xA5, ""},
               {Field::kEncoding, A0, 11, {0x01}, 1, "8B/10B"},
               {Field::kEncoding, A0, 11, {0x02}, 2, "4B/5B"},
               {Field::kEncoding, A0, 11, {0x03}, 3, "NRZ"},
@@ -112,10 +114,12 @@ Cases FieldsOfA0() {
               {Field::kEncoding, A0, 11, {0x06}, 6, "64B/66B"},
               {Field::kEncoding, A0, 11, {0x07}, 7, "256B/257B"},
               {Field::kEncoding, A0, 11, {0x08}, 8, "PAM4"},
+              {Field::kEncoding, A0, 11, {0x88}, 0x88, ""},
               {Field::kNominalBitrate, A0, 12, {103}, 10300, ""},
               {Field::kNominalBitrate, A0, 12, {254}, 25400, ""},
               {Field::kRateIdentifier, A0, 13, {0x0C}, 12, "FC-PI-6 32/16/8G independent Rx, Tx"},
               {Field::kRateIdentifier, A0, 13, {0x03}, 3, ""},
+              {Field::kRateIdentifier, A0, 13, {0x8C}, 0x8C, ""},
               {Field::kLengthSmf, A0, 14, {10, 99, 1, 2, 3, 4}, 10000, ""},
               {Field::kLengthSmf, A0, 14, {0, 5, 1, 2, 3, 4}, 500, ""},
               {Field::kLengthSmf, A0, 14, {80, 0}, 80000, ""},
@@ -124,9 +128,14 @@ Cases FieldsOfA0() {
               {Field::kLengthOm1, A0, 14, {1, 2, 4, 3, 5, 6}, 30, ""},
               {Field::kLengthOm4, A0, 14, {1, 2, 3, 4, 40, 5}, 400, ""},
               {Field::kLengthOm3, A0, 14, {1, 2, 3, 4, 5, 30}, 300, ""},
+              {Field::kLengthOm2, A0, 14, {1, 2, 200, 3, 4, 5}, 2000, ""},
+              {Field::kLengthOm1, A0, 14, {1, 2, 4, 200, 5, 6}, 2000, ""},
+              {Field::kLengthOm4, A0, 14, {1, 2, 3, 4, 254, 5}, 2540, ""},
+              {Field::kLengthOm3, A0, 14, {1, 2, 3, 4, 5, 200}, 2000, ""},
               {Field::kVendor, A0, 20, Chars("Acme Optics     "), 0, "Acme Optics"},
               {Field::kVendor, A0, 20, Chars("ABCDEFGHIJKLMNOP"), 0, "ABCDEFGHIJKLMNOP"},
               {Field::kExtendedCompliance, A0, 36, {0x02}, 2, "100GBASE-SR4 or 25GBASE-SR"},
+              {Field::kExtendedCompliance, A0, 36, {0x80}, 0x80, "64GFC"},
               {Field::kOui, A0, 36, {0x01, 0x00, 0x17, 0x6A, 0x02}, 0, "00176a"},
               {Field::kPartNumber, A0, 40, Chars("AO-LR           "), 0, "AO-LR"},
               {Field::kPartNumber, A0, 40, Chars("abcdefghijklmnop"), 0, "abcdefghijklmnop"},
@@ -144,6 +153,8 @@ Cases FieldsOfA0() {
               {Field::kTunableTransmitter, A0, 65, {0x40}, 1, ""},
               {Field::kBitrateMax, A0, 66, {42, 7}, 42, ""},
               {Field::kBitrateMin, A0, 66, {42, 7}, 7, ""},
+              {Field::kBitrateMax, A0, 66, {200, 7}, 200, ""},
+              {Field::kBitrateMin, A0, 66, {42, 135}, 135, ""},
               {Field::kSerialNumber, A0, 68, Chars("AO1060          "), 0, "AO1060"},
               {Field::kSerialNumber, A0, 68, Chars("0123456789abcdef"), 0, "0123456789abcdef"},
               {Field::kDateCode, A0, 84, Chars("15070301"), 0, "150703"},
@@ -165,6 +176,8 @@ Cases ExtendedRate() {
               {Field::kNominalBitrate, A0, 66, {112, 7}, 28000, ""},
               {Field::kExtendedBitrate, A0, 66, {103, 7}, 25750, ""},
               {Field::kBitrateMax, A0, 66, {112, 7}, 7, ""},
+              {Field::kExtendedBitrate, A0, 66, {212, 7}, 53000, ""},
+              {Field::kBitrateMax, A0, 66, {112, 135}, 135, ""},
               {Field::kBitrateMin, A0, 66, {112, 7}, 7, ""},
           }};
 }
@@ -174,6 +187,8 @@ Cases PassiveCable() {
           {
               {Field::kAttenuation12p9, A0, 14, {11, 20}, 11, ""},
               {Field::kAttenuation25p8, A0, 14, {11, 20}, 20, ""},
+              {Field::kAttenuation12p9, A0, 14, {139, 20}, 139, ""},
+              {Field::kAttenuation25p8, A0, 14, {11, 148}, 148, ""},
               {Field::kLengthCable, A0, 17, {1, 3, 0}, 3, ""},
               {Field::kLengthCable, A0, 17, {1, 3, 0x3E}, 6.2, ""},  // 62 times 0.1 m
               {Field::kLengthCable, A0, 17, {1, 3, 0x4F}, 15, ""},   // 15 times 1 m
@@ -223,6 +238,7 @@ Cases EnhancedFeatures() {
           {Field::kTxSquelchMethods, A2, 56, {0xFB}, 2, "reduces average power"},
           {Field::kTxSquelchMethods, A2, 56, {0x0C}, 3, "selected by the host"},
           {Field::kAdaptiveEqSettlingTime, A2, 60, {0x07, 20, 0x0F}, 2000, ""},
+          {Field::kAdaptiveEqSettlingTime, A2, 60, {0x07, 148, 0x0F}, 14800, ""},
           {Field::kRxEmphasisType, A2, 62, {0xE7}, 0, "constant peak-to-peak amplitude, or none"},
           {Field::kRxEmphasisType, A2, 62, {0x08}, 1, "constant steady-state amplitude"},
           {Field::kRxEmphasisType, A2, 62, {0xF7}, 2, "constant average amplitude"},
@@ -232,6 +248,7 @@ Cases EnhancedFeatures() {
           {Field::kMaxRxPostCursor, A2, 64, {0x53}, 5, ""},
           {Field::kMaxRxPreCursor, A2, 64, {0x53}, 3, ""},
           {Field::kSecondaryExtendedCompliance, A2, 66, {1, 0x06, 2}, 6, "100G CWDM4"},
+          {Field::kSecondaryExtendedCompliance, A2, 66, {1, 0x81, 2}, 0x81, "128GFC"},
           {Field::kRsPinIgnore, A2, 73, {0x10}, 1, ""},
       }};
 }

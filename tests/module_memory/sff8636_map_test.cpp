@@ -112,6 +112,7 @@ Cases LowerPage() {
               {Field::kModselWaitTime, L, 115, {0x65}, 40, ""},    // 5 * 2^3
               {Field::kModselWaitTime, L, 115, {0xFF}, 3968, ""},  // 31 * 2^7
               {Field::kSecondaryExtendedCompliance, L, 116, {0x06}, 6, "100G CWDM4"},
+              {Field::kSecondaryExtendedCompliance, L, 116, {0x81}, 0x81, "128GFC"},
               {Field::kModuleSubtype, L, 117, {0x13}, 1, "Type 1"},
               {Field::kModuleSubtype, L, 117, {0x2D}, 2, "Type 2"},
               {Field::kModuleSubtype, L, 117, {0x31}, 3, "Type 2A"},
@@ -134,6 +135,7 @@ Cases Page00() {
           {
               {Field::kPowerClass, P00, 129, {0x9C}, 3, ""},
               {Field::kConnector, P00, 130, {0x07}, 7, "LC"},
+              {Field::kConnector, P00, 130, {0xA5}, 0xA5, ""},
               {Field::kEncoding, P00, 139, {0x01}, 1, "8B/10B"},
               {Field::kEncoding, P00, 139, {0x02}, 2, "4B/5B"},
               {Field::kEncoding, P00, 139, {0x03}, 3, "NRZ"},
@@ -142,6 +144,7 @@ Cases Page00() {
               {Field::kEncoding, P00, 139, {0x06}, 6, "Manchester"},
               {Field::kEncoding, P00, 139, {0x07}, 7, "256B/257B"},
               {Field::kEncoding, P00, 139, {0x08}, 8, "PAM4"},
+              {Field::kEncoding, P00, 139, {0x88}, 0x88, ""},
               {Field::kNominalBitrate, P00, 140, {103}, 10300, ""},
               {Field::kNominalBitrate, P00, 140, {254}, 25400, ""},
               {Field::kRateSelectVersion, P00, 141, {0xFD}, 1, ""},
@@ -151,6 +154,11 @@ Cases Page00() {
               {Field::kLengthOm2, P00, 142, {1, 2, 82, 3, 4}, 82, ""},
               {Field::kLengthOm1, P00, 142, {1, 2, 3, 33, 4}, 33, ""},
               {Field::kLengthOm4, P00, 142, {1, 2, 3, 4, 50}, 100, ""},
+              {Field::kLengthSmf, P00, 142, {165, 1, 2, 3, 4}, 165000, ""},
+              {Field::kLengthOm3, P00, 142, {1, 165, 2, 3, 4}, 330, ""},
+              {Field::kLengthOm2, P00, 142, {1, 2, 165, 3, 4}, 165, ""},
+              {Field::kLengthOm1, P00, 142, {1, 2, 3, 165, 4}, 165, ""},
+              {Field::kLengthOm4, P00, 142, {1, 2, 3, 4, 165}, 330, ""},
               {Field::kTechnology, P00, 147, {0x0F}, 0, "850 nm VCSEL"},
               {Field::kTechnology, P00, 147, {0x68}, 6, "1310 nm EML"},
               {Field::kTechnology, P00, 147, {0xF1}, 15, "Copper cable, linear active equalizers"},
@@ -162,6 +170,7 @@ Cases Page00() {
               {Field::kVendor, P00, 148, Chars("Acme Optics     "), 0, "Acme Optics"},
               {Field::kVendor, P00, 148, Chars("ABCDEFGHIJKLMNOP"), 0, "ABCDEFGHIJKLMNOP"},
               {Field::kSpeedMask, P00, 164, {0x15}, 0x15, ""},
+              {Field::kSpeedMask, P00, 164, {0xEA}, 0xEA, ""},
               {Field::kOui, P00, 165, {0xA0, 0xB1, 0x02}, 0, "a0b102"},
               {Field::kPartNumber, P00, 168, Chars(" AO-Q28 SR4     "), 0, " AO-Q28 SR4"},
               {Field::kPartNumber, P00, 168, Chars("abcdefghijklmnop"), 0, "abcdefghijklmnop"},
@@ -172,6 +181,7 @@ Cases Page00() {
               {Field::kMaxCaseTemperature, P00, 190, {0}, 70, ""},
               {Field::kExtendedCompliance, P00, 192, {0x06}, 6, "100G CWDM4"},
               {Field::kExtendedCompliance, P00, 192, {0x0A}, 10, ""},
+              {Field::kExtendedCompliance, P00, 192, {0x80}, 0x80, "64GFC"},
               {Field::kSerialNumber, P00, 196, Chars("AO\xB5 4711        "), 0, "AO\xC2\xB5 4711"},
               {Field::kSerialNumber, P00, 196, Chars("0123456789abcdef"), 0, "0123456789abcdef"},
               {Field::kDateCode, P00, 212, Chars("240315L7"), 0, "240315"},
@@ -191,6 +201,7 @@ Cases ExtendedRate() {
           {
               {Field::kNominalBitrate, P00, 222, {103}, 25750, ""},
               {Field::kExtendedBitrate, P00, 222, {106}, 26500, ""},
+              {Field::kExtendedBitrate, P00, 222, {212}, 53000, ""},
           }};
 }
 
@@ -202,6 +213,11 @@ Cases CopperCable() {
               {Field::kAttenuation7, P00, 186, {5, 7, 9, 13}, 9, ""},
               {Field::kAttenuation12p9, P00, 186, {5, 7, 9, 13}, 13, ""},
               {Field::kAttenuation25p8, P00, 144, {2, 21, 3}, 21, ""},
+              {Field::kAttenuation2p5, P00, 186, {133, 7, 9, 13}, 133, ""},
+              {Field::kAttenuation5, P00, 186, {5, 135, 9, 13}, 135, ""},
+              {Field::kAttenuation7, P00, 186, {5, 7, 137, 13}, 137, ""},
+              {Field::kAttenuation12p9, P00, 186, {5, 7, 9, 141}, 141, ""},
+              {Field::kAttenuation25p8, P00, 144, {2, 149, 3}, 149, ""},
               {Field::kLengthCable, P00, 145, {2, 3}, 3, ""},
           }};
 }
@@ -222,7 +238,9 @@ Cases Page03() {
               {Field::kRxEmphasisType, P03, 225, {0x30}, 3, ""},
               {Field::kRxAmplitudes, P03, 225, {0xF5}, 5, ""},
               {Field::kCoolerSettlingTime, P03, 227, {1, 14, 2}, 14, ""},
+              {Field::kCoolerSettlingTime, P03, 227, {1, 142, 2}, 142, ""},
               {Field::kAdaptiveEqSettlingTime, P03, 228, {2, 10, 1}, 1000, ""},
+              {Field::kAdaptiveEqSettlingTime, P03, 228, {2, 138, 1}, 13800, ""},
               {Field::kHostFec, P03, 230, {0x80}, 1, ""},
               {Field::kMediaFecBit, P03, 230, {0x40}, 1, ""},
               {Field::kMediaFecBit, P03, 230, {0xBF}, 0, ""},
