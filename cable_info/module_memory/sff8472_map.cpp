@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "cable_info/module_memory/decode.h"
+#include "cable_info/module_memory/sff_codes.h"
 #include "cable_info/phy_registers.h"
 
 namespace cable_info::module_memory {
@@ -608,6 +609,16 @@ void SkipMonitors(Decoding& to) {
   }
 }
 
+// Codes without a meaning in dB.
+void DropReservedEqualizers(Decoding& to) {
+  for (const Field field : {Field::kMaxTxInputEq, Field::kTxInputEqHigh, Field::kTxInputEqLow}) {
+    DropReserved(to, field, kHighestInputEq);
+  }
+  for (const Field field : {Field::kRxEmphasisHigh, Field::kRxEmphasisLow}) {
+    DropReserved(to, field, kHighestEmphasis);
+  }
+}
+
 void DecodeLane(Decoding& to) {
   to.info.lanes.emplace_back();
   DecodeLanes(to, kLaneFields, 0);
@@ -682,6 +693,7 @@ void DecodeSff8472(Decoding& to) {
   AddCompliance(to);
   AddOptions(to);
   DecodeLane(to);
+  DropReservedEqualizers(to);
   if (HasDiagnostics(to.image) == Advertised::kNo) {
     SkipMonitors(to);
   } else {

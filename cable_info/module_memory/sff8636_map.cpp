@@ -5,6 +5,7 @@
 
 #include "cable_info/module_memory/decode.h"
 #include "cable_info/module_memory/samples.h"
+#include "cable_info/module_memory/sff_codes.h"
 #include "cable_info/phy_registers.h"
 #include "cable_info/value_format.h"
 
@@ -543,6 +544,20 @@ void DecodeCdr(const ModuleImage& image, LaneField field, unsigned control_bit, 
   if (value.IsPresent() && is_fixed) value.number = 1.0;
 }
 
+// Codes without a meaning in dB.
+void DropReservedEqualizers(Decoding& to) {
+  DropReserved(to, Field::kMaxTxInputEq, kHighestInputEq);
+  DropReserved(to, Field::kMaxRxEmphasis, kHighestEmphasis);
+  for (Lane& lane : to.info.lanes) {
+    LaneValue& emphasis = lane[LaneField::kRxEmphasis];
+    const auto code = static_cast<unsigned>(emphasis.number);
+    if (!emphasis.IsPresent() || code <= kHighestEmphasis) continue;
+    to.Warn(NoDecibelText(DescribeField(LaneField::kRxEmphasis).label, code) + ": lane " +
+            std::to_string(lane.number));
+    emphasis = {};
+  }
+}
+
 void DecodeLanes(Decoding& to) {
   constexpr unsigned kTxCdrControl = 7;
   constexpr unsigned kRxCdrControl = 6;
@@ -654,6 +669,7 @@ void DecodeSff8636(Decoding& to) {
   AddSpeeds(to);
   AddOptions(to);
   DecodeLanes(to);
+  DropReservedEqualizers(to);
   DecodeMonitors(to);
   DecodeParameters(to);
   if (AskBit(to.image, L, 2, 2) == Advertised::kYes) DecodeFlat(to);

@@ -208,6 +208,12 @@ TEST(ModuleRemarks, TellThatDataIsNotReady) {
   EXPECT_EQ(RemarksOf(memory), Texts{"the module says that its data is not ready"});
 }
 
+TEST(ModuleRemarks, TellThatDataOfAnSfpIsNotReady) {
+  Memory memory = sfp::Optic();
+  memory.Byte(sfp::kStatus, 0x01);
+  EXPECT_EQ(RemarksOf(memory), Texts{"the module says that its data is not ready"});
+}
+
 TEST(ModuleRemarks, TellTheAttenuationOfCopperAt25Gigahertz) {
   Memory memory = qsfp::Copper();
   memory.Byte(qsfp::kLengthOm1, 21);
@@ -269,6 +275,30 @@ TEST(Sff8472, TakesByte18OfBaseTAsMetresOfCopper) {
   EXPECT_FALSE(record->IsOpticCable());
 }
 
+TEST(Sff8472, TakesOtherModulesForCopperAsThose) {
+  const std::pair<Place, unsigned> kModules[] = {
+      {sfp::kConnector, 0x21},          {sfp::kConnector, 0x22},
+      {sfp::kExtendedCompliance, 0x16}, {sfp::kExtendedCompliance, 0x1C},
+      {sfp::kExtendedCompliance, 0x1D}, {sfp::kExtendedCompliance, 0x1E}};
+  for (const auto& [place, value] : kModules) {
+    Memory memory = sfp::Blank(false);
+    memory.Byte(place, value).Byte(sfp::kLengthOm4OrCable, 30).Byte(sfp::kLengthOm3, 5);
+    const auto record = Phy(sfp::SealedA0(memory));
+    EXPECT_EQ(record->module->cable_length, 30) << value;
+    EXPECT_EQ(record->LengthOmxToStr(4), "N/A") << value;
+    EXPECT_EQ(record->LengthOmxToStr(3), "N/A") << value;
+    EXPECT_FALSE(record->IsOpticCable()) << value;
+  }
+}
+
+TEST(Sff8472, HasNoDiagnosticsWhereA2IsAnAbbreviatedCopyOfA0) {
+  Memory memory = sfp::Optic();
+  memory.Byte({Page::kA2, 0}, 0x03).Text({Page::kA2, 20}, 16, "Acme Optics");
+  const ModuleReading reading = ReadModule(memory.Image());
+  EXPECT_EQ(reading.phy->latched_flags, nullptr);
+  EXPECT_EQ(reading.phy->GetTemperatureStr(), "N/A");
+}
+
 TEST(Sff8472, HasNoDiagnosticsWhereA2RepeatsA0) {
   Memory memory = sfp::Optic();
   DumpBytes image = memory.Image();
@@ -288,6 +318,15 @@ TEST(ModuleMemory, DropsAPageThatRepeatsPage00) {
   DumpBytes image = cmis::Optic().Image();
   std::copy_n(image.begin() + 128, 128, image.begin() + 640);  // page 11h
   EXPECT_EQ(ReadModule(image).phy->module->rx_power[1], 0);
+}
+
+TEST(ModuleMemory, DropsPage03OfSff8636ThatRepeatsPage00) {
+  DumpBytes image = qsfp::Optic().Image();
+  std::copy_n(image.begin() + 128, 128, image.begin() + 256);
+  const ModuleReading reading = ReadModule(image);
+  EXPECT_EQ(reading.cable->GetHighTemperatureThresholdStr(), "N/A");
+  EXPECT_EQ(reading.cable->VoltHighAlarmThresh, 0);
+  EXPECT_EQ(reading.cable->InputEq, 0);
 }
 
 TEST(Sff8636, GivesTheLengthOfTheBestFibre) {

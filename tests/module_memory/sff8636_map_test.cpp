@@ -268,6 +268,21 @@ TEST(Sff8636Map, HasNoValueForCodesWithoutMeaning) {
   EXPECT_FALSE(Full().Put(P00, 141, {0xFC}).Decode()[Field::kRateSelectVersion].IsPresent());
 }
 
+TEST(Sff8636Map, HasNoDecibelsForReservedCodes) {
+  const ModuleInfo info = Full().Put(P03, 224, {0xB8}).Put(P03, 236, {0x78, 0x9F}).Decode();
+  EXPECT_FALSE(info[Field::kMaxTxInputEq].IsPresent());
+  EXPECT_FALSE(info[Field::kMaxRxEmphasis].IsPresent());
+  EXPECT_EQ(info.lanes[0][LaneField::kRxEmphasis].number, 7);
+  EXPECT_FALSE(info.lanes[1][LaneField::kRxEmphasis].IsPresent());
+  EXPECT_FALSE(info.lanes[2][LaneField::kRxEmphasis].IsPresent());
+  EXPECT_EQ(Warnings(info),
+            (std::vector<std::string>{"Maximum TX input equalization: code 11 is no number of dB",
+                                      "Maximum RX output emphasis: code 8 is no number of dB",
+                                      "RX output emphasis: code 8 is no number of dB: lane 2",
+                                      "RX output emphasis: code 9 is no number of dB: lane 3",
+                                      "RX output emphasis: code 15 is no number of dB: lane 4"}));
+}
+
 TEST(Sff8636Map, HasNoValueWhereZeroMeansNone) {
   const ModuleInfo info = Full().Decode();
   for (const Field field : {Field::kPropagationDelay,
