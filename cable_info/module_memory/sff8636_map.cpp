@@ -112,15 +112,26 @@ Advertised HasInitializationFlag(const ModuleImage& image) {
 
 Advertised IsNotReady(const ModuleImage& image) { return AskBit(image, L, 2, 0); }
 
-// A monitor of the module: advertised from rev 2.8 on; before, a module without it reads 0000h or
-// FFFFh, as an optical one does that has no valid data yet.
+// A monitor that a bit of byte 220 advertises since a revision. Before, its readings decide, and
+// both in modules whose revision code is reserved: some store a wrong one.
+Advertised HasMonitor(const ModuleImage& image, unsigned since, unsigned bit, Advertised readings) {
+  const unsigned code = RevisionCode(image);
+  if (code < since) return readings;
+  const Advertised is_advertised = AskBit(image, P00, 220, bit);
+  return code <= kRevision28 ? is_advertised : Either(is_advertised, readings);
+}
+
+// A module without the monitor reads 0000h or FFFFh, and so may an optical one that has no valid
+// data yet.
 Advertised HasModuleMonitor(const ModuleImage& image, std::size_t byte, unsigned bit) {
-  if (RevisionCode(image) >= kRevision28) return AskBit(image, P00, 220, bit);
   const ModuleImage::Half& half = image.HalfOf(L, byte);
-  if (!half.Has(byte, 2)) return Advertised::kUnknown;
-  const std::uint32_t raw = RawNumber(half, byte, kWord);
-  if (raw != 0 && raw != 0xFFFF) return Advertised::kYes;
-  return Both(IsOptical(image), IsNotReady(image));
+  Advertised readings = Advertised::kUnknown;
+  if (half.Has(byte, 2)) {
+    const std::uint32_t raw = RawNumber(half, byte, kWord);
+    const Advertised is_plausible = AdvertisedIf(raw != 0 && raw != 0xFFFF);
+    readings = Either(is_plausible, Both(IsOptical(image), IsNotReady(image)));
+  }
+  return HasMonitor(image, kRevision28, bit, readings);
 }
 Advertised HasTemperature(const ModuleImage& image) { return HasModuleMonitor(image, 22, 5); }
 Advertised HasVoltage(const ModuleImage& image) { return HasModuleMonitor(image, 26, 4); }
@@ -144,10 +155,8 @@ Advertised HasRxPower(const ModuleImage& image) {
 }
 
 Advertised HasTxPower(const ModuleImage& image) {
-  const Advertised is_monitored = RevisionCode(image) >= kRevision20
-                                      ? AskBit(image, P00, 220, 2)
-                                      : Either(IsAnySet(image, 50, kLaneBytes), IsNotReady(image));
-  return Both(IsOptical(image), is_monitored);
+  const Advertised readings = Either(IsAnySet(image, 50, kLaneBytes), IsNotReady(image));
+  return Both(IsOptical(image), HasMonitor(image, kRevision20, 2, readings));
 }
 
 // No bit advertises the bias. A module with flat memory that monitors nothing else has none.

@@ -406,7 +406,7 @@ TEST(Sff8472Map, HasFourPowerLevels) {
 TEST(Sff8472Map, HasAMaximumPowerOfLevel4FromTheEnhancedFeaturesOnly) {
   Memory memory = Enhanced().Put(A0, 64, {0x40}).Put(A2, 66, {35});
   EXPECT_TRUE(memory.Decode()[Field::kMaxPower].IsPresent());
-  const auto state = [](Memory changed) { return changed.Decode()[Field::kMaxPower].state; };
+  const auto state = [](const Memory& changed) { return changed.Decode()[Field::kMaxPower].state; };
   EXPECT_EQ(state(Memory(memory).Put(A0, 92, {0x58})), FieldState::kNotImplemented);
   EXPECT_EQ(state(Memory(memory).Put(A0, 94, {0x08})), FieldState::kNotImplemented);
   EXPECT_EQ(state(Memory(memory).Put(A0, 92, {0x00})), FieldState::kNotImplemented);
@@ -744,7 +744,6 @@ TEST(Sff8472Map, NeedsPowerLevelsForTheirState) {
 }
 
 TEST(Sff8472Map, HasAPam4ModeOf50GigabitEthernet) {
-  const Keys kModes = {"details.pam4_mode_tx", "details.pam4_mode_rx"};
   for (unsigned code = 0x01; code <= 0xFF; ++code) {
     const bool is_50g = code == 0x39 || code == 0x40 || code == 0x41 || code == 0x42 ||
                         code == 0x45 || code == 0x4A;

@@ -867,6 +867,21 @@ TEST(Sff8636Map, DecidesMonitorsByTheirBitsFromRevision28On) {
   EXPECT_EQ(older.Word(L, 22, 0x1900).Decode().temperature.state, FieldState::kPresent);
 }
 
+// Reserved revision codes occur in real modules.
+TEST(Sff8636Map, DecidesMonitorsByBitsOrReadingsWhereTheRevisionIsReserved) {
+  Memory memory = Full().Put(L, 1, {0x80}).Put(P00, 220, {0x00});
+  EXPECT_EQ(memory.Decode().temperature.state, FieldState::kNotImplemented);
+  EXPECT_EQ(memory.Decode().lanes[0].tx_power.state, FieldState::kNotImplemented);
+  memory.Put(P00, 220, {0x34});
+  EXPECT_TRUE(memory.Decode().temperature.IsPresent());
+  EXPECT_TRUE(memory.Decode().voltage.IsPresent());
+  EXPECT_TRUE(memory.Decode().lanes[0].tx_power.IsPresent());
+  memory.Put(P00, 220, {0x00}).Word(L, 22, 0x1900).Word(L, 26, 33000).Word(L, 56, 1);
+  EXPECT_TRUE(memory.Decode().temperature.IsPresent());
+  EXPECT_TRUE(memory.Decode().voltage.IsPresent());
+  EXPECT_TRUE(memory.Decode().lanes[0].tx_power.IsPresent());
+}
+
 TEST(Sff8636Map, DecidesPowersByTheirBitsOrByAnyLane) {
   Memory memory = Full().Put(P00, 220, {0x30});
   EXPECT_EQ(memory.Decode().lanes[0].rx_power.state, FieldState::kNotImplemented);
@@ -1072,6 +1087,25 @@ TEST(Sff8636Parameters, HaveValueThresholdsAndFlags) {
   EXPECT_EQ(info.vdm[1].monitor.value, -10);
   EXPECT_EQ(info.vdm[1].monitor.thresholds.values, (std::array<double, 4>{100, -100, 70, -50}));
   EXPECT_EQ(info.vdm[1].monitor.flags.raised, 0x2);  // low alarm
+}
+
+TEST(Sff8636Parameters, HaveTheirPlaces) {
+  for (unsigned n = 1; n <= 24; ++n) {
+    const unsigned set = (n - 1) % 16 + 1;
+    const unsigned lane = (n - 1) % 4 + 1;
+    Memory memory = WithParameters();
+    memory.Put(P20, 200 + 2 * (n - 1), {(set - 1) << 4U | 0x4U | (lane - 1), 1});
+    memory.Word(P20, 152 + 2 * (n - 1), 0x100 * n);
+    memory.Put(P20, 128 + (n - 1) / 2, {n % 2 == 1 ? 0x2CU : 0xC2U});
+    memory.Put(P21, 128 + 8 * (set - 1), {90, 0, 10, 0, 80, 0, 20, 0});
+    const ModuleInfo info = memory.Decode();
+    ASSERT_EQ(info.vdm.size(), 1U) << n;
+    EXPECT_EQ(info.vdm[0].instance, "lane " + std::to_string(lane));
+    EXPECT_EQ(info.vdm[0].lane, lane);
+    EXPECT_EQ(info.vdm[0].monitor.value, n);
+    EXPECT_EQ(info.vdm[0].monitor.thresholds.values, (std::array<double, 4>{90, 10, 80, 20}));
+    EXPECT_EQ(info.vdm[0].monitor.flags.raised, 0x4) << n;  // high warning
+  }
 }
 
 TEST(Sff8636Parameters, HaveTheScaleOfTheirType) {
