@@ -168,19 +168,33 @@ const auto& Map() {
   return kMap;
 }
 
+// Kilometres of multiplier 3: by 01h:137.7-6 from CMIS 5.3 on, not defined before.
+std::optional<unsigned> LongSmfLength(const ModuleImage& image, unsigned base) {
+  constexpr unsigned kKilometres[] = {50, 100, 200, 500};
+  const std::optional<unsigned> code = BitsOf(image, Page::k01, 137, 7, 6);
+  if (!code || IsSince(image, 0x53) != Advertised::kYes) return std::nullopt;
+  return base * kKilometres[*code];
+}
+
 // The record's unit codes are kilometres and tenths of them, its value has eight bits; what does
 // not fit stays unknown.
-std::uint16_t SmfLength(const Draft& draft, std::vector<std::string>& remarks) {
+std::uint16_t SmfLength(const ModuleImage& image, const Draft& draft,
+                        std::vector<std::string>& remarks) {
   constexpr unsigned kHighest = 0xFF;
-  constexpr unsigned kTen = 10;
+  constexpr unsigned kKilometres[] = {0, 1, 10};
   const unsigned base = draft.smf_length & 0x3FU;
   const unsigned multiplier = draft.smf_length >> 6U;
   if (base == 0) return 0;
   if (multiplier == 0) return SmfLengthWord(base, SmfLengthUnit::kTenthOfKilometre);
-  if (multiplier == 1) return SmfLengthWord(base, SmfLengthUnit::kKilometre);
-  if (multiplier == 2 && base * kTen <= kHighest) {
-    return SmfLengthWord(base * kTen, SmfLengthUnit::kKilometre);
+  const std::optional<unsigned> length = multiplier < std::size(kKilometres)
+                                             ? base * kKilometres[multiplier]
+                                             : LongSmfLength(image, base);
+  if (!length) {
+    remarks.emplace_back(
+        "multiplier 3 of the length of single-mode fibre is not defined before CMIS 5.3");
+    return 0;
   }
+  if (*length <= kHighest) return SmfLengthWord(*length, SmfLengthUnit::kKilometre);
   remarks.emplace_back(
       "the length of single-mode fibre is above 255 km, for which rows and "
       "reports have no place");
@@ -278,6 +292,29 @@ void RemarkOnHigherLanes(const LatchedFlagsPage& flags, std::vector<std::string>
   remarks.push_back("flags are raised that rows and reports do not show: lane " + lanes);
 }
 
+// Flat memory has neither monitors nor flags, whatever its bytes hold.
+void DropMonitors(Draft& draft) {
+  draft.module.temperature = kNoTemperature;
+  draft.module.voltage = 0;
+  draft.flags.latched_temperature_flags = 0;
+  draft.flags.latched_voltage_flags = 0;
+}
+
+// A module that controls the pre-cursor alone keeps it in the field of the post-cursor.
+void MovePreCursor(const ModuleImage& image, ModuleRecord& module) {
+  constexpr unsigned kPreCursorOnly = 1;
+  if (BitsOf(image, Page::k01, 162, 4, 3) != kPreCursorOnly) return;
+  module.rx_output_pre_emp = module.rx_output_post_emp;
+  module.rx_output_post_emp = 0;
+}
+
+void RemarkOnAttenuation(const ModuleImage& image, std::vector<std::string>& remarks) {
+  const unsigned attenuation = BitsOf(image, Page::k00, 208).value_or(0);
+  if (attenuation == 0 || IsCopperSince53(image) != Advertised::kYes) return;
+  remarks.push_back("the attenuation at 53.1 GHz is " + std::to_string(attenuation) +
+                    " dB, which rows and reports do not show");
+}
+
 // Passive copper has no sensor; its bytes are zero.
 void DropTemperaturesOfPassiveCopper(ModuleRecord& module) {
   const bool is_passive = module.cable_technology == cable_info::kUnequalizedCopper ||
@@ -296,10 +333,13 @@ std::unique_ptr<PhyCableRecord> CableFromCmis(const ModuleImage& image, std::uin
   draft.module = UnknownModuleRecord(form_factor);
   draft.module.cable_technology = kUnknownTechnology;
   SetFields<Draft>(image, Map(), draft);
-  draft.module.smf_length = SmfLength(draft, remarks);
+  if (IsPaged(image) == Advertised::kNo) DropMonitors(draft);
+  MovePreCursor(image, draft.module);
+  draft.module.smf_length = SmfLength(image, draft, remarks);
   MultiplyBias(draft, remarks);
   NarrowTechnology(draft.module);
   RemarkOnHigherLanes(draft.flags, remarks);
+  RemarkOnAttenuation(image, remarks);
   DropTemperaturesOfPassiveCopper(draft.module);
   const bool shows_bias = image.Has(Page::k02) || image.Has(Page::k11);
   if (shows_bias && !image.Has(Page::k01)) {

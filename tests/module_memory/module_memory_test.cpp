@@ -7,6 +7,7 @@
 #include <random>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -239,6 +240,25 @@ TEST(ModuleRemarks, TellALongFibre) {
   EXPECT_EQ(RemarksOf(cmis::Sealed(memory)),
             Texts{"the length of single-mode fibre is above 255 km, for which rows and reports "
                   "have no place"});
+}
+
+TEST(ModuleRemarks, TellALengthWhoseMultiplierIsNotDefined) {
+  Memory memory = cmis::Blank(0x18, false);
+  memory.Byte(cmis::kLengthSmf, 0xC4);
+  const ModuleReading reading = ReadModule(cmis::Sealed(memory).Image());
+  EXPECT_EQ(reading.phy->module->ConvertCableLengthSMFiberToStr(), "N/A");
+  EXPECT_EQ(
+      reading.remarks,
+      Texts{"multiplier 3 of the length of single-mode fibre is not defined before CMIS 5.3"});
+}
+
+TEST(ModuleRemarks, TellTheAttenuationAt53GigahertzOfCmis) {
+  Memory memory = cmis::Copper();
+  memory.Byte(cmis::kRevisionOfCmis, 0x53).Byte({Page::k00, 208}, 21);
+  EXPECT_EQ(RemarksOf(cmis::SealedFlat(memory)),
+            Texts{"the attenuation at 53.1 GHz is 21 dB, which rows and reports do not show"});
+  memory.Byte(cmis::kRevisionOfCmis, 0x52);  // the byte is reserved
+  EXPECT_TRUE(RemarksOf(cmis::SealedFlat(memory)).empty());
 }
 
 TEST(ModuleRemarks, TellFlagsOfTheHigherLanes) {
@@ -537,14 +557,48 @@ TEST(Cmis, ReadsLaneFlagsAsMasks) {
 
 TEST(Cmis, ConvertsTheUnitsOfTheSingleModeLength) {
   const std::pair<unsigned, const char*> kLengths[] = {
-      {0x05, "0.5 km"}, {0x4A, "10 km"}, {0x84, "40 km"},  {0xC4, "N/A"},
-      {0x40, "N/A"},    {0x00, "N/A"},   {0x99, "250 km"}, {0x9A, "N/A"},  // 260 km pass the field
+      {0x05, "0.5 km"}, {0x4A, "10 km"},  {0x84, "40 km"}, {0x40, "N/A"},
+      {0x00, "N/A"},    {0x99, "250 km"}, {0x9A, "N/A"},  // 260 km pass the field
   };
   for (const auto& [byte, length] : kLengths) {
     Memory memory = cmis::Optic();
     memory.Byte(cmis::kLengthSmf, byte);
     EXPECT_EQ(Phy(cmis::Sealed(memory))->module->ConvertCableLengthSMFiberToStr(), length) << byte;
   }
+}
+
+TEST(Cmis, ReadsTheLongestSmfMultiplierByItsSecondByte) {
+  const std::pair<unsigned, const char*> kLengths[] = {
+      {0x00, "50 km"}, {0x40, "100 km"}, {0x80, "200 km"}, {0xC0, "N/A"}};  // 500 km
+  for (const auto& [byte, length] : kLengths) {
+    Memory memory = cmis::Optic();
+    memory.Byte(cmis::kRevisionOfCmis, 0x53).Byte(cmis::kLengthSmf, 0xC1);
+    memory.Byte({Page::k01, 137}, byte);
+    EXPECT_EQ(Phy(cmis::Sealed(memory))->module->ConvertCableLengthSMFiberToStr(), length) << byte;
+  }
+}
+
+TEST(Cmis, TakesTheOnlyPreCursorFromTheFieldOfThePostCursor) {
+  const std::tuple<unsigned, unsigned, unsigned> kControls[] = {
+      {0x08, 5, 0}, {0x10, 6, 5}, {0x18, 6, 5}};
+  for (const auto& [controls, pre_cursor, post_cursor] : kControls) {
+    Memory memory = cmis::Optic();
+    memory.Byte(cmis::kRxControls, controls).Byte(cmis::kPreCursor, 6).Byte(cmis::kPostCursor, 5);
+    const auto phy = Phy(cmis::Sealed(memory));
+    EXPECT_EQ(phy->module->rx_output_pre_emp, pre_cursor) << controls;
+    EXPECT_EQ(phy->module->rx_output_post_emp, post_cursor) << controls;
+  }
+}
+
+TEST(Cmis, ShowsNoMonitorsOfFlatMemory) {
+  Memory memory = cmis::Copper();
+  memory.Byte(cmis::kTechnology, 0x0E);  // an active cable
+  memory.Byte(cmis::kModuleFlags, 0xFF).Word(cmis::kTemperature, 0x2D40);
+  memory.Word(cmis::kVoltage, 32578);
+  const auto phy = Phy(cmis::SealedFlat(memory));
+  EXPECT_EQ(phy->GetTemperatureStr(), "N/A");
+  EXPECT_EQ(phy->module->voltage, 0);
+  EXPECT_EQ(phy->latched_flags, nullptr);
 }
 
 TEST(Cmis, ShowsACopperCableWithoutMonitors) {
