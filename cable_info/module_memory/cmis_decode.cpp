@@ -47,16 +47,82 @@ std::optional<double> SmfLength(Decoding& to, unsigned raw) {
   return std::nullopt;
 }
 
-std::string Patterns(const ModuleImage& image, const MapField& line) {
+// The names of the bits that are set in the bytes of a field, low byte and low bit first, with
+// commas between them: `name_of` gives that of a bit.
+template <typename NameOf>
+std::string NamesOfBits(const ModuleImage& image, const MapField& line, const NameOf& name_of) {
+  constexpr unsigned kBitsPerByte = 8;
   std::string names;
-  for (unsigned id = 0; id < 16; ++id) {  // the low byte comes first
-    const unsigned bits = BitsOf(image, line.page, line.byte + id / 8).value_or(0);
-    if ((bits >> id % 8 & 1U) == 0) continue;
-    if (!names.empty()) names += ", ";
-    const std::string_view name = kTestPatterns.Name(id);
-    names += name.empty() ? std::to_string(id) : std::string(name);
+  for (unsigned byte = 0; byte < line.extent.bytes; ++byte) {
+    const unsigned bits =
+        BitsOf(image, line.page, line.byte + byte, line.extent.high, line.extent.low).value_or(0);
+    for (unsigned bit = 0; bit < kBitsPerByte; ++bit) {
+      if ((bits >> bit & 1U) == 0) continue;
+      if (!names.empty()) names += ", ";
+      names += name_of(byte * kBitsPerByte + bit);
+    }
   }
   return names;
+}
+
+std::string PatternName(unsigned id) {
+  const std::string_view name = kTestPatterns.Name(id);
+  return name.empty() ? std::to_string(id) : std::string(name);
+}
+
+// Lower 4 to 7: pages with a raised flag in a bank; until CMIS 5.0, lanes with one.
+std::string FlagSummary(const ModuleImage& image, MapField line) {
+  const bool is_by_lane = IsSince(image, 0x50) == Advertised::kNo;
+  if (!is_by_lane) line.extent = Bits(3, 0);
+  const std::string names = NamesOfBits(image, line, [is_by_lane](unsigned bit) {
+    constexpr std::string_view kPages[] = {"page 11h", "page 12h", "page 14h", "page 2Ch"};
+    return is_by_lane ? "lane " + std::to_string(bit + 1) : std::string(kPages[bit]);
+  });
+  return names.empty() ? "none" : names;
+}
+
+// 0Dh:136.
+std::string FirmwareState(const ModuleImage& image, const MapField& line) {
+  const std::string names = NamesOfBits(image, line, [](unsigned bit) {
+    constexpr std::string_view kStates[] = {"running", "committed", "invalid"};
+    return std::string(kStates[bit]);
+  });
+  return names.empty() ? "not running" : names;
+}
+
+// "1.2.345" of page 0Dh; empty without firmware.
+std::string FirmwareVersion(std::uint32_t raw) {
+  const std::uint32_t version = raw >> 16U;
+  const bool is_none = version == 0 || version == 0xFFFF;
+  if (is_none) return {};
+  return std::to_string(raw >> 24U) + '.' + std::to_string(version & 0xFFU) + '.' +
+         std::to_string(raw & 0xFFFFU);
+}
+
+// The fields that are a text made of their bits; empty for other fields.
+std::string TextOf(const ModuleImage& image, const MapField& line, std::uint32_t raw) {
+  switch (line.field) {
+    case Field::kRevision:
+      return std::to_string(raw >> 4U) + '.' + std::to_string(raw & 0xFU);
+    case Field::kFlagSummary0:
+    case Field::kFlagSummary1:
+    case Field::kFlagSummary2:
+    case Field::kFlagSummary3:
+      return FlagSummary(image, line);
+    case Field::kPagesSupported:
+      return NamesOfBits(image, line, [](unsigned number) {
+        return ShortPageName(PageOf(static_cast<std::uint8_t>(number)));
+      });
+    case Field::kFirmwareA:
+    case Field::kFirmwareB:
+    case Field::kFirmwareFixed:
+      return FirmwareVersion(raw);
+    case Field::kFirmwareAState:
+    case Field::kFirmwareBState:
+      return FirmwareState(image, line);
+    default:  // the patterns
+      return NamesOfBits(image, line, PatternName);
+  }
 }
 
 // Of 01h:160.4-3; none for the reserved code.
@@ -88,13 +154,21 @@ std::optional<double> NumberOf(Decoding& to, Field field, unsigned raw) {
       return 10.0 / static_cast<double>(1U << raw);
     case Field::kBanks:
       return BanksOf(to.image);
+    case Field::kNadBanks:
+      return ApplicationBanksOf(to.image);
     case Field::kPowerClass:
     case Field::kVdmGroups:
       return raw + 1.0;
+    case Field::kUserPatternSize:
+      return 2.0 * (raw + 1.0);
     case Field::kTxBiasMultiplier:
       return BiasMultiplierOf(raw);
     case Field::kTemperatureMask:
     case Field::kVoltageMask:
+    case Field::kAux1Mask:
+    case Field::kAux2Mask:
+    case Field::kAux3Mask:
+    case Field::kCustomMonitorMask:
       return HighAlarmFirst(raw);
     default:
       return std::nullopt;
@@ -105,10 +179,12 @@ void DecodeOwnField(Decoding& to, const MapField& line, Advertised advertised) {
   const std::optional<std::uint32_t> raw = RawOf(to.image, line);
   const FieldState state = StateOf(advertised, raw.has_value(), raw.value_or(0) != 0);
   if (state != FieldState::kPresent) return to.info.SetState(line.field, state);
+  if (DescribeField(line.field).kind == FieldKind::kText) {
+    const std::string text = TextOf(to.image, line, *raw);
+    if (text.empty()) return to.info.SetState(line.field, FieldState::kNotImplemented);
+    return to.info.SetText(line.field, text);
+  }
   switch (line.field) {
-    case Field::kRevision:
-      return to.info.SetText(line.field,
-                             std::to_string(*raw >> 4U) + '.' + std::to_string(*raw & 0xFU));
     case Field::kManagementSpeed: {
       constexpr unsigned kBitsBefore53 = 3;
       const bool is_wide = IsSince(to.image, 0x53) == Advertised::kYes;
@@ -119,14 +195,6 @@ void DecodeOwnField(Decoding& to, const MapField& line, Advertised advertised) {
       const CodeTable* subtypes = SubtypesOf(BitsOf(to.image, Page::kLower, 0).value_or(0));
       return to.info.SetCode(line.field, *raw,
                              subtypes != nullptr ? subtypes->Name(*raw) : std::string_view());
-    }
-    case Field::kHostGeneratorPatterns:
-    case Field::kMediaGeneratorPatterns:
-    case Field::kHostCheckerPatterns:
-    case Field::kMediaCheckerPatterns: {
-      const std::string names = Patterns(to.image, line);
-      if (names.empty()) break;
-      return to.info.SetText(line.field, names);
     }
     default: {
       const std::optional<double> number = NumberOf(to, line.field, *raw);
@@ -183,6 +251,20 @@ NamedCode Named(unsigned code, const CodeTable* names) {
   return {code, names != nullptr ? names->Name(code) : std::string_view()};
 }
 
+// What the descriptors of both kinds have: interfaces, and lanes of each side.
+Application DescribedBy(const std::uint8_t* descriptor, unsigned number,
+                        const CodeTable* media_interfaces) {
+  Application application;
+  application.number = number;
+  application.host_interface = Named(descriptor[0], &kHostInterfaces);
+  application.media_interface = Named(descriptor[1], media_interfaces);
+  application.host_lanes = descriptor[2] >> 4U;
+  application.media_lanes = descriptor[2] & 0xFU;
+  return application;
+}
+
+constexpr unsigned kEndOfList = 0xFF;
+
 // Byte 3 of flat modules is something else from CMIS 5.4 on.
 std::optional<unsigned> HostAssignment(const ModuleImage& image, unsigned options) {
   const bool is_other =
@@ -190,28 +272,55 @@ std::optional<unsigned> HostAssignment(const ModuleImage& image, unsigned option
   return is_other ? std::nullopt : std::optional<unsigned>(options);
 }
 
-void DecodeApplications(Decoding& to) {
-  constexpr unsigned kEndOfList = 0xFF;
+void DecodeBasicApplications(Decoding& to, const CodeTable* media_interfaces) {
   constexpr std::size_t kFirstMediaAssignment = 175;  // of application 0, which does not exist
-  const CodeTable* media_interfaces =
-      MediaInterfacesOf(BitsOf(to.image, Page::kLower, 85).value_or(0));
   for (unsigned number = 1; number <= kApplications; ++number) {
     const DescriptorPlace place = PlaceOfDescriptor(number);
     const ModuleImage::Half& half = to.image.HalfOf(place.page, place.byte);
     if (!half.Has(place.byte, 4) || half[place.byte] == kEndOfList) return;
     const std::uint32_t descriptor = RawNumber(half, place.byte, Bytes(4));
     if (descriptor == 0) continue;  // unused; the list should have ended with FFh
-    const unsigned lanes = half[place.byte + 2];
-    Application application;
-    application.number = number;
-    application.host_interface = Named(half[place.byte], &kHostInterfaces);
-    application.media_interface = Named(half[place.byte + 1], media_interfaces);
-    application.host_lanes = lanes >> 4U;
-    application.media_lanes = lanes & 0xFU;
+    Application application = DescribedBy(half.From(place.byte), number, media_interfaces);
     application.host_assignment = HostAssignment(to.image, half[place.byte + 3]);
     application.media_assignment = BitsOf(to.image, Page::k01, kFirstMediaAssignment + number);
     to.info.applications.push_back(application);
   }
+}
+
+// Page 1Ch: 15 descriptors per bank. Bank 0 repeats the basic ones; it counts where those have a
+// code that refers to it.
+void DecodeNormalizedApplications(Decoding& to, const CodeTable* media_interfaces) {
+  constexpr unsigned kSeePage1C = 0xBE;
+  constexpr std::size_t kSize = 8;
+  const unsigned banks = ApplicationBanksOf(to.image);
+  for (unsigned bank = 0; bank < banks; ++bank) {
+    const ModuleImage::Half& half = to.image.HalfOf(PageOf(NumberOf(kPage1C), bank), 128);
+    for (unsigned n = 1; n <= kApplications; ++n) {
+      const std::size_t byte = 128 + kSize * (n - 1);
+      if (!half.Has(byte, kSize) || half[byte] == kEndOfList) break;
+      if (RawNumber(half, byte, Bytes(4)) == 0) continue;
+      Application application =
+          DescribedBy(half.From(byte), kApplications * bank + n, media_interfaces);
+      application.host_assignment = half[byte + 3];
+      application.media_assignment = half[byte + 4];
+      if (bank != 0) {
+        to.info.applications.push_back(application);
+        continue;
+      }
+      for (Application& basic : to.info.applications) {
+        const bool refers =
+            basic.host_interface.code == kSeePage1C || basic.media_interface.code == kSeePage1C;
+        if (refers && basic.number == n) basic = application;
+      }
+    }
+  }
+}
+
+void DecodeApplications(Decoding& to, bool is_flat) {
+  const CodeTable* media_interfaces =
+      MediaInterfacesOf(BitsOf(to.image, Page::kLower, 85).value_or(0));
+  DecodeBasicApplications(to, media_interfaces);
+  if (!is_flat) DecodeNormalizedApplications(to, media_interfaces);
 }
 
 void AddSpeeds(ModuleInfo& info) {
@@ -354,6 +463,54 @@ LaneValue Grid(const ModuleImage& image, const LaneMapField& line, Advertised ad
   return value;
 }
 
+// The frequency of a channel in THz: 193.1 THz and so many steps of the grid.
+std::optional<double> ChannelFrequency(unsigned grid, double channel) {
+  constexpr double kBase = 193.1;
+  switch (grid) {
+    case 6:  // 33 GHz
+      return kBase + channel * 0.1 / 3;
+    case 7:  // 75 GHz; every third channel
+      return kBase + channel / 40;
+    case 8:  // 150 GHz; every sixth channel
+      return kBase + (channel + 3) / 40;
+    case 9:  // 300 GHz; every 24th channel
+      return kBase + (channel - 9) / 80;
+    default: {
+      constexpr double kGigahertz[] = {3.125, 6.25, 12.5, 25, 50, 100};
+      if (grid >= std::size(kGigahertz)) return std::nullopt;
+      return kBase + channel * kGigahertz[grid] / 1000;
+    }
+  }
+}
+
+LaneValue TunedFrequency(const ModuleImage& image, const LaneMapField& line, Advertised advertised,
+                         LanePosition at) {
+  const LaneMapField grid_line = {
+      LaneField::kGrid, line.page,       128, Bits(7, 4), LaneOrder::kApart,
+      kNumber,          line.advertised, {},  line.side};
+  const LaneMapField channel_line = {LaneField::kChannel, line.page,  line.byte,
+                                     line.extent,         line.order, Signed(Times(1)),
+                                     line.advertised,     {},         line.side};
+  const LaneValue grid = Grid(image, grid_line, advertised, at);
+  const LaneValue channel = ReadLaneField(image, channel_line, advertised, at.lane, at.bank);
+  if (!grid.IsPresent()) return Absent(grid.state);
+  if (!channel.IsPresent()) return Absent(channel.state);
+  const std::optional<double> frequency =
+      ChannelFrequency(static_cast<unsigned>(grid.number), channel.number);
+  return frequency ? Present(*frequency) : Absent(FieldState::kNotImplemented);
+}
+
+// 12h:216-217: half decibels above or below the target power, counted from 1.
+LaneValue RelativeThreshold(const ModuleImage& image, const LaneMapField& line,
+                            Advertised advertised, LanePosition at) {
+  LaneValue value = ReadLaneField(image, line, advertised, at.lane, at.bank);
+  if (!value.IsPresent()) return value;
+  const bool is_low =
+      line.field == LaneField::kRelativeLowAlarm || line.field == LaneField::kRelativeLowWarning;
+  value.number = (value.number + 1) / (is_low ? -2 : 2);
+  return value;
+}
+
 // ---------------------------------------------------------------------------------------------
 // Results of diagnostics, page 14h, as selected by byte 128
 // ---------------------------------------------------------------------------------------------
@@ -394,7 +551,9 @@ DiagnosticsPlace PlaceOfDiagnostics(LaneField field, unsigned lane) {
       return {kSelectHostCounters + half, pair + 8, 8, kCountersBit};
     case LaneField::kMediaErrors:
       return {kSelectMediaCounters + half, pair, 8, kCountersBit};
-    default:  // kMediaBits
+    case LaneField::kHostSyncLost:
+      return {kSelectHostCounters + half, pair + 8, 8, kCountersBit};
+    default:  // kMediaBits, kMediaSyncLost
       return {kSelectMediaCounters + half, pair + 8, 8, kCountersBit};
   }
 }
@@ -408,6 +567,9 @@ std::uint64_t LittleEndian(const ModuleImage::Half& half, std::size_t byte, std:
 bool IsBer(LaneField field) {
   return field == LaneField::kHostBer || field == LaneField::kMediaBer;
 }
+bool IsSyncLost(LaneField field) {
+  return field == LaneField::kHostSyncLost || field == LaneField::kMediaSyncLost;
+}
 bool IsSnr(LaneField field) {
   return field == LaneField::kHostSnr || field == LaneField::kMediaSnr;
 }
@@ -416,7 +578,9 @@ LaneValue Diagnostics(const ModuleImage& image, const LaneMapField& line, Advert
                       LanePosition at) {
   const DiagnosticsPlace place = PlaceOfDiagnostics(line.field, at.lane);
   const ModuleImage::Half& half = image.HalfOf(InBank(Page::k14, at.bank), 128);
-  const bool is_selected = half.Has(128) && (half[128] & ~kGated) == place.selector;
+  // Ratios and counters may be gated.
+  const unsigned selector = IsSnr(line.field) ? half[128] : half[128] & ~kGated;
+  const bool is_selected = half.Has(128) && selector == place.selector;
   const bool is_known = is_selected && half.Has(place.byte, place.count);
   const std::uint64_t raw = is_known ? LittleEndian(half, place.byte, place.count) : 0;
   const Advertised all = Both(advertised, AskBit(image, Page::k13, 130, place.advertised_bit));
@@ -425,6 +589,7 @@ LaneValue Diagnostics(const ModuleImage& image, const LaneMapField& line, Advert
   if (IsBer(line.field)) {
     return Present(Float16(static_cast<std::uint16_t>(RawNumber(half, place.byte, kWord))));
   }
+  if (IsSyncLost(line.field)) return Present((raw & 1U) != 0 ? 1.0 : 0.0);
   constexpr double kPerDecibel = 256;
   const auto number = static_cast<double>(raw);
   return Present(IsSnr(line.field) ? number / kPerDecibel : number);
@@ -446,6 +611,13 @@ LaneValue OwnLaneField(const ModuleImage& image, const LaneMapField& line, Adver
       return Masks(image, line, advertised, at);
     case LaneField::kGrid:
       return Grid(image, line, advertised, at);
+    case LaneField::kChannelFrequency:
+      return TunedFrequency(image, line, advertised, at);
+    case LaneField::kRelativeHighAlarm:
+    case LaneField::kRelativeLowAlarm:
+    case LaneField::kRelativeHighWarning:
+    case LaneField::kRelativeLowWarning:
+      return RelativeThreshold(image, line, advertised, at);
     case LaneField::kDataPathDeinit: {
       LaneValue value = ReadLaneField(image, line, advertised, at.lane, at.bank);
       const bool is_power_up = IsSince(image, 0x40) == Advertised::kNo;
@@ -460,6 +632,12 @@ LaneValue OwnLaneField(const ModuleImage& image, const LaneMapField& line, Adver
     default:
       return Diagnostics(image, line, advertised, at);
   }
+}
+
+// Pages without banks describe the lanes of bank 0.
+bool IsBanked(Page page) {
+  constexpr std::uint8_t kFirstBanked = 0x10;
+  return IsUpperPage(page) && NumberOf(page) >= kFirstBanked;
 }
 
 bool HasSide(const LaneLayout& layout, LaneSide side, unsigned lane) {
@@ -479,7 +657,7 @@ void DecodeLaneField(Decoding& to, const LaneLayout& layout, const LaneMapField&
   for (Lane& lane : to.info.lanes) {
     const LanePosition at = {(lane.number - 1) % kLanesPerBank + 1,
                              (lane.number - 1) / kLanesPerBank};
-    if (!HasSide(layout, line.side, at.lane)) continue;
+    if (!HasSide(layout, line.side, at.lane) || (at.bank != 0 && !IsBanked(line.page))) continue;
     if (line.format.type == RawType::kOwn) {
       lane[line.field] = OwnLaneField(to.image, line, advertised, at);
       continue;
@@ -549,7 +727,8 @@ void DecodeVdmInstance(Decoding& to, unsigned descriptor, VdmPlace at) {
   const unsigned type = descriptor & 0xFFU;
   if (type == 0) return;
   const unsigned location = descriptor >> 8U & 0xFU;
-  const VdmObservable* observable = FindVdmObservable(type);
+  const bool is_defined = IsSince(to.image, FirstRevisionOfVdm(type)) != Advertised::kNo;
+  const VdmObservable* observable = is_defined ? FindVdmObservable(type) : nullptr;
   const unsigned lane = location == kWholeModule ? 0 : at.bank * kLanesPerBank + location + 1;
   const Monitor monitor = VdmMonitor(
       to.image, observable != nullptr ? *observable : kUnknownObservable, descriptor >> 12U, at);
@@ -566,7 +745,7 @@ bool HasVdmPages(const ModuleImage& image) {
 
 void DecodeVdm(Decoding& to, const LaneLayout& layout) {
   if (!HasVdmPages(to.image)) return;
-  if (AskBit(to.image, Page::k01, 142, 6) == Advertised::kNo) {
+  if (Ask(to.image, kVdm) == Advertised::kNo) {
     return to.Warn("pages 20h to 2Fh (VDM) were read, but the module does not advertise them");
   }
   for (unsigned bank = 0; bank < layout.banks; ++bank) {
@@ -694,15 +873,33 @@ void DecodeCoherentPage(Decoding& to, Page page, const CoherentNumber (&numbers)
   }
 }
 
-// CMIS 5.3 advertises the pages; before, they are those of tunable modules.
 void DecodeCoherent(Decoding& to) {
-  constexpr Page kCounters = PageOf(0x34);
-  constexpr Page kMonitors = PageOf(0x35);
-  const unsigned bit = IsSince(to.image, 0x53) == Advertised::kYes ? 4 : 6;
-  const std::size_t byte = bit == 4 ? 142 : 155;
-  if (AskBit(to.image, Page::k01, byte, bit) == Advertised::kNo) return;
-  DecodeCoherentPage(to, kCounters, kCoherentCounters);
-  DecodeCoherentPage(to, kMonitors, kCoherentMonitors);
+  if (HasCoherentPages(to.image) == Advertised::kNo) return;
+  DecodeCoherentPage(to, kPage34, kCoherentCounters);
+  DecodeCoherentPage(to, kPage35, kCoherentMonitors);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Options
+// ---------------------------------------------------------------------------------------------
+
+// What advertises a page that has options.
+Advertised AskPageOfOptions(const ModuleImage& image, Page page) {
+  if (page == Page::k04) return Ask(image, kTunable);
+  if (page == kPage0D) return Ask(image, kFirmwarePage);
+  if (page == Page::k13) return Ask(image, kDiagnostics);
+  return page == kPage2F ? Ask(image, kVdm) : Advertised::kYes;
+}
+
+// Bits of later revisions mean nothing before, though they may be set.
+void AddOptions(Decoding& to) {
+  for (const NamedBit& option : CmisMap().options) {
+    const ModuleImage::Half& half = to.image.HalfOf(option.page, option.byte);
+    if ((half[option.byte] >> option.bit & 1U) == 0) continue;
+    const bool is_defined = IsSince(to.image, option.since) != Advertised::kNo;
+    if (!is_defined || AskPageOfOptions(to.image, option.page) == Advertised::kNo) continue;
+    to.info.options.push_back(option.name);
+  }
 }
 
 }  // namespace
@@ -710,13 +907,13 @@ void DecodeCoherent(Decoding& to) {
 void DecodeCmis(Decoding& to) {
   const bool is_flat = IsPaged(to.image) == Advertised::kNo;
   DecodeModule(to, is_flat);
-  DecodeApplications(to);
+  DecodeApplications(to, is_flat);
   AddSpeeds(to.info);
   const LaneLayout layout = LanesOf(to.image, to.info.applications);
   DecodeLanes(to, layout, is_flat);
   DecodeMonitors(to, layout, is_flat);
   WarnOfFlags(to, CmisMap().lane_fields);
-  AddNames(to.image, CmisMap().options, to.info.options);
+  AddOptions(to);
   DecodeVdm(to, layout);
   if (!is_flat) DecodeCoherent(to);
   AddChecksums(to, CmisMap().checksums);

@@ -43,6 +43,18 @@ constexpr Entry kDurationEntries[] = {
 constexpr Entry kFarEndEntries[] = {
     {0, "separable"}, {1, "eight ends of 1 lane"}, {2, "one end of 8 lanes"},
     {3, "two ends of 4 lanes"}, {12, "four ends of 2 lanes"}, {27, "one end of 16 lanes"}};
+constexpr Entry kCdbStatusEntries[] = {
+    {0x01, "done"}, {0x03, "aborted"}, {0x41, "failed: unknown command"},
+    {0x42, "failed: parameter"}, {0x43, "failed: not aborted"}, {0x44, "failed: time-out"},
+    {0x45, "failed: check code"}, {0x46, "failed: password"}, {0x47, "failed: wrong state"},
+    {0x81, "busy: captured"}, {0x82, "busy: checking"}, {0x83, "busy: executing"}};
+constexpr Entry kPasswordEntries[] = {
+    {0, "not supported"}, {1, "module password accepted"}, {2, "host password accepted"},
+    {3, "refused"}, {8, "in progress"}};
+constexpr Entry kSupportEntries[] = {{0, "unknown"}, {1, "not supported"}, {2, "supported"}};
+constexpr Entry kGateTimeEntries[] = {{0, "none"}, {1, "5 s"}, {2, "10 s"}, {3, "30 s"},
+    {4, "60 s"}, {5, "120 s"}, {6, "300 s"}, {7, "custom"}};
+constexpr Entry kUpdateEntries[] = {{0, "1 s"}, {1, "5 s"}};
 constexpr Entry kGatingEntries[] = {{0, "none"}, {1, "<= 2 ms"}, {2, "<= 20 ms"}, {3, "> 20 ms"}};
 constexpr Entry kCdbEntries[] = {{0, "none"}, {1, "one"}, {2, "two"}};
 // clang-format on
@@ -60,6 +72,11 @@ constexpr CodeTable kRxEqControls("CMIS 4.0, 01h byte 162", kRxEqControlEntries)
 constexpr CodeTable kInputClockings("CMIS 4.0, 01h byte 145", kInputClockingEntries);
 constexpr CodeTable kDurations("CMIS 4.0, 01h byte 144", kDurationEntries);
 constexpr CodeTable kFarEnds("CMIS 4.0, 00h byte 211", kFarEndEntries);
+constexpr CodeTable kCdbStatuses("CMIS 4.0, bytes 37-38", kCdbStatusEntries);
+constexpr CodeTable kPasswordResults("CMIS 5.3, byte 42", kPasswordEntries);
+constexpr CodeTable kSupports("CMIS 5.3, 01h byte 251", kSupportEntries);
+constexpr CodeTable kGateTimes("CMIS 4.0, 13h byte 177", kGateTimeEntries);
+constexpr CodeTable kUpdateIntervals("CMIS 4.0, 13h byte 177", kUpdateEntries);
 constexpr CodeTable kGatings("CMIS 4.0, 13h byte 129", kGatingEntries);
 constexpr CodeTable kCdbInstances("CMIS 4.0, 01h byte 163", kCdbEntries);
 
@@ -68,12 +85,19 @@ constexpr CodeTable kCdbInstances("CMIS 4.0, 01h byte 163", kCdbEntries);
 // ---------------------------------------------------------------------------------------------
 
 constexpr Advertisement kPaged = By(IsPaged, "paged memory: byte 2, bit 7 clear");
-constexpr Advertisement kSince50 = By(Since<0x50>, "CMIS 5.0 or later, paged memory");
+constexpr Advertisement kSince50 = By(PagedSince<0x50>, "CMIS 5.0 or later, paged memory");
 constexpr Advertisement kSince53 = By(Since<0x53>, "CMIS 5.3 or later");
 constexpr Advertisement kSince54 = By(Since<0x54>, "CMIS 5.4 or later");
-constexpr Advertisement kTunable = On(Page::k01, 155, 6);
-constexpr Advertisement kDiagnostics = On(Page::k01, 142, 5);
-constexpr Advertisement kVdm = On(Page::k01, 142, 6);
+constexpr Advertisement kCdb1 = By(HasCdb<1>, "01h:163.7-6 is 1 or more, CMIS 4.0 or later");
+constexpr Advertisement kCdb2 = By(HasCdb<2>, "01h:163.7-6 is 2 or more, CMIS 4.0 or later");
+constexpr Advertisement kRelativeThresholds =
+    By(HasGrid<196, 6, 0x54>, "01h:155.6 and 04h:196.6, CMIS 5.4 or later");
+constexpr Advertisement kFirmwareA =
+    By(HasFirmware<0>, "01h:173.6 and 0Dh:128.0, CMIS 5.4 or later");
+constexpr Advertisement kFirmwareB =
+    By(HasFirmware<1>, "01h:173.6 and 0Dh:128.1, CMIS 5.4 or later");
+constexpr Advertisement kFirmwareFixed =
+    By(HasFirmware<2>, "01h:173.6 and 0Dh:128.2, CMIS 5.4 or later");
 
 // ---------------------------------------------------------------------------------------------
 // The module
@@ -92,21 +116,38 @@ constexpr MapField kFields[] = {
     {Field::kAutoCommissioning, kLow, 2, Bits(1, 0), Code(kCommissioning), By(HasAutoCommissioning, "2.6, CMIS 5.3 or later"), "5.3"},
     {Field::kState, kLow, 3, Bits(3, 1), Code(kModuleStates), By(HasModuleState, "paged memory, or a state other than 0"), "4.0"},
     {Field::kInterruptAsserted, kLow, 3, Bit(0), kInverseFlag, kPaged, "4.0"},
-    {Field::kCdb2Complete, kLow, 8, Bit(7), kFlag, On(Page::k01, 163, 7), "4.0"},
-    {Field::kCdb1Complete, kLow, 8, Bit(6), kFlag, By(HasCdb, "01h:163.7-6 not 0"), "4.0"},
+    {Field::kFlagSummary0, kLow, 4, kByte, kOwn, kPaged, "4.0; by lane before 5.0"},
+    {Field::kFlagSummary1, kLow, 5, kByte, kOwn, By(HasBank<1>, "paged memory, two banks or more"), "4.0; by lane before 5.0"},
+    {Field::kFlagSummary2, kLow, 6, kByte, kOwn, By(HasBank<2>, "paged memory, three banks or more"), "4.0; by lane before 5.0"},
+    {Field::kFlagSummary3, kLow, 7, kByte, kOwn, By(HasBank<3>, "paged memory, four banks or more"), "4.0; by lane before 5.0"},
+    {Field::kCdb2Complete, kLow, 8, Bit(7), kFlag, kCdb2, "4.0"},
+    {Field::kCdb1Complete, kLow, 8, Bit(6), kFlag, kCdb1, "4.0"},
     {Field::kAbnormalFirmware, kLow, 8, Bit(3), kFlag, By(PagedSince<0x54>, "CMIS 5.4 or later, paged memory"), "5.4"},
     {Field::kDataPathFirmwareError, kLow, 8, Bit(2), kFlag, kPaged, "4.0"},
     {Field::kModuleFirmwareError, kLow, 8, Bit(1), kFlag, kPaged, "4.0"},
     {Field::kModuleStateChanged, kLow, 8, Bit(0), kFlag, kPaged, "4.0"},
     {Field::kBankBroadcast, kLow, 26, Bit(7), kFlag, By(BitSince<Page::k01, 156, 7, 0x52>, "01h:156.7, CMIS 5.2 or later"), "5.2"},
-    {Field::kLowPowerPinEnabled, kLow, 26, Bit(6), kFlag, kPaged, "4.0"},
+    {Field::kLowPowerPinEnabled, kLow, 26, Bit(6), kFlag, By(PagedSince<0x40>, "CMIS 4.0 or later, paged memory"), "4.0"},
     {Field::kTxSquelch, kLow, 26, Bit(5), Code(kSquelch), By(HostSelectsSquelch, "01h:155.5-4 is 3"), "4.0"},
     {Field::kLowPowerRequest, kLow, 26, Bit(4), kFlag, kPaged, "4.0"},
     {Field::kSoftwareReset, kLow, 26, Bit(3), kFlag, kPaged, "4.0"},
+    {Field::kCdb2CompleteMask, kLow, 31, Bit(7), kFlag, kCdb2, "4.0"},
+    {Field::kCdb1CompleteMask, kLow, 31, Bit(6), kFlag, kCdb1, "4.0"},
+    {Field::kAbnormalFirmwareMask, kLow, 31, Bit(3), kFlag, By(PagedSince<0x54>, "CMIS 5.4 or later, paged memory"), "5.4"},
+    {Field::kDataPathFirmwareMask, kLow, 31, Bit(2), kFlag, kPaged, "4.0"},
+    {Field::kModuleFirmwareMask, kLow, 31, Bit(1), kFlag, kPaged, "4.0"},
+    {Field::kModuleStateMask, kLow, 31, Bit(0), kFlag, kPaged, "4.0"},
     {Field::kTemperatureMask, kLow, 32, Bits(3, 0), kOwn, On(Page::k01, 159, 0), "4.0"},
     {Field::kVoltageMask, kLow, 32, Bits(7, 4), kOwn, On(Page::k01, 159, 1), "4.0"},
+    {Field::kAux1Mask, kLow, 33, Bits(3, 0), kOwn, On(Page::k01, 159, 2), "4.0"},
+    {Field::kAux2Mask, kLow, 33, Bits(7, 4), kOwn, On(Page::k01, 159, 3), "4.0"},
+    {Field::kAux3Mask, kLow, 34, Bits(3, 0), kOwn, On(Page::k01, 159, 4), "4.0"},
+    {Field::kCustomMonitorMask, kLow, 34, Bits(7, 4), kOwn, On(Page::k01, 159, 5), "4.0"},
+    {Field::kCdb1Status, kLow, 37, kByte, Code(kCdbStatuses), kCdb1, "4.0"},
+    {Field::kCdb2Status, kLow, 38, kByte, Code(kCdbStatuses), kCdb2, "4.0"},
     {Field::kFirmwareActive, kLow, 39, kWord, kVersion, kAlways, "4.0"},
     {Field::kFaultCause, kLow, 41, kByte, Code(kFaults), By(PagedSince<0x50>, "CMIS 5.0 or later, paged memory"), "5.0"},
+    {Field::kPasswordResult, kLow, 42, Bits(3, 0), Code(kPasswordResults), By(HasPasswordResult, "01h:251.3-2 is 2, CMIS 5.3 or later"), "5.3"},
     {Field::kStateMachines, kLow, 56, kByte, Code(kStateMachines), kSince53, "5.3"},
     {Field::kFunctionType, kLow, 57, kByte, Code(kFunctions), kSince53, "5.3"},
     {Field::kModuleSubtype, kLow, 60, Bits(3, 0), kOwn, kSince53, "5.3"},
@@ -168,6 +209,7 @@ constexpr MapField kFields[] = {
     {Field::kTunableTransmitter, Page::k01, 155, Bit(6), kFlag, kAlways, "4.0"},
     {Field::kTxSquelchMethods, Page::k01, 155, Bits(5, 4), Code(kSquelchMethods), kAlways, "4.0"},
     {Field::kTxBiasMultiplier, Page::k01, 160, Bits(4, 3), kOwn, On(Page::k01, 160, 0), "4.0"},
+    {Field::kTxEqBuffers, Page::k01, 161, Bits(6, 5), kNumber, kAlways, "4.0"},
     {Field::kRxOutputEqControls, Page::k01, 162, Bits(4, 3), Code(kRxEqControls), kAlways, "4.0"},
     {Field::kCdbInstances, Page::k01, 163, Bits(7, 6), Code(kCdbInstances), kAlways, "4.0"},
     {Field::kModulePowerDownTime, Page::k01, 167, Bits(7, 4), Code(kDurations), kAlways, "4.0"},
@@ -175,7 +217,11 @@ constexpr MapField kFields[] = {
     {Field::kTxTurnOffTime, Page::k01, 168, Bits(7, 4), Code(kDurations), kAlways, "4.0"},
     {Field::kTxTurnOnTime, Page::k01, 168, Bits(3, 0), Code(kDurations), kAlways, "4.0"},
     {Field::kPageChangeTime, Page::k01, 169, Bits(3, 0), kOwn, kSince53, "5.3"},
-    {Field::kNadBanks, Page::k01, 175, kByte, kNumber, kSince53, "5.3"},
+    {Field::kNadBanks, Page::k01, 175, kByte, kOwn, kSince53, "5.3; bits 3-0 in 5.3"},
+    {Field::kScratchPad, Page::k01, 251, Bits(7, 6), Code(kSupports), kSince53, "5.3"},
+    {Field::kPasswordEntry, Page::k01, 251, Bits(5, 4), Code(kSupports), kSince53, "5.3"},
+    {Field::kPasswordEntryResult, Page::k01, 251, Bits(3, 2), Code(kSupports), kSince53, "5.3"},
+    {Field::kFullPageRead, Page::k01, 251, Bits(1, 0), Code(kSupports), kSince53, "5.3"},
 
     // Page 04h
     {Field::kGrid3p125Lowest, Page::k04, 130, kWord, Signed(Times(1)), By(HasGrid<128, 0>, "01h:155.6 and 04h:128.0"), "4.0"},
@@ -204,19 +250,39 @@ constexpr MapField kFields[] = {
     {Field::kOutputPowerLowest, Page::k04, 198, kWord, Signed(Per(100)), By(HasGrid<196, 7>, "01h:155.6 and 04h:196.7"), "4.0"},
     {Field::kOutputPowerHighest, Page::k04, 200, kWord, Signed(Per(100)), By(HasGrid<196, 7>, "01h:155.6 and 04h:196.7"), "4.0"},
 
+    // Pages 0Ch and 0Dh
+    {Field::kPagesSupported, kPage0C, 128, Bytes(32), kOwn, kPageMap, "5.4"},
+    {Field::kFirmwareAState, kPage0D, 136, Bits(2, 0), kOwn, kFirmwareA, "5.4"},
+    {Field::kFirmwareBState, kPage0D, 136, Bits(6, 4), kOwn, kFirmwareB, "5.4"},
+    {Field::kFirmwareA, kPage0D, 148, Bytes(4), kOwn, kFirmwareA, "5.4"},
+    {Field::kFirmwareAText, kPage0D, 152, Bytes(32), kText, kFirmwareA, "5.4"},
+    {Field::kFirmwareB, kPage0D, 184, Bytes(4), kOwn, kFirmwareB, "5.4"},
+    {Field::kFirmwareBText, kPage0D, 188, Bytes(32), kText, kFirmwareB, "5.4"},
+    {Field::kFirmwareFixed, kPage0D, 220, Bytes(4), kOwn, kFirmwareFixed, "5.4"},
+    {Field::kFirmwareFixedText, kPage0D, 224, Bytes(32), kText, kFirmwareFixed, "5.4"},
+
     // Pages 13h and 14h
     {Field::kGatingSupport, Page::k13, 129, Bits(7, 6), Code(kGatings), kDiagnostics, "4.0"},
     {Field::kHostGeneratorPatterns, Page::k13, 132, kWord, kOwn, kDiagnostics, "4.0"},
     {Field::kMediaGeneratorPatterns, Page::k13, 134, kWord, kOwn, kDiagnostics, "4.0"},
     {Field::kHostCheckerPatterns, Page::k13, 136, kWord, kOwn, kDiagnostics, "4.0"},
     {Field::kMediaCheckerPatterns, Page::k13, 138, kWord, kOwn, kDiagnostics, "4.0"},
+    {Field::kUserPatternSize, Page::k13, 140, Bits(3, 0), kOwn, kDiagnostics, "4.0"},
+    {Field::kAutoRestart, Page::k13, 177, Bit(4), kFlag, By(HasDiagnosticsBit<129, 2>, "01h:142.5 and 13h:129.2"), "4.0"},
+    {Field::kGateTime, Page::k13, 177, Bits(3, 1), Code(kGateTimes), By(HasGating, "01h:142.5, 13h:129.7-6 not 0"), "4.0"},
+    {Field::kUpdateInterval, Page::k13, 177, Bit(0), Code(kUpdateIntervals), By(HasDiagnosticsBit<129, 4>, "01h:142.5 and 13h:129.4"), "4.0"},
+    {Field::kReferenceClockMask, Page::k13, 206, Bit(7), kFlag, kDiagnostics, "4.0"},
     {Field::kDiagnosticsSelector, Page::k14, 128, kByte, kNumber, kDiagnostics, "4.0"},
     {Field::kReferenceClockLost, Page::k14, 132, Bit(7), kFlag, kDiagnostics, "4.0"},
 
     // Page 2Fh
     {Field::kVdmGroups, kPage2F, 128, Bits(1, 0), kOwn, kVdm, "4.0"},
     {Field::kVdmInterval, kPage2F, 129, kWord, Number(Per(10)).ZeroIsNone(), kVdm, "4.0"},
+    {Field::kVdmFreezeRequested, kPage2F, 144, Bit(7), kFlag, kVdm, "4.0"},
+    {Field::kVdmPowerSaving, kPage2F, 144, Bit(6), kFlag, By(HasVdmBit<2, 0x53>, "01h:142.6 and 2Fh:128.2, CMIS 5.3 or later"), "5.3"},
+    {Field::kVdmDutyCycle, kPage2F, 144, Bits(5, 2), Number(Times(10)), By(HasVdmBit<3, 0x54>, "01h:142.6 and 2Fh:128.3, CMIS 5.4 or later"), "5.4"},
     {Field::kVdmFrozen, kPage2F, 145, Bit(7), kFlag, kVdm, "4.0"},
+    {Field::kVdmUnfrozen, kPage2F, 145, Bit(6), kFlag, kVdm, "4.0"},
 };
 
 // ---------------------------------------------------------------------------------------------
@@ -226,10 +292,14 @@ constexpr MapField kFields[] = {
 constexpr auto kByLane = LaneOrder::kBitsUp;
 constexpr auto kNibbles = LaneOrder::kLowNibbleFirst;
 constexpr auto kApart = LaneOrder::kApart;
+constexpr auto kOfAll = LaneOrder::kModule;
 constexpr auto kHost = LaneSide::kHost;
 constexpr auto kMedia = LaneSide::kMedia;
 
 constexpr LaneMapField kLaneFields[] = {
+    // Page 01h
+    {LaneField::kTxDefaultInverted, Page::k01, 171, kByte, kByLane, kFlag, kSince54, "5.4", kHost},
+    {LaneField::kRxDefaultInverted, Page::k01, 172, kByte, kByLane, kFlag, kSince54, "5.4", kHost},
     // Page 10h
     {LaneField::kDataPathDeinit, Page::k10, 128, kByte, kByLane, kOwn, kAlways, "4.0; inverted in 3.0", kHost},
     {LaneField::kTxPolarityFlip, Page::k10, 129, kByte, kByLane, kFlag, On(Page::k01, 155, 0), "4.0", kHost},
@@ -282,11 +352,17 @@ constexpr LaneMapField kLaneFields[] = {
     {LaneField::kRxFiberNumber, Page::k11, 248, Bits(3, 0), kApart, kNumber.ZeroIsNone(), kAlways, "4.0", kMedia},
     // Page 12h
     {LaneField::kGrid, Page::k12, 128, Bits(7, 4), kApart, kOwn, kTunable, "4.0; codes 6 and 7 swapped in 5.0", kMedia},
+    {LaneField::kRelativeThresholds, Page::k12, 128, Bit(1), kApart, kFlag, kRelativeThresholds, "5.4", kMedia},
     {LaneField::kFineTuning, Page::k12, 128, Bit(0), kApart, kFlag, By(HasGrid<129, 7>, "01h:155.6 and 04h:129.7"), "4.0", kMedia},
     {LaneField::kChannel, Page::k12, 136, kWord, kApart, Signed(Times(1)), kTunable, "4.0", kMedia},
+    {LaneField::kChannelFrequency, Page::k12, 136, kWord, kApart, kOwn, kTunable, "4.0; from grid and channel", kMedia},
     {LaneField::kFineTuningOffset, Page::k12, 152, kWord, kApart, Signed(Per(1000)), By(HasGrid<129, 7>, "01h:155.6 and 04h:129.7"), "4.0", kMedia},
     {LaneField::kLaserFrequency, Page::k12, 168, Bytes(4), kApart, Number(Per(1000000)).ZeroIsNone(), kTunable, "4.0", kMedia},
     {LaneField::kTargetPower, Page::k12, 200, kWord, kApart, Signed(Per(100)), By(HasGrid<196, 7>, "01h:155.6 and 04h:196.7"), "4.0", kMedia},
+    {LaneField::kRelativeHighAlarm, Page::k12, 216, Bits(7, 4), kOfAll, kOwn, kRelativeThresholds, "5.4", kMedia},
+    {LaneField::kRelativeHighWarning, Page::k12, 216, Bits(3, 0), kOfAll, kOwn, kRelativeThresholds, "5.4", kMedia},
+    {LaneField::kRelativeLowAlarm, Page::k12, 217, Bits(7, 4), kOfAll, kOwn, kRelativeThresholds, "5.4", kMedia},
+    {LaneField::kRelativeLowWarning, Page::k12, 217, Bits(3, 0), kOfAll, kOwn, kRelativeThresholds, "5.4", kMedia},
     {LaneField::kTuningInProgress, Page::k12, 222, Bit(1), kApart, kFlag, kTunable, "4.0", kMedia},
     {LaneField::kWavelengthUnlocked, Page::k12, 222, Bit(0), kApart, kFlag, kTunable, "4.0", kMedia},
     {LaneField::kTargetPowerOutOfRange, Page::k12, 231, Bit(5), kApart, kFlag, kTunable, "4.0", kMedia},
@@ -295,34 +371,62 @@ constexpr LaneMapField kLaneFields[] = {
     {LaneField::kInvalidChannel, Page::k12, 231, Bit(2), kApart, kFlag, kTunable, "4.0", kMedia},
     {LaneField::kWavelengthUnlockedLatched, Page::k12, 231, Bit(1), kApart, kFlag, kTunable, "4.0", kMedia},
     {LaneField::kTuningComplete, Page::k12, 231, Bit(0), kApart, kFlag, kTunable, "4.0", kMedia},
+    {LaneField::kTuningMask, Page::k12, 239, Bits(5, 0), kApart, kNumber, kTunable, "4.0", kMedia},
     // Page 15h
-    {LaneField::kRxLatency, PageOf(0x15), 224, kWord, kApart, kNumber, By(BitSince<Page::k01, 145, 3, 0x50>, "01h:145.3, CMIS 5.0 or later"), "5.0", kHost},
-    {LaneField::kTxLatency, PageOf(0x15), 240, kWord, kApart, kNumber, By(BitSince<Page::k01, 145, 3, 0x50>, "01h:145.3, CMIS 5.0 or later"), "5.0", kHost},
+    {LaneField::kRxLatency, kPage15, 224, kWord, kApart, kNumber, kTiming, "5.0", kHost},
+    {LaneField::kTxLatency, kPage15, 240, kWord, kApart, kNumber, kTiming, "5.0", kHost},
+    // Pages 16h and 17h
+    {LaneField::kNetworkPathDeinit, kPage16, 160, kByte, kByLane, kFlag, kNetworkPath, "5.4", kHost},
+    {LaneField::kNetworkPathState, kPage16, 200, kByte, kNibbles, Code(kDataPathStates), kNetworkPath, "5.4", kHost},
+    {LaneField::kNetworkPathInitPending, kPage16, 204, kByte, kByLane, kFlag, kNetworkPath, "5.4", kHost},
+    {LaneField::kNetworkPathStateChanged, kPage17, 128, kByte, kByLane, kFlag, kNetworkPath, "5.4", kHost},
+    {LaneField::kNetworkPathStateMask, kPage17, 192, kByte, kByLane, kFlag, kNetworkPath, "5.4", kHost},
+    // Page 60h
+    {LaneField::kTxInverted, kPage60, 128, kByte, kByLane, kFlag, kLaneExtensions, "5.4", kHost},
+    {LaneField::kRxInverted, kPage60, 129, kByte, kByLane, kFlag, kLaneExtensions, "5.4", kHost},
     // Pages 13h and 14h
     {LaneField::kHostGenerator, Page::k13, 144, kByte, kByLane, kFlag, kDiagnostics, "4.0", kHost},
+    {LaneField::kHostGeneratorInverted, Page::k13, 145, kByte, kByLane, kFlag, By(HasDiagnosticsBit<141, 0>, "01h:142.5 and 13h:141.0"), "4.0", kHost},
+    {LaneField::kHostGeneratorSwapped, Page::k13, 146, kByte, kByLane, kFlag, By(HasDiagnosticsBit<141, 1>, "01h:142.5 and 13h:141.1"), "4.0", kHost},
     {LaneField::kHostGeneratorPattern, Page::k13, 148, kByte, kNibbles, Code(kTestPatterns), kDiagnostics, "4.0", kHost},
     {LaneField::kHostChecker, Page::k13, 160, kByte, kByLane, kFlag, kDiagnostics, "4.0", kHost},
+    {LaneField::kHostCheckerInverted, Page::k13, 161, kByte, kByLane, kFlag, By(HasDiagnosticsBit<141, 2>, "01h:142.5 and 13h:141.2"), "4.0", kHost},
+    {LaneField::kHostCheckerSwapped, Page::k13, 162, kByte, kByLane, kFlag, By(HasDiagnosticsBit<141, 3>, "01h:142.5 and 13h:141.3"), "4.0", kHost},
     {LaneField::kHostCheckerPattern, Page::k13, 164, kByte, kNibbles, Code(kTestPatterns), kDiagnostics, "4.0", kHost},
-    {LaneField::kHostOutputLoopback, Page::k13, 182, kByte, kByLane, kFlag, By(HasLoopback<2>, "01h:142.5 and 13h:128.2"), "4.0", kHost},
-    {LaneField::kHostInputLoopback, Page::k13, 183, kByte, kByLane, kFlag, By(HasLoopback<3>, "01h:142.5 and 13h:128.3"), "4.0", kHost},
+    {LaneField::kHostOutputLoopback, Page::k13, 182, kByte, kByLane, kFlag, By(HasDiagnosticsBit<128, 2>, "01h:142.5 and 13h:128.2"), "4.0", kHost},
+    {LaneField::kHostInputLoopback, Page::k13, 183, kByte, kByLane, kFlag, By(HasDiagnosticsBit<128, 3>, "01h:142.5 and 13h:128.3"), "4.0", kHost},
+    {LaneField::kHostGatingMask, Page::k13, 208, kByte, kByLane, kFlag, By(HasGating, "01h:142.5, 13h:129.7-6 not 0"), "4.0", kHost},
+    {LaneField::kHostGeneratorLolMask, Page::k13, 210, kByte, kByLane, kFlag, kDiagnostics, "4.0", kHost},
+    {LaneField::kHostCheckerLolMask, Page::k13, 212, kByte, kByLane, kFlag, kDiagnostics, "4.0", kHost},
+    {LaneField::kHostGatingComplete, Page::k14, 134, kByte, kByLane, kFlag, By(HasGating, "01h:142.5, 13h:129.7-6 not 0"), "4.0", kHost},
     {LaneField::kHostGeneratorLol, Page::k14, 136, kByte, kByLane, kFlag, kDiagnostics, "4.0", kHost},
     {LaneField::kHostCheckerLol, Page::k14, 138, kByte, kByLane, kFlag, kDiagnostics, "4.0", kHost},
     {LaneField::kHostBer, Page::k14, 192, kWord, kApart, kOwn, kDiagnostics, "4.0, selector 01h or 11h", kHost},
     {LaneField::kHostSnr, Page::k14, 208, kWord, kApart, kOwn, kDiagnostics, "4.0, selector 06h, little-endian", kHost},
     {LaneField::kHostErrors, Page::k14, 192, Bytes(8), kApart, kOwn, kDiagnostics, "4.0, selectors 02h, 03h, little-endian", kHost},
     {LaneField::kHostBits, Page::k14, 200, Bytes(8), kApart, kOwn, kDiagnostics, "4.0, selectors 02h, 03h, little-endian", kHost},
+    {LaneField::kHostSyncLost, Page::k14, 200, Bytes(8), kApart, kOwn, kDiagnostics, "4.0, selectors 02h, 03h: odd number of bits", kHost},
     {LaneField::kMediaGenerator, Page::k13, 152, kByte, kByLane, kFlag, kDiagnostics, "4.0", kMedia},
+    {LaneField::kMediaGeneratorInverted, Page::k13, 153, kByte, kByLane, kFlag, By(HasDiagnosticsBit<141, 4>, "01h:142.5 and 13h:141.4"), "4.0", kMedia},
+    {LaneField::kMediaGeneratorSwapped, Page::k13, 154, kByte, kByLane, kFlag, By(HasDiagnosticsBit<141, 5>, "01h:142.5 and 13h:141.5"), "4.0", kMedia},
     {LaneField::kMediaGeneratorPattern, Page::k13, 156, kByte, kNibbles, Code(kTestPatterns), kDiagnostics, "4.0", kMedia},
     {LaneField::kMediaChecker, Page::k13, 168, kByte, kByLane, kFlag, kDiagnostics, "4.0", kMedia},
+    {LaneField::kMediaCheckerInverted, Page::k13, 169, kByte, kByLane, kFlag, By(HasDiagnosticsBit<141, 6>, "01h:142.5 and 13h:141.6"), "4.0", kMedia},
+    {LaneField::kMediaCheckerSwapped, Page::k13, 170, kByte, kByLane, kFlag, By(HasDiagnosticsBit<141, 7>, "01h:142.5 and 13h:141.7"), "4.0", kMedia},
     {LaneField::kMediaCheckerPattern, Page::k13, 172, kByte, kNibbles, Code(kTestPatterns), kDiagnostics, "4.0", kMedia},
-    {LaneField::kMediaOutputLoopback, Page::k13, 180, kByte, kByLane, kFlag, By(HasLoopback<0>, "01h:142.5 and 13h:128.0"), "4.0", kMedia},
-    {LaneField::kMediaInputLoopback, Page::k13, 181, kByte, kByLane, kFlag, By(HasLoopback<1>, "01h:142.5 and 13h:128.1"), "4.0", kMedia},
+    {LaneField::kMediaOutputLoopback, Page::k13, 180, kByte, kByLane, kFlag, By(HasDiagnosticsBit<128, 0>, "01h:142.5 and 13h:128.0"), "4.0", kMedia},
+    {LaneField::kMediaInputLoopback, Page::k13, 181, kByte, kByLane, kFlag, By(HasDiagnosticsBit<128, 1>, "01h:142.5 and 13h:128.1"), "4.0", kMedia},
+    {LaneField::kMediaGatingMask, Page::k13, 209, kByte, kByLane, kFlag, By(HasGating, "01h:142.5, 13h:129.7-6 not 0"), "4.0", kMedia},
+    {LaneField::kMediaGeneratorLolMask, Page::k13, 211, kByte, kByLane, kFlag, kDiagnostics, "4.0", kMedia},
+    {LaneField::kMediaCheckerLolMask, Page::k13, 213, kByte, kByLane, kFlag, kDiagnostics, "4.0", kMedia},
+    {LaneField::kMediaGatingComplete, Page::k14, 135, kByte, kByLane, kFlag, By(HasGating, "01h:142.5, 13h:129.7-6 not 0"), "4.0", kMedia},
     {LaneField::kMediaGeneratorLol, Page::k14, 137, kByte, kByLane, kFlag, kDiagnostics, "4.0", kMedia},
     {LaneField::kMediaCheckerLol, Page::k14, 139, kByte, kByLane, kFlag, kDiagnostics, "4.0", kMedia},
     {LaneField::kMediaBer, Page::k14, 208, kWord, kApart, kOwn, kDiagnostics, "4.0, selector 01h or 11h", kMedia},
     {LaneField::kMediaSnr, Page::k14, 240, kWord, kApart, kOwn, kDiagnostics, "4.0, selector 06h, little-endian", kMedia},
     {LaneField::kMediaErrors, Page::k14, 192, Bytes(8), kApart, kOwn, kDiagnostics, "4.0, selectors 04h, 05h, little-endian", kMedia},
     {LaneField::kMediaBits, Page::k14, 200, Bytes(8), kApart, kOwn, kDiagnostics, "4.0, selectors 04h, 05h, little-endian", kMedia},
+    {LaneField::kMediaSyncLost, Page::k14, 200, Bytes(8), kApart, kOwn, kDiagnostics, "4.0, selectors 04h, 05h: odd number of bits", kMedia},
 };
 
 // ---------------------------------------------------------------------------------------------
@@ -353,25 +457,25 @@ constexpr MapMonitor kMonitors[] = {
 };
 
 constexpr NamedBit kOptions[] = {
-    {Page::k01, 142, 7, "Network path pages"},
-    {Page::k01, 142, 6, "Versatile diagnostics monitoring (VDM)"},
-    {Page::k01, 142, 5, "Diagnostic pages 13h, 14h"},
-    {Page::k01, 142, 4, "Coherent pages"},
-    {Page::k01, 142, 3, "Page 05h"},
+    {Page::k01, 142, 7, "Network path pages", 0x51},
+    {Page::k01, 142, 6, "Versatile diagnostics monitoring (VDM)", 0x40},
+    {Page::k01, 142, 5, "Diagnostic pages 13h, 14h", 0x40},
+    {Page::k01, 142, 4, "Coherent pages", 0x53},
+    {Page::k01, 142, 3, "Page 05h", 0x52},
     {Page::k01, 142, 2, "User page 03h"},
-    {Page::k01, 145, 4, "ePPS"},
-    {Page::k01, 145, 3, "Timing page 15h"},
+    {Page::k01, 145, 4, "ePPS", 0x50},
+    {Page::k01, 145, 3, "Timing page 15h", 0x50},
     {Page::k01, 151, 3, "RX LOS on average power"},
     {Page::k01, 151, 2, "Fast RX LOS"},
     {Page::k01, 151, 1, "Fast TX disable"},
     {Page::k01, 151, 0, "TX disable of the whole module"},
     {Page::k01, 155, 7, "Wavelength control"},
-    {Page::k01, 155, 6, "Tunable transmitter"},
+    {Page::k01, 155, 6, "Tunable transmitter", 0x40},
     {Page::k01, 155, 3, "TX forced squelch"},
     {Page::k01, 155, 2, "TX squelch disable"},
     {Page::k01, 155, 1, "TX disable"},
     {Page::k01, 155, 0, "TX polarity flip"},
-    {Page::k01, 156, 7, "Bank broadcast"},
+    {Page::k01, 156, 7, "Bank broadcast", 0x52},
     {Page::k01, 156, 2, "RX squelch disable"},
     {Page::k01, 156, 1, "RX output disable"},
     {Page::k01, 156, 0, "RX polarity flip"},
@@ -395,16 +499,28 @@ constexpr NamedBit kOptions[] = {
     {Page::k01, 161, 2, "TX input equalization control"},
     {Page::k01, 161, 1, "TX CDR bypass"},
     {Page::k01, 161, 0, "TX CDR"},
-    {Page::k01, 162, 7, "Versatile control sets"},
-    {Page::k01, 162, 6, "Unidirectional reconfiguration"},
+    {Page::k01, 162, 7, "Versatile control sets", 0x53},
+    {Page::k01, 162, 6, "Unidirectional reconfiguration", 0x52},
     {Page::k01, 162, 5, "Staged control set 1"},
     {Page::k01, 162, 4, "RX post-cursor control"},
     {Page::k01, 162, 3, "RX pre-cursor control"},
     {Page::k01, 162, 2, "RX amplitude control"},
     {Page::k01, 162, 1, "RX CDR bypass"},
     {Page::k01, 162, 0, "RX CDR"},
-    {Page::k01, 163, 5, "CDB in the background"},
-    {Page::k01, 163, 4, "CDB automatic paging"},
+    {Page::k01, 163, 5, "CDB in the background", 0x40},
+    {Page::k01, 163, 4, "CDB automatic paging", 0x40},
+    {Page::k01, 173, 7, "Page map 0Ch", 0x54},
+    {Page::k01, 173, 6, "Firmware management page 0Dh", 0x54},
+    {Page::k01, 174, 7, "Lane extensions page 60h", 0x54},
+    {Page::k01, 174, 6, "Acquisition counters page 61h", 0x54},
+    {Page::k01, 174, 5, "Lane power thresholds page 62h", 0x54},
+    {Page::k01, 252, 7, "Host lane switching", 0x53},
+    {Page::k01, 252, 6, "Link training", 0x53},
+    {Page::k01, 252, 5, "Media lane switching", 0x54},
+    {Page::k04, 196, 7, "Output power per lane"},
+    {Page::k04, 196, 6, "Power thresholds relative to the target", 0x54},
+    {kPage0D, 128, 7, "Firmware download by CDB", 0x54},
+    {kPage0D, 128, 3, "Traffic with the fixed firmware", 0x54},
     {Page::k13, 128, 6, "Host and media side loopback at once"},
     {Page::k13, 128, 5, "Loopback per media lane"},
     {Page::k13, 128, 4, "Loopback per host lane"},
@@ -412,6 +528,10 @@ constexpr NamedBit kOptions[] = {
     {Page::k13, 128, 2, "Host side output loopback"},
     {Page::k13, 128, 1, "Media side input loopback"},
     {Page::k13, 128, 0, "Media side output loopback"},
+    {Page::k13, 129, 5, "Gated diagnostics results"},
+    {Page::k13, 129, 4, "Periodic updates of diagnostics"},
+    {Page::k13, 129, 3, "Diagnostics timers per lane"},
+    {Page::k13, 129, 2, "Automatic restart of diagnostics"},
     {Page::k13, 130, 7, "Media side FEC error information"},
     {Page::k13, 130, 6, "Host side FEC error information"},
     {Page::k13, 130, 5, "Media side SNR"},
@@ -426,6 +546,25 @@ constexpr NamedBit kOptions[] = {
     {Page::k13, 131, 2, "Host side generator after FEC"},
     {Page::k13, 131, 1, "Host side checker before FEC"},
     {Page::k13, 131, 0, "Host side checker after FEC"},
+    {Page::k13, 140, 5, "Reference clock for patterns"},
+    {Page::k13, 141, 7, "Media side checker swap"},
+    {Page::k13, 141, 6, "Media side checker inversion"},
+    {Page::k13, 141, 5, "Media side generator swap"},
+    {Page::k13, 141, 4, "Media side generator inversion"},
+    {Page::k13, 141, 3, "Host side checker swap"},
+    {Page::k13, 141, 2, "Host side checker inversion"},
+    {Page::k13, 141, 1, "Host side generator swap"},
+    {Page::k13, 141, 0, "Host side generator inversion"},
+    {Page::k13, 142, 7, "Media side checker enable per lane"},
+    {Page::k13, 142, 6, "Media side checker pattern per lane"},
+    {Page::k13, 142, 5, "Media side generator enable per lane"},
+    {Page::k13, 142, 4, "Media side generator pattern per lane"},
+    {Page::k13, 142, 3, "Host side checker enable per lane"},
+    {Page::k13, 142, 2, "Host side checker pattern per lane"},
+    {Page::k13, 142, 1, "Host side generator enable per lane"},
+    {Page::k13, 142, 0, "Host side generator pattern per lane"},
+    {kPage2F, 128, 3, "VDM duty cycle", 0x54},
+    {kPage2F, 128, 2, "VDM power saving", 0x53},
 };
 
 // The first two bytes of page 01h, the inactive firmware's, may change while a module runs.

@@ -1,5 +1,7 @@
 #include "cable_info/module_memory/cmis_rules.h"
 
+#include "cable_info/module_memory/cmis_lanes.h"
+
 namespace cable_info::module_memory {
 
 namespace {
@@ -30,6 +32,10 @@ Advertised IsPaged(const ModuleImage& image) {
                       [](unsigned is_flat) { return is_flat == 0; });
 }
 
+Advertised HasBankOf(const ModuleImage& image, unsigned bank) {
+  return Both(IsPaged(image), AdvertisedIf(BanksOf(image) > bank));
+}
+
 Advertised HasAutoCommissioning(const ModuleImage& image) {
   return Both(IsSince(image, 0x53), AskBit(image, Page::kLower, 2, 6));
 }
@@ -38,8 +44,11 @@ Advertised HasModuleState(const ModuleImage& image) {
   return Either(IsPaged(image), AdvertisedBy(BitsOf(image, Page::kLower, 3, 3, 1), IsNotZero));
 }
 
-Advertised HasCdb(const ModuleImage& image) {
-  return AdvertisedBy(BitsOf(image, Page::k01, 163, 7, 6), IsNotZero);
+Advertised HasCdbInstance(const ModuleImage& image, unsigned instance) {
+  const Advertised has_instance =
+      AdvertisedBy(BitsOf(image, Page::k01, 163, 7, 6),
+                   [instance](unsigned instances) { return instances >= instance; });
+  return Both(IsSince(image, 0x40), has_instance);
 }
 
 Advertised HostSelectsSquelch(const ModuleImage& image) {
@@ -62,6 +71,31 @@ Advertised HasCaseTemperatures(const ModuleImage& image) {
 
 Advertised HasEqBuffers(const ModuleImage& image) {
   return AdvertisedBy(BitsOf(image, Page::k01, 161, 6, 5), IsNotZero);
+}
+
+Advertised HasGating(const ModuleImage& image) {
+  return Both(Ask(image, kDiagnostics),
+              AdvertisedBy(BitsOf(image, Page::k13, 129, 7, 6), IsNotZero));
+}
+
+Advertised HasCoherentPages(const ModuleImage& image) {
+  constexpr unsigned kFirstAdvertising = 0x53;
+  const bool is_advertised = IsSince(image, kFirstAdvertising) == Advertised::kYes;
+  return is_advertised ? AskBit(image, Page::k01, 142, 4) : Ask(image, kTunable);
+}
+
+unsigned ApplicationBanksOf(const ModuleImage& image) {
+  constexpr unsigned kFourBits = 0xF;
+  if (IsSince(image, 0x53) != Advertised::kYes) return 0;
+  const unsigned banks = BitsOf(image, Page::k01, 175).value_or(0);
+  return IsSince(image, 0x54) == Advertised::kYes ? banks : banks & kFourBits;
+}
+
+Advertised HasPasswordResult(const ModuleImage& image) {
+  constexpr unsigned kSupported = 2;
+  return Both(IsSince(image, 0x53),
+              AdvertisedBy(BitsOf(image, Page::k01, 251, 3, 2),
+                           [](unsigned support) { return support == kSupported; }));
 }
 
 Advertised HasTunableBit(const ModuleImage& image, std::uint8_t byte, std::uint8_t bit,

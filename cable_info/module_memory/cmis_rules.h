@@ -15,8 +15,17 @@ namespace [[gnu::visibility("hidden")]] module_memory {
 inline constexpr std::uint8_t kFirstDescriptor = 86;
 inline constexpr std::uint8_t kDescriptorBytes = 32;
 
+inline constexpr Page kPage0C = PageOf(0x0C);
+inline constexpr Page kPage0D = PageOf(0x0D);
+inline constexpr Page kPage15 = PageOf(0x15);
+inline constexpr Page kPage16 = PageOf(0x16);
+inline constexpr Page kPage17 = PageOf(0x17);
+inline constexpr Page kPage1C = PageOf(0x1C);
 inline constexpr Page kPage2C = PageOf(0x2C);
 inline constexpr Page kPage2F = PageOf(0x2F);
+inline constexpr Page kPage34 = PageOf(0x34);
+inline constexpr Page kPage35 = PageOf(0x35);
+inline constexpr Page kPage60 = PageOf(0x60);
 
 /// The bits `high`..`low` of a byte; none when it was not read.
 inline std::optional<unsigned> BitsOf(const ModuleImage& image, Page page, std::size_t byte,
@@ -48,10 +57,20 @@ Advertised BitSince(const ModuleImage& image) {
 
 /// The module supports stepped configuration only: lower byte 2.6.
 Advertised HasAutoCommissioning(const ModuleImage& image);
+/// Bank `kBank` of a module with paged memory.
+Advertised HasBankOf(const ModuleImage& image, unsigned bank);
+template <unsigned kBank>
+Advertised HasBank(const ModuleImage& image) {
+  return HasBankOf(image, kBank);
+}
 /// Flat modules leave their state 0.
 Advertised HasModuleState(const ModuleImage& image);
-/// Any instance of the command data block: 01h:163.7-6.
-Advertised HasCdb(const ModuleImage& image);
+/// Instance `kInstance` of the command data block: 01h:163.7-6 is at least that, CMIS 4.0 or later.
+Advertised HasCdbInstance(const ModuleImage& image, unsigned instance);
+template <unsigned kInstance>
+Advertised HasCdb(const ModuleImage& image) {
+  return HasCdbInstance(image, kInstance);
+}
 /// The host selects the method of TX squelch: 01h:155.5-4.
 Advertised HostSelectsSquelch(const ModuleImage& image);
 /// The media interface technology, 00h:212, is that of a copper cable.
@@ -70,11 +89,53 @@ Advertised HasGrid(const ModuleImage& image) {
   return HasTunableBit(image, kByteNumber, kBit, kRevision);
 }
 
-/// A loopback of 13h:128, of a module with diagnostic pages (01h:142.5).
-template <std::uint8_t kBit>
-Advertised HasLoopback(const ModuleImage& image) {
-  return Both(AskBit(image, Page::k01, 142, 5), AskBit(image, Page::k13, 128, kBit));
+/// \name The pages of a function
+/// @{
+inline constexpr Advertisement kTunable =
+    By(BitSince<Page::k01, 155, 6, 0x40>, "01h:155.6, CMIS 4.0 or later");
+inline constexpr Advertisement kDiagnostics =
+    By(BitSince<Page::k01, 142, 5, 0x40>, "01h:142.5, CMIS 4.0 or later");
+inline constexpr Advertisement kVdm =
+    By(BitSince<Page::k01, 142, 6, 0x40>, "01h:142.6, CMIS 4.0 or later");
+inline constexpr Advertisement kTiming =
+    By(BitSince<Page::k01, 145, 3, 0x50>, "01h:145.3, CMIS 5.0 or later");
+inline constexpr Advertisement kNetworkPath =
+    By(BitSince<Page::k01, 142, 7, 0x54>, "01h:142.7, CMIS 5.4 or later");
+inline constexpr Advertisement kPageMap =
+    By(BitSince<Page::k01, 173, 7, 0x54>, "01h:173.7, CMIS 5.4 or later");
+inline constexpr Advertisement kFirmwarePage =
+    By(BitSince<Page::k01, 173, 6, 0x54>, "01h:173.6, CMIS 5.4 or later");
+inline constexpr Advertisement kLaneExtensions =
+    By(BitSince<Page::k01, 174, 7, 0x54>, "01h:174.7, CMIS 5.4 or later");
+/// @}
+
+/// A bit of page 13h, of a module with diagnostic pages.
+template <std::uint8_t kByteNumber, std::uint8_t kBit>
+Advertised HasDiagnosticsBit(const ModuleImage& image) {
+  return Both(Ask(image, kDiagnostics), AskBit(image, Page::k13, kByteNumber, kBit));
 }
+/// Results of diagnostics are gated: 13h:129.7-6.
+Advertised HasGating(const ModuleImage& image);
+
+/// A bit of page 2Fh, of a module with VDM.
+template <std::uint8_t kBit, unsigned kRevision>
+Advertised HasVdmBit(const ModuleImage& image) {
+  return Both(Both(IsSince(image, kRevision), Ask(image, kVdm)), AskBit(image, kPage2F, 128, kBit));
+}
+
+/// A firmware of page 0Dh: bit `kBit` of byte 128.
+template <std::uint8_t kBit>
+Advertised HasFirmware(const ModuleImage& image) {
+  return Both(Ask(image, kFirmwarePage), AskBit(image, kPage0D, 128, kBit));
+}
+
+/// The coherent pages 34h and 35h: 01h:142.4 from CMIS 5.3 on; before, those of tunable modules.
+Advertised HasCoherentPages(const ModuleImage& image);
+/// The banks of page 1Ch with normalized application descriptors: 01h:175, of four bits in CMIS
+/// 5.3; 0 before.
+unsigned ApplicationBanksOf(const ModuleImage& image);
+/// The result of a password entry is reported: 01h:251.3-2.
+Advertised HasPasswordResult(const ModuleImage& image);
 
 /// An auxiliary monitor (bit `kMonitor` of 01h:159) with the observable given by the value `kValue`
 /// of bit `kObservable` of 01h:145.

@@ -138,6 +138,11 @@ const VdmObservable* Find(const VdmObservable (&observables)[N], unsigned type_i
 
 constexpr VdmObservable kUnknownObservable = {{}, {}, 0, kUnsigned, 1, 1};
 
+unsigned FirstRevisionOfVdm(unsigned type_id) {
+  if (type_id >= 25 && type_id <= 26) return 0x52;
+  return type_id >= 27 && type_id <= 84 ? 0x53 : 0x40;
+}
+
 const VdmObservable* FindVdmObservable(unsigned type_id) { return Find(kObservables, type_id); }
 
 const VdmObservable* FindSff8636Observable(unsigned type_id) {

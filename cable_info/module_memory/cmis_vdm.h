@@ -33,6 +33,8 @@ struct VdmObservable {
 
 /// The observable of CMIS with `type_id`; null for reserved and custom ones.
 const VdmObservable* FindVdmObservable(unsigned type_id);
+/// The revision byte (lower byte 1) of the first CMIS revision that has the type.
+unsigned FirstRevisionOfVdm(unsigned type_id);
 /// The observable of SFF-8636 with `type_id`; null for reserved and vendor specific ones.
 const VdmObservable* FindSff8636Observable(unsigned type_id);
 /// A number without a name and a unit, for observables that are not known.

@@ -268,6 +268,7 @@ struct NamedBit {
   std::uint8_t byte;
   std::uint8_t bit;
   std::string_view name;
+  std::uint8_t since = 0;  ///< the revision byte of the first revision that has it; 0: all
 };
 
 /// A checksum: the low byte of the sum of some bytes, stored in another byte of the same page.

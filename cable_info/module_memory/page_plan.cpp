@@ -33,18 +33,11 @@ constexpr AdvertisedPages kSff8636Pages[] = {
 
 // CMIS 5.4, table 8-1. Page 01h comes first, for it advertises the others.
 constexpr AdvertisedPages kCmisPages[] = {
-    {0x01, 0x02, Banks::kOne, kAlways},
-    {0x10, 0x11, Banks::kAll, kAlways},
-    {0x03, 0x03, Banks::kOne, On(Page::k01, 142, 2)},
-    {0x04, 0x04, Banks::kOne, On(Page::k01, 155, 6)},
-    {0x05, 0x05, Banks::kOne, On(Page::k01, 142, 3)},
-    {0x0C, 0x0C, Banks::kOne, On(Page::k01, 173, 7)},
-    {0x0D, 0x0D, Banks::kOne, On(Page::k01, 173, 6)},
-    {0x12, 0x12, Banks::kAll, On(Page::k01, 155, 6)},
-    {0x13, 0x14, Banks::kAll, On(Page::k01, 142, 5)},
-    {0x15, 0x15, Banks::kAll, On(Page::k01, 145, 3)},
-    {0x16, 0x17, Banks::kAll, On(Page::k01, 142, 7)},
-    {0x30, 0x4F, Banks::kAll, On(Page::k01, 142, 4)},
+    {0x01, 0x02, Banks::kOne, kAlways},       {0x10, 0x11, Banks::kAll, kAlways},
+    {0x04, 0x04, Banks::kOne, kTunable},      {0x0C, 0x0C, Banks::kOne, kPageMap},
+    {0x0D, 0x0D, Banks::kOne, kFirmwarePage}, {0x12, 0x12, Banks::kAll, kTunable},
+    {0x13, 0x14, Banks::kAll, kDiagnostics},  {0x15, 0x15, Banks::kAll, kTiming},
+    {0x16, 0x17, Banks::kAll, kNetworkPath},  {0x60, 0x60, Banks::kAll, kLaneExtensions},
 };
 
 constexpr std::uint8_t kHalfSize = ModuleImage::kHalf;
@@ -105,7 +98,7 @@ class Plan {
 
   // Page 2Fh says how many groups of descriptors, values and thresholds there are.
   void AddVdm(unsigned banks) {
-    if (AskBit(image_, Page::k01, 142, 6) != Advertised::kYes) return;
+    if (Ask(image_, kVdm) != Advertised::kYes) return;
     constexpr std::uint8_t kTables[] = {0x20, 0x24, 0x28};
     for (unsigned bank = 0; bank < banks; ++bank) {
       const Page control = PageOf(NumberOf(kPage2F), bank);
@@ -118,6 +111,23 @@ class Plan {
         }
       }
       Add(PageOf(NumberOf(kPage2C), bank));
+    }
+  }
+
+  // Page 1Ch with more applications has banks of its own.
+  void AddApplications() {
+    const unsigned banks = ApplicationBanksOf(image_);
+    for (unsigned bank = 0; bank < banks; ++bank) Add(PageOf(NumberOf(kPage1C), bank));
+  }
+
+  // Each bank of the coherent pages is one media lane; 00h:210 marks those that are not there.
+  void AddCoherent() {
+    if (HasCoherentPages(image_) != Advertised::kYes) return;
+    const unsigned absent = BitsOf(image_, Page::k00, 210).value_or(0);
+    for (unsigned bank = 0; bank < kLanesPerBank; ++bank) {
+      if ((absent >> bank & 1U) != 0) continue;
+      Add(PageOf(NumberOf(kPage34), bank));
+      Add(PageOf(NumberOf(kPage35), bank));
     }
   }
 
@@ -170,6 +180,8 @@ std::vector<MemoryPart> PartsToRead(const ModuleImage& image) {
     const unsigned banks = image.Has(Page::k01) ? BanksOf(image) : 1;
     plan.AddPages(CmisMap(), kCmisPages, banks);
     plan.AddVdm(banks);
+    plan.AddCoherent();
+    plan.AddApplications();
   }
   return plan.Take();
 }

@@ -4,11 +4,14 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "cable_info/module_memory/memory_map.h"
 #include "cable_info/module_memory/module_info.h"
+#include "cmis_cases.h"
 #include "cmis_memory.h"
 
 namespace {
@@ -19,6 +22,8 @@ using cable_info::FieldValue;
 using cable_info::ModuleInfo;
 using cable_info::Page;
 using cable_info::PageOf;
+using cmis_cases::Differences;
+using cmis_cases::PlacesOf;
 using cmis_memory::BareModule;
 using cmis_memory::FlatModule;
 using cmis_memory::FullModule;
@@ -71,10 +76,15 @@ std::vector<Number> Numbers() {
       {Field::kTxBiasMultiplier, Page::k01, 160, 1, 0x07, 1},
       {Field::kTxBiasMultiplier, Page::k01, 160, 1, 0x0F, 2},
       {Field::kTxBiasMultiplier, Page::k01, 160, 1, 0x17, 4},
-      {Field::kTemperatureMask, kLower, 32, 1, 0x21, 8},  // that of the high alarm
-      {Field::kVoltageMask, kLower, 32, 1, 0x21, 4},      // that of the low alarm
+      {Field::kTemperatureMask, kLower, 32, 1, 0x21, 8},     // that of the high alarm
+      {Field::kVoltageMask, kLower, 32, 1, 0x21, 4},         // that of the low alarm
+      {Field::kAux1Mask, kLower, 33, 1, 0x84, 2},            // that of the high warning
+      {Field::kAux2Mask, kLower, 33, 1, 0x84, 1},            // that of the low warning
+      {Field::kAux3Mask, kLower, 34, 1, 0x3C, 3},            // those of both warnings
+      {Field::kCustomMonitorMask, kLower, 34, 1, 0x3C, 12},  // those of both alarms
+      {Field::kTxEqBuffers, Page::k01, 161, 1, 0x5F, 2},
       {Field::kPageChangeTime, Page::k01, 169, 1, 2, 2.5},
-      {Field::kNadBanks, Page::k01, 175, 1, 5, 5},
+      {Field::kNadBanks, Page::k01, 175, 1, 0x15, 21},
       {Field::kGrid3p125Lowest, Page::k04, 130, 2, 0xFFB8, -72},
       {Field::kGrid3p125Highest, Page::k04, 132, 2, 120, 120},
       {Field::kGrid6p25Lowest, Page::k04, 134, 2, 0xFFB8, -72},
@@ -103,6 +113,8 @@ std::vector<Number> Numbers() {
       {Field::kDiagnosticsSelector, Page::k14, 128, 1, 6, 6},
       {Field::kVdmGroups, PageOf(0x2F), 128, 1, 0xFE, 3},
       {Field::kVdmInterval, PageOf(0x2F), 129, 2, 0x7530, 3000},
+      {Field::kVdmDutyCycle, PageOf(0x2F), 144, 1, 0xD7, 50},
+      {Field::kUserPatternSize, Page::k13, 140, 1, 0xE3, 8},
   };
 }
 
@@ -114,7 +126,6 @@ TEST(CmisFields, NumbersHaveTheirPlaceAndUnit) {
   for (const Number& expected : Numbers()) {
     SCOPED_TRACE(cable_info::DescribeField(expected.field).key);
     Memory memory = FullModule();
-    memory.Add(PageOf(0x2F));
     PutNumber(memory, expected.page, expected.byte, expected.width, expected.raw);
     const FieldValue value = memory.Decode()[expected.field];
     EXPECT_EQ(value.state, FieldState::kPresent);
@@ -173,6 +184,23 @@ std::vector<Coded> Codes() {
       {Field::kTxTurnOffTime, Page::k01, 168, 0x30, 3, "< 50 ms"},
       {Field::kTxTurnOnTime, Page::k01, 168, 0x06, 6, "< 1 s"},
       {Field::kGatingSupport, Page::k13, 129, 0x40, 1, "<= 2 ms"},
+      {Field::kGateTime, Page::k13, 177, 0xF9, 4, "60 s"},
+      {Field::kGateTime, Page::k13, 177, 0x02, 1, "5 s"},
+      {Field::kGateTime, Page::k13, 177, 0x04, 2, "10 s"},
+      {Field::kGateTime, Page::k13, 177, 0x0C, 6, "300 s"},
+      {Field::kUpdateInterval, Page::k13, 177, 0x01, 1, "5 s"},
+      {Field::kUpdateInterval, Page::k13, 177, 0xFE, 0, "1 s"},
+      {Field::kCdb1Status, kLower, 37, 0x01, 0x01, "done"},
+      {Field::kCdb1Status, kLower, 37, 0x45, 0x45, "failed: check code"},
+      {Field::kCdb1Status, kLower, 37, 0x83, 0x83, "busy: executing"},
+      {Field::kCdb2Status, kLower, 38, 0x46, 0x46, "failed: password"},
+      {Field::kCdb2Status, kLower, 38, 0x3F, 0x3F, ""},
+      {Field::kPasswordResult, kLower, 42, 0xF8, 8, "in progress"},
+      {Field::kPasswordResult, kLower, 42, 0x31, 1, "module password accepted"},
+      {Field::kScratchPad, Page::k01, 251, 0x56, 1, "not supported"},
+      {Field::kPasswordEntry, Page::k01, 251, 0x26, 2, "supported"},
+      {Field::kPasswordEntryResult, Page::k01, 251, 0xF7, 1, "not supported"},
+      {Field::kFullPageRead, Page::k01, 251, 0x56, 2, "supported"},
   };
 }
 
@@ -212,7 +240,20 @@ std::vector<Flag> Flags() {
       {Field::kSteppedConfigOnly, kLower, 2, 6},
       {Field::kCooledTransmitter, Page::k01, 145, 7},
       {Field::kReferenceClockLost, Page::k14, 132, 7},
+      {Field::kReferenceClockMask, Page::k13, 206, 7},
+      {Field::kAutoRestart, Page::k13, 177, 4},
       {Field::kVdmFrozen, PageOf(0x2F), 145, 7},
+      {Field::kVdmUnfrozen, PageOf(0x2F), 145, 6},
+      {Field::kVdmFreezeRequested, PageOf(0x2F), 144, 7},
+      {Field::kVdmPowerSaving, PageOf(0x2F), 144, 6},
+      {Field::kCdb2CompleteMask, kLower, 31, 7},
+      {Field::kCdb1CompleteMask, kLower, 31, 6},
+      {Field::kAbnormalFirmwareMask, kLower, 31, 3},
+      {Field::kDataPathFirmwareMask, kLower, 31, 2},
+      {Field::kModuleFirmwareMask, kLower, 31, 1},
+      {Field::kModuleStateMask, kLower, 31, 0},
+      {Field::kWavelengthControl, Page::k01, 155, 7},
+      {Field::kTunableTransmitter, Page::k01, 155, 6},
   };
 }
 
@@ -220,10 +261,10 @@ TEST(CmisFields, FlagsAreSetByTheirBitAlone) {
   for (const Flag& expected : Flags()) {
     SCOPED_TRACE(cable_info::DescribeField(expected.field).key);
     Memory memory = FullModule();
-    memory.Add(PageOf(0x2F));
     memory.Put(expected.page, expected.byte, {1U << expected.bit});
     EXPECT_EQ(memory.Decode()[expected.field].number, 1.0);
-    memory.Put(expected.page, expected.byte, {0x7FU & ~(1U << expected.bit)});
+    const unsigned others = expected.byte == 2 ? 0x7F : 0xFF;  // bit 7 there is flat memory
+    memory.Put(expected.page, expected.byte, {others & ~(1U << expected.bit)});
     EXPECT_EQ(memory.Decode()[expected.field].number, 0.0);
   }
 }
@@ -232,6 +273,140 @@ TEST(CmisFields, InterruptIsAssertedByAClearBit) {
   Memory memory = FullModule();
   EXPECT_EQ(memory.Put(Page::kLower, 3, {0x06}).Decode()[Field::kInterruptAsserted].number, 1.0);
   EXPECT_EQ(memory.Put(Page::kLower, 3, {0x07}).Decode()[Field::kInterruptAsserted].number, 0.0);
+}
+
+struct Worded {
+  Field field;
+  Page page;
+  std::size_t byte;
+  std::vector<unsigned> bytes;
+  std::string_view text;
+};
+
+std::vector<Worded> Words() {
+  constexpr Page kLower = Page::kLower;
+  constexpr Page kFirmware = PageOf(0x0D);
+  constexpr std::string_view kLetters32 = "ABCDEFGHIJKLMNOPQRSTUVWXYZ[\\]^_`";
+  constexpr std::string_view kLetters31 =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZ[\\]^_#";  // up to the last byte
+  std::vector<unsigned> highest_page(32);
+  highest_page[31] = 0x80;
+  const auto letters = [](unsigned count) {
+    std::vector<unsigned> bytes;
+    for (unsigned i = 0; i < count; ++i) bytes.push_back('A' + i);
+    bytes.push_back('#');  // of the next field
+    return bytes;
+  };
+  return {
+      {Field::kRevision, kLower, 1, {0x53}, "5.3"},
+      {Field::kFlagSummary0, kLower, 4, {0x00}, "none"},
+      {Field::kFlagSummary0, kLower, 4, {0x01}, "page 11h"},
+      {Field::kFlagSummary0, kLower, 4, {0xF6}, "page 12h, page 14h"},
+      {Field::kFlagSummary0, kLower, 4, {0x08}, "page 2Ch"},
+      {Field::kFirmwareActive, kLower, 39, {2, 7}, "2.7"},
+      {Field::kVendor, Page::k00, 129, letters(16), "ABCDEFGHIJKLMNOP"},
+      {Field::kOui, Page::k00, 145, {0xA0, 0xB1, 0xC2, 0xD3}, "a0b1c2"},
+      {Field::kPartNumber, Page::k00, 148, letters(16), "ABCDEFGHIJKLMNOP"},
+      {Field::kVendorRevision, Page::k00, 164, letters(2), "AB"},
+      {Field::kSerialNumber, Page::k00, 166, letters(16), "ABCDEFGHIJKLMNOP"},
+      {Field::kDateCode, Page::k00, 182, letters(6), "ABCDEF"},
+      {Field::kLot, Page::k00, 188, letters(2), "AB"},
+      {Field::kClei, Page::k00, 190, letters(10), "ABCDEFGHIJ"},
+      {Field::kFirmwareInactive, Page::k01, 128, {3, 12}, "3.12"},
+      {Field::kHardware, Page::k01, 130, {1, 4}, "1.4"},
+      {Field::kPagesSupported, PageOf(0x0C), 128, {0x07, 0, 0x83}, "00h, 01h, 02h, 10h, 11h, 17h"},
+      {Field::kPagesSupported, PageOf(0x0C), 128, highest_page, "FFh"},
+      {Field::kFirmwareA, kFirmware, 148, {1, 2, 0x01, 0x02}, "1.2.258"},
+      {Field::kFirmwareAText, kFirmware, 152, letters(32), kLetters32},
+      {Field::kFirmwareAState, kFirmware, 136, {0x03}, "running, committed"},
+      {Field::kFirmwareAState, kFirmware, 136, {0x74}, "invalid"},
+      {Field::kFirmwareAState, kFirmware, 136, {0xF8}, "not running"},
+      {Field::kFirmwareB, kFirmware, 184, {255, 0, 0, 9}, "255.0.9"},
+      {Field::kFirmwareBText, kFirmware, 188, letters(32), kLetters32},
+      {Field::kFirmwareBState, kFirmware, 136, {0x13}, "running"},
+      {Field::kFirmwareBState, kFirmware, 136, {0x27}, "committed"},
+      {Field::kFirmwareBState, kFirmware, 136, {0x40}, "invalid"},
+      {Field::kFirmwareFixed, kFirmware, 220, {9, 8, 0, 7}, "9.8.7"},
+      {Field::kFirmwareFixedText, kFirmware, 224, letters(31), kLetters31},
+      {Field::kHostGeneratorPatterns, Page::k13, 132, {0x81, 0x10}, "PRBS31Q, PRBS13, SSPRQ"},
+      {Field::kMediaGeneratorPatterns, Page::k13, 134, {0x02, 0x00}, "PRBS31"},
+      {Field::kHostCheckerPatterns, Page::k13, 136, {0x00, 0xA0}, "13, user pattern"},
+      {Field::kMediaCheckerPatterns, Page::k13, 138, {0x04, 0x02}, "PRBS23Q, PRBS9"},
+  };
+}
+
+TEST(CmisFields, TextsHaveTheirPlace) {
+  for (const Worded& expected : Words()) {
+    SCOPED_TRACE(cable_info::DescribeField(expected.field).key);
+    Memory memory = FullModule();
+    memory.Put(expected.page, expected.byte, expected.bytes);
+    const ModuleInfo info = memory.Decode();
+    EXPECT_EQ(info[expected.field].state, FieldState::kPresent);
+    EXPECT_EQ(info[expected.field].text, expected.text);
+  }
+}
+
+TEST(CmisFields, FlagSummariesOfOtherBanksFollow) {
+  Memory memory = FullModule();
+  memory.Put(Page::k01, 142, {0xFE}).Put(Page::kLower, 4, {1, 2, 4, 8});
+  const ModuleInfo info = memory.Decode();
+  EXPECT_EQ(info[Field::kFlagSummary0].text, "page 11h");
+  EXPECT_EQ(info[Field::kFlagSummary1].text, "page 12h");
+  EXPECT_EQ(info[Field::kFlagSummary2].text, "page 14h");
+  EXPECT_EQ(info[Field::kFlagSummary3].text, "page 2Ch");
+  memory.Put(Page::k01, 142, {0xFD});
+  EXPECT_EQ(memory.Decode()[Field::kFlagSummary1].text, "page 12h");
+  EXPECT_EQ(memory.Decode()[Field::kFlagSummary2].state, FieldState::kNotImplemented);
+}
+
+TEST(CmisFields, FlagSummariesWereOfLanesBeforeCmis50) {
+  Memory memory = FullModule();
+  memory.Put(Page::kLower, 1, {0x41}).Put(Page::kLower, 4, {0x85});
+  EXPECT_EQ(memory.Decode()[Field::kFlagSummary0].text, "lane 1, lane 3, lane 8");
+}
+
+TEST(CmisFields, FirmwareBanksWithoutALoadHaveNoVersion) {
+  constexpr Page kFirmware = PageOf(0x0D);
+  Memory memory = FullModule();
+  memory.Put(kFirmware, 148, {0, 0, 0, 1}).Put(kFirmware, 184, {255, 255, 0, 1});
+  memory.Put(kFirmware, 220, {0, 1, 0, 0});
+  const ModuleInfo info = memory.Decode();
+  EXPECT_EQ(info[Field::kFirmwareA].state, FieldState::kNotImplemented);
+  EXPECT_EQ(info[Field::kFirmwareB].state, FieldState::kNotImplemented);
+  EXPECT_EQ(info[Field::kFirmwareFixed].text, "0.1.0");
+}
+
+TEST(CmisFields, BanksOfDescriptorsHadFourBitsInCmis53) {
+  Memory memory = FullModule();
+  memory.Put(Page::kLower, 1, {0x53}).Put(Page::k01, 175, {0xF5});
+  EXPECT_EQ(memory.Decode()[Field::kNadBanks].number, 5.0);
+}
+
+TEST(CmisFields, EveryFieldOfTheMapHasACase) {
+  std::set<std::string> tested = PlacesOf(Numbers());
+  tested.merge(PlacesOf(Codes()));
+  tested.merge(PlacesOf(Flags()));
+  tested.merge(PlacesOf(Words()));
+  const std::vector<Worded> tested_alone = {
+      {Field::kInterruptAsserted, Page::kLower, 3, {}, ""},  // asserted by a clear bit
+      {Field::kFlatMemory, Page::kLower, 2, {}, ""},
+      {Field::kAttenuation5, Page::k00, 204, {}, ""},  // of copper cables
+      {Field::kAttenuation7, Page::k00, 205, {}, ""},
+      {Field::kAttenuation12p9, Page::k00, 206, {}, ""},
+      {Field::kAttenuation25p8, Page::k00, 207, {}, ""},
+      {Field::kAttenuation53p1, Page::k00, 208, {}, ""},
+      {Field::kFlagSummary1, Page::kLower, 5, {}, ""},
+      {Field::kFlagSummary2, Page::kLower, 6, {}, ""},
+      {Field::kFlagSummary3, Page::kLower, 7, {}, ""},
+  };
+  tested.merge(PlacesOf(tested_alone));
+  EXPECT_EQ(Differences(tested, PlacesOf(cable_info::module_memory::CmisMap().fields)),
+            std::vector<std::string>());
+}
+
+TEST(CmisFields, FlatMemoryIsMarked) {
+  EXPECT_EQ(FlatModule().Decode()[Field::kFlatMemory].number, 1.0);
+  EXPECT_EQ(FlatModule().Put(Page::kLower, 2, {0x7F}).Decode()[Field::kFlatMemory].number, 0.0);
 }
 
 TEST(CmisFields, TextsAreTrimmedOfBlanksAndNuls) {
@@ -385,6 +560,7 @@ TEST(CmisFields, FieldsOfLaterRevisionsAreNotImplementedBefore) {
       {Field::kNadBanks, Page::k01, 175, 0x53},
       {Field::kGrid150Lowest, Page::k04, 162, 0x53},
       {Field::kGrid300Highest, Page::k04, 168, 0x54},
+      {Field::kLowPowerPinEnabled, Page::kLower, 26, 0x40},
   };
   for (const Gate& gate : gates) {
     SCOPED_TRACE(cable_info::DescribeField(gate.field).key);
@@ -440,7 +616,6 @@ TEST(CmisFields, WhatIsNotAdvertisedIsNotImplemented) {
   for (const Advertised& expected : all) {
     SCOPED_TRACE(cable_info::DescribeField(expected.field).key);
     Memory memory = FullModule();
-    memory.Add(PageOf(0x2F));
     EXPECT_EQ(memory.Decode()[expected.field].state, FieldState::kPresent);
     memory.Put(expected.page, expected.byte, {expected.without});
     EXPECT_EQ(memory.Decode()[expected.field].state, FieldState::kNotImplemented);
@@ -450,7 +625,9 @@ TEST(CmisFields, WhatIsNotAdvertisedIsNotImplemented) {
 TEST(CmisFields, MissingPagesAreNotRead) {
   Memory memory = FullModule();
   memory.Put(Page::k01, 128, {1, 2, 3, 4});
-  memory.Drop(Page::k01).Drop(Page::k13);
+  for (const unsigned page : {0x01U, 0x04U, 0x0DU, 0x13U, 0x2FU}) {
+    memory.Drop(PageOf(static_cast<std::uint8_t>(page)));
+  }
   const ModuleInfo info = memory.Decode();
   EXPECT_EQ(info[Field::kFirmwareInactive].state, FieldState::kNotRead);
   EXPECT_EQ(info[Field::kLengthSmf].state, FieldState::kNotRead);

@@ -4,12 +4,17 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
+#include <limits>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "cable_info/module_memory/memory_map.h"
 #include "cable_info/module_memory/module_info.h"
+#include "cmis_cases.h"
 #include "cmis_memory.h"
 
 namespace {
@@ -22,6 +27,8 @@ using cable_info::LaneValue;
 using cable_info::ModuleInfo;
 using cable_info::Page;
 using cable_info::PageOf;
+using cmis_cases::Differences;
+using cmis_cases::PlacesOf;
 using cmis_memory::BareModule;
 using cmis_memory::FlatModule;
 using cmis_memory::FullModule;
@@ -104,6 +111,30 @@ std::vector<LaneBit> LaneBits() {
       {LaneField::kMediaGeneratorLol, Page::k14, 137},
       {LaneField::kHostCheckerLol, Page::k14, 138},
       {LaneField::kMediaCheckerLol, Page::k14, 139},
+      {LaneField::kTxDefaultInverted, Page::k01, 171},
+      {LaneField::kRxDefaultInverted, Page::k01, 172},
+      {LaneField::kHostGeneratorInverted, Page::k13, 145},
+      {LaneField::kHostGeneratorSwapped, Page::k13, 146},
+      {LaneField::kMediaGeneratorInverted, Page::k13, 153},
+      {LaneField::kMediaGeneratorSwapped, Page::k13, 154},
+      {LaneField::kHostCheckerInverted, Page::k13, 161},
+      {LaneField::kHostCheckerSwapped, Page::k13, 162},
+      {LaneField::kMediaCheckerInverted, Page::k13, 169},
+      {LaneField::kMediaCheckerSwapped, Page::k13, 170},
+      {LaneField::kHostGatingMask, Page::k13, 208},
+      {LaneField::kMediaGatingMask, Page::k13, 209},
+      {LaneField::kHostGeneratorLolMask, Page::k13, 210},
+      {LaneField::kMediaGeneratorLolMask, Page::k13, 211},
+      {LaneField::kHostCheckerLolMask, Page::k13, 212},
+      {LaneField::kMediaCheckerLolMask, Page::k13, 213},
+      {LaneField::kHostGatingComplete, Page::k14, 134},
+      {LaneField::kMediaGatingComplete, Page::k14, 135},
+      {LaneField::kNetworkPathDeinit, PageOf(0x16), 160},
+      {LaneField::kNetworkPathInitPending, PageOf(0x16), 204},
+      {LaneField::kNetworkPathStateChanged, PageOf(0x17), 128},
+      {LaneField::kNetworkPathStateMask, PageOf(0x17), 192},
+      {LaneField::kTxInverted, PageOf(0x60), 128},
+      {LaneField::kRxInverted, PageOf(0x60), 129},
   };
 }
 
@@ -124,83 +155,222 @@ TEST(CmisLanes, BitNIsLaneNPlusOne) {
 // Fields of more bits
 // ---------------------------------------------------------------------------------------------
 
-struct LaneNumber {
+// Bytes of a page, and the values that the eight lanes of their bank then have.
+struct LaneCase {
   LaneField field;
   Page page;
   std::size_t byte;
   std::vector<unsigned> bytes;
-  unsigned lane;
-  double value;
+  std::vector<double> values;
+  std::vector<unsigned> first_bytes = {};  // of the page, from byte 128 on
 };
 
-std::vector<LaneNumber> LaneNumbersInBytes() {
+constexpr double kNone = std::numeric_limits<double>::infinity();  // not present
+
+// clang-format off
+std::vector<LaneCase> StateCases() {
   return {
       // Nibbles: the low one is the odd lane's
-      {LaneField::kDataPathState, Page::k11, 128, {0x14, 0, 0, 0x72}, 1, 4},
-      {LaneField::kDataPathState, Page::k11, 128, {0x14, 0, 0, 0x72}, 2, 1},
-      {LaneField::kDataPathState, Page::k11, 128, {0x14, 0, 0, 0x72}, 8, 7},
-      {LaneField::kConfigStatus, Page::k11, 202, {0x1C, 0, 0, 0x82}, 1, 12},
-      {LaneField::kConfigStatus, Page::k11, 202, {0x1C, 0, 0, 0x82}, 7, 2},
-      {LaneField::kTxInputEq, Page::k11, 217, {0x35, 0, 0, 0xC0}, 1, 5},
-      {LaneField::kTxInputEq, Page::k11, 217, {0x35, 0, 0, 0xC0}, 8, 12},
-      {LaneField::kRxPreCursor, Page::k11, 223, {0x06, 0, 0, 0x70}, 1, 6},
-      {LaneField::kRxPreCursor, Page::k11, 223, {0x06, 0, 0, 0x70}, 8, 7},
-      {LaneField::kRxPostCursor, Page::k11, 227, {0x20, 0, 0, 0x03}, 2, 2},
-      {LaneField::kRxPostCursor, Page::k11, 227, {0x20, 0, 0, 0x03}, 7, 3},
-      {LaneField::kRxAmplitude, Page::k11, 231, {0x21, 0, 0, 0xF0}, 1, 1},
-      {LaneField::kRxAmplitude, Page::k11, 231, {0x21, 0, 0, 0xF0}, 8, 15},
-      {LaneField::kHostGeneratorPattern, Page::k13, 148, {0x1C}, 1, 12},
-      {LaneField::kMediaGeneratorPattern, Page::k13, 156, {0x1C}, 2, 1},
-      {LaneField::kHostCheckerPattern, Page::k13, 164, {0, 0, 0, 0x20}, 8, 2},
-      {LaneField::kMediaCheckerPattern, Page::k13, 172, {0, 0, 0, 0x03}, 7, 3},
+      {LaneField::kDataPathState, Page::k11, 128, {0x21, 0x43, 0x65, 0x17}, {1, 2, 3, 4, 5, 6, 7, 1}},
+      {LaneField::kConfigStatus, Page::k11, 202, {0x10, 0x32, 0x54, 0xC6}, {0, 1, 2, 3, 4, 5, 6, 12}},
+      {LaneField::kTxInputEq, Page::k11, 217, {0xC5, 0x43, 0x10, 0x98}, {5, 12, 3, 4, 0, 1, 8, 9}},
+      {LaneField::kRxPreCursor, Page::k11, 223, {0x16, 0x32, 0x54, 0x70}, {6, 1, 2, 3, 4, 5, 0, 7}},
+      {LaneField::kRxPostCursor, Page::k11, 227, {0x20, 0x31, 0x64, 0x57}, {0, 2, 1, 3, 4, 6, 7, 5}},
+      {LaneField::kRxAmplitude, Page::k11, 231, {0x21, 0x03, 0xF0, 0x12}, {1, 2, 3, 0, 0, 15, 2, 1}},
+      {LaneField::kNetworkPathState, PageOf(0x16), 200, {0x12, 0x34, 0x56, 0x71}, {2, 1, 4, 3, 6, 5, 1, 7}},
       // Pairs of bits: the lowest are those of lanes 1 and 5
-      {LaneField::kTxEqRecalledBuffer, Page::k11, 215, {0x09, 0x80}, 1, 1},
-      {LaneField::kTxEqRecalledBuffer, Page::k11, 215, {0x09, 0x80}, 2, 2},
-      {LaneField::kTxEqRecalledBuffer, Page::k11, 215, {0x09, 0x80}, 8, 2},
+      {LaneField::kTxEqRecalledBuffer, Page::k11, 215, {0x24, 0x81}, {0, 1, 2, 0, 1, 0, 0, 2}},
       // One byte per lane
-      {LaneField::kApplication, Page::k11, 206, {0x20, 0, 0, 0, 0x28}, 5, 2},
-      {LaneField::kDataPathFirstLane, Page::k11, 206, {0x20, 0, 0, 0, 0x28}, 1, 1},
-      {LaneField::kDataPathFirstLane, Page::k11, 206, {0x20, 0, 0, 0, 0x28}, 5, 5},
-      {LaneField::kExplicitControl, Page::k11, 206, {0x20, 0x21}, 2, 1},
-      {LaneField::kTxWavelengthNumber, Page::k11, 240, {0x11, 0x21}, 2, 2},
-      {LaneField::kTxFiberNumber, Page::k11, 240, {0x12, 0x21}, 1, 2},
-      {LaneField::kRxWavelengthNumber, Page::k11, 248, {0x11, 0x31}, 2, 3},
-      {LaneField::kRxFiberNumber, Page::k11, 248, {0x11, 0x34}, 2, 4},
-      {LaneField::kGrid, Page::k12, 128, {0x70, 0x50}, 1, 7},
-      {LaneField::kGrid, Page::k12, 128, {0x70, 0x50}, 2, 5},
-      {LaneField::kFineTuning, Page::k12, 128, {0x70, 0x51}, 2, 1},
-      {LaneField::kTuningInProgress, Page::k12, 222, {0, 0x02}, 2, 1},
-      {LaneField::kWavelengthUnlocked, Page::k12, 222, {0x01}, 1, 1},
-      {LaneField::kTargetPowerOutOfRange, Page::k12, 231, {0x20}, 1, 1},
-      {LaneField::kFineTuningOutOfRange, Page::k12, 231, {0, 0x10}, 2, 1},
-      {LaneField::kTuningNotAccepted, Page::k12, 231, {0x08}, 1, 1},
-      {LaneField::kInvalidChannel, Page::k12, 231, {0x04}, 1, 1},
-      {LaneField::kWavelengthUnlockedLatched, Page::k12, 231, {0x02}, 1, 1},
-      {LaneField::kTuningComplete, Page::k12, 231, {0, 0, 0, 0, 0, 0, 0, 0x01}, 8, 1},
+      {LaneField::kApplication, Page::k11, 206, {0x10, 0x20, 0x34, 0x44, 0x58, 0x68, 0xFC, 0x0F}, {1, 2, 3, 4, 5, 6, 15, 0}},
+      {LaneField::kDataPathFirstLane, Page::k11, 206, {0x10, 0x21, 0x34, 0xF5, 0x58, 0x68, 0xFC, 0x0F}, {1, 1, 3, 3, 5, 5, 7, 8}},
+      {LaneField::kExplicitControl, Page::k11, 206, {0x01, 0x10, 0x02, 0x11, 0xFE, 0x03, 0x04, 0x09}, {1, 0, 0, 1, 0, 1, 0, 1}},
+      {LaneField::kTxWavelengthNumber, Page::k11, 240, {0x11, 0x21, 0x31, 0x41, 0x12, 0x22, 0x32, 0x42}, {1, 2, 3, 4, 1, 2, 3, 4}},
+      {LaneField::kTxFiberNumber, Page::k11, 240, {0x11, 0x21, 0x31, 0x41, 0x12, 0x22, 0x32, 0x42}, {1, 1, 1, 1, 2, 2, 2, 2}},
+      {LaneField::kRxWavelengthNumber, Page::k11, 248, {0x51, 0x62, 0x73, 0x84, 0x95, 0xA6, 0xB7, 0xC8}, {5, 6, 7, 8, 9, 10, 11, 12}},
+      {LaneField::kRxFiberNumber, Page::k11, 248, {0x51, 0x62, 0x73, 0x84, 0x95, 0xA6, 0xB7, 0xC8}, {1, 2, 3, 4, 5, 6, 7, 8}},
       // Words
-      {LaneField::kChannel, Page::k12, 136, {0, 78, 0xFF, 0xB8}, 1, 78},
-      {LaneField::kChannel, Page::k12, 136, {0, 78, 0xFF, 0xB8}, 2, -72},
-      {LaneField::kFineTuningOffset, Page::k12, 152, {0xE8, 0x90}, 1, -6},
-      {LaneField::kLaserFrequency, Page::k12, 168, {0x0B, 0xA0, 0x3E, 0x90}, 1, 195.051152},
-      {LaneField::kTargetPower, Page::k12, 200, {0xFC, 0x18, 0x00, 0x96}, 1, -10},
-      {LaneField::kTargetPower, Page::k12, 200, {0xFC, 0x18, 0x00, 0x96}, 2, 1.5},
-      // The four masks from high alarm down
-      {LaneField::kTxPowerMask, Page::k10, 218, {1, 0, 0, 1}, 1, 9},
-      {LaneField::kTxBiasMask, Page::k10, 222, {0, 0x80, 0, 0}, 8, 4},
-      {LaneField::kRxPowerMask, Page::k10, 228, {2, 2, 2, 2}, 2, 15},
+      {LaneField::kRxLatency, PageOf(0x15), 224, {1, 2, 0, 10, 0, 1, 1, 0, 0xFF, 0xFF, 0x80, 0, 0, 0, 3, 4}, {258, 10, 1, 256, 65535, 32768, 0, 772}},
+      {LaneField::kTxLatency, PageOf(0x15), 240, {0, 10, 1, 2, 1, 0, 0, 1, 0x80, 0, 0xFF, 0xFF, 3, 4, 0, 0}, {10, 258, 256, 1, 32768, 65535, 772, 0}},
+      // The four masks from high alarm down; one byte per level with one bit per lane
+      {LaneField::kTxPowerMask, Page::k10, 218, {0x81, 0x02, 0x04, 0x88}, {8, 4, 2, 1, 0, 0, 0, 9}},
+      {LaneField::kTxBiasMask, Page::k10, 222, {0x80, 0x40, 0x20, 0x01}, {1, 0, 0, 0, 0, 2, 4, 8}},
+      {LaneField::kRxPowerMask, Page::k10, 228, {0x02, 0x03, 0x06, 0x0E}, {4, 15, 3, 1, 0, 0, 0, 0}},
   };
 }
 
-TEST(CmisLanes, NumbersHaveTheirPlaceAndUnit) {
-  for (const LaneNumber& expected : LaneNumbersInBytes()) {
-    SCOPED_TRACE(std::string(cable_info::DescribeField(expected.field).key) + ", lane " +
-                 std::to_string(expected.lane));
-    Memory memory = FullModule();
-    memory.Put(expected.page, expected.byte, expected.bytes);
-    const LaneValue value = memory.Decode().lanes.at(expected.lane - 1)[expected.field];
-    EXPECT_EQ(value.state, FieldState::kPresent);
-    EXPECT_EQ(value.number, expected.value);
+std::vector<LaneCase> TuningCases() {
+  // Channels 78, 30, 3, 6, 33, 8, -4, 16 of the grids of 75, 100, 33, 150, 300, 3.125, 25, 12.5 GHz
+  const std::vector<unsigned> channels = {0, 78, 0, 30, 0, 3, 0, 6, 0, 33, 0, 8, 0xFF, 0xFC, 0, 16};
+  const std::vector<unsigned> grids = {0x70, 0x50, 0x60, 0x80, 0x90, 0x00, 0x30, 0x20};
+  return {
+      {LaneField::kGrid, Page::k12, 128, {0x00, 0x12, 0x20, 0x31, 0x41, 0x52, 0x60, 0x70}, {0, 1, 2, 3, 4, 5, 6, 7}},
+      {LaneField::kGrid, Page::k12, 128, {0x8F, 0x90, 0xF0, 0x00, 0x00, 0x00, 0x00, 0x01}, {8, 9, 15, 0, 0, 0, 0, 0}},
+      {LaneField::kRelativeThresholds, Page::k12, 128, {0x02, 0x01, 0x03, 0xFD, 0x72, 0x00, 0x10, 0x06}, {1, 0, 1, 0, 1, 0, 0, 1}},
+      {LaneField::kFineTuning, Page::k12, 128, {0x70, 0x51, 0x02, 0x03, 0xFE, 0x01, 0x10, 0x11}, {0, 1, 0, 1, 0, 1, 0, 1}},
+      {LaneField::kChannel, Page::k12, 136, {0, 78, 0xFF, 0xB8, 0, 30, 1, 0, 0xFF, 0xFF, 0x7F, 0xFF, 0x80, 0, 0, 1}, {78, -72, 30, 256, -1, 32767, -32768, 1}},
+      {LaneField::kChannelFrequency, Page::k12, 136, channels, {195.05, 196.1, 193.2, 193.325, 193.4, 193.125, 193.0, 193.3}, grids},
+      {LaneField::kChannelFrequency, Page::k12, 136, {0, 4, 0, 4, 0, 4}, {193.125, 193.3, kNone, 193.1, 193.1, 193.1, 193.1, 193.1}, {0x10, 0x40, 0xF0}},
+      {LaneField::kFineTuningOffset, Page::k12, 152, {0xE8, 0x90, 0x17, 0x70, 0, 1, 0xFF, 0xFF, 0, 10, 1, 0, 0x80, 0, 0x7F, 0xFF}, {-6, 6, 0.001, -0.001, 0.01, 0.256, -32.768, 32.767}},
+      // 195 050 000, 196 100 000 MHz and so on
+      {LaneField::kLaserFrequency, Page::k12, 168, {0x0B, 0xA0, 0x3A, 0x10, 0x0B, 0xB0, 0x3F, 0xA0, 0,    0, 0, 1, 0, 0, 1, 0, 0,    1,    0,    0,    1,    0,    0,    0,    0x80, 0, 0, 0, 0, 0, 0, 0}, {195.05, 196.1, 0.000001, 0.000256, 0.065536, 16.777216, 2147.483648, kNone}},
+      {LaneField::kTargetPower, Page::k12, 200, {0xFC, 0x18, 0x00, 0x96, 0xFF, 0xFF, 0, 1, 0x01, 0x2C, 0xFA, 0x88, 0, 100, 0xFF, 0x9C}, {-10, 1.5, -0.01, 0.01, 3, -14, 1, -1}},
+      // Of all lanes of the bank, in steps of 0.5 dB
+      {LaneField::kRelativeHighAlarm, Page::k12, 216, {0x52}, {3, 3, 3, 3, 3, 3, 3, 3}},
+      {LaneField::kRelativeHighWarning, Page::k12, 216, {0x52}, {1.5, 1.5, 1.5, 1.5, 1.5, 1.5, 1.5, 1.5}},
+      {LaneField::kRelativeLowAlarm, Page::k12, 217, {0x40}, {-2.5, -2.5, -2.5, -2.5, -2.5, -2.5, -2.5, -2.5}},
+      {LaneField::kRelativeLowWarning, Page::k12, 217, {0x40}, {-0.5, -0.5, -0.5, -0.5, -0.5, -0.5, -0.5, -0.5}},
+      {LaneField::kTuningInProgress, Page::k12, 222, {0x02, 0x01, 0, 0x03, 0xFD, 0x02, 0, 0x0A}, {1, 0, 0, 1, 0, 1, 0, 1}},
+      {LaneField::kWavelengthUnlocked, Page::k12, 222, {0x01, 0x02, 0, 0x03, 0xFE, 0x01, 0, 0x05}, {1, 0, 0, 1, 0, 1, 0, 1}},
+      {LaneField::kTargetPowerOutOfRange, Page::k12, 231, {0x20, 0xDF, 0, 0x20, 0xDF, 0x3F, 0, 0x20}, {1, 0, 0, 1, 0, 1, 0, 1}},
+      {LaneField::kFineTuningOutOfRange, Page::k12, 231, {0x10, 0xEF, 0, 0x10, 0xEF, 0x3F, 0, 0x10}, {1, 0, 0, 1, 0, 1, 0, 1}},
+      {LaneField::kTuningNotAccepted, Page::k12, 231, {0x08, 0xF7, 0, 0x08, 0xF7, 0x3F, 0, 0x08}, {1, 0, 0, 1, 0, 1, 0, 1}},
+      {LaneField::kInvalidChannel, Page::k12, 231, {0x04, 0xFB, 0, 0x04, 0xFB, 0x3F, 0, 0x04}, {1, 0, 0, 1, 0, 1, 0, 1}},
+      {LaneField::kWavelengthUnlockedLatched, Page::k12, 231, {0x02, 0xFD, 0, 0x02, 0xFD, 0x3F, 0, 0x02}, {1, 0, 0, 1, 0, 1, 0, 1}},
+      {LaneField::kTuningComplete, Page::k12, 231, {0x01, 0xFE, 0, 0x01, 0xFE, 0x3F, 0, 0x01}, {1, 0, 0, 1, 0, 1, 0, 1}},
+      {LaneField::kTuningMask, Page::k12, 239, {0x3F, 0xC0, 0x01, 0x20, 0xC5, 0x10, 0x08, 0x02}, {63, 0, 1, 32, 5, 16, 8, 2}},
+  };
+}
+
+std::vector<LaneCase> DiagnosticsCases() {
+  const std::vector<unsigned> ratios = {0x70, 0x78, 0x70, 0x01, 0x79, 0xEF, 0x00, 0x01,
+                                        0x80, 0x64, 0xC0, 0x05, 0xC8, 0x05, 0x00, 0x00};
+  const std::vector<double> ratio_values = {1.2e-8, 1e-10, 4.95e-7, 1e-24, 1e-6, 5, 50, 0};
+  // Little-endian 256ths
+  const std::vector<unsigned> decibels = {0x80, 0x19, 0x00, 0x16, 0x01, 0x00, 0x00, 0x01,
+                                          0x40, 0x1A, 0x00, 0x00, 0xFF, 0xFF, 0x00, 0x80};
+  const std::vector<double> decibel_values = {25.5, 22, 0.00390625, 1, 26.25, 0, 255.99609375, 128};
+  // Four little-endian pairs: errors 0x1234, 7, 256, 2^48, and 2^32, 10, 3, 511 bits
+  const std::vector<unsigned> errors = {0x34, 0x12, 0, 0, 0, 0, 0, 0, 0,    0, 0, 0, 1, 0, 0, 0,
+                                        7,    0,    0, 0, 0, 0, 0, 0, 10,   0, 0, 0, 0, 0, 0, 0,
+                                        0,    1,    0, 0, 0, 0, 0, 0, 3,    0, 0, 0, 0, 0, 0, 0,
+                                        0,    0,    0, 0, 0, 0, 1, 0, 0xFF, 1, 0, 0, 0, 0, 0, 0};
+  const std::vector<unsigned> bits(errors.begin() + 8, errors.end());
+  const std::vector<double> low_errors = {4660,  7,     256,   281474976710656,
+                                          kNone, kNone, kNone, kNone};
+  const std::vector<double> high_errors = {kNone, kNone, kNone, kNone,
+                                           4660,  7,     256,   281474976710656};
+  const std::vector<double> low_bits = {4294967296, 10, 3, 511, kNone, kNone, kNone, kNone};
+  const std::vector<double> high_bits = {kNone, kNone, kNone, kNone, 4294967296, 10, 3, 511};
+  const std::vector<double> low_lost = {0, 0, 1, 1, kNone, kNone, kNone, kNone};
+  const std::vector<double> high_lost = {kNone, kNone, kNone, kNone, 0, 0, 1, 1};
+  const std::vector<double> none(8, kNone);
+  return {
+      {LaneField::kHostGeneratorPattern, Page::k13, 148, {0x10, 0x32, 0x54, 0x76}, {0, 1, 2, 3, 4, 5, 6, 7}},
+      {LaneField::kMediaGeneratorPattern, Page::k13, 156, {0x98, 0xBA, 0xEC, 0x0F}, {8, 9, 10, 11, 12, 14, 15, 0}},
+      {LaneField::kHostCheckerPattern, Page::k13, 164, {0x01, 0x23, 0x45, 0x67}, {1, 0, 3, 2, 5, 4, 7, 6}},
+      {LaneField::kMediaCheckerPattern, Page::k13, 172, {0x89, 0xAB, 0xCE, 0xF0}, {9, 8, 11, 10, 14, 12, 0, 15}},
+      // The first byte of page 14h selects its results; bit 4: gated
+      {LaneField::kHostBer, Page::k14, 192, ratios, ratio_values, {0x01}},
+      {LaneField::kHostBer, Page::k14, 192, ratios, ratio_values, {0x11}},
+      {LaneField::kHostBer, Page::k14, 192, ratios, none, {0x06}},
+      {LaneField::kHostBer, Page::k14, 192, ratios, none, {0x21}},
+      {LaneField::kMediaBer, Page::k14, 208, ratios, ratio_values, {0x01}},
+      {LaneField::kMediaBer, Page::k14, 208, ratios, ratio_values, {0x11}},
+      {LaneField::kHostSnr, Page::k14, 208, decibels, decibel_values, {0x06}},
+      {LaneField::kHostSnr, Page::k14, 208, decibels, none, {0x16}},
+      {LaneField::kHostSnr, Page::k14, 208, decibels, none, {0x00}},
+      {LaneField::kMediaSnr, Page::k14, 240, decibels, decibel_values, {0x06}},
+      {LaneField::kHostErrors, Page::k14, 192, errors, low_errors, {0x02}},
+      {LaneField::kHostErrors, Page::k14, 192, errors, high_errors, {0x13}},
+      {LaneField::kHostErrors, Page::k14, 192, errors, none, {0x04}},
+      {LaneField::kHostBits, Page::k14, 200, bits, low_bits, {0x12}},
+      {LaneField::kHostBits, Page::k14, 200, bits, high_bits, {0x03}},
+      {LaneField::kHostSyncLost, Page::k14, 200, bits, low_lost, {0x02}},
+      {LaneField::kHostSyncLost, Page::k14, 200, bits, high_lost, {0x03}},
+      {LaneField::kMediaErrors, Page::k14, 192, errors, low_errors, {0x04}},
+      {LaneField::kMediaErrors, Page::k14, 192, errors, high_errors, {0x15}},
+      {LaneField::kMediaBits, Page::k14, 200, bits, low_bits, {0x14}},
+      {LaneField::kMediaBits, Page::k14, 200, bits, high_bits, {0x05}},
+      {LaneField::kMediaBits, Page::k14, 200, bits, none, {0x02}},
+      {LaneField::kMediaSyncLost, Page::k14, 200, bits, low_lost, {0x04}},
+      {LaneField::kMediaSyncLost, Page::k14, 200, bits, high_lost, {0x05}},
+  };
+}
+// clang-format on
+
+std::vector<LaneCase> LaneCases() {
+  std::vector<LaneCase> cases = StateCases();
+  for (const auto& more : {TuningCases(), DiagnosticsCases()}) {
+    cases.insert(cases.end(), more.begin(), more.end());
   }
+  return cases;
+}
+
+// A module of 16 lanes.
+Memory TwoBanks() {
+  Memory memory = FullModule();
+  memory.Put(Page::kLower, 0, {0x21}).Put(Page::k00, 128, {0x21}).Put(Page::k01, 142, {0xFD});
+  for (const unsigned page : {0x10U, 0x11U, 0x12U, 0x13U, 0x14U, 0x15U, 0x16U, 0x17U, 0x60U}) {
+    memory.Add(PageOf(static_cast<std::uint8_t>(page), 1));
+  }
+  return memory;
+}
+
+void ExpectValues(const ModuleInfo& info, const LaneCase& expected, unsigned bank) {
+  for (unsigned n = 0; n < kLanes; ++n) {
+    SCOPED_TRACE("lane " + std::to_string(n + 1));
+    const LaneValue value = info.lanes.at(std::size_t{bank} * kLanes + n)[expected.field];
+    EXPECT_EQ(value.IsPresent(), expected.values[n] != kNone);
+    if (!value.IsPresent()) continue;
+    const bool is_lane = expected.field == LaneField::kDataPathFirstLane;
+    EXPECT_DOUBLE_EQ(value.number, expected.values[n] + (is_lane ? bank * kLanes : 0));
+  }
+}
+
+TEST(CmisLanes, NumbersOfAllLanesAndBanksHaveTheirPlaceAndUnit) {
+  for (const LaneCase& expected : LaneCases()) {
+    SCOPED_TRACE(cable_info::DescribeField(expected.field).key);
+    for (unsigned bank = 0; bank < 2; ++bank) {
+      Memory memory = TwoBanks();
+      const Page page = PageOf(cable_info::NumberOf(expected.page), bank);
+      memory.Put(page, 128, expected.first_bytes).Put(page, expected.byte, expected.bytes);
+      ExpectValues(memory.Decode(), expected, bank);
+    }
+  }
+}
+
+TEST(CmisLanes, PagesWithoutBanksDescribeTheFirstEightLanes) {
+  Memory memory = TwoBanks();
+  memory.Put(Page::k01, 171, {0xFF});
+  const ModuleInfo info = memory.Decode();
+  EXPECT_EQ(info.lanes[7][LaneField::kTxDefaultInverted].number, 1.0);
+  EXPECT_EQ(info.lanes[8][LaneField::kTxDefaultInverted].state, FieldState::kNotImplemented);
+}
+
+TEST(CmisLanes, BitsOfOtherBanksAreThoseOfTheHigherLanes) {
+  for (const LaneBit& expected : LaneBits()) {
+    if (expected.page == Page::k01) continue;
+    SCOPED_TRACE(cable_info::DescribeField(expected.field).key);
+    Memory memory = TwoBanks();
+    memory.Put(PageOf(cable_info::NumberOf(expected.page), 1), expected.byte, {0x24});
+    EXPECT_EQ(LanesWith(memory.Decode(), expected.field), (std::vector<unsigned>{11, 14}));
+  }
+}
+
+TEST(CmisLanes, EveryFieldOfTheMapHasACase) {
+  std::set<std::string> tested = PlacesOf(LaneBits());
+  tested.merge(PlacesOf(LaneCases()));
+  EXPECT_EQ(Differences(tested, PlacesOf(cable_info::module_memory::CmisMap().lane_fields)),
+            std::vector<std::string>());
+}
+
+TEST(CmisLanes, CodesHaveNames) {
+  const auto name = [](LaneField field, double code) {
+    return LaneCodeName(field, {FieldState::kPresent, code});
+  };
+  EXPECT_EQ(name(LaneField::kDataPathState, 1), "DataPathDeactivated");
+  EXPECT_EQ(name(LaneField::kDataPathState, 7), "DataPathInitialized");
+  EXPECT_EQ(name(LaneField::kNetworkPathState, 4), "DataPathActivated");
+  EXPECT_EQ(name(LaneField::kConfigStatus, 1), "ConfigSuccess");
+  EXPECT_EQ(name(LaneField::kConfigStatus, 12), "ConfigInProgress");
+  EXPECT_EQ(name(LaneField::kConfigStatus, 13), "");
+  EXPECT_EQ(name(LaneField::kGrid, 6), "33 GHz");
+  EXPECT_EQ(name(LaneField::kGrid, 7), "75 GHz");
+  EXPECT_EQ(name(LaneField::kGrid, 15), "");
+  EXPECT_EQ(name(LaneField::kHostGeneratorPattern, 0), "PRBS31Q");
+  EXPECT_EQ(name(LaneField::kMediaGeneratorPattern, 11), "PRBS7");
+  EXPECT_EQ(name(LaneField::kHostCheckerPattern, 12), "SSPRQ");
+  EXPECT_EQ(name(LaneField::kMediaCheckerPattern, 13), "");
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <set>
 #include <string>
 
+#include "cable_info/module_memory/memory_map.h"
 #include "module_memory/cmis_memory.h"
 
 namespace {
@@ -99,7 +101,52 @@ TEST(PagePlan, Cmis) {
   EXPECT_EQ(Plan(Cmis(0x01).image()), "lower 00 01 02 10 10.1 11 11.1");
   EXPECT_EQ(Plan(Cmis(0x02).image()), "lower 00 01 02 10 10.1 10.2 10.3 11 11.1 11.2 11.3");
   EXPECT_EQ(Plan(Cmis(0x20).image()), "lower 00 01 02 10 11 13 14");
-  EXPECT_EQ(Plan(Cmis(0x00, 0x40).image()), "lower 00 01 02 10 11 04 12");
+  // Before CMIS 5.3 tunable modules have the coherent pages, too.
+  Memory tunable = Cmis(0x00, 0x40);
+  tunable.Put(Page::k00, 210, {0xFE});
+  EXPECT_EQ(Plan(tunable.image()), "lower 00 01 02 10 11 04 12 34 35");
+  tunable.Put(Page::kLower, 1, {0x53});
+  EXPECT_EQ(Plan(tunable.image()), "lower 00 01 02 10 11 04 12");
+}
+
+TEST(PagePlan, CoherentPagesHaveABankForEachMediaLane) {
+  Memory memory = Cmis(0x10).Put(Page::kLower, 1, {0x53}).Put(Page::k00, 210, {0xF5});
+  EXPECT_EQ(Plan(memory.image()), "lower 00 01 02 10 11 34.1 35.1 34.3 35.3");
+  memory.Put(Page::kLower, 1, {0x52});  // the bit is reserved
+  EXPECT_EQ(Plan(memory.image()), "lower 00 01 02 10 11");
+}
+
+TEST(PagePlan, PagesOfLaterRevisions) {
+  Memory memory = Cmis(0x80).Put(Page::kLower, 1, {0x54});
+  memory.Put(Page::k01, 145, {0x08}).Put(Page::k01, 173, {0xC0, 0xE0, 0x02});
+  EXPECT_EQ(Plan(memory.image()), "lower 00 01 02 10 11 0c 0d 15 16 17 60 1c 1c.1");
+  memory.Put(Page::kLower, 1, {0x53});
+  EXPECT_EQ(Plan(memory.image()), "lower 00 01 02 10 11 15 1c 1c.1");
+  memory.Put(Page::kLower, 1, {0x52});
+  EXPECT_EQ(Plan(memory.image()), "lower 00 01 02 10 11 15");
+  memory.Put(Page::kLower, 1, {0x4F});
+  EXPECT_EQ(Plan(memory.image()), "lower 00 01 02 10 11");
+}
+
+TEST(PagePlan, NothingButTheMandatoryPagesBeforeCmis40) {
+  EXPECT_EQ(Plan(Cmis(0xFC, 0xFF).Put(Page::kLower, 1, {0x30}).image()), "lower 00 01 02 10 11");
+}
+
+// Every page that a line of the map decodes, of a module that advertises everything.
+TEST(PagePlan, EveryDecodedPageIsRead) {
+  const cable_info::module_memory::MemoryMap& map = cable_info::module_memory::CmisMap();
+  std::set<Page> decoded;
+  for (const auto& line : map.fields) decoded.insert(line.page);
+  for (const auto& line : map.lane_fields) decoded.insert(line.page);
+  for (const auto& line : map.options) decoded.insert(line.page);
+  for (const auto& line : map.monitors) decoded.insert({line.page, line.threshold_page});
+  std::set<Page> planned;
+  for (const MemoryPart& part : PartsToRead(cmis_memory::FullModule().image())) {
+    planned.insert(part.page);
+  }
+  for (const Page page : decoded) {
+    EXPECT_EQ(planned.count(page), 1U) << cable_info::PageName(page);
+  }
 }
 
 TEST(PagePlan, VersatileDiagnosticsFollowTheirGroups) {
@@ -121,7 +168,10 @@ TEST(PagePlan, EveryBankHasItsOwnGroups) {
 
 // Pages whose content no decoder knows are not worth their time on the bus.
 TEST(PagePlan, WhatIsNotDecodedIsNotRead) {
-  const std::string plan = Plan(Cmis(0x10).image());  // coherent pages 30h to 4Fh
+  Memory memory = Cmis(0x1C).Put(Page::kLower, 1, {0x54});  // 03h, 05h, 30h to 4Fh
+  const std::string plan = Plan(memory.image());
+  EXPECT_EQ(plan.find(" 03"), std::string::npos) << plan;
+  EXPECT_EQ(plan.find(" 05"), std::string::npos) << plan;
   EXPECT_EQ(plan.find(" 4f"), std::string::npos) << plan;
 }
 
