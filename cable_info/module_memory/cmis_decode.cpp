@@ -724,6 +724,7 @@ Monitor VdmMonitor(const ModuleImage& image, const VdmObservable& observable,
 
 void DecodeVdmInstance(Decoding& to, unsigned descriptor, VdmPlace at) {
   constexpr unsigned kWholeModule = 15;
+  constexpr unsigned kExternalLaserPower = 84;  // of a laser, not of a lane
   const unsigned type = descriptor & 0xFFU;
   if (type == 0) return;
   const unsigned location = descriptor >> 8U & 0xFU;
@@ -732,7 +733,12 @@ void DecodeVdmInstance(Decoding& to, unsigned descriptor, VdmPlace at) {
   const unsigned lane = location == kWholeModule ? 0 : at.bank * kLanesPerBank + location + 1;
   const Monitor monitor = VdmMonitor(
       to.image, observable != nullptr ? *observable : kUnknownObservable, descriptor >> 12U, at);
-  to.info.vdm.push_back(SampleOf(observable, type, lane, monitor));
+  VdmSample sample = SampleOf(observable, type, lane, monitor);
+  if (observable != nullptr && type == kExternalLaserPower && lane != 0) {
+    sample.instance = "laser " + std::to_string(lane);
+    sample.lane = 0;
+  }
+  to.info.vdm.push_back(std::move(sample));
 }
 
 bool HasVdmPages(const ModuleImage& image) {

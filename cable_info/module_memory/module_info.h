@@ -149,7 +149,7 @@ struct Application {
 struct VdmSample {
   std::string_view observable;  ///< its name; empty when it has none
   unsigned type = 0;            ///< the number that the standard gives the observable
-  std::string instance;         ///< "lane 1", "data path 1", "module"
+  std::string instance;         ///< "lane 1", "laser 1", "module"
   unsigned lane = 0;            ///< the lane; 0 for the module
   std::string_view unit;        ///< empty for ratios, counts and raw numbers
   Monitor monitor;              ///< value, thresholds and flags, in the unit

@@ -713,6 +713,17 @@ TEST(CmisFields, ChecksumsAreComputedOverTheirBytes) {
   EXPECT_TRUE(info.warnings.empty());
 }
 
+TEST(CmisFields, Page04hHasAChecksum) {
+  Memory memory = BareModule();
+  memory.Add(Page::k04).Put(Page::k04, 128, {0xF0}).Put(Page::k04, 254, {0x25, 0x15});
+  const cable_info::PageChecksum checksum = memory.Decode().checksums.back();
+  EXPECT_EQ(checksum.page, Page::k04);
+  EXPECT_EQ(checksum.first, 128);
+  EXPECT_EQ(checksum.last, 254);
+  EXPECT_EQ(checksum.computed, 0x15);
+  EXPECT_EQ(checksum.stored, 0x15);
+}
+
 TEST(CmisFields, AReservedMultiplierIsNone) {
   Memory memory = FullModule();
   memory.Put(Page::k01, 160, {0x1F});

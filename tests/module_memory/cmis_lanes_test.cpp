@@ -794,6 +794,46 @@ TEST(CmisApplications, EndWithFfAndSkipUnusedOnes) {
   EXPECT_EQ(applications[1].number, 3U);
 }
 
+// Page 1Ch: host and media interface, lanes, where the host lanes and the media lanes may start.
+TEST(CmisApplications, ContinueInTheBanksOfPage1Ch) {
+  Memory memory = BareModule();
+  memory.Put(Page::k01, 175, {2}).Add(PageOf(0x1C)).Add(PageOf(0x1C, 1));
+  memory.Put(PageOf(0x1C), 128, {0x11, 0x1C, 0x11, 1, 1, 0, 0, 0, 0xFF});
+  memory.Put(PageOf(0x1C, 1), 128, {0x32, 0x1C, 0x42, 0x11, 0x05, 0, 0, 0});
+  memory.Put(PageOf(0x1C, 1), 240, {0x30, 0x1C, 0x11, 0x80, 0x40, 0, 0, 0});
+  const std::vector<Application> applications = memory.Decode().applications;
+  ASSERT_EQ(applications.size(), 3U);
+  EXPECT_EQ(applications[0].host_interface.code, 0x51U);  // the basic descriptor
+  EXPECT_EQ(applications[1].number, 16U);
+  EXPECT_EQ(applications[1].host_interface.name, "IB NDR");
+  EXPECT_EQ(applications[1].media_interface.name, "400GBASE-DR4");
+  EXPECT_EQ(applications[1].host_lanes, 4U);
+  EXPECT_EQ(applications[1].media_lanes, 2U);
+  EXPECT_EQ(applications[1].host_assignment, 0x11U);
+  EXPECT_EQ(applications[1].media_assignment, 0x05U);
+  EXPECT_EQ(applications[2].number, 30U);
+  EXPECT_EQ(applications[2].media_assignment, 0x40U);
+  memory.Put(Page::k01, 175, {1});
+  EXPECT_EQ(memory.Decode().applications.size(), 1U);
+  memory.Put(Page::k01, 175, {2}).Put(Page::kLower, 1, {0x52});
+  EXPECT_EQ(memory.Decode().applications.size(), 1U);
+}
+
+TEST(CmisApplications, BasicDescriptorsMayReferToPage1Ch) {
+  Memory memory = BareModule();
+  memory.Put(Page::kLower, 86, {0x11, 0x1C, 0x11, 1, 0xBE, 0xBE, 0, 0, 0xFF});
+  memory.Put(Page::k01, 175, {1}).Add(PageOf(0x1C));
+  memory.Put(PageOf(0x1C), 128, {0x0F, 0x17, 0x22, 1, 1, 0, 0, 0});
+  memory.Put(PageOf(0x1C), 136, {0x32, 0x1C, 0x44, 1, 3, 0, 0, 0, 0xFF});
+  const std::vector<Application> applications = memory.Decode().applications;
+  ASSERT_EQ(applications.size(), 2U);
+  EXPECT_EQ(applications[0].host_interface.code, 0x11U);
+  EXPECT_EQ(applications[1].number, 2U);
+  EXPECT_EQ(applications[1].host_interface.name, "IB NDR");
+  EXPECT_EQ(applications[1].host_lanes, 4U);
+  EXPECT_EQ(applications[1].media_assignment, 3U);
+}
+
 TEST(CmisApplications, FlatModulesHaveNoMediaLanesToStartOn) {
   Memory memory = FlatModule();
   EXPECT_EQ(memory.Decode().applications.at(0).host_assignment, 1U);

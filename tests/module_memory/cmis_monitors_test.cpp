@@ -5,10 +5,12 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "cable_info/module_memory/memory_map.h"
 #include "cable_info/module_memory/module_info.h"
 #include "cmis_memory.h"
 
@@ -179,6 +181,26 @@ TEST(CmisMonitors, ThresholdsAndFlagsOfAuxiliaryMonitorsHaveTheirPlaces) {
       EXPECT_EQ(RaisedLevel(monitor), i == place.index ? 2U : 4U);
     }
   }
+}
+
+// Bytes of values and of thresholds, page 02h, of every line of the map; the tests above and below
+// put values there.
+TEST(CmisMonitors, EveryMonitorOfTheMapHasACase) {
+  const std::set<std::string> expected = {
+      "lower 14, 128",                                                     // temperature
+      "lower 16, 136",                                                     // supply voltage
+      "lower 18, 144", "lower 20, 152", "lower 22, 160", "lower 24, 168",  // auxiliary
+      "11h 154, 176",                                                      // TX power
+      "11h 170, 184",                                                      // TX bias
+      "11h 186, 192",                                                      // RX power
+  };
+  std::set<std::string> places;
+  for (const auto& line : cable_info::module_memory::CmisMap().monitors) {
+    EXPECT_EQ(line.threshold_page, Page::k02);
+    places.insert(cable_info::ShortPageName(line.page) + ' ' + std::to_string(line.byte) + ", " +
+                  std::to_string(line.threshold_byte));
+  }
+  EXPECT_EQ(places, expected);
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -325,6 +325,88 @@ TEST(Vdm, LanesOfOtherBanksAreNumberedConsecutively) {
   EXPECT_EQ(vdm[0].monitor.value, 2.0);
 }
 
+// All 64 instances of all four groups, in all of which descriptor, value, threshold set and flags
+// differ from their neighbours'.
+TEST(Vdm, EveryInstanceHasItsPlaces) {
+  for (unsigned group = 0; group < 4; ++group) {
+    const auto page = [group](unsigned first) {
+      return PageOf(static_cast<std::uint8_t>(first + group));
+    };
+    Memory memory = VdmModule();
+    for (unsigned i = 0; i < 64; ++i) {
+      memory.Put(page(0x20), 128 + 2 * i, {(i % 16) << 4U | i % 8, 27});  // set, lane - 1, type
+      memory.Word(page(0x24), 128 + 2 * i, 1000 + i);
+    }
+    for (unsigned set = 0; set < 16; ++set) {
+      for (unsigned level = 0; level < 4; ++level) {
+        memory.Word(page(0x28), 128 + 8 * set + 2 * level, 100 * set + level + 1);
+      }
+    }
+    for (unsigned i = 0; i < 32; ++i) {
+      memory.Put(PageOf(0x2C), 128 + 32 * group + i, {(2 * i % 16) | ((2 * i + 1) % 16) << 4U});
+    }
+    const std::vector<VdmSample> vdm = memory.Decode().vdm;
+    ASSERT_EQ(vdm.size(), 64U);
+    for (unsigned i = 0; i < 64; ++i) {
+      SCOPED_TRACE(i);
+      const double first = 100 * (i % 16) + 1;
+      EXPECT_EQ(vdm[i].lane, i % 8 + 1);
+      EXPECT_EQ(vdm[i].monitor.value, 1000 + i);
+      EXPECT_EQ(ThresholdsOf(vdm[i]),
+                (std::vector<double>{first, first + 1, first + 2, first + 3}));
+      EXPECT_EQ(vdm[i].monitor.flags.raised, i % 16);
+    }
+  }
+}
+
+TEST(Vdm, FlagsAreHighAlarmLowAlarmHighWarningLowWarning) {
+  constexpr AlarmLevel kLevels[] = {AlarmLevel::kHighAlarm, AlarmLevel::kLowAlarm,
+                                    AlarmLevel::kHighWarning, AlarmLevel::kLowWarning};
+  for (unsigned bit = 0; bit < 4; ++bit) {
+    Memory memory = VdmModule();
+    memory.Put(PageOf(0x20), 128, {0x00, 5}).Put(PageOf(0x2C), 128, {1U << bit});
+    const cable_info::AlarmFlags flags = memory.Decode().vdm.at(0).monitor.flags;
+    for (unsigned level = 0; level < 4; ++level) {
+      EXPECT_EQ(flags.At(kLevels[level]), level == bit);
+    }
+  }
+}
+
+TEST(Vdm, TypesOfLaterRevisionsAreRawNumbers) {
+  struct Case {
+    unsigned type;
+    unsigned since;
+  };
+  for (const Case& it : {Case{24, 0x40}, Case{25, 0x52}, Case{26, 0x52}, Case{27, 0x53},
+                         Case{84, 0x53}, Case{128, 0x40}}) {
+    Memory memory = VdmModule();
+    memory.Put(PageOf(0x20), 128, {0x00, it.type}).Word(PageOf(0x24), 128, 0xC805);
+    memory.Put(Page::kLower, 1, {it.since});
+    EXPECT_NE(memory.Decode().vdm.at(0).observable, "") << it.type;
+    if (it.since == 0x40) continue;
+    memory.Put(Page::kLower, 1, {it.since - 1});
+    EXPECT_EQ(memory.Decode().vdm.at(0).observable, "") << it.type;
+    EXPECT_EQ(memory.Decode().vdm.at(0).monitor.value, 51205.0) << it.type;
+  }
+}
+
+TEST(Vdm, ExternalLasersAreNoLanes) {
+  Memory memory = VdmModule();
+  memory.Put(PageOf(0x20), 128, {0x02, 84, 0x0F, 84}).Word(PageOf(0x24), 128, 0xFF9C);
+  const std::vector<VdmSample> vdm = memory.Decode().vdm;
+  ASSERT_EQ(vdm.size(), 2U);
+  EXPECT_EQ(vdm[0].instance, "laser 3");
+  EXPECT_EQ(vdm[0].lane, 0U);
+  EXPECT_EQ(vdm[0].monitor.value, -1.0);
+  EXPECT_EQ(vdm[1].instance, "module");
+}
+
+TEST(Vdm, NeedsCmis40) {
+  Memory memory = VdmModule();
+  memory.Put(PageOf(0x20), 128, {0, 5}).Put(Page::kLower, 1, {0x30});
+  EXPECT_TRUE(memory.Decode().vdm.empty());
+}
+
 TEST(Vdm, PagesThatAreNotAdvertisedAreNotUsed) {
   Memory memory = VdmModule();
   memory.Put(PageOf(0x20), 128, {0, 5}).Put(Page::k01, 142, {0xBC}).Sum();
