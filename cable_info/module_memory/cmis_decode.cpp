@@ -216,10 +216,30 @@ Advertised AskFlat(const ModuleImage& image, const MapField& line) {
   return is_elsewhere ? Advertised::kNo : advertised;
 }
 
+// Asks an image for advertisements. Lines of a map that follow each other often share one.
+class Asker {
+ public:
+  explicit Asker(const ModuleImage& image) : image_(image) {}
+
+  Advertised operator()(const Advertisement& advertisement) {
+    if (advertisement.rule == nullptr) return Ask(image_, advertisement);
+    if (advertisement.rule != rule_) {
+      rule_ = advertisement.rule;
+      answer_ = rule_(image_);
+    }
+    return answer_;
+  }
+
+ private:
+  const ModuleImage& image_;
+  Advertised (*rule_)(const ModuleImage& image) = nullptr;
+  Advertised answer_ = Advertised::kUnknown;
+};
+
 void DecodeModule(Decoding& to, bool is_flat) {
+  Asker ask(to.image);
   for (const MapField& line : CmisMap().fields) {
-    const Advertised advertised =
-        is_flat ? AskFlat(to.image, line) : Ask(to.image, line.advertised);
+    const Advertised advertised = is_flat ? AskFlat(to.image, line) : ask(line.advertised);
     if (advertised == Advertised::kNo) continue;  // as all fields are before
     if (line.format.type == RawType::kOwn) {
       DecodeOwnField(to, line, advertised);
@@ -525,36 +545,30 @@ struct DiagnosticsPlace {
   unsigned selector;
   std::size_t byte;
   std::size_t count;
-  std::uint8_t advertised_bit;  // of 13h:130
 };
 
 DiagnosticsPlace PlaceOfDiagnostics(LaneField field, unsigned lane) {
-  constexpr std::uint8_t kBerBit = 0;
-  constexpr std::uint8_t kCountersBit = 1;
-  constexpr std::uint8_t kHostSnrBit = 4;
-  constexpr std::uint8_t kMediaSnrBit = 5;
   const std::size_t n = lane - 1;
   const unsigned half = lane > 4 ? 1 : 0;
   const std::size_t pair = 192 + 16 * (n % 4);
   switch (field) {
     case LaneField::kHostBer:
-      return {kSelectBer, 192 + 2 * n, 2, kBerBit};
+      return {kSelectBer, 192 + 2 * n, 2};
     case LaneField::kMediaBer:
-      return {kSelectBer, 208 + 2 * n, 2, kBerBit};
+      return {kSelectBer, 208 + 2 * n, 2};
     case LaneField::kHostSnr:
-      return {kSelectSnr, 208 + 2 * n, 2, kHostSnrBit};
+      return {kSelectSnr, 208 + 2 * n, 2};
     case LaneField::kMediaSnr:
-      return {kSelectSnr, 240 + 2 * n, 2, kMediaSnrBit};
+      return {kSelectSnr, 240 + 2 * n, 2};
     case LaneField::kHostErrors:
-      return {kSelectHostCounters + half, pair, 8, kCountersBit};
+      return {kSelectHostCounters + half, pair, 8};
     case LaneField::kHostBits:
-      return {kSelectHostCounters + half, pair + 8, 8, kCountersBit};
-    case LaneField::kMediaErrors:
-      return {kSelectMediaCounters + half, pair, 8, kCountersBit};
     case LaneField::kHostSyncLost:
-      return {kSelectHostCounters + half, pair + 8, 8, kCountersBit};
+      return {kSelectHostCounters + half, pair + 8, 8};
+    case LaneField::kMediaErrors:
+      return {kSelectMediaCounters + half, pair, 8};
     default:  // kMediaBits, kMediaSyncLost
-      return {kSelectMediaCounters + half, pair + 8, 8, kCountersBit};
+      return {kSelectMediaCounters + half, pair + 8, 8};
   }
 }
 
@@ -583,8 +597,7 @@ LaneValue Diagnostics(const ModuleImage& image, const LaneMapField& line, Advert
   const bool is_selected = half.Has(128) && selector == place.selector;
   const bool is_known = is_selected && half.Has(place.byte, place.count);
   const std::uint64_t raw = is_known ? LittleEndian(half, place.byte, place.count) : 0;
-  const Advertised all = Both(advertised, AskBit(image, Page::k13, 130, place.advertised_bit));
-  const FieldState state = StateOf(all, is_known, raw != 0);
+  const FieldState state = StateOf(advertised, is_known, raw != 0);
   if (state != FieldState::kPresent) return Absent(state);
   if (IsBer(line.field)) {
     return Present(Float16(static_cast<std::uint16_t>(RawNumber(half, place.byte, kWord))));
@@ -652,22 +665,21 @@ void DecodeLaneField(Decoding& to, const LaneLayout& layout, const LaneMapField&
   // Most fields are a bit of each lane.
   const bool is_mask = line.order == LaneOrder::kBitsUp && line.format.type == RawType::kFlag &&
                        advertised == Advertised::kYes;
+  const bool has_fixed_value = line.field == LaneField::kTxCdr || line.field == LaneField::kRxCdr;
   const ModuleImage::Half* half = nullptr;
   unsigned bank = 0;
   for (Lane& lane : to.info.lanes) {
     const LanePosition at = {(lane.number - 1) % kLanesPerBank + 1,
                              (lane.number - 1) / kLanesPerBank};
     if (!HasSide(layout, line.side, at.lane) || (at.bank != 0 && !IsBanked(line.page))) continue;
-    if (line.format.type == RawType::kOwn) {
-      lane[line.field] = OwnLaneField(to.image, line, advertised, at);
-      continue;
-    }
     if (half == nullptr || bank != at.bank) {
       bank = at.bank;
       half = &to.image.HalfOf(InBank(line.page, bank), line.byte);
     }
-    if (half->IsEmpty()) {
+    if (half->IsEmpty() && !has_fixed_value) {
       lane[line.field] = Absent(FieldState::kNotRead);
+    } else if (line.format.type == RawType::kOwn) {
+      lane[line.field] = OwnLaneField(to.image, line, advertised, at);
     } else if (is_mask && half->Has(line.byte)) {
       lane[line.field] = Present((*half)[line.byte] >> (at.lane - 1) & 1U);
     } else {
@@ -685,8 +697,9 @@ void DecodeLanes(Decoding& to, const LaneLayout& layout, bool is_flat) {
     }
   }
   if (is_flat) return;
+  Asker ask(to.image);
   for (const LaneMapField& line : CmisMap().lane_fields) {
-    const Advertised advertised = Ask(to.image, line.advertised);
+    const Advertised advertised = ask(line.advertised);
     if (advertised != Advertised::kNo) DecodeLaneField(to, layout, line, advertised);
   }
 }
@@ -899,12 +912,18 @@ Advertised AskPageOfOptions(const ModuleImage& image, Page page) {
 
 // Bits of later revisions mean nothing before, though they may be set.
 void AddOptions(Decoding& to) {
+  constexpr unsigned kLatest = 0xFF;
+  const unsigned revision = BitsOf(to.image, Page::kLower, 1).value_or(kLatest);
+  const NamedBit* before = nullptr;  // options of a byte follow each other
+  unsigned value = 0;
   for (const NamedBit& option : CmisMap().options) {
-    const ModuleImage::Half& half = to.image.HalfOf(option.page, option.byte);
-    if ((half[option.byte] >> option.bit & 1U) == 0) continue;
-    const bool is_defined = IsSince(to.image, option.since) != Advertised::kNo;
-    if (!is_defined || AskPageOfOptions(to.image, option.page) == Advertised::kNo) continue;
-    to.info.options.push_back(option.name);
+    if (before == nullptr || before->page != option.page || before->byte != option.byte) {
+      const bool is_there = AskPageOfOptions(to.image, option.page) != Advertised::kNo;
+      value = is_there ? BitsOf(to.image, option.page, option.byte).value_or(0) : 0;
+    }
+    before = &option;
+    const bool is_set = (value >> option.bit & 1U) != 0;
+    if (is_set && revision >= option.since) to.info.options.push_back(option.name);
   }
 }
 

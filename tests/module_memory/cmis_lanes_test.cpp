@@ -307,9 +307,11 @@ Memory TwoBanks() {
 }
 
 void ExpectValues(const ModuleInfo& info, const LaneCase& expected, unsigned bank) {
+  ASSERT_EQ(info.lanes.size(), std::size_t{2} * kLanes);
   for (unsigned n = 0; n < kLanes; ++n) {
     SCOPED_TRACE("lane " + std::to_string(n + 1));
-    const LaneValue value = info.lanes.at(std::size_t{bank} * kLanes + n)[expected.field];
+    const std::size_t at = std::size_t{bank} * kLanes + n;
+    const LaneValue& value = info.lanes[at][expected.field];
     EXPECT_EQ(value.IsPresent(), expected.values[n] != kNone);
     if (!value.IsPresent()) continue;
     const bool is_lane = expected.field == LaneField::kDataPathFirstLane;
