@@ -99,7 +99,7 @@ std::string FirmwareVersion(std::uint32_t raw) {
          std::to_string(raw & 0xFFFFU);
 }
 
-// The fields that are a text made of their bits; empty for other fields.
+// The text that the bits of a field stand for; empty for none.
 std::string TextOf(const ModuleImage& image, const MapField& line, std::uint32_t raw) {
   switch (line.field) {
     case Field::kRevision:
