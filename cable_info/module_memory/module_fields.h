@@ -151,6 +151,11 @@ enum class Field : std::uint8_t {
   kTemperatureOffset,
   kVoltageSlope,
   kVoltageOffset,
+  kInitializationCompleteMask,
+  kCoolerReadyMask,
+  kTxEqRecall,
+  kTxEqStore,
+  kRxCursorsUsed,
   // CMIS
   kSteppedConfigOnly,
   kManagementSpeed,
@@ -299,6 +304,9 @@ enum class LaneField : std::uint8_t {
   kRxPowerMask,
   kTxBiasMask,
   kTxPowerMask,
+  kTxApplicationSelect,
+  kRxApplicationSelect,
+  kOpticalLane,
   // CMIS
   kTxPolarityFlip,
   kRxPolarityFlip,

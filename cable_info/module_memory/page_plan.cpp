@@ -28,7 +28,6 @@ constexpr AdvertisedPages kSff8636Pages[] = {
     {0x01, 0x01, Banks::kOne, On(Page::k00, 195, 6)},
     {0x02, 0x02, Banks::kOne, On(Page::k00, 195, 7)},
     {0x03, 0x03, Banks::kOne, kAlways},
-    {0x20, 0x21, Banks::kOne, On(Page::k00, 195, 0)},
 };
 
 // CMIS 5.4, table 8-1. Page 01h comes first, for it advertises the others.
@@ -82,6 +81,13 @@ class Plan {
 
   void Add(Page page, std::size_t first = kHalfSize) {
     if (parts_.size() < kMostMemoryParts) parts_.push_back(PartOf(page, first));
+  }
+
+  // The parameters of SFF-8636 and their thresholds are samples, and no lines of the map.
+  void AddParameters() {
+    if (AskBit(image_, Page::k00, 195, 0) != Advertised::kYes) return;
+    Add(Page::k20);
+    Add(Page::k21);
   }
 
   void AddPages(const MemoryMap& map, Lines<AdvertisedPages> pages, unsigned banks) {
@@ -175,6 +181,7 @@ std::vector<MemoryPart> PartsToRead(const ModuleImage& image) {
   if (memory.family() == ModuleFamily::kSff8636 &&
       AskBit(image, Page::kLower, 2, 2) == Advertised::kNo) {
     plan.AddPages(Sff8636Map(), kSff8636Pages, 1);
+    plan.AddParameters();
   } else if (memory.family() == ModuleFamily::kCmis && IsPaged(image) == Advertised::kYes) {
     // Without page 01h, which gives their number, there is one bank.
     const unsigned banks = image.Has(Page::k01) ? BanksOf(image) : 1;

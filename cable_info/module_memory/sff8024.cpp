@@ -613,6 +613,16 @@ constexpr CodeName kSff8636TechnologiesEntries[] = {
     {0x0F, "Copper cable, linear active equalizers"},
 };
 
+constexpr CodeName kOpticalLanesEntries[] = {
+    {0x00, "Unknown"},
+    {0x01, "Lane 1 LSB"},
+    {0x02, "Lane 1 MSB"},
+    {0x03, "Lane 2 LSB"},
+    {0x04, "Lane 2 MSB"},
+    {0x05, "Lane 1"},
+    {0x06, "Lane 2"},
+};
+
 constexpr CodeName kModuleStatesEntries[] = {
     {0x01, "ModuleLowPwr"},
     {0x02, "ModulePwrUp"},
@@ -734,6 +744,7 @@ constexpr CodeTable kMediaTypes("CMIS 5.4, byte 85", kMediaTypesEntries);
 constexpr CodeTable kMediaTechnologies("CMIS 5.4, 00h byte 212", kMediaTechnologiesEntries);
 constexpr CodeTable kSff8636Technologies("SFF-8636 rev 2.11, byte 147",
                                          kSff8636TechnologiesEntries);
+constexpr CodeTable kOpticalLanes("SFF-8636 rev 2.11, 20h bytes 248-249", kOpticalLanesEntries);
 constexpr CodeTable kModuleStates("CMIS 5.4, byte 3", kModuleStatesEntries);
 constexpr CodeTable kDataPathStates("CMIS 5.0, 11h bytes 128-131", kDataPathStatesEntries);
 constexpr CodeTable kConfigStatuses("CMIS 5.4, 11h bytes 202-205", kConfigStatusesEntries);

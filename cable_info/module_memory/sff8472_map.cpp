@@ -130,6 +130,10 @@ Advertised HasSquelchChoice(const ModuleImage& image) {
   return Both(HasEnhancedFeatures(image), AdvertisedIf((*byte >> 2U & 3U) == kSelectable));
 }
 
+Advertised HasRxCursors(const ModuleImage& image) {
+  return Both(HasEnhancedFeatures(image), AskBits(image, A2, 62, 0x06));
+}
+
 // Laser temperature and TEC current: internal calibration and a cooled laser only.
 Advertised HasLaserMonitors(const ModuleImage& image) {
   return Both(HasDiagnostics(image), Both(AskBit(image, A0, 64, 2), Not(AskBit(image, A0, 92, 4))));
@@ -236,6 +240,9 @@ constexpr MapField kFields[] = {
     {Field::kMaxRxPreCursor,              A2,  64, Bits(3, 0), kNumber,                               kEnhanced,        "12.4"},
     {Field::kMaxPower,                    A2,  66, kByte,      kOwn,                                  kAlways,          "12.4"},
     {Field::kSecondaryExtendedCompliance, A2,  67, kByte,      Code(kExtendedCompliance).ZeroIsNone(), kEnhanced,       "12.4"},
+    {Field::kTxEqRecall,                  A2,  71, Bit(3),     kFlag,                                 By(HasFeature<60, 3>, "enhanced features and A2h:60.3"), "12.4"},
+    {Field::kTxEqStore,                   A2,  71, Bit(2),     kFlag,                                 By(HasFeature<60, 3>, "enhanced features and A2h:60.3"), "12.4"},
+    {Field::kRxCursorsUsed,               A2,  72, Bit(4),     kFlag,                                 By(HasRxCursors, "enhanced features and A2h:62.2 or 62.1"), "12.4"},
     {Field::kRsPinIgnore,                 A2,  73, Bit(4),     kFlag,                                 By(HasFeature<56, 4>, "enhanced features and A2h:56.4"), "12.4"},
     {Field::kTxSquelch,                   A2,  74, Bit(2),     Code(kSquelches),                      By(HasSquelchChoice, "enhanced features and A2h:56.3-2 is 3"), "12.4"},
 

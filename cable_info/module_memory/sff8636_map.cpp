@@ -17,6 +17,7 @@ constexpr Page L = Page::kLower;
 constexpr Page P00 = Page::k00;
 constexpr Page P02 = Page::k02;
 constexpr Page P03 = Page::k03;
+constexpr Page P20 = Page::k20;
 
 constexpr unsigned kLanes = 4;
 constexpr unsigned kOldQsfp = 0x0C;
@@ -108,6 +109,11 @@ Advertised HasControl(const ModuleImage& image) {
 Advertised HasInitializationFlag(const ModuleImage& image) {
   const Advertised is_older = Not(Since25(image));
   return Either(AskBit(image, P00, 221, 4), Both(is_older, AskBit(image, L, 6, 0)));
+}
+
+// The mask of that flag, which SFF-8436 has and SFF-8636 reserves.
+Advertised HasInitializationMask(const ModuleImage& image) {
+  return RevisionCode(image) == 0 ? AskBit(image, L, 103, 0) : Not(Since(image, kFirstSff8636));
 }
 
 Advertised IsNotReady(const ModuleImage& image) { return AskBit(image, L, 2, 0); }
@@ -230,6 +236,8 @@ constexpr MapField kFields[] = {
     {Field::kLowPowerPinIsTxDisable,       L,    99, Bit(1),     Code(kLowPowerPins),              On(P00, 193, 6),    "2.10"},
     {Field::kInterruptPinIsLos,            L,    99, Bit(0),     Code(kInterruptPins),             On(P00, 193, 5),    "2.10"},
     {Field::kTemperatureMask,              L,   103, Bits(7, 4), kNumber,                          By(HasTemperature, "as the temperature"), ""},
+    {Field::kCoolerReadyMask,              L,   103, Bit(1),     kFlag,                            On(P00, 221, 1),    "2.8"},
+    {Field::kInitializationCompleteMask,   L,   103, Bit(0),     kFlag,                            By(HasInitializationMask, "revision code 01h or 02h; 00h when set"), ""},
     {Field::kVoltageMask,                  L,   104, Bits(7, 4), kNumber,                          By(HasVoltage, "as the supply voltage"), ""},
     {Field::kMaxPower,                     L,   107, kByte,      kOwn,                             kAlways,            "2.10"},
     {Field::kPropagationDelay,             L,   108, kWord,      Number(Times(10)).ZeroIsNone(),   By(HasProperties, "not revision code 01h or 02h"), ""},
@@ -304,6 +312,9 @@ constexpr LaneMapField kLaneFields[] = {
     {LaneField::kTxDisable,            L,    86, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P00, 195, 4), ""},
     {LaneField::kRxRateSelect,         L,    87, kByte,      LaneOrder::kPairsUp,         kNumber, By(HasRateSelect, "00h:195.5, 221.3, and 141.1-0 is 1 or 2"), ""},
     {LaneField::kTxRateSelect,         L,    88, kByte,      LaneOrder::kPairsUp,         kNumber, By(HasRateSelect, "00h:195.5, 221.3, and 141.1-0 is 1 or 2"), ""},
+    // Lane 4 comes first.
+    {LaneField::kRxApplicationSelect,  L,    89, kByte,      LaneOrder::kApart,           kOwn,    On(P00, 221, 2), ""},
+    {LaneField::kTxApplicationSelect,  L,    94, kByte,      LaneOrder::kApart,           kOwn,    On(P00, 221, 2), ""},
     {LaneField::kTxCdr,                L,    98, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 129, 3), "1.5"},
     {LaneField::kRxCdr,                L,    98, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P00, 129, 2), "1.5"},
     {LaneField::kTxLosMask,            L,   100, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 195, 1), ""},
@@ -325,6 +336,8 @@ constexpr LaneMapField kLaneFields[] = {
     {LaneField::kRxPowerMask,          P03, 242, kByte,      LaneOrder::kHighNibbleFirst, kNumber, By(HasRxPower, "as RX power"), ""},
     {LaneField::kTxBiasMask,           P03, 244, kByte,      LaneOrder::kHighNibbleFirst, kNumber, By(HasTxBias, "as TX bias"),   ""},
     {LaneField::kTxPowerMask,          P03, 246, kByte,      LaneOrder::kHighNibbleFirst, kNumber, By(HasTxPower, "as TX power"), "1.9"},
+
+    {LaneField::kOpticalLane,          P20, 248, kByte,      LaneOrder::kHighNibbleFirst, Code(kOpticalLanes).ZeroIsNone(), On(P00, 195, 0), "2.8"},
 };
 
 constexpr MapMonitor kMonitors[] = {
@@ -553,6 +566,27 @@ void DecodeCdr(const ModuleImage& image, LaneField field, unsigned control_bit, 
   if (value.IsPresent() && is_fixed) value.number = 1.0;
 }
 
+// A byte per lane, that of lane 4 first.
+void DecodeApplicationSelect(Decoding& to) {
+  constexpr std::size_t kRxOfLane4 = 89;
+  constexpr std::size_t kTxOfLane4 = 94;
+  const Advertised advertised = AskBit(to.image, P00, 221, 2);
+  if (advertised == Advertised::kNo) return;
+  const auto value_of = [&](std::size_t byte) {
+    const std::optional<std::uint8_t> raw = to.image.At(L, byte);
+    LaneValue value;
+    value.state = StateOf(advertised, raw.has_value(), raw.value_or(0) != 0);
+    if (value.IsPresent()) value.number = raw.value_or(0);
+    return value;
+  };
+  const std::uint64_t absent = AbsentLanes(to.image);
+  for (Lane& lane : to.info.lanes) {
+    if ((absent >> (lane.number - 1) & 1U) != 0) continue;
+    lane[LaneField::kRxApplicationSelect] = value_of(kRxOfLane4 + kLanes - lane.number);
+    lane[LaneField::kTxApplicationSelect] = value_of(kTxOfLane4 + kLanes - lane.number);
+  }
+}
+
 // Codes without a meaning in dB.
 void DropReservedEqualizers(Decoding& to) {
   DropReserved(to, Field::kMaxTxInputEq, kHighestInputEq);
@@ -678,6 +712,7 @@ void DecodeSff8636(Decoding& to) {
   AddSpeeds(to);
   AddOptions(to);
   DecodeLanes(to);
+  DecodeApplicationSelect(to);
   DropReservedEqualizers(to);
   DecodeMonitors(to);
   DecodeParameters(to);

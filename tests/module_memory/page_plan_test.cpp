@@ -64,6 +64,8 @@ TEST(PagePlan, Sff8636) {
   EXPECT_EQ(Plan(memory.image()), "lower 00 03");
   memory.Put(Page::k00, 195, {0x80});
   EXPECT_EQ(Plan(memory.image()), "lower 00 02 03");
+  memory.Put(Page::k00, 195, {0x01});
+  EXPECT_EQ(Plan(memory.image()), "lower 00 03 20 21");
 }
 
 TEST(PagePlan, FlatMemoryHasNoUpperPagesButPage00h) {

@@ -87,7 +87,7 @@ Memory Enhanced() {
   return Full()
       .Put(A0, 94, {0x09})
       .Put(A2, 56, {0x13, 0x03, 0x01})
-      .Put(A2, 60, {0x07})
+      .Put(A2, 60, {0x0F})
       .Put(A2, 62, {0x07});
 }
 
@@ -249,6 +249,9 @@ Cases EnhancedFeatures() {
           {Field::kMaxRxPreCursor, A2, 64, {0x53}, 3, ""},
           {Field::kSecondaryExtendedCompliance, A2, 66, {1, 0x06, 2}, 6, "100G CWDM4"},
           {Field::kSecondaryExtendedCompliance, A2, 66, {1, 0x81, 2}, 0x81, "128GFC"},
+          {Field::kTxEqRecall, A2, 71, {0x08}, 1, ""},
+          {Field::kTxEqStore, A2, 71, {0x04}, 1, ""},
+          {Field::kRxCursorsUsed, A2, 72, {0x10}, 1, ""},
           {Field::kRsPinIgnore, A2, 73, {0x10}, 1, ""},
       }};
 }
@@ -718,6 +721,7 @@ TEST(Sff8472Map, EachOptionBitGovernsItsValues) {
           {A2, 57, 1, {"lanes.details.rx_force_squelch"}},
           {A2, 57, 0, {"lanes.details.rx_squelch_disable"}},
           {A2, 58, 0, {"lanes.flags.tx_adaptive_eq_fault"}},
+          {A2, 60, 3, {"details.tx_eq_recall", "details.tx_eq_store"}},
           {A2, 60, 2, {"lanes.details.tx_adaptive_eq_freeze"}},
           {A2, 60, 1, {"lanes.details.tx_adaptive_eq"}},
           {A2, 62, 2, {"lanes.controls.rx_post_cursor"}},
@@ -731,6 +735,12 @@ TEST(Sff8472Map, NeedsOneOfTwoBitsForItsRateSelectPins) {
             (Keys{"details.rs0_pin", "details.rs1_pin", "details.soft_rs0", "details.soft_rs1"}));
   EXPECT_EQ(Changed(Populated().Put(A0, 93, {0xF6}).Decode(), Populated().Decode()),
             Keys{"details.soft_rs0"});
+}
+
+TEST(Sff8472Map, NeedsOneCursorForTheirUse) {
+  EXPECT_EQ(Changed(Populated().Decode(), Populated().Put(A2, 62, {0x01}).Decode()),
+            (Keys{"details.rx_cursors_used", "lanes.controls.rx_pre_cursor",
+                  "lanes.controls.rx_post_cursor"}));
 }
 
 TEST(Sff8472Map, NeedsPowerLevelsForTheirState) {
@@ -765,6 +775,9 @@ TEST(Sff8472Map, HasEnhancedFeaturesFromRevision124OnWithInternalCalibration) {
                           "details.max_rx_pre_cursor",
                           "power.max_w",
                           "details.secondary_extended_compliance",
+                          "details.tx_eq_recall",
+                          "details.tx_eq_store",
+                          "details.rx_cursors_used",
                           "details.rs_pin_ignore",
                           "lanes.flags.tx_adaptive_eq_fault",
                           "lanes.details.tx_adaptive_eq_freeze",

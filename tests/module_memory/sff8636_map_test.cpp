@@ -32,6 +32,8 @@ constexpr Page L = Page::kLower;
 constexpr Page P00 = Page::k00;
 constexpr Page P02 = Page::k02;
 constexpr Page P03 = Page::k03;
+constexpr Page P20 = Page::k20;
+constexpr Page P21 = Page::k21;
 
 using cable_info::module_memory::Sff8636Map;
 using map_cases::BitCase;
@@ -87,6 +89,7 @@ Cases LowerPage() {
               {Field::kInterruptPinIsLos, L, 99, {0x01}, 1, "RxLOSL"},
               {Field::kInterruptPinIsLos, L, 99, {0xFE}, 0, "IntL"},
               {Field::kTemperatureMask, L, 103, {0xA5}, 10, ""},
+              {Field::kCoolerReadyMask, L, 103, {0x02}, 1, ""},
               {Field::kVoltageMask, L, 104, {0x5A}, 5, ""},
               {Field::kMaxPower, L, 107, {125}, 12.5, ""},
               {Field::kPropagationDelay, L, 108, {0x01, 0x06}, 2620, ""},
@@ -120,6 +123,10 @@ Cases LowerPage() {
               {Field::kFiberFace, L, 117, {0xFD}, 1, "PC/UPC"},
               {Field::kFiberFace, L, 117, {0x1E}, 2, "APC"},
           }};
+}
+
+Cases Sff8436() {
+  return {Full().Put(L, 1, {0x01}), {{Field::kInitializationCompleteMask, L, 103, {0x01}, 1, ""}}};
 }
 
 Cases MicroQsfp() {
@@ -248,7 +255,8 @@ Cases Page03() {
 }
 
 std::vector<Cases> AllCases() {
-  return {LowerPage(), MicroQsfp(), Page00(), Oma(), ExtendedRate(), CopperCable(), Page03()};
+  return {LowerPage(), Sff8436(),      MicroQsfp(),   Page00(),
+          Oma(),       ExtendedRate(), CopperCable(), Page03()};
 }
 
 TEST(Sff8636Map, HasItsFields) {
@@ -526,6 +534,10 @@ std::vector<LaneCase> LaneCases() {
       {LaneField::kTxBiasMask, P03, 244, {0xF1, 0x37}, {15, 1, 3, 7}},
       {LaneField::kTxPowerMask, P03, 246, {0x12, 0x48}, {1, 2, 4, 8}},
   };
+  cases.push_back({LaneField::kRxApplicationSelect, L, 89, {4, 3, 2, 0x81}, {0x81, 2, 3, 4}});
+  cases.push_back({LaneField::kTxApplicationSelect, L, 94, {0xC3, 2, 1, 5}, {5, 1, 2, 0xC3}});
+  cases.push_back({LaneField::kOpticalLane, P20, 248, {0x12, 0x34}, {1, 2, 3, 4}});
+  cases.push_back({LaneField::kOpticalLane, P20, 248, {0x56, 0xD1}, {5, 6, 13, 1}});
   // A bit per lane: the bytes of lanes 1 to 4 alone.
   struct LaneBits {
     LaneField field;
@@ -566,7 +578,19 @@ std::vector<LaneCase> LaneCases() {
   return cases;
 }
 
-TEST(Sff8636Map, HasTheFieldsOfLanes) { Expect(Full(), LaneCases()); }
+TEST(Sff8636Map, HasTheFieldsOfLanes) { Expect(Full().Add(P20), LaneCases()); }
+
+TEST(Sff8636Map, NamesOpticalLanes) {
+  const ModuleInfo info = Full().Add(P20).Put(P20, 248, {0x12, 0x6D}).Decode();
+  const auto name = [&info](std::size_t lane) {
+    return cable_info::LaneCodeName(LaneField::kOpticalLane,
+                                    info.lanes.at(lane)[LaneField::kOpticalLane]);
+  };
+  EXPECT_EQ(name(0), "Lane 1 LSB");
+  EXPECT_EQ(name(1), "Lane 1 MSB");
+  EXPECT_EQ(name(2), "Lane 2");
+  EXPECT_EQ(name(3), "");
+}
 
 TEST(Sff8636Map, HasACaseForEachFieldOfLanes) {
   map_cases::ExpectCovered(Sff8636Map().lane_fields, LaneCases());
@@ -593,6 +617,7 @@ TEST(Sff8636Map, HasNoLaneFieldsThatAreNotAdvertised) {
 // Everything is advertised and has a value.
 Memory Populated() {
   Memory memory = Full().Text(P02, 128, "ABCDEFGHIJ").Put(L, 6, {0x03});
+  memory.Add(P20).Put(P20, 248, {0x12, 0x34});
   memory.Put(L, 108, {0, 6, 0x2A}).Put(L, 113, {0x10}).Put(L, 115, {0x65, 0x06, 0x31});
   return memory.Put(P03, 224, {0xA7, 0x1F}).Put(P03, 228, {14, 10, 0xC0});
 }
@@ -635,13 +660,18 @@ TEST(Sff8636Map, EachOptionBitGovernsItsValues) {
           {P00, 195, 4, {"lanes.controls.tx_disable"}},
           {P00, 195, 3, {"lanes.flags.tx_fault", "lanes.details.tx_fault_mask"}},
           {P00, 195, 1, {"lanes.flags.tx_los", "lanes.details.tx_los_mask"}},
+          {P00, 195, 0, {"lanes.details.optical_lane"}},
           {P00, 220, 5, {"monitors.temperature", "details.temperature_mask"}},
           {P00, 220, 4, {"monitors.voltage", "details.voltage_mask"}},
           {P00, 220, 3, {"lanes.rx_power", "details.rx_power_type", "lanes.details.rx_power_mask"}},
           {P00, 220, 2, {"lanes.tx_power", "lanes.details.tx_power_mask"}},
           {P00, 221, 4, {"details.initialization_complete"}},
           {P00, 221, 3, kRateSelect},
-          {P00, 221, 1, {"details.cooler_ready"}},
+          {P00,
+           221,
+           2,
+           {"lanes.details.rx_application_select", "lanes.details.tx_application_select"}},
+          {P00, 221, 1, {"details.cooler_ready", "details.cooler_ready_mask"}},
           {P00, 221, 0, {"details.software_reset"}},
           {P03, 227, 7, {"details.host_fec"}},
           {P03, 227, 6, {"details.media_fec_bit"}},
@@ -670,7 +700,8 @@ TEST(Sff8636Map, HasTheFieldsOfItsRevision) {
   // SFF-8436 reserves the properties.
   EXPECT_EQ(Changed(with_revision(0x03), with_revision(0x02)),
             (Keys{"details.propagation_delay_ns", "details.advanced_low_power_w",
-                  "details.far_side_managed", "details.min_operating_voltage_v"}));
+                  "details.far_side_managed", "details.min_operating_voltage_v",
+                  "details.initialization_complete_mask"}));
   EXPECT_EQ(Changed(with_revision(0x02), with_revision(0x01)), Keys());
 }
 
@@ -1059,9 +1090,6 @@ TEST(Sff8636Map, IsFoundByByte128WhereByte0SaysNothing) {
   EXPECT_EQ(info[Field::kIdentifier].number, 0x11);
   EXPECT_EQ(Full().Put(L, 0, {0x00}).Put(P00, 128, {0x00}).Decode().family, ModuleFamily::kUnknown);
 }
-
-constexpr Page P20 = Page::k20;
-constexpr Page P21 = Page::k21;
 
 Memory WithParameters() { return Full().Add(P20).Add(P21); }
 
