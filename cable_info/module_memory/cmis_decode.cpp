@@ -653,47 +653,41 @@ bool IsBanked(Page page) {
   return IsUpperPage(page) && NumberOf(page) >= kFirstBanked;
 }
 
+unsigned LanesWith(const LaneLayout& layout, LaneSide side) {
+  if (side == LaneSide::kMedia) return layout.media;
+  return side == LaneSide::kHost ? layout.host : layout.media | layout.host;
+}
+
 bool HasSide(const LaneLayout& layout, LaneSide side, unsigned lane) {
-  const unsigned lanes = side == LaneSide::kMedia  ? layout.media
-                         : side == LaneSide::kHost ? layout.host
-                                                   : layout.media | layout.host;
-  return (lanes >> (lane - 1U) & 1U) != 0;
+  return (LanesWith(layout, side) >> (lane - 1U) & 1U) != 0;
 }
 
 void DecodeLaneField(Decoding& to, const LaneLayout& layout, const LaneMapField& line,
                      Advertised advertised) {
-  // Most fields are a bit of each lane.
-  const bool is_mask = line.order == LaneOrder::kBitsUp && line.format.type == RawType::kFlag &&
-                       advertised == Advertised::kYes;
-  const bool has_fixed_value = line.field == LaneField::kTxCdr || line.field == LaneField::kRxCdr;
-  const ModuleImage::Half* half = nullptr;
-  unsigned bank = 0;
-  for (Lane& lane : to.info.lanes) {
-    const LanePosition at = {(lane.number - 1) % kLanesPerBank + 1,
-                             (lane.number - 1) / kLanesPerBank};
-    if (!HasSide(layout, line.side, at.lane) || (at.bank != 0 && !IsBanked(line.page))) continue;
-    if (half == nullptr || bank != at.bank) {
-      bank = at.bank;
-      half = &to.image.HalfOf(InBank(line.page, bank), line.byte);
-    }
-    if (half->IsEmpty() && !has_fixed_value) {
-      lane[line.field] = Absent(FieldState::kNotRead);
-    } else if (line.format.type == RawType::kOwn) {
+  const unsigned banks = IsBanked(line.page) ? layout.banks : 1;
+  if (line.format.type == RawType::kOwn) {
+    for (Lane& lane : to.info.lanes) {
+      const LanePosition at = {(lane.number - 1) % kLanesPerBank + 1,
+                               (lane.number - 1) / kLanesPerBank};
+      if (!HasSide(layout, line.side, at.lane) || at.bank >= banks) continue;
       lane[line.field] = OwnLaneField(to.image, line, advertised, at);
-    } else if (is_mask && half->Has(line.byte)) {
-      lane[line.field] = Present((*half)[line.byte] >> (at.lane - 1) & 1U);
-    } else {
-      lane[line.field] = ReadLaneField(*half, line, advertised, at.lane);
     }
+    return;
+  }
+  const std::size_t per_bank = to.info.lanes.size() / layout.banks;
+  for (unsigned bank = 0; bank < banks; ++bank) {
+    LaneReader(to.image.HalfOf(InBank(line.page, bank), line.byte), line, advertised)
+        .Read(to.info.lanes.data() + bank * per_bank, per_bank, LanesWith(layout, line.side));
   }
 }
 
 void DecodeLanes(Decoding& to, const LaneLayout& layout, bool is_flat) {
+  static const Lane kLane;  // a copy is cheaper than a new one
   to.info.lanes.reserve(std::size_t{layout.banks} * kLanesPerBank);
   for (unsigned bank = 0; bank < layout.banks; ++bank) {
     for (unsigned n = 1; n <= kLanesPerBank; ++n) {
       if (!HasSide(layout, LaneSide::kBoth, n)) continue;
-      to.info.lanes.emplace_back().number = bank * kLanesPerBank + n;
+      to.info.lanes.emplace_back(kLane).number = bank * kLanesPerBank + n;
     }
   }
   if (is_flat) return;

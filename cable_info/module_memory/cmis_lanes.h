@@ -12,8 +12,6 @@
 namespace cable_info {
 namespace [[gnu::visibility("hidden")]] module_memory {
 
-inline constexpr unsigned kLanesPerBank = 8;
-
 /// The lanes of each bank: bit n is lane n + 1 of the bank.
 struct LaneLayout {
   unsigned banks = 1;

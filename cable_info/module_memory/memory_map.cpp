@@ -10,6 +10,10 @@ namespace {
 
 constexpr unsigned kBitsPerByte = 8;
 
+bool HasAll(const ModuleImage::Half& half, std::size_t byte, Extent extent) {
+  return extent.bytes == 1 ? half.Has(byte) : half.Has(byte, extent.bytes);
+}
+
 bool IsBlank(char c) { return c == ' ' || c == '\0'; }
 
 // The page of a line in another bank.
@@ -118,21 +122,25 @@ LanePlace PlaceOf(const LaneMapField& line, unsigned lane) {
   return {line.byte, line.extent};
 }
 
-AlarmFlags ReadFlags(const ModuleImage& image, const FlagPlaces& places, unsigned lane,
-                     unsigned bank) {
-  AlarmFlags flags;
-  const ModuleImage::Half& half = image.HalfOf(InBank(places.page, bank), places.byte);
+// `half` is the one of the flags.
+AlarmFlags ReadFlags(const ModuleImage::Half& half, const FlagPlaces& places, unsigned lane) {
+  if (half.IsEmpty()) return {};
   const int first = places.byte * 8 + (7 - places.bit) + static_cast<int>(lane - 1) * places.lane;
+  unsigned known = 0;
+  unsigned raised = 0;
   for (unsigned level = 0; level < kAlarmLevels; ++level) {
-    const int at = first + static_cast<int>(level & 1U) * places.low +
-                   static_cast<int>(level >> 1U) * places.warning;
-    const auto byte = static_cast<std::size_t>(at / 8);
-    if (!half.Has(byte)) continue;
-    flags.known |= static_cast<std::uint8_t>(1U << level);
-    const unsigned is_raised = half[byte] >> (7 - at % 8) & 1U;
-    flags.raised |= static_cast<std::uint8_t>(is_raised << level);
+    const auto at = static_cast<unsigned>(first + static_cast<int>(level & 1U) * places.low +
+                                          static_cast<int>(level >> 1U) * places.warning);
+    const std::size_t byte = at / kBitsPerByte;
+    const unsigned is_raised = half[byte] >> (7 - at % kBitsPerByte) & 1U;  // a missing byte is 0
+    known |= (half.Has(byte) ? 1U : 0U) << level;
+    raised |= is_raised << level;
   }
-  return flags;
+  return {static_cast<std::uint8_t>(known), static_cast<std::uint8_t>(raised)};
+}
+
+const ModuleImage::Half& FlagsOf(const ModuleImage& image, const MapMonitor& line, unsigned bank) {
+  return image.HalfOf(InBank(line.flags.page, bank), line.flags.byte);
 }
 
 Thresholds ReadThresholds(const ModuleImage& image, const MapMonitor& line,
@@ -192,7 +200,7 @@ std::optional<double> ValueOf(const ModuleImage& image, const MemoryMap& map, Fi
 void DecodeField(Decoding& to, const MapField& line, Advertised advertised) {
   const ModuleImage::Half& half = to.image.HalfOf(line.page, line.byte);
   if (line.format.type == RawType::kText) return DecodeText(to, line, half, advertised);
-  const bool is_known = half.Has(line.byte, line.extent.bytes);
+  const bool is_known = HasAll(half, line.byte, line.extent);
   const std::uint32_t raw = is_known ? RawNumber(half, line.byte, line.extent) : 0;
   const FieldState state = StateOf(advertised, is_known, raw != 0);
   if (state != FieldState::kPresent) return to.info.SetState(line.field, state);
@@ -243,8 +251,7 @@ double LaneNumberOf(const Format& format, Extent extent, std::uint32_t raw) {
 LaneValue ReadLaneField(const ModuleImage::Half& half, const LaneMapField& line,
                         Advertised advertised, unsigned lane) {
   const LanePlace place = PlaceOf(line, lane);
-  const bool is_known =
-      place.extent.bytes == 1 ? half.Has(place.byte) : half.Has(place.byte, place.extent.bytes);
+  const bool is_known = HasAll(half, place.byte, place.extent);
   const std::uint32_t raw = is_known ? RawNumber(half, place.byte, place.extent) : 0;
   LaneValue value;
   value.state = StateOf(advertised, is_known, raw != 0);
@@ -259,16 +266,44 @@ LaneValue ReadLaneField(const ModuleImage& image, const LaneMapField& line, Adve
   return ReadLaneField(image.HalfOf(InBank(line.page, bank), line.byte), line, advertised, lane);
 }
 
+LaneReader::LaneReader(const ModuleImage::Half& half, const LaneMapField& line,
+                       Advertised advertised)
+    : half_(&half), line_(&line), advertised_(advertised) {
+  const RawType type = line.format.type;
+  is_bits_ = line.order == LaneOrder::kBitsUp && half.Has(line.byte) &&
+             (type == RawType::kFlag || type == RawType::kInverseFlag) && !line.format.zero_is_none;
+  if (!is_bits_) return;
+  bits_ = static_cast<unsigned>(half[line.byte]) >> line.extent.low;
+  for (unsigned raw = 0; raw < 2; ++raw) {
+    LaneValue& value = of_bit_[raw];
+    value.state = StateOf(advertised, true, raw != 0);
+    if (value.IsPresent()) value.number = LaneNumberOf(line.format, Bit(0), raw);
+  }
+}
+
+void LaneReader::Read(Lane* lanes, std::size_t count, std::uint64_t having) const {
+  const auto field = static_cast<std::size_t>(line_->field);
+  const bool is_missing = half_->IsEmpty() && advertised_ != Advertised::kNo;
+  for (Lane* lane = lanes; lane != lanes + count; ++lane) {
+    const unsigned n = (lane->number - 1) % kLanesPerBank;
+    if ((having >> n & 1U) == 0) continue;
+    if (is_bits_) {
+      lane->values[field] = of_bit_[bits_ >> n & 1U];
+    } else if (is_missing) {
+      lane->values[field] = {FieldState::kNotRead, 0.0};
+    } else {
+      lane->values[field] = ReadLaneField(*half_, *line_, advertised_, n + 1);
+    }
+  }
+}
+
 void DecodeLanes(Decoding& to, Lines<LaneMapField> map, std::uint64_t absent) {
   for (const LaneMapField& line : map) {
     if (line.format.type == RawType::kOwn) continue;
     const Advertised advertised = Ask(to.image, line.advertised);
     if (advertised == Advertised::kNo) continue;
-    const ModuleImage::Half& half = to.image.HalfOf(line.page, line.byte);
-    for (Lane& lane : to.info.lanes) {
-      if ((absent >> (lane.number - 1) & 1U) != 0) continue;
-      lane[line.field] = ReadLaneField(half, line, advertised, lane.number);
-    }
+    LaneReader(to.image.HalfOf(line.page, line.byte), line, advertised)
+        .Read(to.info.lanes.data(), to.info.lanes.size(), ~absent);
   }
 }
 
@@ -281,34 +316,48 @@ double Conversion::operator()(std::uint32_t raw) const {
 
 namespace {
 
-// Reads a quantity whose thresholds are known already.
-Monitor ReadMonitor(const ModuleImage& image, const MapMonitor& line, const Conversion& conversion,
-                    Advertised advertised, const Thresholds& thresholds, unsigned lane,
-                    unsigned bank) {
-  Monitor monitor;
+// The half pages that contain the values and the flags of a quantity in a bank.
+struct MonitorHalves {
+  MonitorHalves(const ModuleImage& image, const MapMonitor& line, unsigned bank)
+      : values(&image.HalfOf(InBank(line.page, bank), line.byte)),
+        flags(&FlagsOf(image, line, bank)) {}
+
+  const ModuleImage::Half* values;
+  const ModuleImage::Half* flags;
+};
+
+// The raw number of a lane; none when it is not known.
+std::optional<std::uint32_t> RawOf(const MonitorHalves& halves, const MapMonitor& line,
+                                   unsigned lane) {
   const std::size_t byte = line.byte + 2 * std::size_t{lane - 1};
-  const ModuleImage::Half& half = image.HalfOf(InBank(line.page, bank), byte);
-  const bool is_known = half.Has(byte, 2);
-  const std::uint32_t raw = is_known ? RawNumber(half, byte, kWord) : 0;
-  monitor.state = StateOf(advertised, is_known, raw != 0);
-  if (monitor.state == FieldState::kNotImplemented) return monitor;
-  if (monitor.IsPresent()) monitor.value = conversion(raw);
+  if (!halves.values->Has(byte, 2)) return std::nullopt;
+  return RawNumber(*halves.values, byte, kWord);
+}
+
+// Reads a quantity whose thresholds are known already into `monitor`.
+void ReadMonitor(const MonitorHalves& halves, const MapMonitor& line, const Conversion& conversion,
+                 Advertised advertised, const Thresholds& thresholds, unsigned lane,
+                 Monitor& monitor) {
+  monitor = {};
+  const std::optional<std::uint32_t> raw = RawOf(halves, line, lane);
+  monitor.state = StateOf(advertised, raw.has_value(), raw.value_or(0) != 0);
+  if (monitor.state == FieldState::kNotImplemented) return;
+  if (monitor.IsPresent()) monitor.value = conversion(*raw);
   monitor.thresholds = thresholds;
-  monitor.flags = ReadFlags(image, line.flags, lane, bank);
-  return monitor;
+  monitor.flags = ReadFlags(*halves.flags, line.flags, lane);
 }
 
 }  // namespace
 
 Monitor ReadMonitor(const ModuleImage& image, const MapMonitor& line, const Conversion& conversion,
                     Advertised advertised, unsigned lane, unsigned bank) {
-  return ReadMonitor(image, line, conversion, advertised, ReadThresholds(image, line, conversion),
-                     lane, bank);
+  Monitor monitor;
+  ReadMonitor(MonitorHalves(image, line, bank), line, conversion, advertised,
+              ReadThresholds(image, line, conversion), lane, monitor);
+  return monitor;
 }
 
 namespace {
-
-constexpr unsigned kLanesPerBank = 8;
 
 unsigned BankOfLane(unsigned lane) { return (lane - 1) / kLanesPerBank; }
 unsigned LaneInBank(unsigned lane) { return (lane - 1) % kLanesPerBank + 1; }
@@ -337,25 +386,25 @@ bool IsOfLanes(Quantity quantity) {
 }
 
 // A value that implies that the monitor exists.
-bool IsPlausible(const ModuleImage& image, const MapMonitor& line, unsigned lane, unsigned bank) {
+bool IsPlausible(const MonitorHalves& halves, const MapMonitor& line, unsigned lane) {
   constexpr std::uint32_t kAllSet = 0xFFFF;
-  const std::size_t byte = line.byte + 2 * std::size_t{lane - 1};
-  const ModuleImage::Half& half = image.HalfOf(InBank(line.page, bank), byte);
-  const std::uint32_t raw = half.Has(byte, 2) ? RawNumber(half, byte, kWord) : 0;
+  const std::uint32_t raw = RawOf(halves, line, lane).value_or(0);
   return raw != 0 && raw != kAllSet;
 }
 
-bool IsAnyFlagRaised(const ModuleImage& image, const MapMonitor& line, unsigned lane,
-                     unsigned bank) {
-  return ReadFlags(image, line.flags, lane, bank).raised != 0;
+bool IsAnyFlagRaised(const MonitorHalves& halves, const MapMonitor& line, unsigned lane) {
+  return ReadFlags(*halves.flags, line.flags, lane).raised != 0;
 }
 
 // "RX power is not advertised, but has a value: lane 1, 2".
 void WarnOfLanes(Decoding& to, std::string_view name, const std::string& lanes,
                  std::string_view what) {
   if (lanes.empty()) return;
-  to.info.warnings.push_back(std::string(name) + " is not advertised, but " + std::string(what) +
-                             ": lane " + lanes);
+  constexpr std::string_view kNotAdvertised = " is not advertised, but ";
+  constexpr std::string_view kLane = ": lane ";
+  std::string& warning = to.info.warnings.emplace_back();
+  warning.reserve(name.size() + kNotAdvertised.size() + what.size() + kLane.size() + lanes.size());
+  warning.append(name).append(kNotAdvertised).append(what).append(kLane).append(lanes);
 }
 
 void AddLane(std::string& lanes, unsigned lane) {
@@ -382,10 +431,11 @@ void DecodeModuleMonitor(Decoding& to, const MapMonitor& line, const Conversion&
   if (line.quantity == Quantity::kVoltage) to.info.voltage = monitor;
   if (line.quantity == Quantity::kAux) to.info.aux.push_back({line.name, monitor});
   if (advertised != Advertised::kNo) return;
-  if (IsPlausible(to.image, line, 1, 0)) {
+  const MonitorHalves halves(to.image, line, 0);
+  if (IsPlausible(halves, line, 1)) {
     to.info.warnings.push_back(std::string(NameOf(line)) + " is not advertised, but has a value");
   }
-  if (IsAnyFlagRaised(to.image, line, 1, 0)) {
+  if (IsAnyFlagRaised(halves, line, 1)) {
     to.info.warnings.push_back(std::string(NameOf(line)) +
                                " is not advertised, but has a flag raised");
   }
@@ -396,17 +446,22 @@ void DecodeLaneMonitor(Decoding& to, const MapMonitor& line, const Conversion& c
   std::string with_value;
   std::string with_flag;
   const Thresholds thresholds = ReadThresholds(to.image, line, conversion);  // those of all lanes
+  MonitorHalves halves(to.image, line, 0);
+  unsigned bank = 0;
   for (Lane& lane : to.info.lanes) {
-    const unsigned bank = BankOfLane(lane.number);
+    if (bank != BankOfLane(lane.number)) {
+      bank = BankOfLane(lane.number);
+      halves = MonitorHalves(to.image, line, bank);
+    }
     const unsigned in_bank = LaneInBank(lane.number);
     const bool is_absent = (scope.absent_lanes >> (lane.number - 1) % 64 & 1U) != 0;
     const Advertised of_lane = is_absent ? Advertised::kNo : advertised;
     Monitor& monitor = MonitorOf(lane, line.quantity);
-    monitor = ReadMonitor(to.image, line, conversion, of_lane, thresholds, in_bank, bank);
+    ReadMonitor(halves, line, conversion, of_lane, thresholds, in_bank, monitor);
     ApplyReadiness(monitor, scope);
     if (of_lane != Advertised::kNo) continue;
-    if (IsPlausible(to.image, line, in_bank, bank)) AddLane(with_value, lane.number);
-    if (IsAnyFlagRaised(to.image, line, in_bank, bank)) AddLane(with_flag, lane.number);
+    if (IsPlausible(halves, line, in_bank)) AddLane(with_value, lane.number);
+    if (IsAnyFlagRaised(halves, line, in_bank)) AddLane(with_flag, lane.number);
   }
   WarnOfLanes(to, NameOf(line), with_value, "has a value");
   WarnOfLanes(to, NameOf(line), with_flag, "has a flag raised");
@@ -427,11 +482,16 @@ void WarnOfFlags(Decoding& to, Lines<LaneMapField> map) {
   for (const LaneMapField& line : map) {
     if (line.field > kLastLaneFlag || Ask(to.image, line.advertised) != Advertised::kNo) continue;
     std::string lanes;
+    std::optional<LaneReader> read;
+    unsigned bank = 0;
     for (const Lane& lane : to.info.lanes) {
-      const unsigned bank = BankOfLane(lane.number);
-      if (RawOf(to.image, line, LaneInBank(lane.number), bank).value_or(0) != 0) {
-        AddLane(lanes, lane.number);
+      if (!read || bank != BankOfLane(lane.number)) {
+        bank = BankOfLane(lane.number);
+        // A value that is not advertised for sure is present when any of its bits is set.
+        read.emplace(to.image.HalfOf(InBank(line.page, bank), line.byte), line,
+                     Advertised::kUnknown);
       }
+      if ((*read)(LaneInBank(lane.number)).IsPresent()) AddLane(lanes, lane.number);
     }
     WarnOfLanes(to, DescribeField(line.field).label, lanes, "raised");
   }

@@ -340,6 +340,31 @@ LaneValue ReadLaneField(const ModuleImage& image, const LaneMapField& line, Adve
 /// The same, given the half page that contains the field.
 LaneValue ReadLaneField(const ModuleImage::Half& half, const LaneMapField& line,
                         Advertised advertised, unsigned lane);
+/// Reads a field, but none of `RawType::kOwn`, of the lanes of one bank. What the lanes have in
+/// common is found once, since modules have hundreds of such values, most of them bits.
+class LaneReader {
+ public:
+  /// The half page contains the field, and outlives the reader as the line does.
+  LaneReader(const ModuleImage::Half& half, const LaneMapField& line, Advertised advertised);
+
+  /// The value of lane `lane` (1: the first of the bank).
+  LaneValue operator()(unsigned lane) const {
+    if (is_bits_) return of_bit_[bits_ >> (lane - 1) & 1U];
+    return ReadLaneField(*half_, *line_, advertised_, lane);
+  }
+  /// Sets the field of `count` lanes of the bank. Bit n of `having`: lane n + 1 of the bank has it.
+  void Read(Lane* lanes, std::size_t count, std::uint64_t having) const;
+
+ private:
+  const ModuleImage::Half* half_;
+  const LaneMapField* line_;
+  Advertised advertised_;
+  bool is_bits_ = false;  // a bit for each lane, which is known
+  unsigned bits_ = 0;     // of lane 1 and so on, from the lowest on
+  LaneValue of_bit_[2];   // the values of a clear and a set bit
+};
+/// The banks of lanes: eight lanes each.
+inline constexpr unsigned kLanesPerBank = 8;
 /// Decodes the fields of all lanes of `to`, which are in bank 0, in the same way, all but those of
 /// `RawType::kOwn`. Bit n of `absent`: lane n + 1 has none of them.
 void DecodeLanes(Decoding& to, Lines<LaneMapField> map, std::uint64_t absent);

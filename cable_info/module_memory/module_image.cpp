@@ -93,7 +93,7 @@ ModuleImage::Half& ModuleImage::Add(Page page, std::size_t byte) {
     keys_.reserve(kUsualHalves);
     halves_.reserve(kUsualHalves);
   }
-  keys_.push_back(key);
+  AddKey(key);
   return halves_.emplace_back(page, byte < kHalf ? 0 : kHalf);
 }
 
@@ -132,7 +132,8 @@ void ModuleImage::Drop(Page page) {
   const auto is_of_page = [page](const Half& half) { return half.page() == page; };
   halves_.erase(std::remove_if(halves_.begin(), halves_.end(), is_of_page), halves_.end());
   keys_.clear();
-  for (const Half& half : halves_) keys_.push_back(KeyOf(half.page(), half.first()));
+  slots_ = {};
+  for (const Half& half : halves_) AddKey(KeyOf(half.page(), half.first()));
 }
 
 }  // namespace cable_info

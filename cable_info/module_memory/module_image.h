@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -78,7 +79,9 @@ class ModuleImage {
     bool Has(std::size_t byte, std::size_t count) const {
       const std::size_t at = byte - first_;
       if (at >= kHalf || count > kHalf - at) return count == 0;
-      if (count == 0 || count > kWordBits) return KnownFrom(byte, count) == count;
+      if (count == 0) return true;
+      if (count > kWordBits)
+        return Has(byte, kWordBits) && Has(byte + kWordBits, count - kWordBits);
       const std::size_t shift = at % kWordBits;
       std::uint64_t known = known_[at / kWordBits] >> shift;
       if (shift != 0 && at < kWordBits) known |= known_[1] << (kWordBits - shift);
@@ -129,7 +132,7 @@ class ModuleImage {
   const Half& HalfOf(Page page, std::size_t byte) const {
     static constexpr Half kNothing;
     const std::size_t at = Find(KeyOf(page, byte));
-    return at < halves_.size() ? halves_[at] : kNothing;
+    return at < keys_.size() ? halves_[at] : kNothing;
   }
   /// The halves with known bytes, in the order in which they were stored.
   const std::vector<Half>& halves() const { return halves_; }
@@ -150,6 +153,7 @@ class ModuleImage {
   void Clear() {
     keys_.clear();
     halves_.clear();
+    slots_ = {};
   }
 
  private:
@@ -157,11 +161,32 @@ class ModuleImage {
   static constexpr std::uint32_t KeyOf(Page page, std::size_t byte) {
     return static_cast<std::uint32_t>(page) << 1U | (byte < kHalf ? 0U : 1U);
   }
-  // The index of the half with the key; the number of halves if there is none.
+  static constexpr std::size_t kSlots = 128;
+
+  // The slot of a half. Halves of a module seldom share one: pages 00h to 3Fh have odd slots, the
+  // lower page, A0h and A2h those around 00h, 40h and 44h.
+  static constexpr std::size_t SlotOf(std::uint32_t key) {
+    const std::uint32_t bank = key >> 17U;
+    return (key ^ bank << 4U) % kSlots;
+  }
+  // The index of the half with the key; the number of halves if there is none. Decoders ask for
+  // halves hundreds of times per module: one look instead of a search.
   std::size_t Find(std::uint32_t key) const {
+    const std::size_t slot = slots_[SlotOf(key)];
+    if (slot == 0) return keys_.size();
+    return slot <= keys_.size() && keys_[slot - 1] == key ? slot - 1 : Search(key);
+  }
+  std::size_t Search(std::uint32_t key) const {
     std::size_t at = 0;
     while (at < keys_.size() && keys_[at] != key) ++at;
     return at;
+  }
+  void AddKey(std::uint32_t key) {
+    constexpr std::size_t kHighest = 0xFFFF;
+    keys_.push_back(key);
+    std::uint16_t& slot = slots_[SlotOf(key)];
+    if (slot == 0)
+      slot = static_cast<std::uint16_t>(keys_.size() < kHighest ? keys_.size() : kHighest);
   }
   Half& Add(Page page, std::size_t byte);
   template <typename Byte>
@@ -169,6 +194,9 @@ class ModuleImage {
 
   std::vector<std::uint32_t> keys_;  // of the halves, contiguous for fast search
   std::vector<Half> halves_;
+  // The number, from 1, of the first half stored that has the slot; 0: none has. A number is a
+  // hint: moving an image leaves those of its halves.
+  std::array<std::uint16_t, kSlots> slots_ = {};
 };
 
 }  // namespace cable_info

@@ -1,5 +1,7 @@
 #include "cable_info/module_memory/module_info.h"
 
+#include <algorithm>
+
 #include "cable_info/module_memory/sff8024.h"
 
 namespace cable_info {
@@ -38,11 +40,12 @@ std::string_view LaneCodeName(LaneField field, const LaneValue& value) {
 }
 
 FieldValue ModuleInfo::operator[](Field field) const {
-  const Slot& slot = slots_[static_cast<std::size_t>(field)];
   FieldValue value;
-  value.state = slot.state;
+  value.state = StateOf(field);
+  if (!value.IsPresent()) return value;
+  const Slot& slot = slots_[static_cast<std::size_t>(field)];
   value.number = slot.number;
-  value.text = slot.size != 0 ? std::string_view(texts_).substr(slot.begin, slot.size) : slot.name;
+  value.text = {slot.name != nullptr ? slot.name : texts_.data() + slot.begin, slot.size};
   return value;
 }
 
@@ -67,49 +70,39 @@ void ModuleInfo::Clear() {
   checksums.clear();
   pages_read.clear();
   warnings.clear();
-  slots_.fill({});
+  states_.fill(FieldState::kNotImplemented);
   texts_.clear();
 }
 
 void ModuleInfo::SetState(Field field, FieldState state) {
-  Slot& slot = slots_[static_cast<std::size_t>(field)];
-  slot = {};
-  slot.state = state;
+  if (state == FieldState::kPresent) Present(field) = {};
+  states_[static_cast<std::size_t>(field)] = state;
 }
 
-void ModuleInfo::SetNumber(Field field, double number) {
-  Slot& slot = slots_[static_cast<std::size_t>(field)];
-  slot = {};
-  slot.state = FieldState::kPresent;
-  slot.number = number;
-}
+void ModuleInfo::SetNumber(Field field, double number) { Present(field) = {number, nullptr, 0, 0}; }
 
 void ModuleInfo::SetCode(Field field, unsigned code, std::string_view name) {
-  Slot& slot = slots_[static_cast<std::size_t>(field)];
-  slot = {};
-  slot.state = FieldState::kPresent;
-  slot.number = code;
-  slot.name = name;
+  Present(field) = {static_cast<double>(code), name.data(), 0,
+                    static_cast<std::uint32_t>(name.size())};
 }
 
 void ModuleInfo::SetText(Field field, std::string_view latin1) {
   constexpr unsigned kContinuation = 0x80;
   constexpr unsigned kTwoBytes = 0xC0;
   constexpr unsigned kLowBits = 0x3F;
-  Slot& slot = slots_[static_cast<std::size_t>(field)];
-  slot = {};
-  slot.state = FieldState::kPresent;
-  slot.begin = static_cast<std::uint16_t>(texts_.size());
-  for (const char c : latin1) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < kContinuation) {
-      texts_ += c;
-    } else {
-      texts_ += static_cast<char>(kTwoBytes | byte >> 6U);
-      texts_ += static_cast<char>(kContinuation | (byte & kLowBits));
+  const std::size_t begin = texts_.size();
+  const auto is_ascii = [](char c) { return static_cast<unsigned char>(c) < kContinuation; };
+  if (std::all_of(latin1.begin(), latin1.end(), is_ascii)) {
+    texts_.append(latin1);
+  } else {
+    for (const char c : latin1) {
+      const auto byte = static_cast<unsigned char>(c);
+      if (!is_ascii(c)) texts_ += static_cast<char>(kTwoBytes | byte >> 6U);
+      texts_ += is_ascii(c) ? c : static_cast<char>(kContinuation | (byte & kLowBits));
     }
   }
-  slot.size = static_cast<std::uint16_t>(texts_.size() - slot.begin);
+  Present(field) = {0.0, nullptr, static_cast<std::uint32_t>(begin),
+                    static_cast<std::uint32_t>(texts_.size() - begin)};
 }
 
 }  // namespace cable_info

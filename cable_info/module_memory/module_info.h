@@ -168,6 +168,8 @@ struct PageChecksum {
 /// implemented.
 class ModuleInfo {
  public:
+  ModuleInfo() { states_.fill(FieldState::kNotImplemented); }
+
   ModuleFamily family = ModuleFamily::kUnknown;  ///< the standard of the memory map
   Monitor temperature;                           ///< degrees Celsius
   Monitor voltage;                               ///< volts
@@ -185,7 +187,7 @@ class ModuleInfo {
   /// The value of a field.
   FieldValue operator[](Field field) const;
   /// Whether a field has a value, or why not.
-  FieldState StateOf(Field field) const { return slots_[static_cast<std::size_t>(field)].state; }
+  FieldState StateOf(Field field) const { return states_[static_cast<std::size_t>(field)]; }
   /// The value of the field with a key such as "identity.vendor"; none for an unknown key.
   std::optional<FieldValue> Find(std::string_view key) const;
 
@@ -205,14 +207,21 @@ class ModuleInfo {
   /// @}
 
  private:
+  // The value of a present field; without meaning for others.
   struct Slot {
-    FieldState state = FieldState::kNotImplemented;
-    std::uint16_t begin = 0;  // of the text in texts_
-    std::uint16_t size = 0;   // of it; 0 for others
     double number = 0.0;
-    std::string_view name;
+    const char* name = nullptr;  // of a code, or null for a text, which begins in texts_
+    std::uint32_t begin = 0;     // at this character
+    std::uint32_t size = 0;      // of the name or the text
   };
 
+  Slot& Present(Field field) {
+    states_[static_cast<std::size_t>(field)] = FieldState::kPresent;
+    return slots_[static_cast<std::size_t>(field)];
+  }
+
+  // Apart from the values, so that `Clear` sets one byte per field.
+  std::array<FieldState, kFieldCount> states_;
   std::array<Slot, kFieldCount> slots_;
   std::string texts_;
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstring>
 #include <iterator>
 #include <ostream>
 #include <string>
@@ -27,12 +28,13 @@ constexpr std::size_t kSizeOf = std::tuple_size_v<Fields>;
 
 constexpr std::size_t kUsualSize = 24576;  // of the JSON of a module
 
-// Fields of an object that is null when none of them is present.
-struct OptionalObject {
-  std::size_t begin;
-  std::size_t end;
-  std::size_t brace;  // the place of its "{" in `Keys::text`
-  std::size_t after;  // the place after its "}"
+// Fields that follow each other: those of an object that is null when none of them is present, or
+// those between two such objects.
+struct Run {
+  std::size_t first;
+  std::size_t last;       // the first field after it
+  std::size_t brace = 0;  // the place of the object's "{" in `Keys::text`; 0: no such object
+  std::size_t after = 0;  // the place after its "}"
 };
 
 // Fields whose keys begin alike, "controls.tx_disable" and so on; `begin` and `end` of the text are
@@ -42,6 +44,7 @@ struct Section {
   std::size_t last;  // the first field after it
   std::size_t begin;
   std::size_t end;
+  std::vector<Run> runs;
 };
 
 // The text of fields that are all null: keys and values, with the ends and beginnings of objects
@@ -52,7 +55,6 @@ struct Keys {
   std::array<std::size_t, N> begin = {};  // of each field's key, or of what comes before it
   std::array<std::size_t, N> value = {};  // of each field's null
   std::size_t closing = 0;                // where the ends of objects after the last value begin
-  std::vector<OptionalObject> optional;
   std::vector<Section> sections;
 
   std::string_view From(std::size_t first, std::size_t last) const {
@@ -76,22 +78,32 @@ std::string_view ObjectOf(std::string_view key) {
   return parts.size() < 2 ? std::string_view() : parts[parts.size() - 2];
 }
 
+bool IsOptional(std::string_view object) {
+  const auto& names = kOptionalObjects;
+  return std::find(std::begin(names), std::end(names), object) != std::end(names);
+}
+
+// The runs of a section's fields.
 template <typename Fields>
-std::vector<OptionalObject> OptionalObjectsOf(const Fields& fields,
-                                              const Keys<kSizeOf<Fields>>& keys) {
-  std::vector<OptionalObject> objects;
-  for (std::size_t i = 0; i < fields.size(); ++i) {
+std::vector<Run> RunsOf(const Fields& fields, const Keys<kSizeOf<Fields>>& keys,
+                        const Section& section) {
+  std::vector<Run> runs;
+  for (std::size_t i = section.first; i < section.last; i = runs.back().last) {
     const std::string_view object = ObjectOf(fields[i].key);
-    const auto& names = kOptionalObjects;
-    if (std::find(std::begin(names), std::end(names), object) == std::end(names)) continue;
-    std::size_t end = i;
-    while (end < fields.size() && ObjectOf(fields[end].key) == object) ++end;
+    const bool is_optional = IsOptional(object);
+    const auto belongs = [&](std::string_view other) {
+      return is_optional ? other == object : !IsOptional(other);
+    };
+    std::size_t last = i + 1;
+    while (last < section.last && belongs(ObjectOf(fields[last].key))) ++last;
+    runs.push_back({i, last});
+    if (!is_optional) continue;
     constexpr std::size_t kBrace = 1;
-    const std::size_t after = end < fields.size() ? keys.begin[end] : keys.closing;
-    objects.push_back({i, end, keys.text.rfind('{', keys.value[i]), after + kBrace});
-    i = end - 1;
+    const std::size_t after = last < fields.size() ? keys.begin[last] : keys.closing;
+    runs.back().brace = keys.text.rfind('{', keys.value[i]);
+    runs.back().after = after + kBrace;
   }
-  return objects;
+  return runs;
 }
 
 template <typename Fields>
@@ -106,7 +118,7 @@ auto KeysOf(const Fields& fields) {
     }
     keys.begin[i] = keys.text.size();
     keys.text.append(open.size() - common, '}');
-    if (common == 0) keys.sections.push_back({i, i, keys.text.size(), 0});
+    if (common == 0) keys.sections.push_back({i, i, keys.text.size(), 0, {}});
     keys.text += ',';
     open.assign(parts.begin(), parts.end() - 1);
     for (std::size_t part = common; part < parts.size(); ++part) {
@@ -121,12 +133,18 @@ auto KeysOf(const Fields& fields) {
     const bool is_last = i + 1 == keys.sections.size();
     keys.sections[i].last = is_last ? fields.size() : keys.sections[i + 1].first;
     keys.sections[i].end = is_last ? keys.text.size() : keys.sections[i + 1].begin;
+    keys.sections[i].runs = RunsOf(fields, keys, keys.sections[i]);
   }
-  keys.optional = OptionalObjectsOf(fields, keys);
   return keys;
 }
 
 void AppendString(text::TextBuffer& out, std::string_view utf8) {
+  char* const to = out.Reserve(utf8.size() + 2);
+  *to = '"';
+  if (module_memory::CopyIfPlain(to + 1, utf8)) {
+    to[utf8.size() + 1] = '"';
+    return out.EndAt(to + utf8.size() + 2);
+  }
   out.Append('"');
   AppendUtf8(out, utf8, [&out](unsigned char control) {
     constexpr int kDigits = 4;
@@ -174,6 +192,10 @@ constexpr std::array<std::string_view, kAlarmLevels> kLevelKeys = {
     "\"high_alarm\":", "\"low_alarm\":", "\"high_warning\":", "\"low_warning\":"};
 
 void AppendThresholds(text::TextBuffer& out, const Thresholds& thresholds) {
+  if (thresholds.given == 0) {
+    out.Append(R"({"high_alarm":null,"low_alarm":null,"high_warning":null,"low_warning":null})");
+    return;
+  }
   char separator = '{';
   for (std::size_t i = 0; i < kAlarmLevels; ++i) {
     out.Append(separator).Append(kLevelKeys[i]);
@@ -314,39 +336,35 @@ class Json {
   template <typename Keys, typename IsPresent, typename AppendPresent>
   void Members(const Keys& keys, const Section& section, const IsPresent& is_present,
                const AppendPresent& append) {
-    auto object = keys.optional.begin();
-    while (object != keys.optional.end() && object->begin < section.first) ++object;
     std::size_t written = section.begin;  // the end of the keys' text that is done with
-    for (std::size_t i = section.first; i < section.last; ++i) {
-      if (object != keys.optional.end() && object->begin == i) {
-        const OptionalObject& optional = *object++;
-        std::size_t first = i;
-        while (first < optional.end && !is_present(first)) ++first;
-        if (first == optional.end) {
-          out_.Append(keys.From(written, optional.brace)).Append(kNull);
-          written = optional.after;
-          i = optional.end - 1;
-          continue;
-        }
+    for (const Run& run : section.runs) {
+      std::size_t i = run.first;
+      while (i < run.last && !is_present(i)) ++i;
+      if (i == run.last && run.brace != 0) {
+        out_.Append(keys.From(written, run.brace)).Append(kNull);
+        written = run.after;
       }
-      if (!is_present(i)) continue;
-      out_.Append(keys.From(written, keys.value[i]));
-      append(i);
-      written = keys.value[i] + kNull.size();
+      for (; i < run.last; ++i) {
+        if (!is_present(i)) continue;
+        out_.Append(keys.From(written, keys.value[i]));
+        append(i);
+        written = keys.value[i] + kNull.size();
+      }
     }
     out_.Append(keys.From(written, section.end));
   }
 
   void Fields() {
-    static const auto kKeys = KeysOf(ModuleFields());
+    static const auto& kFields = ModuleFields();
+    static const auto kKeys = KeysOf(kFields);
     for (const Section& section : kKeys.sections) {
       Members(
           kKeys, section,
-          [this](std::size_t i) {
-            return info_.StateOf(ModuleFields()[i].field) == FieldState::kPresent;
+          [this](std::size_t i) {  // fields are in the order of `Field`
+            return info_.StateOf(static_cast<Field>(i)) == FieldState::kPresent;
           },
           [this](std::size_t i) {
-            const FieldInfo& field = ModuleFields()[i];
+            const FieldInfo& field = kFields[i];
             const FieldValue value = info_[field.field];
             AppendValue(out_, field.kind, value.number, value.text);
           });
@@ -405,6 +423,8 @@ class Json {
     lane_ = &lane;
   }
 
+  using LaneValues = std::array<LaneValue, kLaneFieldCount>;
+
   // A part of the text that may be repeated.
   struct Written {
     std::size_t begin = 0;
@@ -416,19 +436,24 @@ class Json {
     out_.Append(out_.view().substr(written.begin, written.size));
   }
 
+  static bool IsSame(const Section& section, const LaneValues& values, const LaneValues& before) {
+    const auto bits = [](double number) {
+      std::uint64_t same = 0;
+      std::memcpy(&same, &number, sizeof(same));
+      return same;
+    };
+    std::uint64_t difference = 0;  // looking at all is cheaper than a branch each
+    for (std::size_t i = section.first; i < section.last; ++i) {
+      difference |= static_cast<unsigned>(values[i].state) ^ static_cast<unsigned>(before[i].state);
+      difference |= bits(values[i].number) ^ bits(before[i].number);
+    }
+    return difference == 0;
+  }
+
   // Most lanes repeat the settings of the lane before.
   template <typename Keys>
   void LaneSection(const Keys& keys, const Section& section, const Lane& lane, Written& written) {
-    const auto is_same = [&](std::size_t i) {
-      const LaneValue& value = lane.values[i];
-      const LaneValue& before = lane_->values[i];
-      return value.state == before.state && value.number == before.number;
-    };
-    std::size_t same = section.first;
-    if (lane_ != nullptr) {
-      while (same < section.last && is_same(same)) ++same;
-    }
-    if (same == section.last) return Repeat(written);
+    if (lane_ != nullptr && IsSame(section, lane.values, lane_->values)) return Repeat(written);
     written.begin = out_.size();
     Members(
         keys, section, [&lane](std::size_t i) { return lane.values[i].IsPresent(); },

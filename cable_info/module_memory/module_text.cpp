@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <iterator>
+#include <numeric>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -65,6 +67,10 @@ std::string_view StateWords(FieldState state) {
 
 // How many characters a UTF-8 text has.
 std::size_t WidthOf(std::string_view text) {
+  const bool is_ascii = std::accumulate(text.begin(), text.end(), 0U, [](unsigned any, char c) {
+                          return any | static_cast<unsigned char>(c);
+                        }) < 0x80U;
+  if (is_ascii) return text.size();
   return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
     return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
   }));
@@ -113,6 +119,7 @@ struct Group {
 };
 
 constexpr Group kGroups[] = {
+    {FieldGroup::kModule, ""},  // without a heading
     {FieldGroup::kIdentity, "Identity"},
     {FieldGroup::kPower, "Power"},
     {FieldGroup::kMedia, "Media"},
@@ -145,10 +152,11 @@ AuxLabel LabelOf(std::string_view name) {
   return {name, name, ""};
 }
 
-// The fields of each group of `kGroups`.
+// The fields of each group of `kGroups`; not those of the title.
 std::array<std::vector<const FieldInfo*>, std::size(kGroups)> FieldsByGroup() {
   std::array<std::vector<const FieldInfo*>, std::size(kGroups)> groups;
   for (const FieldInfo& field : ModuleFields()) {
+    if (field.field == Field::kIdentifier || field.field == Field::kRevision) continue;  // in title
     for (std::size_t i = 0; i < std::size(kGroups); ++i) {
       if (field.group == kGroups[i].group) groups[i].push_back(&field);
     }
@@ -162,12 +170,6 @@ class Sheet {
 
   void Write(std::string_view label) {
     Title(label);
-    for (const FieldInfo& field : ModuleFields()) {
-      if (field.group == FieldGroup::kModule && field.field != Field::kIdentifier &&
-          field.field != Field::kRevision && info_[field.field].IsPresent()) {
-        FieldLine(field, info_[field.field]);
-      }
-    }
     Groups();
     List("InfiniBand speeds", info_.supported_speeds);
     List("Compliance", info_.compliance);
@@ -192,22 +194,23 @@ class Sheet {
 
   // Blanks up to a column of the line, at least `least` of them.
   void PadTo(std::size_t column, std::size_t least = 0) {
-    constexpr std::string_view kBlanks = "                                                ";
+    constexpr std::size_t kMost = 48;
     const std::size_t width = out_.size() - line_;
     const std::size_t blanks = width < column ? std::max(column - width, least) : least;
-    for (std::size_t left = blanks; left != 0;) {
-      const std::size_t count = std::min(left, kBlanks.size());
-      out_.Append(kBlanks.substr(0, count));
-      left -= count;
-    }
+    char* const to = out_.Reserve(std::max(blanks, kMost));
+    std::memset(to, ' ', kMost);  // of known size: a few moves
+    if (blanks > kMost) std::memset(to + kMost, ' ', blanks - kMost);
+    out_.EndAt(to + blanks);
   }
 
   void BeginLine() { line_ = out_.size(); }
 
   // Ends a line without blanks at its end.
   void EndLine() {
-    out_.Truncate(out_.view().find_last_not_of(' ') + 1);
-    out_.Append('\n');
+    char* end = out_.Reserve(1);
+    while (end[-1] == ' ') --end;  // at most to the end of the line before
+    *end = '\n';
+    out_.EndAt(end + 1);
   }
 
   void Heading(std::string_view heading) { out_.Append("  ").Append(heading).Append('\n'); }
@@ -216,8 +219,7 @@ class Sheet {
   void Label(std::string_view label) {
     BeginLine();
     out_.Append(kIndent).Append(label);
-    PadTo(kLabelWidth);
-    out_.Append(' ');
+    PadTo(kLabelWidth + 1, 1);
   }
 
   void Title(std::string_view label) {
@@ -261,7 +263,7 @@ class Sheet {
   void Groups() {
     static const auto kFields = FieldsByGroup();
     for (std::size_t i = 0; i < std::size(kGroups); ++i) {
-      bool has_heading = false;
+      bool has_heading = kGroups[i].heading.empty();
       for (const FieldInfo* field : kFields[i]) {
         if (info_.StateOf(field->field) != FieldState::kPresent) continue;
         if (!has_heading) Heading(kGroups[i].heading);
@@ -391,12 +393,9 @@ class Sheet {
     }
   }
 
+  // A value that is no flag.
   void LaneCell(const LaneFieldInfo& field, const LaneValue& value) {
-    if (!value.IsPresent()) {
-      out_.Append('-');
-    } else if (field.kind == FieldKind::kFlag) {
-      out_.Append(FlagWord(value.number));
-    } else if (field.kind == FieldKind::kNumber) {
+    if (field.kind == FieldKind::kNumber) {
       AppendRounded(out_, value.number);
     } else if (const std::string_view name = LaneCodeName(field.field, value); !name.empty()) {
       out_.Append(name);
@@ -431,11 +430,21 @@ class Sheet {
 
   template <typename AppendCell>
   void LaneColumn(const AppendCell& append_cell) {
-    constexpr std::size_t kWidth = 6;
     out_.Append(' ');
     const std::size_t begin = out_.size() - line_;
     append_cell();
-    PadTo(begin + kWidth);
+    PadTo(begin + kLaneWidth);
+  }
+
+  void LaneColumn(const LaneFieldInfo& field, const LaneValue& value) {
+    if (!value.IsPresent()) {
+      out_.Append(" -     ");
+    } else if (field.kind == FieldKind::kFlag) {
+      out_.Append(value.number != 0.0 ? std::string_view(" yes   ", 1 + kLaneWidth)
+                                      : std::string_view(" no    ", 1 + kLaneWidth));
+    } else {
+      LaneColumn([&] { LaneCell(field, value); });
+    }
   }
 
   void LaneRow(const LaneFieldInfo& field) {
@@ -454,7 +463,7 @@ class Sheet {
     const std::size_t row = out_.size();
     for (const Lane& lane : info_.lanes) {
       const std::size_t cell = out_.size() + 1;
-      LaneColumn([&] { LaneCell(field, lane[field.field]); });
+      LaneColumn(field, lane[field.field]);
       if (is_same && row + 1 == cell && out_.size() - cell > kLongest) {
         if (info_.lanes.size() > 1) out_.Append(" (all lanes)");
         break;
@@ -503,6 +512,7 @@ class Sheet {
 
   void Pages() {
     std::vector<std::string> names;
+    names.reserve(info_.pages_read.size());
     for (const Page page : info_.pages_read) names.push_back(ShortPageName(page));
     List("Pages read", names);
   }
@@ -524,6 +534,8 @@ class Sheet {
       out_.Append('\n');
     }
   }
+
+  static constexpr std::size_t kLaneWidth = 6;
 
   text::TextBuffer& out_;
   const ModuleInfo& info_;

@@ -4,24 +4,28 @@
 #include <cmath>
 #include <cstdint>
 
+#include "cable_info/text/digit_pairs.h"
+
 namespace cable_info::module_memory {
 
 namespace {
 
-// Writes `number` / 10^`decimals` without trailing zeros.
-char* WriteDecimals(char* to, std::uint64_t number, unsigned decimals) {
-  constexpr std::uint64_t kPowers[] = {1,      10,      100,      1000,     10000,
-                                       100000, 1000000, 10000000, 100000000};
-  const std::uint64_t power = kPowers[decimals];
-  to = text::WriteDecimal(to, static_cast<std::uint32_t>(number / power));
-  auto fraction = static_cast<std::uint32_t>(number % power);
+// Writes `number` / 10^(2 * `Pairs`) without trailing zeros, two digits at a time.
+template <unsigned Pairs>
+char* WriteDecimals(char* to, std::uint64_t number) {
+  constexpr std::uint32_t kPair = 100;
+  constexpr std::uint64_t kPower = Pairs == 2 ? 10000 : 100000000;
+  const auto whole = static_cast<std::uint32_t>(number / kPower);
+  auto fraction = static_cast<std::uint32_t>(number % kPower);
+  to = whole < kPair ? text::WriteBelowHundred(to, whole) : text::WriteDecimal(to, whole);
   if (fraction == 0) return to;
-  for (; fraction % 10 == 0; --decimals) fraction /= 10;
   *to = '.';
-  for (unsigned i = decimals; i != 0; --i, fraction /= 10) {
-    to[i] = static_cast<char>('0' + fraction % 10);
+  for (unsigned pair = Pairs; pair != 0; --pair, fraction /= kPair) {
+    text::WriteTwoDigits(to + 2 * pair - 1, fraction % kPair);
   }
-  return to + decimals + 1;
+  char* end = to + 1 + 2 * std::size_t{Pairs};
+  while (end[-1] == '0') --end;
+  return end;
 }
 
 // Writes a value that is a whole multiple of a small power of ten, or of 1/256, as most values of a
@@ -43,7 +47,7 @@ char* WriteExact(char* to, double value) {
   const auto many = is_few ? 0 : static_cast<std::uint64_t>(magnitude * kManyDecimals + 0.5);
   if (!is_few && static_cast<double>(many) / kManyDecimals != magnitude) return nullptr;
   if (std::signbit(value) && value != 0.0) *to++ = '-';
-  return is_few ? WriteDecimals(to, few, 4) : WriteDecimals(to, many, 8);
+  return is_few ? WriteDecimals<2>(to, few) : WriteDecimals<4>(to, many);
 }
 
 }  // namespace

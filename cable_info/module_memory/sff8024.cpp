@@ -757,6 +757,11 @@ constexpr CodeTable kSff8472RateIdentifiers("SFF-8472 rev 12.4, A0h byte 13",
                                             kSff8472RateIdentifiersEntries);
 
 std::string_view CodeTable::Name(unsigned code) const {
+  // Most codes follow each other.
+  if (size_ != 0 && code >= entries_[0].code && code - entries_[0].code < size_) {
+    const CodeName& guess = entries_[code - entries_[0].code];
+    if (guess.code == code) return guess.name;
+  }
   const CodeName* entry = std::lower_bound(
       begin(), end(), code, [](const CodeName& listed, unsigned c) { return listed.code < c; });
   return entry != end() && entry->code == code ? entry->name : std::string_view();

@@ -604,9 +604,10 @@ void DropReservedEqualizers(Decoding& to) {
 void DecodeLanes(Decoding& to) {
   constexpr unsigned kTxCdrControl = 7;
   constexpr unsigned kRxCdrControl = 6;
+  static const Lane kLane;  // a copy is cheaper than a new one
   to.info.lanes.reserve(kLanes);
   for (unsigned number = 1; number <= kLanes; ++number) {
-    to.info.lanes.emplace_back().number = number;
+    to.info.lanes.emplace_back(kLane).number = number;
   }
   module_memory::DecodeLanes(to, kLaneFields, AbsentLanes(to.image));
   for (Lane& lane : to.info.lanes) {

@@ -22,23 +22,6 @@ constexpr Utf8Form kForms[] = {
     {4, 0xF8, 0xF0, 0x10000},
 };
 
-constexpr std::uint64_t kLowBits = 0x0101010101010101;
-constexpr std::uint64_t kHighBits = 0x8080808080808080;
-
-// A high bit for every byte of `bytes` that is `c`, and perhaps for others above it.
-constexpr std::uint64_t Equal(std::uint64_t bytes, unsigned char c) {
-  const std::uint64_t difference = bytes ^ kLowBits * c;
-  return (difference - kLowBits) & ~difference & kHighBits;
-}
-
-// Whether each of eight characters is plain.
-constexpr bool IsPlain(std::uint64_t bytes) {
-  const std::uint64_t below_blank = (bytes - kLowBits * ' ') & ~bytes & kHighBits;
-  const std::uint64_t above_ascii = bytes & kHighBits;
-  return (below_blank | above_ascii | Equal(bytes, '"') | Equal(bytes, '\\') |
-          Equal(bytes, 0x7F)) == 0;
-}
-
 }  // namespace
 
 std::size_t PlainLength(std::string_view text) {
@@ -46,12 +29,9 @@ std::size_t PlainLength(std::string_view text) {
   std::uint64_t bytes = 0;
   for (; at + sizeof(bytes) <= text.size(); at += sizeof(bytes)) {
     std::memcpy(&bytes, text.data() + at, sizeof(bytes));
-    if (!IsPlain(bytes)) return at;
+    if (!IsPlain(SpecialBits(bytes))) return at;
   }
-  if (at == text.size()) return at;
-  bytes = kLowBits * ' ';
-  std::memcpy(&bytes, text.data() + at, text.size() - at);
-  return IsPlain(bytes) ? text.size() : at;
+  return at;
 }
 
 std::size_t Utf8Length(std::string_view text) {

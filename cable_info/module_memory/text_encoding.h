@@ -3,6 +3,8 @@
 // Internal; not installed.
 
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <string_view>
 
 #include "cable_info/text/text_buffer.h"
@@ -13,19 +15,61 @@ namespace [[gnu::visibility("hidden")]] module_memory {
 /// How many bytes the well-formed UTF-8 character at the begin of `text` has; 0 when there is none.
 std::size_t Utf8Length(std::string_view text);
 
-/// The number of characters at the begin of `text` that are ASCII, and neither control characters
-/// nor double quotes nor backslashes. Counts in groups of eight, so it may be less.
+/// \name Plain characters: ASCII, but no control characters, double quotes or backslashes
+/// Nearly all texts of modules are plain and short, so they are examined eight characters at a time
+/// while they are copied.
+/// @{
+
+/// Bits of which `IsPlain` is true if each of eight characters is plain, in any byte order. Those
+/// of several groups can be combined with `|`.
+constexpr std::uint64_t SpecialBits(std::uint64_t characters) {
+  constexpr std::uint64_t kEach = 0x0101010101010101;
+  // Up to the first special character, no subtraction borrows from the next one: each of these has
+  // the high bit of the lowest special character set, and none if all are plain.
+  const std::uint64_t control = characters - kEach * ' ';
+  const std::uint64_t quote = (characters ^ kEach * '"') - kEach;
+  const std::uint64_t backslash = (characters ^ kEach * '\\') - kEach;
+  const std::uint64_t del = characters + kEach;
+  return control | quote | backslash | del | characters;
+}
+constexpr bool IsPlain(std::uint64_t special_bits) {
+  return (special_bits & 0x8080808080808080) == 0;
+}
+
+/// Copies `text` to `to`, where it has room; false if it is not plain.
+inline bool CopyIfPlain(char* to, std::string_view text) {
+  constexpr std::size_t kGroup = sizeof(std::uint64_t);
+  const std::size_t size = text.size();
+  std::uint64_t group = 0;
+  if (size < kGroup) {
+    char padded[kGroup] = {' ', ' ', ' ', ' ', ' ', ' ', ' ', ' '};
+    for (std::size_t i = 0; i < size; ++i) padded[i] = to[i] = text[i];
+    std::memcpy(&group, padded, kGroup);
+    return IsPlain(SpecialBits(group));
+  }
+  std::uint64_t special = 0;
+  const auto copy = [&](std::size_t at) {
+    std::memcpy(&group, text.data() + at, kGroup);
+    std::memcpy(to + at, &group, kGroup);
+    special |= SpecialBits(group);
+  };
+  for (std::size_t at = 0; at + kGroup < size; at += kGroup) copy(at);
+  copy(size - kGroup);  // may overlap the group before
+  return IsPlain(special);
+}
+
+/// The number of plain characters at the begin of `text`. Counts in groups of eight, so it may be
+/// less.
 std::size_t PlainLength(std::string_view text);
+/// @}
 
 /// Appends `text` as UTF-8; what is none becomes U+FFFD. Control characters, double quotes and
 /// backslashes go to `special` instead.
 template <typename Special>
 void AppendUtf8(text::TextBuffer& out, std::string_view text, const Special& special) {
+  char* const to = out.Reserve(text.size());
+  if (CopyIfPlain(to, text)) return out.EndAt(to + text.size());
   std::size_t plain = PlainLength(text);  // characters to append as they are
-  if (plain == text.size()) {
-    out.Append(text);
-    return;
-  }
   const auto flush = [&](std::size_t dropped) {
     out.Append(text.substr(0, plain));
     text.remove_prefix(plain + dropped);
