@@ -26,6 +26,7 @@ namespace cli {
 namespace {
 
 using cable_info::ModuleImage;
+using cable_info::ModuleInfo;
 using cable_info::Page;
 using cable_info::module_memory::BadModule;
 using cable_info::module_memory::ChecksumPolicy;
@@ -89,17 +90,18 @@ DumpBytes Read(const std::string& path) {
   }
 }
 
-ModuleReading ReadModuleOf(const Dump& dump, const PortWriter& writer, Port& port) {
+ModuleReading ReadModuleOf(const Dump& dump, const PortWriter& writer, ModuleInfo& info,
+                           Port& port) {
   const ModuleUse use = writer.module_use();
   if (dump.pages.empty()) {
     const DumpBytes bytes = Read(dump.path);
     if (writer.needs_record()) port.record = RecordOf(port.label, port.number, bytes);
-    return DecodeModule(bytes, use, port);
+    return DecodeModule(bytes, use, info, port);
   }
   ModuleImage image;
   for (const PageFile& file : dump.pages) PutPage(image, file.page, Read(file.path));
   if (writer.needs_record()) port.record = RecordOf(port.label, port.number, image);
-  return DecodeModule(image, use, port);
+  return DecodeModule(image, use, info, port);
 }
 
 // One run over all dumps.
@@ -131,7 +133,7 @@ class Run {
       Port port;
       port.number = number_;
       port.label = Label(dump);
-      ModuleReading reading = ReadModuleOf(dump, writer_, port);
+      ModuleReading reading = ReadModuleOf(dump, writer_, info_, port);
       std::vector<Message> remarks;
       AddRemarks(reading, options_.strict ? ChecksumPolicy::kRefuse : ChecksumPolicy::kReport,
                  remarks);
@@ -175,6 +177,7 @@ class Run {
   ExitStatus status_ = ExitStatus::kGood;
   std::uint32_t number_ = 0;  // of the dump; a bad one has its number, too
   PortCounts counts_;
+  ModuleInfo info_;  // of the last dump
 };
 
 }  // namespace

@@ -28,18 +28,18 @@ ModuleReading RemarksOf(const ModuleInfo& info) {
   return reading;
 }
 
-ModuleReading Decode(const ModuleImage& image, ModuleUse use, Port& port) {
+ModuleReading Decode(const ModuleImage& image, ModuleUse use, ModuleInfo& info, Port& port) {
   if (use == ModuleUse::kRecords) return cable_info::module_memory::ReadModule(image);
-  ModuleInfo& info = port.module.emplace();
   cable_info::Decode(image, info);
+  port.module = &info;
   if (info.family == ModuleFamily::kUnknown) throw BadModule(info.warnings.front());
   return use == ModuleUse::kInfo ? RemarksOf(info) : cable_info::module_memory::ReadModule(image);
 }
 
 }  // namespace
 
-ModuleReading DecodeModule(const ModuleImage& image, ModuleUse use, Port& port) {
-  ModuleReading reading = Decode(image, use, port);
+ModuleReading DecodeModule(const ModuleImage& image, ModuleUse use, ModuleInfo& info, Port& port) {
+  ModuleReading reading = Decode(image, use, info, port);
   port.checksum_mismatches = static_cast<int>(reading.mismatches.size());
   return reading;
 }
@@ -47,21 +47,22 @@ ModuleReading DecodeModule(const ModuleImage& image, ModuleUse use, Port& port) 
 namespace {
 
 template <typename Bytes>
-ModuleReading DecodeBytes(const Bytes& dump, ModuleUse use, Port& port) {
+ModuleReading DecodeBytes(const Bytes& dump, ModuleUse use, ModuleInfo& info, Port& port) {
   std::vector<std::string> remarks;
-  ModuleReading reading = DecodeModule(SplitImage(dump, remarks), use, port);
+  ModuleReading reading = DecodeModule(SplitImage(dump, remarks), use, info, port);
   reading.remarks.insert(reading.remarks.begin(), remarks.begin(), remarks.end());
   return reading;
 }
 
 }  // namespace
 
-ModuleReading DecodeModule(const DumpBytes& dump, ModuleUse use, Port& port) {
-  return DecodeBytes(dump, use, port);
+ModuleReading DecodeModule(const DumpBytes& dump, ModuleUse use, ModuleInfo& info, Port& port) {
+  return DecodeBytes(dump, use, info, port);
 }
 
-ModuleReading DecodeModule(const std::vector<std::uint8_t>& dump, ModuleUse use, Port& port) {
-  return DecodeBytes(dump, use, port);
+ModuleReading DecodeModule(const std::vector<std::uint8_t>& dump, ModuleUse use, ModuleInfo& info,
+                           Port& port) {
+  return DecodeBytes(dump, use, info, port);
 }
 
 }  // namespace cli

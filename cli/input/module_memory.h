@@ -9,15 +9,18 @@
 namespace cli {
 
 /// \name The memory of a module
-/// Decodes it as `use` asks: into the record of its family, which is returned, into `port.module`,
-/// or both. Throws `BadModule`.
+/// Decodes it as `use` asks: into the record of its family, which is returned, into `info`, to
+/// which `port.module` points then, or both. Throws `BadModule`.
 /// @{
 cable_info::module_memory::ModuleReading DecodeModule(const cable_info::ModuleImage& image,
-                                                      ModuleUse use, Port& port);
+                                                      ModuleUse use, cable_info::ModuleInfo& info,
+                                                      Port& port);
 cable_info::module_memory::ModuleReading DecodeModule(
-    const cable_info::module_memory::DumpBytes& dump, ModuleUse use, Port& port);
+    const cable_info::module_memory::DumpBytes& dump, ModuleUse use, cable_info::ModuleInfo& info,
+    Port& port);
 cable_info::module_memory::ModuleReading DecodeModule(const std::vector<std::uint8_t>& dump,
-                                                      ModuleUse use, Port& port);
+                                                      ModuleUse use, cable_info::ModuleInfo& info,
+                                                      Port& port);
 /// @}
 
 }  // namespace cli

@@ -17,7 +17,7 @@ void Port::Attach(std::unique_ptr<cable_info::CableRecord> cable_pages,
 
 cable_info::Readings ReadingsOf(const Port& port) {
   cable_info::Readings of_records = ReadingsOf(port.cable);
-  if (!port.module) {
+  if (port.module == nullptr) {
     of_records.checksum_mismatches = port.checksum_mismatches;
     return of_records;
   }

@@ -40,8 +40,9 @@ struct Port {
   /// The records that `cable` owns; null where it has none.
   cable_info::CableRecord* cable_record = nullptr;
   cable_info::PhyCableRecord* phy_cable_record = nullptr;
-  /// The contents of the module's memory, when it was given and `ModuleUse` asks for them.
-  std::optional<cable_info::ModuleInfo> module;
+  /// The contents of the module's memory, when it was given and `ModuleUse` asks for them; else
+  /// null. Its reader owns them and reuses their memory for the next port.
+  const cable_info::ModuleInfo* module = nullptr;
 };
 
 /// What is known of the cable as numbers.

@@ -262,11 +262,11 @@ constexpr FieldTable kPrtlFields(std::to_array<Field<PrtlEnds>>({
 // A dump of a module's memory, and where it comes from.
 struct MemoryDraft {
   FilePolicy files;
-  const std::string& folder;        // of the file that a record names
-  std::vector<std::uint8_t> bytes;  // of a dump in plain hexadecimal; else empty
-  DumpBytes dump;                   // any other dump
-  std::string path;                 // of that file; empty when the record holds the dump
-  ModuleImage pages;                // a dump that is given page by page
+  const std::string& folder;         // of the file that a record names
+  std::vector<std::uint8_t>& bytes;  // of a dump in plain hexadecimal; else empty
+  DumpBytes dump;                    // any other dump
+  std::string path;                  // of that file; empty when the record holds the dump
+  ModuleImage pages;                 // a dump that is given page by page
 };
 
 constexpr std::size_t kMaxShownPath = 255;
@@ -457,18 +457,18 @@ void Place(std::unique_ptr<Record>& place, std::unique_ptr<Record> record, std::
 
 // Decodes the module memory of the port, if it has one, and appends its remarks to `remarks`.
 bool DecodeModuleMemory(Draft& draft, const Value& line, const PortReaderOptions& options,
-                        Port& port, std::vector<Message>& remarks) {
+                        cable_info::ModuleInfo& info, Port& port, std::vector<Message>& remarks) {
   if (!draft.has_memory) return true;
   const Value place(line.json, line, "module_memory");
   ModuleReading reading;
   try {
     const MemoryDraft& memory = draft.memory;
     if (!memory.pages.halves().empty()) {
-      reading = DecodeModule(memory.pages, options.modules, port);
+      reading = DecodeModule(memory.pages, options.modules, info, port);
     } else if (!memory.bytes.empty()) {
-      reading = DecodeModule(memory.bytes, options.modules, port);
+      reading = DecodeModule(memory.bytes, options.modules, info, port);
     } else {
-      reading = DecodeModule(memory.dump, options.modules, port);
+      reading = DecodeModule(memory.dump, options.modules, info, port);
     }
   } catch (const BadModule& bad) {
     if (!draft.memory.path.empty()) return FailAsNoDump(draft.memory.path, place);
@@ -557,10 +557,11 @@ bool PortReader::Read(std::string_view line, Port& port, std::vector<Message>& m
     messages.push_back(std::move(problem));
     return false;
   }
-  Draft draft(MemoryDraft{options_.files, folder_, {}, {}, {}, {}});
+  dump_.clear();
+  Draft draft(MemoryDraft{options_.files, folder_, dump_, {}, {}, {}});
   const Value value(document, problem);
   if (!SetFields(draft, value, kPortFields) ||
-      !DecodeModuleMemory(draft, value, options_, port, messages)) {
+      !DecodeModuleMemory(draft, value, options_, info_, port, messages)) {
     if (!draft.label.empty()) problem.text.insert(0, "port \"" + Shortened(draft.label) + "\": ");
     messages.assign(1, problem);
     return false;

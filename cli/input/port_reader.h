@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -40,7 +41,7 @@ class PortReader {
 
   /// Fills `port`, which must be new. `LineReader::kPadding` bytes after `line` must be readable.
   /// Returns false for a line that is not a port; `messages` then holds the reason, otherwise
-  /// remarks about the port, usually none.
+  /// remarks about the port, usually none. `port.module` is valid until the next call.
   bool Read(std::string_view line, Port& port, std::vector<Message>& messages);
 
  private:
@@ -48,6 +49,8 @@ class PortReader {
   std::unique_ptr<Parser> parser_;
   PortReaderOptions options_;
   std::string folder_;
+  cable_info::ModuleInfo info_;     // of the last port
+  std::vector<std::uint8_t> dump_;  // of the last port with a dump in plain hexadecimal
 };
 
 }  // namespace cli

@@ -1,24 +1,69 @@
 #include "cli/output/report_writer.h"
 
 #include <ostream>
-#include <sstream>
-#include <string>
+#include <streambuf>
 
+#include "cable_info/text/text_buffer.h"
 #include "cli/printable.h"
 
 namespace cli {
 
-void ReportWriter::Write(std::ostream& os, Port& port) const {
-  os << "NodeGuid: " << GuidText(port.node_guid) << ", PortGuid: " << GuidText(port.port_guid)
-     << ", PortNum: " << port.number;
-  if (!port.label.empty()) os << ", Label: " << Printable(port.label);
-  os << '\n';
+namespace {
 
-  std::ostringstream block;
-  port.cable.ToFileStream(block);
-  const std::string text = block.str();
-  os << text;
-  if (!text.empty() && text.back() != '\n') os << '\n';  // a long block is cut within a line
+// The buffer of a stream for the length of a block: passes on what is written, remembers its last
+// character, and ignores the flushes after each line. A string stream in its place would take a
+// tenth of the report's time.
+class BlockBuffer : public std::streambuf {
+ public:
+  explicit BlockBuffer(std::ostream& os) : os_(os), to_(*os.rdbuf(this)) {}
+  BlockBuffer(const BlockBuffer&) = delete;
+  BlockBuffer& operator=(const BlockBuffer&) = delete;
+  BlockBuffer(BlockBuffer&&) = delete;
+  BlockBuffer& operator=(BlockBuffer&&) = delete;
+  ~BlockBuffer() override { os_.rdbuf(&to_); }
+
+  bool EndsWithinLine() const { return last_ != '\n'; }
+
+ protected:
+  std::streamsize xsputn(const char* text, std::streamsize count) override {
+    if (count > 0) last_ = text[count - 1];
+    return to_.sputn(text, count);
+  }
+  int_type overflow(int_type c) override {
+    if (traits_type::eq_int_type(c, traits_type::eof())) return traits_type::not_eof(c);
+    last_ = traits_type::to_char_type(c);
+    return to_.sputc(last_);
+  }
+
+ private:
+  std::ostream& os_;
+  std::streambuf& to_;
+  char last_ = '\n';
+};
+
+}  // namespace
+
+void ReportWriter::Write(std::ostream& os, Port& port) const {
+  cable_info::text::TextBuffer heading;
+  heading.Append("NodeGuid: ");
+  AppendGuid(heading, port.node_guid);
+  heading.Append(", PortGuid: ");
+  AppendGuid(heading, port.port_guid);
+  heading.Append(", PortNum: ").AppendDecimal(port.number);
+  if (!port.label.empty()) heading.Append(", Label: ").Append(Printable(port.label));
+  os << heading.Append('\n').view();
+  if (!os) return;
+
+  std::ios::iostate state = std::ios::goodbit;
+  bool ends_within_line = false;
+  {
+    const BlockBuffer block(os);
+    port.cable.ToFileStream(os);
+    state = os.rdstate();
+    ends_within_line = block.EndsWithinLine();
+  }
+  os.setstate(state);
+  if (ends_within_line) os << '\n';  // a long block is cut within a line
 }
 
 }  // namespace cli
