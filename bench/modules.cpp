@@ -1,6 +1,9 @@
 // The time that a module's memory takes, step by step, compared with parsing its hexadecimal digits
-// and with copying its JSON. Ratios are taken within one run, so they are comparable between
-// machines.
+// and with copying its JSON; and the time of whole port records with such a memory, compared with
+// parsing them and with copying the finished text. Ratios are taken within one run, so they are
+// comparable between machines.
+
+#include <simdjson.h>
 
 #include <algorithm>
 #include <chrono>
@@ -8,12 +11,19 @@
 #include <cstdint>
 #include <cstdio>
 #include <limits>
+#include <ostream>
+#include <streambuf>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "cable_info/module_memory/module_memory.h"
 #include "cable_info/module_memory/module_output.h"
+#include "cli/input/line_reader.h"
+#include "cli/input/port_reader.h"
+#include "cli/output/module_writer.h"
+#include "cli/output/report_writer.h"
+#include "cli/output/table_writer.h"
 #include "tests/module_memory/module_images.h"
 
 namespace {
@@ -52,6 +62,8 @@ std::string Hex(const std::vector<std::uint8_t>& dump) {
 
 struct Module {
   std::string hex;
+  std::string record;  // of a port with the memory, and what readers need after it
+  std::size_t record_size = 0;
   std::vector<std::uint8_t> bytes;
   ModuleImage image;
   ModuleInfo info;
@@ -65,6 +77,10 @@ std::vector<Module> Modules() {
     Module module;
     for (const auto& byte : memory.Image()) module.bytes.push_back(*byte);
     module.hex = Hex(module.bytes);
+    module.record =
+        R"({"port_num":1,"label":"module","module_memory":{"hex":")" + module.hex + "\"}}";
+    module.record_size = module.record.size();
+    module.record.append(cli::LineReader::kPadding, ' ');
     std::vector<std::string> remarks;
     module.image = SplitImage(module.bytes, remarks);
     module.info = cable_info::Decode(module.image);
@@ -81,8 +97,8 @@ double TimeOfEach(const std::vector<Module>& modules, const Use& use) {
   });
 }
 
-// The lower bounds: nanoseconds for parsing the hexadecimal digits of a module, and for copying its
-// finished JSON.
+// The lower bounds: nanoseconds for parsing the hexadecimal digits of a module, or its port record
+// with them, and for copying the finished text.
 struct Floor {
   double parsing;
   double copying;
@@ -102,6 +118,61 @@ ModuleImage ImageOf(const std::vector<std::uint8_t>& bytes) {
   std::vector<std::string> remarks;
   return SplitImage(bytes, remarks);
 }
+
+// Where finished texts go.
+class Target : public std::streambuf {
+ public:
+  Target() : text_(1U << 17U, '\0') { Clear(); }
+  void Clear() { setp(text_.data(), text_.data() + text_.size()); }
+  std::string_view view() const { return {pbase(), static_cast<std::size_t>(pptr() - pbase())}; }
+
+ private:
+  std::string text_;
+};
+
+// Whole port records, from the line to the finished text.
+class Records {
+ public:
+  explicit Records(const std::vector<Module>& modules) : modules_(modules) {
+    parsing_ = TimeOfEach(modules_, [this](const Module& module) {
+      simdjson::dom::element record;
+      constexpr bool kCopies = false;  // the line is padded already
+      if (parser_.parse(module.record.data(), module.record_size, kCopies).get(record)) return std::size_t{0};
+      return Parse(module, bytes_);
+    });
+    Print("parsing of records", parsing_, {parsing_, parsing_});
+  }
+
+  void Measure(std::string_view step, const cli::PortWriter& writer) {
+    cli::PortReaderOptions options;
+    options.modules = writer.module_use();
+    cli::PortReader reader(options);
+    Target target;
+    std::ostream os(&target);
+    const auto write = [&](const Module& module) {
+      target.Clear();
+      cli::Port port;
+      const std::string_view line = std::string_view(module.record).substr(0, module.record_size);
+      if (reader.Read(line, port, messages_)) writer.Write(os, port);
+      return target.view().size();
+    };
+    std::string copy(1U << 17U, '\0');
+    double copying = 0;
+    for (const Module& module : modules_) {
+      write(module);
+      copying += TimeOf(modules_.size(),
+                        [&] { sink = sink + target.view().copy(copy.data(), copy.size()); });
+    }
+    Print(step, TimeOfEach(modules_, write), {parsing_, copying});
+  }
+
+ private:
+  const std::vector<Module>& modules_;
+  simdjson::dom::parser parser_;
+  std::vector<std::uint8_t> bytes_;
+  std::vector<cli::Message> messages_;
+  double parsing_ = 0;
+};
 
 }  // namespace
 
@@ -151,5 +222,11 @@ int main() {
           return cable_info::ModuleToText(info, "module").size();
         }),
         floor);
+  std::printf("\n| a port record      | ns       | to parsing | to copying |\n|---|---|---|---|\n");
+  Records records(modules);
+  records.Measure("table", cli::TableWriter(cli::TableWriter::Header::kOmitted));
+  records.Measure("report", cli::ReportWriter());
+  records.Measure("module", cli::ModuleWriter(cli::ModuleForm::kText));
+  records.Measure("module --json", cli::ModuleWriter(cli::ModuleForm::kJson));
   return 0;
 }
