@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <set>
 #include <string>
 #include <string_view>
@@ -50,11 +51,11 @@ Memory RichModule() {
   return memory;
 }
 
-// The keys of what is not implemented; lane fields are those of lane 1.
-std::set<std::string> NotImplemented(const ModuleInfo& info) {
+// The keys of what has a state; lane fields are those of lane 1.
+std::set<std::string> KeysOf(const ModuleInfo& info, FieldState expected) {
   std::set<std::string> keys;
-  const auto add = [&keys](FieldState state, const std::string& key) {
-    if (state == FieldState::kNotImplemented) keys.insert(key);
+  const auto add = [&keys, expected](FieldState state, const std::string& key) {
+    if (state == expected) keys.insert(key);
   };
   for (const auto& field : cable_info::ModuleFields()) {
     add(info.StateOf(field.field), std::string(field.key));
@@ -69,6 +70,10 @@ std::set<std::string> NotImplemented(const ModuleInfo& info) {
   add(lane.tx_power.state, "lanes.tx_power_mw");
   add(lane.tx_bias.state, "lanes.tx_bias_ma");
   return keys;
+}
+
+std::set<std::string> NotImplemented(const ModuleInfo& info) {
+  return KeysOf(info, FieldState::kNotImplemented);
 }
 
 // The keys of which some end with "*", which stands for any end.
@@ -264,6 +269,94 @@ TEST(CmisAdvertised, EverythingIsImplemented) {
   EXPECT_EQ(absent,
             (std::vector<std::string>{"details.flag_summary_bank1", "details.flag_summary_bank2",
                                       "details.flag_summary_bank3"}));
+}
+
+// A page, and what then is not read.
+struct MissingPage {
+  unsigned page;
+  std::vector<std::string> fields;
+};
+
+// Page 14h: without the results, which need another selector than 0.
+std::vector<MissingPage> MissingPages() {
+  return {
+      {0x0C, {"details.pages_supported"}},
+      {0x10,
+       {"lanes.data_path.deinit",
+        "lanes.details.tx_polarity_flip",
+        "lanes.controls.tx_disable",
+        "lanes.details.tx_squelch_disable",
+        "lanes.details.tx_force_squelch",
+        "lanes.details.tx_adaptive_eq_freeze",
+        "lanes.details.rx_polarity_flip",
+        "lanes.controls.rx_output_disable",
+        "lanes.details.rx_squelch_disable",
+        "lanes.data_path.state_mask",
+        "lanes.data_path.rx_output_status_mask",
+        "lanes.details.tx_fault_mask",
+        "lanes.details.tx_los_mask",
+        "lanes.details.tx_lol_mask",
+        "lanes.details.tx_adaptive_eq_fault_mask",
+        "lanes.details.tx_power_mask",
+        "lanes.details.tx_bias_mask",
+        "lanes.details.rx_power_mask",
+        "lanes.details.rx_los_mask",
+        "lanes.details.rx_lol_mask"}},
+      {0x11,
+       {"lanes.data_path_state",
+        "lanes.flags.*",
+        "lanes.rx_power_mw",
+        "lanes.tx_power_mw",
+        "lanes.tx_bias_ma",
+        "lanes.controls.tx_cdr",
+        "lanes.controls.rx_cdr",
+        "lanes.controls.tx_input_eq",
+        "lanes.controls.rx_pre_cursor",
+        "lanes.controls.rx_post_cursor",
+        "lanes.controls.rx_amplitude",
+        "lanes.details.tx_adaptive_eq",
+        "lanes.details.tx_wavelength_number",
+        "lanes.details.tx_fiber_number",
+        "lanes.details.rx_wavelength_number",
+        "lanes.details.rx_fiber_number",
+        "lanes.data_path.rx_output_valid",
+        "lanes.data_path.tx_output_valid",
+        "lanes.data_path.rx_output_status_changed",
+        "lanes.data_path.state_changed",
+        "lanes.data_path.config_status",
+        "lanes.data_path.application",
+        "lanes.data_path.first_lane",
+        "lanes.data_path.explicit_control",
+        "lanes.data_path.tx_eq_recalled_buffer",
+        "lanes.data_path.init_pending"}},
+      {0x12, {"lanes.tuning.*"}},
+      {0x14,
+       {"diagnostics.selector", "diagnostics.reference_clock_lost",
+        "lanes.diagnostics.host_generator_lol", "lanes.diagnostics.host_checker_lol",
+        "lanes.diagnostics.host_gating_complete", "lanes.diagnostics.media_generator_lol",
+        "lanes.diagnostics.media_checker_lol", "lanes.diagnostics.media_gating_complete"}},
+      {0x15, {"lanes.details.rx_latency_ns", "lanes.details.tx_latency_ns"}},
+      {0x16,
+       {"lanes.data_path.network_path_state", "lanes.data_path.network_path_deinit",
+        "lanes.data_path.network_path_init_pending"}},
+      {0x17,
+       {"lanes.data_path.network_path_state_changed", "lanes.data_path.network_path_state_mask"}},
+      {0x60, {"lanes.details.tx_inverted", "lanes.details.rx_inverted"}},
+  };
+}
+
+TEST(CmisAdvertised, WhatIsOnAMissingPageIsNotRead) {
+  const std::set<std::string> all = AllKeys();
+  const std::set<std::string> before = KeysOf(RichModule().Decode(), FieldState::kNotRead);
+  for (const MissingPage& missing : MissingPages()) {
+    SCOPED_TRACE(missing.page);
+    Memory memory = RichModule();
+    const ModuleInfo info = memory.Drop(PageOf(static_cast<std::uint8_t>(missing.page))).Decode();
+    std::set<std::string> not_read = KeysOf(info, FieldState::kNotRead);
+    for (const std::string& key : before) not_read.erase(key);
+    EXPECT_EQ(Differences(not_read, Expanded(missing.fields, all)), std::vector<std::string>());
+    EXPECT_EQ(NotImplemented(info), NotImplemented(RichModule().Decode()));
+  }
 }
 
 TEST(CmisAdvertised, ObservablesNameTheAuxiliaryMonitors) {

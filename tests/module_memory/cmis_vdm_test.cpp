@@ -500,11 +500,15 @@ TEST(Coherent, LinkMonitorsHaveAverageMinimumAndMaximum) {
     }
   }
   Memory memory = FullModule();
-  memory.Add(kLinkMonitors).Put(kLinkMonitors, 132, {0xFF, 0xFF, 0xFE, 0x0C});
+  memory.Add(kLinkMonitors).Put(kLinkMonitors, 132, {0xFF, 0xFF, 0xFE, 0x0C, 0, 1, 0, 2});
   const ModuleInfo info = memory.Decode();
   EXPECT_EQ(info.vdm.size(), 51U);
   EXPECT_EQ(FindSample(info, "chromatic_dispersion_minimum")->monitor.value, -500);
   EXPECT_EQ(FindSample(info, "chromatic_dispersion_average")->monitor.value, 0);
+  EXPECT_EQ(FindSample(info, "chromatic_dispersion_maximum")->monitor.value, 65538);
+  EXPECT_EQ(FindSample(info, "chromatic_dispersion_average")->unit, "ps/nm");
+  memory.Put(kLinkMonitors, 128, {0x80, 0, 0, 0});
+  EXPECT_EQ(memory.Decode().vdm.at(0).monitor.value, -2147483648.0);
 }
 
 TEST(Coherent, ABankIsAMediaLane) {
