@@ -666,11 +666,15 @@ void DecodeLaneField(Decoding& to, const LaneLayout& layout, const LaneMapField&
                      Advertised advertised) {
   const unsigned banks = IsBanked(line.page) ? layout.banks : 1;
   if (line.format.type == RawType::kOwn) {
+    const bool has_fixed_value = line.field == LaneField::kTxCdr || line.field == LaneField::kRxCdr;
     for (Lane& lane : to.info.lanes) {
       const LanePosition at = {(lane.number - 1) % kLanesPerBank + 1,
                                (lane.number - 1) / kLanesPerBank};
       if (!HasSide(layout, line.side, at.lane) || at.bank >= banks) continue;
-      lane[line.field] = OwnLaneField(to.image, line, advertised, at);
+      const bool is_missing = to.image.HalfOf(InBank(line.page, at.bank), line.byte).IsEmpty();
+      lane[line.field] = is_missing && !has_fixed_value
+                             ? Absent(FieldState::kNotRead)
+                             : OwnLaneField(to.image, line, advertised, at);
     }
     return;
   }
