@@ -1,5 +1,6 @@
 #include "cable_info/module_memory/memory_map.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <numeric>
@@ -46,13 +47,11 @@ void DecodeText(Decoding& to, const MapField& line, const ModuleImage::Half& hal
                 Advertised advertised) {
   constexpr std::size_t kLongestText = 32;
   char text[kLongestText];
-  std::size_t size = 0;
+  const std::size_t longest = std::min<std::size_t>(line.extent.bytes, kLongestText);
   // A text that is cut short is still one.
-  while (size < line.extent.bytes && size < kLongestText && half.Has(line.byte + size)) {
-    text[size] = static_cast<char>(half[line.byte + size]);
-    ++size;
-  }
+  std::size_t size = half.Has(line.byte, longest) ? longest : half.KnownFrom(line.byte, longest);
   const bool is_known = size != 0;
+  if (is_known) std::memcpy(text, half.From(line.byte), size);
   while (size != 0 && IsBlank(text[size - 1])) --size;
   const FieldState state = StateOf(advertised, is_known, size != 0);
   if (state != FieldState::kPresent) return to.info.SetState(line.field, state);
@@ -148,6 +147,7 @@ Thresholds ReadThresholds(const ModuleImage& image, const MapMonitor& line,
   constexpr std::uint32_t kAllSet = 0xFFFF;
   Thresholds thresholds;
   const ModuleImage::Half& half = image.HalfOf(line.threshold_page, line.threshold_byte);
+  if (half.IsEmpty()) return thresholds;
   std::uint32_t common = kAllSet;
   std::uint32_t any = 0;
   for (std::size_t level = 0; level < kAlarmLevels; ++level) {
@@ -498,18 +498,13 @@ void WarnOfFlags(Decoding& to, Lines<LaneMapField> map) {
 }
 
 void AddNames(const ModuleImage& image, Lines<NamedBit> bits, std::vector<std::string_view>& to) {
-  const ModuleImage::Half* half = nullptr;
-  Page page = Page::kLower;
-  std::size_t byte = 0;
-  unsigned value = 0;
-  for (const NamedBit& bit : bits) {  // those of a byte follow each other
-    if (half == nullptr || page != bit.page || byte != bit.byte) {
-      page = bit.page;
-      byte = bit.byte;
-      half = &image.HalfOf(page, byte);
-      value = (*half)[byte];
+  for (const NamedBit* bit = bits.begin(); bit != bits.end();) {
+    const Page page = bit->page;
+    const std::size_t byte = bit->byte;
+    const unsigned value = image.HalfOf(page, byte)[byte];
+    for (; bit != bits.end() && bit->byte == byte && bit->page == page; ++bit) {
+      if ((value >> bit->bit & 1U) != 0) to.push_back(bit->name);
     }
-    if ((value >> bit.bit & 1U) != 0) to.push_back(bit.name);
   }
 }
 
