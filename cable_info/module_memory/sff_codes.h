@@ -26,9 +26,9 @@ inline constexpr unsigned kHighestInputEq = 10;
 inline constexpr unsigned kHighestEmphasis = 7;
 /// @}
 
-/// "RX output emphasis: code 9 is no number of dB".
+/// "RX output emphasis: code 9 is not a value in dB".
 inline std::string NoDecibelText(std::string_view label, unsigned code) {
-  return std::string(label) + ": code " + std::to_string(code) + " is no number of dB";
+  return std::string(label) + ": code " + std::to_string(code) + " is not a value in dB";
 }
 
 /// Removes a number of dB above the highest one, with a warning.

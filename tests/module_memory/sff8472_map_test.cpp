@@ -330,10 +330,11 @@ TEST(Sff8472Map, HasNoDecibelsForReservedCodes) {
   const ModuleInfo info = Enhanced().Put(A2, 63, {0x7B}).Put(A2, 114, {0xAB, 0x78}).Decode();
   EXPECT_EQ(info[Field::kTxInputEqHigh].number, 10);
   EXPECT_EQ(info[Field::kRxEmphasisHigh].number, 7);
-  EXPECT_EQ(Warnings(info), (std::vector<std::string>{
-                                "Maximum TX input equalization: code 11 is no number of dB",
-                                "TX input equalization at the low rate: code 11 is no number of dB",
-                                "RX output emphasis at the low rate: code 8 is no number of dB"}));
+  EXPECT_EQ(Warnings(info),
+            (std::vector<std::string>{
+                "Maximum TX input equalization: code 11 is not a value in dB",
+                "TX input equalization at the low rate: code 11 is not a value in dB",
+                "RX output emphasis at the low rate: code 8 is not a value in dB"}));
   for (const Field field : {Field::kMaxTxInputEq, Field::kTxInputEqLow, Field::kRxEmphasisLow}) {
     EXPECT_EQ(info.StateOf(field), FieldState::kNotImplemented);
   }

@@ -284,11 +284,11 @@ TEST(Sff8636Map, HasNoDecibelsForReservedCodes) {
   EXPECT_FALSE(info.lanes[1][LaneField::kRxEmphasis].IsPresent());
   EXPECT_FALSE(info.lanes[2][LaneField::kRxEmphasis].IsPresent());
   EXPECT_EQ(Warnings(info),
-            (std::vector<std::string>{"Maximum TX input equalization: code 11 is no number of dB",
-                                      "Maximum RX output emphasis: code 8 is no number of dB",
-                                      "RX output emphasis: code 8 is no number of dB: lane 2",
-                                      "RX output emphasis: code 9 is no number of dB: lane 3",
-                                      "RX output emphasis: code 15 is no number of dB: lane 4"}));
+            (std::vector<std::string>{"Maximum TX input equalization: code 11 is not a value in dB",
+                                      "Maximum RX output emphasis: code 8 is not a value in dB",
+                                      "RX output emphasis: code 8 is not a value in dB: lane 2",
+                                      "RX output emphasis: code 9 is not a value in dB: lane 3",
+                                      "RX output emphasis: code 15 is not a value in dB: lane 4"}));
 }
 
 TEST(Sff8636Map, HasNoValueWhereZeroMeansNone) {
