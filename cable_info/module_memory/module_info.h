@@ -168,6 +168,7 @@ struct PageChecksum {
 /// implemented.
 class ModuleInfo {
  public:
+  /// Of unknown family, with no field implemented.
   ModuleInfo() { states_.fill(FieldState::kNotImplemented); }
 
   ModuleFamily family = ModuleFamily::kUnknown;  ///< the standard of the memory map
