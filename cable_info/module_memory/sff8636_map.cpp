@@ -566,24 +566,17 @@ void DecodeCdr(const ModuleImage& image, LaneField field, unsigned control_bit, 
   if (value.IsPresent() && is_fixed) value.number = 1.0;
 }
 
-// A byte per lane, that of lane 4 first.
-void DecodeApplicationSelect(Decoding& to) {
-  constexpr std::size_t kRxOfLane4 = 89;
-  constexpr std::size_t kTxOfLane4 = 94;
-  const Advertised advertised = AskBit(to.image, P00, 221, 2);
-  if (advertised == Advertised::kNo) return;
-  const auto value_of = [&](std::size_t byte) {
-    const std::optional<std::uint8_t> raw = to.image.At(L, byte);
-    LaneValue value;
-    value.state = StateOf(advertised, raw.has_value(), raw.value_or(0) != 0);
-    if (value.IsPresent()) value.number = raw.value_or(0);
-    return value;
-  };
+// The fields with a byte per lane, that of lane 4 first.
+void DecodeLanesDownwards(Decoding& to) {
   const std::uint64_t absent = AbsentLanes(to.image);
-  for (Lane& lane : to.info.lanes) {
-    if ((absent >> (lane.number - 1) & 1U) != 0) continue;
-    lane[LaneField::kRxApplicationSelect] = value_of(kRxOfLane4 + kLanes - lane.number);
-    lane[LaneField::kTxApplicationSelect] = value_of(kTxOfLane4 + kLanes - lane.number);
+  for (const LaneMapField& line : kLaneFields) {
+    if (line.format.type != RawType::kOwn) continue;
+    const Advertised advertised = Ask(to.image, line.advertised);
+    const ModuleImage::Half& half = to.image.HalfOf(line.page, line.byte);
+    for (Lane& lane : to.info.lanes) {
+      if ((absent >> (lane.number - 1) & 1U) != 0) continue;
+      lane[line.field] = ReadLaneField(half, line, advertised, kLanes + 1 - lane.number);
+    }
   }
 }
 
@@ -713,7 +706,7 @@ void DecodeSff8636(Decoding& to) {
   AddSpeeds(to);
   AddOptions(to);
   DecodeLanes(to);
-  DecodeApplicationSelect(to);
+  DecodeLanesDownwards(to);
   DropReservedEqualizers(to);
   DecodeMonitors(to);
   DecodeParameters(to);
