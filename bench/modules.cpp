@@ -137,7 +137,8 @@ class Records {
     parsing_ = TimeOfEach(modules_, [this](const Module& module) {
       simdjson::dom::element record;
       constexpr bool kCopies = false;  // the line is padded already
-      if (parser_.parse(module.record.data(), module.record_size, kCopies).get(record)) return std::size_t{0};
+      if (parser_.parse(module.record.data(), module.record_size, kCopies).get(record))
+        return std::size_t{0};
       return Parse(module, bytes_);
     });
     Print("parsing of records", parsing_, {parsing_, parsing_});

@@ -41,6 +41,17 @@ class BlockBuffer : public std::streambuf {
   char last_ = '\n';
 };
 
+struct BlockEnd {
+  std::ios::iostate state;  // of the stream, which forgets it with the buffer
+  bool is_within_line;
+};
+
+BlockEnd WriteBlock(std::ostream& os, const cable_info::CombinedCableInfo& cable) {
+  const BlockBuffer block(os);
+  cable.ToFileStream(os);
+  return {os.rdstate(), block.EndsWithinLine()};
+}
+
 }  // namespace
 
 void ReportWriter::Write(std::ostream& os, Port& port) const {
@@ -54,16 +65,9 @@ void ReportWriter::Write(std::ostream& os, Port& port) const {
   os << heading.Append('\n').view();
   if (!os) return;
 
-  std::ios::iostate state = std::ios::goodbit;
-  bool ends_within_line = false;
-  {
-    const BlockBuffer block(os);
-    port.cable.ToFileStream(os);
-    state = os.rdstate();
-    ends_within_line = block.EndsWithinLine();
-  }
-  os.setstate(state);
-  if (ends_within_line) os << '\n';  // a long block is cut within a line
+  const BlockEnd end = WriteBlock(os, port.cable);
+  os.setstate(end.state);
+  if (end.is_within_line) os << '\n';  // a long block is cut within a line
 }
 
 }  // namespace cli
