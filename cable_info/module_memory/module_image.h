@@ -79,14 +79,8 @@ class ModuleImage {
     bool Has(std::size_t byte, std::size_t count) const {
       const std::size_t at = byte - first_;
       if (at >= kHalf || count > kHalf - at) return count == 0;
-      if (count == 0) return true;
-      if (count > kWordBits)
-        return Has(byte, kWordBits) && Has(byte + kWordBits, count - kWordBits);
-      const std::size_t shift = at % kWordBits;
-      std::uint64_t known = known_[at / kWordBits] >> shift;
-      if (shift != 0 && at < kWordBits) known |= known_[1] << (kWordBits - shift);
-      const std::uint64_t wanted = ~std::uint64_t{0} >> (kWordBits - count);
-      return (known & wanted) == wanted;
+      if (count <= kWordBits) return count == 0 || HasUpToWord(at, count);
+      return HasUpToWord(at, kWordBits) && HasUpToWord(at + kWordBits, count - kWordBits);
     }
     /// The number of bytes known from `byte` on without a gap, at most `count`.
     std::size_t KnownFrom(std::size_t byte, std::size_t count) const;
@@ -117,6 +111,15 @@ class ModuleImage {
     void Put(std::size_t byte, const module_memory::DumpByte* bytes, std::size_t count);
 
    private:
+    // `count` bytes, 1 to 64, from the one with index `at` on, all in this half.
+    bool HasUpToWord(std::size_t at, std::size_t count) const {
+      const std::size_t shift = at % kWordBits;
+      std::uint64_t known = known_[at / kWordBits] >> shift;
+      if (shift != 0 && at < kWordBits) known |= known_[1] << (kWordBits - shift);
+      const std::uint64_t wanted = ~std::uint64_t{0} >> (kWordBits - count);
+      return (known & wanted) == wanted;
+    }
+
     Page page_ = Page::kLower;
     std::uint8_t first_ = 0;
     std::uint64_t known_[2] = {};  // a bit for each byte

@@ -222,7 +222,7 @@ class ModuleInfo {
   }
 
   // Apart from the values, so that `Clear` sets one byte per field.
-  std::array<FieldState, kFieldCount> states_;
+  std::array<FieldState, kFieldCount> states_ = {};
   std::array<Slot, kFieldCount> slots_;
   std::string texts_;
 };

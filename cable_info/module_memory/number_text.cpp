@@ -20,7 +20,7 @@ char* WriteDecimals(char* to, std::uint64_t number) {
   to = whole < kPair ? text::WriteBelowHundred(to, whole) : text::WriteDecimal(to, whole);
   if (fraction == 0) return to;
   *to = '.';
-  for (unsigned pair = Pairs; pair != 0; --pair, fraction /= kPair) {
+  for (std::size_t pair = Pairs; pair != 0; --pair, fraction /= kPair) {
     text::WriteTwoDigits(to + 2 * pair - 1, fraction % kPair);
   }
   char* end = to + 1 + 2 * std::size_t{Pairs};
