@@ -120,7 +120,7 @@ class Plan {
     }
   }
 
-  // Page 1Ch with more applications has banks of its own.
+  // Page 1Ch, with more applications, has its own banks.
   void AddApplications() {
     const unsigned banks = ApplicationBanksOf(image_);
     for (unsigned bank = 0; bank < banks; ++bank) Add(PageOf(NumberOf(kPage1C), bank));

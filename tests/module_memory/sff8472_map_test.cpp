@@ -371,7 +371,7 @@ TEST(Sff8472Map, IsThatOfEveryIdentifierOfTheFamily) {
   for (const unsigned identifier : {0x01U, 0x02U, 0x03U}) {
     EXPECT_EQ(Full().Put(A0, 0, {identifier}).Decode().family, cable_info::ModuleFamily::kSff8472);
   }
-  // DWDM-SFP has a map of its own, and 20h follows CMIS.
+  // DWDM-SFP has its own map, and 20h follows CMIS.
   for (const unsigned identifier : {0x00U, 0x0BU, 0x20U}) {
     EXPECT_EQ(Full().Put(A0, 0, {identifier}).Decode().family, cable_info::ModuleFamily::kUnknown);
   }
