@@ -10,8 +10,29 @@ using cable_info::FieldState;
 using cable_info::LaneCodeName;
 using cable_info::LaneField;
 using cable_info::ModuleFamily;
+using cable_info::ModuleImage;
 using cable_info::ModuleInfo;
+using cable_info::Page;
 using cable_info::StateName;
+
+// Pages 00h, 40h and 80h are looked up in the same place.
+TEST(ModuleImage, KeepsPagesApart) {
+  constexpr Page k40 = cable_info::PageOf(0x40);
+  constexpr Page k80 = cable_info::PageOf(0x80);
+  constexpr std::uint8_t kBytes[] = {1, 2, 3};
+  ModuleImage image;
+  image.Put(Page::k00, 128, &kBytes[0], 1);
+  EXPECT_FALSE(image.At(k40, 128).has_value());
+  image.Put(k40, 128, &kBytes[1], 1);
+  EXPECT_EQ(image.At(Page::k00, 128), 1);
+  EXPECT_EQ(image.At(k40, 128), 2);
+  EXPECT_FALSE(image.At(k80, 128).has_value());
+  image.Drop(Page::k00);
+  EXPECT_FALSE(image.At(Page::k00, 128).has_value());
+  EXPECT_EQ(image.At(k40, 128), 2);
+  image.Put(k80, 128, &kBytes[2], 1);
+  EXPECT_EQ(image.At(k80, 128), 3);
+}
 
 TEST(ModuleInfoNames, FamiliesAreNamedAfterTheirStandard) {
   EXPECT_EQ(FamilyName(ModuleFamily::kSff8636), "SFF-8636");

@@ -54,6 +54,24 @@ TEST(AppendUtf8, HandsOverControlsQuotesAndBackslashes) {
   EXPECT_EQ(Encoded(std::string_view("\0", 1)), "<0>");
 }
 
+// Characters are examined in groups, the last of which may overlap the one before.
+TEST(AppendUtf8, FindsASpecialCharacterAtEachPlace) {
+  constexpr std::size_t kLongest = 25;
+  for (const char c : std::string_view("\0\x1F\"\\\x7F\x80\xFF", 7)) {
+    const auto byte = static_cast<unsigned char>(c);
+    const std::string shown =
+        byte < 0x80 ? '<' + std::to_string(byte) + '>' : std::string("\xEF\xBF\xBD");
+    for (std::size_t size = 1; size <= kLongest; ++size) {
+      for (std::size_t place = 0; place < size; ++place) {
+        std::string text(size, '~');
+        text[place] = c;
+        EXPECT_EQ(Encoded(text),
+                  std::string(place, '~') + shown + std::string(size - place - 1, '~'));
+      }
+    }
+  }
+}
+
 TEST(ModuleJson, EscapesStrings) {
   const std::string json = cable_info::ModuleToJson({}, "a\"b\\c\n\x7F\xC3\xA9\xFF");
   EXPECT_NE(json.find("\"a\\\"b\\\\c\\u000a\\u007f\xC3\xA9\xEF\xBF\xBD\""), std::string::npos)
