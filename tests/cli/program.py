@@ -48,6 +48,16 @@ class ProgramTest(unittest.TestCase):
         path.write_bytes(content)
         return path
 
+    def bash(self, command, **options):
+        """Runs a command of a document in the test's folder, with the program as `cableinfo`."""
+        tools = self.folder / "bin"
+        if not tools.exists():
+            tools.mkdir()
+            (tools / "cableinfo").symlink_to(pathlib.Path(program()).resolve())
+        environment = dict(os.environ, PATH=f"{tools}:{os.environ['PATH']}", LC_ALL="C.UTF-8")
+        return subprocess.run(["bash", "-c", command], cwd=self.folder, env=environment, timeout=60, check=False,
+                              **options)
+
     def assert_run(self, result, status=0, stderr=b""):
         self.assertEqual(result.stderr.decode(), stderr if isinstance(stderr, str) else stderr.decode())
         self.assertEqual(result.returncode, status)
