@@ -8,16 +8,10 @@
 
 #include "cable_info/module_memory/module_info.h"
 #include "cable_info/readings/rules.h"
+#include "readings_cases.h"
 
 namespace cable_info {
 namespace {
-
-Monitor Measured(double value) {
-  Monitor monitor;
-  monitor.state = FieldState::kPresent;
-  monitor.value = value;
-  return monitor;
-}
 
 // A module of two lanes.
 ModuleInfo Module() {

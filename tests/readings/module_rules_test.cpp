@@ -11,18 +11,12 @@
 #include "cable_info/readings/fabric_rules.h"
 #include "cable_info/readings/module_readings.h"
 #include "cable_info/readings/rules.h"
+#include "readings_cases.h"
 
 namespace cable_info {
 namespace {
 
 constexpr unsigned kLanes = 2;
-
-Monitor Measured(double value) {
-  Monitor monitor;
-  monitor.state = FieldState::kPresent;
-  monitor.value = value;
-  return monitor;
-}
 
 // A healthy optical module.
 ModuleInfo Module() {
@@ -43,21 +37,11 @@ ModuleInfo Module() {
   return module;
 }
 
-// "critical rx-power-low-alarm 2" for each finding.
-std::vector<std::string> Find(const ModuleInfo& module, const RuleSettings& settings = {}) {
+Texts Find(const ModuleInfo& module, const RuleSettings& settings = {}) {
   std::vector<Finding> findings;
   Judge(ReadingsOf(module), settings, findings);
-  std::vector<std::string> shown;
-  for (const Finding& finding : findings) {
-    std::string text(SeverityName(finding.severity));
-    text.append(" ").append(RuleName(finding.rule));
-    if (finding.lane != 0) text.append(" ").append(std::to_string(finding.lane));
-    shown.push_back(text);
-  }
-  return shown;
+  return Shown(findings);
 }
-
-using Texts = std::vector<std::string>;
 
 RuleSettings WithoutImbalance() {
   RuleSettings settings;

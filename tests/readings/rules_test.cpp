@@ -15,6 +15,7 @@
 
 #include "cable_info/cable_record.h"
 #include "cable_info/phy_cable_record.h"
+#include "readings_cases.h"
 
 namespace cable_info {
 namespace {
@@ -93,20 +94,6 @@ RuleSettings With(std::string_view name, std::string_view value) {
   EXPECT_EQ(settings.Set(name, value), RuleSettings::Outcome::kSet) << name << '=' << value;
   return settings;
 }
-
-// "critical rx-power-low-alarm 3" for each finding, in the order found.
-std::vector<std::string> Shown(const std::vector<Finding>& findings) {
-  std::vector<std::string> shown;
-  for (const Finding& finding : findings) {
-    std::string text(SeverityName(finding.severity));
-    text.append(" ").append(RuleName(finding.rule));
-    if (finding.lane != 0) text.append(" ").append(std::to_string(finding.lane));
-    shown.push_back(text);
-  }
-  return shown;
-}
-
-using Texts = std::vector<std::string>;
 
 TEST(Rules, FindNothingInHealthyPorts) {
   EXPECT_EQ(Shown(Find(Pages())), Texts{});
