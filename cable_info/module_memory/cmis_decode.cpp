@@ -662,26 +662,40 @@ bool HasSide(const LaneLayout& layout, LaneSide side, unsigned lane) {
   return (LanesWith(layout, side) >> (lane - 1U) & 1U) != 0;
 }
 
-void DecodeLaneField(Decoding& to, const LaneLayout& layout, const LaneMapField& line,
-                     Advertised advertised) {
-  const unsigned banks = IsBanked(line.page) ? layout.banks : 1;
-  if (line.format.type == RawType::kOwn) {
-    const bool has_fixed_value = line.field == LaneField::kTxCdr || line.field == LaneField::kRxCdr;
-    for (Lane& lane : to.info.lanes) {
-      const LanePosition at = {(lane.number - 1) % kLanesPerBank + 1,
-                               (lane.number - 1) / kLanesPerBank};
-      if (!HasSide(layout, line.side, at.lane) || at.bank >= banks) continue;
-      const bool is_missing = to.image.HalfOf(InBank(line.page, at.bank), line.byte).IsEmpty();
-      lane[line.field] = is_missing && !has_fixed_value
-                             ? Absent(FieldState::kNotRead)
-                             : OwnLaneField(to.image, line, advertised, at);
+// A CDR that cannot be bypassed is on.
+bool HasFixedValue(LaneField field) {
+  return field == LaneField::kTxCdr || field == LaneField::kRxCdr;
+}
+
+// Decodes the fields of the lanes of a bank, which begin at `lanes`.
+void DecodeBank(Decoding& to, const LaneLayout& layout, unsigned bank, Lane* lanes,
+                std::size_t count) {
+  constexpr LaneSide kSides[] = {LaneSide::kBoth, LaneSide::kHost, LaneSide::kMedia};
+  std::array<FieldSet<LaneField>, std::size(kSides)>
+      not_read;  // by side; often those of many pages
+  Asker ask(to.image);
+  for (const LaneMapField& line : CmisMap().lane_fields) {
+    if (bank != 0 && !IsBanked(line.page)) continue;
+    const Advertised advertised = ask(line.advertised);
+    if (advertised == Advertised::kNo) continue;
+    const ModuleImage::Half& half = to.image.HalfOf(InBank(line.page, bank), line.byte);
+    if (half.IsEmpty() && !HasFixedValue(line.field)) {
+      not_read[static_cast<std::size_t>(line.side)].Add(line.field);
+    } else if (line.format.type != RawType::kOwn) {
+      LaneReader(half, line, advertised).Read(lanes, count, LanesWith(layout, line.side));
+    } else {
+      for (Lane* lane = lanes; lane != lanes + count; ++lane) {
+        const LanePosition at = {(lane->number - 1) % kLanesPerBank + 1, bank};
+        if (!HasSide(layout, line.side, at.lane)) continue;
+        lane->Set(line.field, OwnLaneField(to.image, line, advertised, at));
+      }
     }
-    return;
   }
-  const std::size_t per_bank = to.info.lanes.size() / layout.banks;
-  for (unsigned bank = 0; bank < banks; ++bank) {
-    LaneReader(to.image.HalfOf(InBank(line.page, bank), line.byte), line, advertised)
-        .Read(to.info.lanes.data() + bank * per_bank, per_bank, LanesWith(layout, line.side));
+  for (const LaneSide side : kSides) {
+    for (Lane* lane = lanes; lane != lanes + count; ++lane) {
+      if (!HasSide(layout, side, (lane->number - 1) % kLanesPerBank + 1)) continue;
+      lane->SetState(not_read[static_cast<std::size_t>(side)], FieldState::kNotRead);
+    }
   }
 }
 
@@ -695,10 +709,9 @@ void DecodeLanes(Decoding& to, const LaneLayout& layout, bool is_flat) {
     }
   }
   if (is_flat) return;
-  Asker ask(to.image);
-  for (const LaneMapField& line : CmisMap().lane_fields) {
-    const Advertised advertised = ask(line.advertised);
-    if (advertised != Advertised::kNo) DecodeLaneField(to, layout, line, advertised);
+  const std::size_t per_bank = to.info.lanes.size() / layout.banks;
+  for (unsigned bank = 0; bank < layout.banks; ++bank) {
+    DecodeBank(to, layout, bank, to.info.lanes.data() + bank * per_bank, per_bank);
   }
 }
 
@@ -908,21 +921,10 @@ Advertised AskPageOfOptions(const ModuleImage& image, Page page) {
   return page == kPage2F ? Ask(image, kVdm) : Advertised::kYes;
 }
 
-// Bits of later revisions mean nothing before, though they may be set.
 void AddOptions(Decoding& to) {
   constexpr unsigned kLatest = 0xFF;
   const unsigned revision = BitsOf(to.image, Page::kLower, 1).value_or(kLatest);
-  const NamedBit* before = nullptr;  // options of a byte follow each other
-  unsigned value = 0;
-  for (const NamedBit& option : CmisMap().options) {
-    if (before == nullptr || before->page != option.page || before->byte != option.byte) {
-      const bool is_there = AskPageOfOptions(to.image, option.page) != Advertised::kNo;
-      value = is_there ? BitsOf(to.image, option.page, option.byte).value_or(0) : 0;
-    }
-    before = &option;
-    const bool is_set = (value >> option.bit & 1U) != 0;
-    if (is_set && revision >= option.since) to.info.options.push_back(option.name);
-  }
+  AddNames(to.image, CmisMap().options, to.info.options, revision, AskPageOfOptions);
 }
 
 }  // namespace

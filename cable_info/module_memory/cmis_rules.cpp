@@ -22,11 +22,6 @@ bool IsCopperTechnology(unsigned technology) {
 
 }  // namespace
 
-Advertised IsSince(const ModuleImage& image, unsigned revision) {
-  return AdvertisedBy(BitsOf(image, Page::kLower, 1),
-                      [revision](unsigned own) { return own >= revision; });
-}
-
 Advertised IsPaged(const ModuleImage& image) {
   return AdvertisedBy(BitsOf(image, Page::kLower, 2, 7, 7),
                       [](unsigned is_flat) { return is_flat == 0; });
@@ -100,8 +95,9 @@ Advertised HasPasswordResult(const ModuleImage& image) {
 
 Advertised HasTunableBit(const ModuleImage& image, std::uint8_t byte, std::uint8_t bit,
                          unsigned revision) {
-  return Both(Both(IsSince(image, revision), AskBit(image, Page::k01, 155, 6)),
-              AskBit(image, Page::k04, byte, bit));
+  const Advertised is_tunable = Both(AskBit(image, Page::k01, 155, 6), IsSince(image, revision));
+  if (is_tunable == Advertised::kNo) return is_tunable;  // as most modules
+  return Both(is_tunable, AskBit(image, Page::k04, byte, bit));
 }
 
 Advertised HasAuxOf(const ModuleImage& image, unsigned monitor, unsigned observable,

@@ -36,7 +36,10 @@ inline std::optional<unsigned> BitsOf(const ModuleImage& image, Page page, std::
 }
 
 /// CMIS revision (byte 1: major in the high nibble, minor in the low one) of at least `revision`.
-Advertised IsSince(const ModuleImage& image, unsigned revision);
+inline Advertised IsSince(const ModuleImage& image, unsigned revision) {
+  const ModuleImage::Half& lower = image.HalfOf(Page::kLower, 1);
+  return lower.Has(1) ? AdvertisedIf(lower[1] >= revision) : Advertised::kUnknown;
+}
 template <unsigned kRevision>
 Advertised Since(const ModuleImage& image) {
   return IsSince(image, kRevision);

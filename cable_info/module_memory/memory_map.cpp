@@ -282,19 +282,21 @@ LaneReader::LaneReader(const ModuleImage::Half& half, const LaneMapField& line,
 }
 
 void LaneReader::Read(Lane* lanes, std::size_t count, std::uint64_t having) const {
-  const auto field = static_cast<std::size_t>(line_->field);
-  const bool is_missing = half_->IsEmpty() && advertised_ != Advertised::kNo;
-  for (Lane* lane = lanes; lane != lanes + count; ++lane) {
-    const unsigned n = (lane->number - 1) % kLanesPerBank;
-    if ((having >> n & 1U) == 0) continue;
-    if (is_bits_) {
-      lane->values[field] = of_bit_[bits_ >> n & 1U];
-    } else if (is_missing) {
-      lane->values[field] = {FieldState::kNotRead, 0.0};
-    } else {
-      lane->values[field] = ReadLaneField(*half_, *line_, advertised_, n + 1);
+  const LaneField field = line_->field;
+  const auto set = [&](const auto& value_of) {
+    for (Lane* lane = lanes; lane != lanes + count; ++lane) {
+      const unsigned n = (lane->number - 1) % kLanesPerBank;
+      if ((having >> n & 1U) != 0) lane->Set(field, value_of(n));
     }
+  };
+  if (is_bits_) {
+    const unsigned bits = bits_;
+    return set([=](unsigned n) { return of_bit_[bits >> n & 1U]; });
   }
+  if (half_->IsEmpty() && advertised_ != Advertised::kNo) {
+    return set([](unsigned) { return LaneValue{FieldState::kNotRead, 0.0}; });
+  }
+  set([this](unsigned n) { return ReadLaneField(*half_, *line_, advertised_, n + 1); });
 }
 
 void DecodeLanes(Decoding& to, Lines<LaneMapField> map, std::uint64_t absent) {
@@ -497,13 +499,16 @@ void WarnOfFlags(Decoding& to, Lines<LaneMapField> map) {
   }
 }
 
-void AddNames(const ModuleImage& image, Lines<NamedBit> bits, std::vector<std::string_view>& to) {
+void AddNames(const ModuleImage& image, Lines<NamedBit> bits, std::vector<std::string_view>& to,
+              unsigned revision, Advertised (*ask)(const ModuleImage& image, Page page)) {
   for (const NamedBit* bit = bits.begin(); bit != bits.end();) {
     const Page page = bit->page;
     const std::size_t byte = bit->byte;
-    const unsigned value = image.HalfOf(page, byte)[byte];
+    unsigned value = image.HalfOf(page, byte)[byte];
+    if (value != 0 && ask != nullptr && ask(image, page) == Advertised::kNo) value = 0;
     for (; bit != bits.end() && bit->byte == byte && bit->page == page; ++bit) {
-      if ((value >> bit->bit & 1U) != 0) to.push_back(bit->name);
+      const bool is_set = (value >> bit->bit & 1U) != 0;
+      if (is_set && revision >= bit->since) to.push_back(bit->name);
     }
   }
 }

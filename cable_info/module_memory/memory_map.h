@@ -409,8 +409,11 @@ void DecodeMonitor(Decoding& to, const MapMonitor& line, const Conversion& conve
 /// Adds warnings for flags of lanes that are raised but not advertised.
 void WarnOfFlags(Decoding& to, Lines<LaneMapField> map);
 
-/// Appends the names of the bits that are set.
-void AddNames(const ModuleImage& image, Lines<NamedBit> bits, std::vector<std::string_view>& to);
+/// Appends the names of the bits that are set, of those that `revision` and the revisions before it
+/// define. `ask`, if given, decides whether the module has a page.
+void AddNames(const ModuleImage& image, Lines<NamedBit> bits, std::vector<std::string_view>& to,
+              unsigned revision = 0xFF,
+              Advertised (*ask)(const ModuleImage& image, Page page) = nullptr);
 
 /// Computes a checksum; none when bytes of it are not known.
 std::optional<PageChecksum> ReadChecksum(const ModuleImage& image, const Checksum& checksum);

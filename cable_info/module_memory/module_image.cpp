@@ -73,12 +73,6 @@ bool ModuleImage::Half::Repeats(const Half& other) const {
          std::equal(std::begin(bytes_), std::end(bytes_), std::begin(other.bytes_));
 }
 
-std::optional<std::uint8_t> ModuleImage::At(Page page, std::size_t byte) const {
-  const Half& half = HalfOf(page, byte);
-  if (!half.Has(byte)) return std::nullopt;
-  return half[byte];
-}
-
 bool ModuleImage::Has(Page page) const {
   return std::any_of(halves_.begin(), halves_.end(),
                      [page](const Half& half) { return half.page() == page && !half.IsEmpty(); });

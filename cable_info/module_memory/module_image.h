@@ -127,7 +127,10 @@ class ModuleImage {
   };
 
   /// The byte of a page; none when it is not known.
-  std::optional<std::uint8_t> At(Page page, std::size_t byte) const;
+  std::optional<std::uint8_t> At(Page page, std::size_t byte) const {
+    const Half& half = HalfOf(page, byte);
+    return half.Has(byte) ? std::optional<std::uint8_t>(half[byte]) : std::nullopt;
+  }
   /// True when any byte of the page is known.
   bool Has(Page page) const;
   /// The half of the page that contains the byte; an empty one if none of its bytes is known. Valid

@@ -70,13 +70,13 @@ void ModuleInfo::Clear() {
   checksums.clear();
   pages_read.clear();
   warnings.clear();
-  states_.fill(FieldState::kNotImplemented);
+  states_ = {};
   texts_.clear();
 }
 
 void ModuleInfo::SetState(Field field, FieldState state) {
   if (state == FieldState::kPresent) Present(field) = {};
-  states_[static_cast<std::size_t>(field)] = state;
+  states_.Set(field, state);
 }
 
 void ModuleInfo::SetNumber(Field field, double number) { Present(field) = {number, nullptr, 0, 0}; }

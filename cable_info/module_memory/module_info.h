@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "cable_info/module_memory/alarm_level.h"
+#include "cable_info/module_memory/field_set.h"
 #include "cable_info/module_memory/field_state.h"
 #include "cable_info/module_memory/module_fields.h"
 #include "cable_info/module_memory/module_image.h"
@@ -108,19 +109,32 @@ struct LaneValue {
 
 /// A lane of a module. Lanes of CMIS modules with several banks are numbered consecutively: the
 /// first lane of bank 1 is lane 9.
-struct Lane {
-  unsigned number = 1;                            ///< from 1
-  Monitor rx_power;                               ///< mW
-  Monitor tx_power;                               ///< mW
-  Monitor tx_bias;                                ///< mA
-  std::array<LaneValue, kLaneFieldCount> values;  ///< by `LaneField`
+class Lane {
+ public:
+  unsigned number = 1;  ///< from 1
+  Monitor rx_power;     ///< mW
+  Monitor tx_power;     ///< mW
+  Monitor tx_bias;      ///< mA
 
   /// The value of a field.
-  const LaneValue& operator[](LaneField field) const {
-    return values[static_cast<std::size_t>(field)];
+  LaneValue operator[](LaneField field) const {
+    const FieldState state = states_[field];
+    const bool is_present = state == FieldState::kPresent;
+    return {state, is_present ? numbers_[static_cast<std::size_t>(field)] : 0.0};
   }
-  /// The value of a field, to be changed.
-  LaneValue& operator[](LaneField field) { return values[static_cast<std::size_t>(field)]; }
+  /// The fields whose values have a state.
+  FieldSet<LaneField> FieldsIn(FieldState state) const { return states_.In(state); }
+  /// Sets the value of a field.
+  void Set(LaneField field, LaneValue value) {
+    states_.Set(field, value.state);
+    numbers_[static_cast<std::size_t>(field)] = value.number;
+  }
+  /// Sets why several fields have no value: a state other than present.
+  void SetState(const FieldSet<LaneField>& fields, FieldState state) { states_.Set(fields, state); }
+
+ private:
+  FieldStates<LaneField> states_;
+  std::array<double, kLaneFieldCount> numbers_ = {};  // only those of present fields
 };
 
 /// A code of one of the tables of SFF-8024; the name is empty for a code without one.
@@ -169,7 +183,7 @@ struct PageChecksum {
 class ModuleInfo {
  public:
   /// Of unknown family, with no field implemented.
-  ModuleInfo() { states_.fill(FieldState::kNotImplemented); }
+  ModuleInfo() = default;
 
   ModuleFamily family = ModuleFamily::kUnknown;  ///< the standard of the memory map
   Monitor temperature;                           ///< degrees Celsius
@@ -188,7 +202,9 @@ class ModuleInfo {
   /// The value of a field.
   FieldValue operator[](Field field) const;
   /// Whether a field has a value, or why not.
-  FieldState StateOf(Field field) const { return states_[static_cast<std::size_t>(field)]; }
+  FieldState StateOf(Field field) const { return states_[field]; }
+  /// The fields that have a state.
+  FieldSet<Field> FieldsIn(FieldState state) const { return states_.In(state); }
   /// The value of the field with a key such as "identity.vendor"; none for an unknown key.
   std::optional<FieldValue> Find(std::string_view key) const;
 
@@ -217,12 +233,11 @@ class ModuleInfo {
   };
 
   Slot& Present(Field field) {
-    states_[static_cast<std::size_t>(field)] = FieldState::kPresent;
+    states_.Set(field, FieldState::kPresent);
     return slots_[static_cast<std::size_t>(field)];
   }
 
-  // Apart from the values, so that `Clear` sets one byte per field.
-  std::array<FieldState, kFieldCount> states_ = {};
+  FieldStates<Field> states_;
   std::array<Slot, kFieldCount> slots_;
   std::string texts_;
 };

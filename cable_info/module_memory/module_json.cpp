@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cstring>
 #include <iterator>
 #include <ostream>
 #include <string>
@@ -31,31 +30,21 @@ constexpr std::size_t kUsualSize = 24576;  // of the JSON of a module
 // Fields that follow each other: those of an object that is null when none of them is present, or
 // those between two such objects.
 struct Run {
-  std::size_t first;
   std::size_t last;       // the first field after it
   std::size_t brace = 0;  // the place of the object's "{" in `Keys::text`; 0: no such object
   std::size_t after = 0;  // the place after its "}"
 };
 
-// Fields whose keys begin alike, "controls.tx_disable" and so on; `begin` and `end` of the text are
-// those of `Keys::text` from the comma before the first key on.
-struct Section {
-  std::size_t first;
-  std::size_t last;  // the first field after it
-  std::size_t begin;
-  std::size_t end;
-  std::vector<Run> runs;
-};
-
 // The text of fields that are all null: keys and values, with the ends and beginnings of objects
-// between them, such as `null},"media":{"type":null`. Runs of absent fields are copied from it.
+// between them, such as `null},"media":{"type":null`. Absent fields are copied from it, those that
+// follow each other at once.
 template <std::size_t N>
 struct Keys {
   std::string text;
   std::array<std::size_t, N> begin = {};  // of each field's key, or of what comes before it
   std::array<std::size_t, N> value = {};  // of each field's null
   std::size_t closing = 0;                // where the ends of objects after the last value begin
-  std::vector<Section> sections;
+  std::vector<Run> runs;
 
   std::string_view From(std::size_t first, std::size_t last) const {
     return std::string_view(text).substr(first, last - first);
@@ -83,20 +72,18 @@ bool IsOptional(std::string_view object) {
   return std::find(std::begin(names), std::end(names), object) != std::end(names);
 }
 
-// The runs of a section's fields.
 template <typename Fields>
-std::vector<Run> RunsOf(const Fields& fields, const Keys<kSizeOf<Fields>>& keys,
-                        const Section& section) {
+std::vector<Run> RunsOf(const Fields& fields, const Keys<kSizeOf<Fields>>& keys) {
   std::vector<Run> runs;
-  for (std::size_t i = section.first; i < section.last; i = runs.back().last) {
+  for (std::size_t i = 0; i < fields.size(); i = runs.back().last) {
     const std::string_view object = ObjectOf(fields[i].key);
     const bool is_optional = IsOptional(object);
     const auto belongs = [&](std::string_view other) {
       return is_optional ? other == object : !IsOptional(other);
     };
     std::size_t last = i + 1;
-    while (last < section.last && belongs(ObjectOf(fields[last].key))) ++last;
-    runs.push_back({i, last});
+    while (last < fields.size() && belongs(ObjectOf(fields[last].key))) ++last;
+    runs.push_back({last});
     if (!is_optional) continue;
     constexpr std::size_t kBrace = 1;
     const std::size_t after = last < fields.size() ? keys.begin[last] : keys.closing;
@@ -118,7 +105,6 @@ auto KeysOf(const Fields& fields) {
     }
     keys.begin[i] = keys.text.size();
     keys.text.append(open.size() - common, '}');
-    if (common == 0) keys.sections.push_back({i, i, keys.text.size(), 0, {}});
     keys.text += ',';
     open.assign(parts.begin(), parts.end() - 1);
     for (std::size_t part = common; part < parts.size(); ++part) {
@@ -129,12 +115,7 @@ auto KeysOf(const Fields& fields) {
   }
   keys.closing = keys.text.size();
   keys.text.append(open.size(), '}');
-  for (std::size_t i = 0; i < keys.sections.size(); ++i) {
-    const bool is_last = i + 1 == keys.sections.size();
-    keys.sections[i].last = is_last ? fields.size() : keys.sections[i + 1].first;
-    keys.sections[i].end = is_last ? keys.text.size() : keys.sections[i + 1].begin;
-    keys.sections[i].runs = RunsOf(fields, keys, keys.sections[i]);
-  }
+  keys.runs = RunsOf(fields, keys);
   return keys;
 }
 
@@ -210,14 +191,15 @@ void AppendThresholds(text::TextBuffer& out, const Thresholds& thresholds) {
   out.Append('}');
 }
 
+// The last member of a monitor's object, with its end.
 std::string FlagsText(const AlarmFlags& flags) {
-  std::string text;
+  std::string text = ",\"flags\":";
   for (std::size_t i = 0; i < kAlarmLevels; ++i) {
     const std::optional<bool> is_raised = flags.At(static_cast<AlarmLevel>(i));
     text += i == 0 ? '{' : ',';
     text.append(kLevelKeys[i]).append(!is_raised ? kNull : *is_raised ? "true" : "false");
   }
-  return text + '}';
+  return text + "}}";
 }
 
 constexpr unsigned kAllLevels = (1U << kAlarmLevels) - 1;
@@ -237,59 +219,29 @@ void AppendFlags(text::TextBuffer& out, const AlarmFlags& flags) {
   out.Append(kTexts[(flags.known & kAllLevels) << kAlarmLevels | (flags.raised & kAllLevels)]);
 }
 
-bool operator==(const Thresholds& a, const Thresholds& b) {
-  return a.given == b.given && a.values == b.values;
-}
-
-// Thresholds that were written already: most lanes repeat those of the lane before.
-struct WrittenThresholds {
-  const Thresholds* thresholds = nullptr;
-  std::size_t begin = 0;
-  std::size_t size = 0;
-};
-
-void AppendThresholds(text::TextBuffer& out, const Thresholds& thresholds,
-                      WrittenThresholds& written) {
-  if (written.thresholds != nullptr && *written.thresholds == thresholds) {
-    out.Reserve(written.size);  // before a view of the text is taken
-    out.Append(out.view().substr(written.begin, written.size));
-    return;
+// The members of a monitor's object between its value and its thresholds.
+std::array<std::string, 4> StateTexts() {
+  std::array<std::string, 4> texts;
+  for (const FieldState state : {FieldState::kPresent, FieldState::kNotImplemented,
+                                 FieldState::kNotRead, FieldState::kNotReady}) {
+    texts[static_cast<std::size_t>(state)] =
+        R"(,"state":")" + std::string(StateName(state)) + R"(","thresholds":)";
   }
-  const std::size_t begin = out.size();
-  AppendThresholds(out, thresholds);
-  written = {&thresholds, begin, out.size() - begin};
+  return texts;
 }
 
-// The members of a monitor's object.
-void AppendMonitorMembers(text::TextBuffer& out, const Monitor& monitor,
-                          WrittenThresholds& written) {
-  out.Append("\"value\":");
+// The object of a monitor; `begin` is what comes before its value: a brace, and other members.
+void AppendMonitor(text::TextBuffer& out, std::string_view begin, const Monitor& monitor) {
+  static const std::array<std::string, 4> kStates = StateTexts();
+  out.Append(begin).Append("\"value\":");
   if (monitor.IsPresent()) {
     AppendShortest(out, monitor.value);
   } else {
     out.Append(kNull);
   }
-  out.Append(R"(,"state":")").Append(StateName(monitor.state)).Append(R"(","thresholds":)");
-  AppendThresholds(out, monitor.thresholds, written);
-  out.Append(",\"flags\":");
+  out.Append(kStates[static_cast<std::size_t>(monitor.state)]);
+  AppendThresholds(out, monitor.thresholds);
   AppendFlags(out, monitor.flags);
-}
-
-void AppendMonitorMembers(text::TextBuffer& out, const Monitor& monitor) {
-  WrittenThresholds none;
-  AppendMonitorMembers(out, monitor, none);
-}
-
-void AppendMonitor(text::TextBuffer& out, std::string_view key, const Monitor& monitor,
-                   WrittenThresholds& written) {
-  out.Append(key).Append('{');
-  AppendMonitorMembers(out, monitor, written);
-  out.Append('}');
-}
-
-void AppendMonitor(text::TextBuffer& out, std::string_view key, const Monitor& monitor) {
-  WrittenThresholds none;
-  AppendMonitor(out, key, monitor, none);
 }
 
 // `items` between brackets, each written by `append`.
@@ -332,43 +284,33 @@ class Json {
   }
 
  private:
-  // The values of a section by their keys: `append` writes one that `is_present`.
-  template <typename Keys, typename IsPresent, typename AppendPresent>
-  void Members(const Keys& keys, const Section& section, const IsPresent& is_present,
-               const AppendPresent& append) {
-    std::size_t written = section.begin;  // the end of the keys' text that is done with
-    for (const Run& run : section.runs) {
-      std::size_t i = run.first;
-      while (i < run.last && !is_present(i)) ++i;
-      if (i == run.last && run.brace != 0) {
+  // The values by their keys: `append` writes those that are `present`.
+  template <typename Keys, typename Fields, typename AppendPresent>
+  void Members(const Keys& keys, const Fields& present, const AppendPresent& append) {
+    std::size_t written = 0;  // the end of the keys' text that is done with
+    std::size_t i = present.NextFrom(0);
+    for (const Run& run : keys.runs) {
+      if (i >= run.last && run.brace != 0) {
         out_.Append(keys.From(written, run.brace)).Append(kNull);
         written = run.after;
       }
-      for (; i < run.last; ++i) {
-        if (!is_present(i)) continue;
+      for (; i < run.last; i = present.NextFrom(i + 1)) {
         out_.Append(keys.From(written, keys.value[i]));
         append(i);
         written = keys.value[i] + kNull.size();
       }
     }
-    out_.Append(keys.From(written, section.end));
+    out_.Append(keys.From(written, keys.text.size()));
   }
 
   void Fields() {
     static const auto& kFields = ModuleFields();
     static const auto kKeys = KeysOf(kFields);
-    for (const Section& section : kKeys.sections) {
-      Members(
-          kKeys, section,
-          [this](std::size_t i) {  // fields are in the order of `Field`
-            return info_.StateOf(static_cast<Field>(i)) == FieldState::kPresent;
-          },
-          [this](std::size_t i) {
-            const FieldInfo& field = kFields[i];
-            const FieldValue value = info_[field.field];
-            AppendValue(out_, field.kind, value.number, value.text);
-          });
-    }
+    Members(kKeys, info_.FieldsIn(FieldState::kPresent), [this](std::size_t i) {
+      const FieldInfo& field = kFields[i];
+      const FieldValue value = info_[field.field];
+      AppendValue(out_, field.kind, value.number, value.text);
+    });
   }
 
   void Names(std::string_view key, const std::vector<std::string_view>& names) {
@@ -399,70 +341,68 @@ class Json {
   }
 
   void Monitors() {
-    AppendMonitor(out_, R"(,"monitors":{"temperature_c":)", info_.temperature);
-    AppendMonitor(out_, ",\"voltage_v\":", info_.voltage);
+    AppendMonitor(out_, R"(,"monitors":{"temperature_c":{)", info_.temperature);
+    AppendMonitor(out_, ",\"voltage_v\":{", info_.voltage);
     AppendList(out_, ",\"aux\":", info_.aux, [this](const AuxMonitor& aux) {
-      out_.Append(R"({"name":")").Append(aux.name).Append("\",");
-      AppendMonitorMembers(out_, aux.monitor);
-      out_.Append('}');
+      out_.Append(R"({"name":")").Append(aux.name);
+      AppendMonitor(out_, "\",", aux.monitor);
     });
     out_.Append('}');
   }
 
   void LaneObject(const Lane& lane) {
-    static const auto kKeys = KeysOf(LaneFields());
     out_.Append("{\"lane\":").AppendDecimal(lane.number);
-    AppendMonitor(out_, ",\"rx_power_mw\":", lane.rx_power, rx_power_);
-    AppendMonitor(out_, ",\"tx_power_mw\":", lane.tx_power, tx_power_);
-    AppendMonitor(out_, ",\"tx_bias_ma\":", lane.tx_bias, tx_bias_);
-    sections_.resize(kKeys.sections.size());
-    for (std::size_t i = 0; i < sections_.size(); ++i) {
-      LaneSection(kKeys, kKeys.sections[i], lane, sections_[i]);
+    AppendMonitor(out_, ",\"rx_power_mw\":{", lane.rx_power);
+    AppendMonitor(out_, ",\"tx_power_mw\":{", lane.tx_power);
+    AppendMonitor(out_, ",\"tx_bias_ma\":{", lane.tx_bias);
+    const FieldSet<LaneField> present = lane.FieldsIn(FieldState::kPresent);
+    if (lane_ != nullptr && present == lane_->FieldsIn(FieldState::kPresent)) {
+      ChangedLaneValues(lane, present);
+    } else {
+      LaneValues(lane, present);
     }
     out_.Append('}');
-    lane_ = &lane;
   }
 
-  using LaneValues = std::array<LaneValue, kLaneFieldCount>;
+  void LaneValues(const Lane& lane, const FieldSet<LaneField>& present) {
+    static const auto kKeys = KeysOf(LaneFields());
+    lane_ = &lane;
+    lane_text_.begin = out_.size();
+    Members(kKeys, present, [this, &lane](std::size_t i) {
+      values_[i].begin = out_.size();
+      AppendLaneValue(lane, static_cast<LaneField>(i));
+      values_[i].end = out_.size();
+    });
+    lane_text_.end = out_.size();
+  }
 
-  // A part of the text that may be repeated.
-  struct Written {
+  // Most lanes differ from the first one in few values. All other text is copied.
+  void ChangedLaneValues(const Lane& lane, const FieldSet<LaneField>& present) {
+    std::size_t done = lane_text_.begin;
+    for (const LaneField field : present) {
+      if (lane[field].number == (*lane_)[field].number) continue;
+      const Part& value = values_[static_cast<std::size_t>(field)];
+      Repeat({done, value.begin});
+      AppendLaneValue(lane, field);
+      done = value.end;
+    }
+    Repeat({done, lane_text_.end});
+  }
+
+  void AppendLaneValue(const Lane& lane, LaneField field) {
+    const LaneValue value = lane[field];
+    AppendValue(out_, DescribeField(field).kind, value.number, LaneCodeName(field, value));
+  }
+
+  // A part of the text.
+  struct Part {
     std::size_t begin = 0;
-    std::size_t size = 0;
+    std::size_t end = 0;
   };
 
-  void Repeat(const Written& written) {
-    out_.Reserve(written.size);  // before a view of the text is taken
-    out_.Append(out_.view().substr(written.begin, written.size));
-  }
-
-  static bool IsSame(const Section& section, const LaneValues& values, const LaneValues& before) {
-    const auto bits = [](double number) {
-      std::uint64_t same = 0;
-      std::memcpy(&same, &number, sizeof(same));
-      return same;
-    };
-    std::uint64_t difference = 0;  // looking at all is cheaper than a branch each
-    for (std::size_t i = section.first; i < section.last; ++i) {
-      difference |= static_cast<unsigned>(values[i].state) ^ static_cast<unsigned>(before[i].state);
-      difference |= bits(values[i].number) ^ bits(before[i].number);
-    }
-    return difference == 0;
-  }
-
-  // Most lanes repeat the settings of the lane before.
-  template <typename Keys>
-  void LaneSection(const Keys& keys, const Section& section, const Lane& lane, Written& written) {
-    if (lane_ != nullptr && IsSame(section, lane.values, lane_->values)) return Repeat(written);
-    written.begin = out_.size();
-    Members(
-        keys, section, [&lane](std::size_t i) { return lane.values[i].IsPresent(); },
-        [this, &lane](std::size_t i) {
-          const LaneFieldInfo& field = LaneFields()[i];
-          const LaneValue& value = lane.values[i];
-          AppendValue(out_, field.kind, value.number, LaneCodeName(field.field, value));
-        });
-    written.size = out_.size() - written.begin;
+  void Repeat(const Part& part) {
+    out_.Reserve(part.end - part.begin);  // before a view of the text is taken
+    out_.Append(out_.view().substr(part.begin, part.end - part.begin));
   }
 
   void Vdm(const VdmSample& sample) {
@@ -472,9 +412,7 @@ class Json {
     AppendString(out_, sample.instance);
     out_.Append(",\"unit\":");
     AppendString(out_, sample.unit);
-    out_.Append(',');
-    AppendMonitorMembers(out_, sample.monitor);
-    out_.Append('}');
+    AppendMonitor(out_, ",", sample.monitor);
   }
 
   void Checksums() {
@@ -488,11 +426,9 @@ class Json {
 
   text::TextBuffer& out_;
   const ModuleInfo& info_;
-  WrittenThresholds rx_power_;  // of the lanes
-  WrittenThresholds tx_power_;
-  WrittenThresholds tx_bias_;
-  const Lane* lane_ = nullptr;     // that was written last
-  std::vector<Written> sections_;  // of it
+  const Lane* lane_ = nullptr;  // whose values are in lane_text_
+  Part lane_text_;
+  std::array<Part, kLaneFieldCount> values_;  // those of its present fields
 };
 
 void AppendModuleJson(text::TextBuffer& out, const ModuleInfo& info, std::string_view label) {

@@ -84,6 +84,7 @@ constexpr std::array<AlarmLevel, kAlarmLevels> kColumns = {
     AlarmLevel::kLowAlarm, AlarmLevel::kLowWarning, AlarmLevel::kHighWarning,
     AlarmLevel::kHighAlarm};
 constexpr std::size_t kValueWidth = 24;
+constexpr std::size_t kFirstThreshold = kLabelWidth + 1 + kValueWidth;
 constexpr std::size_t kThresholdWidth = 14;
 
 void AppendRaised(text::TextBuffer& out, const AlarmFlags& flags) {
@@ -153,12 +154,12 @@ AuxLabel LabelOf(std::string_view name) {
 }
 
 // The fields of each group of `kGroups`; not those of the title.
-std::array<std::vector<const FieldInfo*>, std::size(kGroups)> FieldsByGroup() {
-  std::array<std::vector<const FieldInfo*>, std::size(kGroups)> groups;
+std::array<FieldSet<Field>, std::size(kGroups)> FieldsByGroup() {
+  std::array<FieldSet<Field>, std::size(kGroups)> groups;
   for (const FieldInfo& field : ModuleFields()) {
     if (field.field == Field::kIdentifier || field.field == Field::kRevision) continue;  // in title
     for (std::size_t i = 0; i < std::size(kGroups); ++i) {
-      if (field.group == kGroups[i].group) groups[i].push_back(&field);
+      if (field.group == kGroups[i].group) groups[i].Add(field.field);
     }
   }
   return groups;
@@ -262,13 +263,15 @@ class Sheet {
 
   void Groups() {
     static const auto kFields = FieldsByGroup();
+    const FieldSet<Field> present = info_.FieldsIn(FieldState::kPresent);
     for (std::size_t i = 0; i < std::size(kGroups); ++i) {
+      FieldSet<Field> shown = present;
+      shown &= kFields[i];
       bool has_heading = kGroups[i].heading.empty();
-      for (const FieldInfo* field : kFields[i]) {
-        if (info_.StateOf(field->field) != FieldState::kPresent) continue;
+      for (const Field field : shown) {
         if (!has_heading) Heading(kGroups[i].heading);
         has_heading = true;
-        FieldLine(*field, info_[field->field]);
+        FieldLine(DescribeField(field), info_[field]);
       }
     }
   }
@@ -317,7 +320,7 @@ class Sheet {
     out_.Append("  Monitors");
     PadTo(kLabelWidth);
     out_.Append(" value");
-    std::size_t column = kLabelWidth + 1 + kValueWidth;
+    std::size_t column = kFirstThreshold;
     for (const AlarmLevel level : kColumns) {
       PadTo(column);
       column += kThresholdWidth;
@@ -337,7 +340,7 @@ class Sheet {
     } else {
       out_.Append(StateWords(monitor.state));
     }
-    std::size_t column = kLabelWidth + 1 + kValueWidth;
+    std::size_t column = kFirstThreshold;
     for (const AlarmLevel level : kColumns) {
       PadTo(column, 1);
       column += kThresholdWidth;
@@ -406,15 +409,13 @@ class Sheet {
 
   // A row per setting, a column per lane.
   void Lanes() {
+    FieldSet<LaneField> shown;
+    for (const Lane& lane : info_.lanes) shown |= lane.FieldsIn(FieldState::kPresent);
     bool has_heading = false;
-    for (const LaneFieldInfo& field : LaneFields()) {
-      const bool is_shown =
-          std::any_of(info_.lanes.begin(), info_.lanes.end(),
-                      [&field](const Lane& lane) { return lane[field.field].IsPresent(); });
-      if (!is_shown) continue;
+    for (const LaneField field : shown) {
       if (!has_heading) LaneHeading();
       has_heading = true;
-      LaneRow(field);
+      LaneRow(DescribeField(field));
     }
   }
 
@@ -439,11 +440,19 @@ class Sheet {
   void LaneColumn(const LaneFieldInfo& field, const LaneValue& value) {
     if (!value.IsPresent()) {
       out_.Append(" -     ");
-    } else if (field.kind == FieldKind::kFlag) {
-      out_.Append(value.number != 0.0 ? std::string_view(" yes   ", 1 + kLaneWidth)
-                                      : std::string_view(" no    ", 1 + kLaneWidth));
     } else {
       LaneColumn([&] { LaneCell(field, value); });
+    }
+  }
+
+  void FlagRow(LaneField field) {
+    using Cell = std::array<char, 1 + kLaneWidth>;
+    static constexpr Cell kAbsent = {' ', '-', ' ', ' ', ' ', ' ', ' '};
+    static constexpr Cell kNo = {' ', 'n', 'o', ' ', ' ', ' ', ' '};
+    static constexpr Cell kYes = {' ', 'y', 'e', 's', ' ', ' ', ' '};
+    for (const Lane& lane : info_.lanes) {
+      const LaneValue value = lane[field];
+      out_.AppendPart(!value.IsPresent() ? kAbsent : value.number != 0.0 ? kYes : kNo);
     }
   }
 
@@ -454,10 +463,14 @@ class Sheet {
     out_.Append(kIndent).Append(field.label);
     if (!field.unit.empty()) out_.Append(", ").Append(field.unit);
     PadTo(kLabelWidth);
-    const LaneValue& first = info_.lanes.front()[field.field];
+    if (field.kind == FieldKind::kFlag) {
+      FlagRow(field.field);
+      return EndLine();
+    }
+    const LaneValue first = info_.lanes.front()[field.field];
     const bool is_same =
         std::all_of(info_.lanes.begin(), info_.lanes.end(), [&field, &first](const Lane& lane) {
-          const LaneValue& value = lane[field.field];
+          const LaneValue value = lane[field.field];
           return value.state == first.state && value.number == first.number;
         });
     const std::size_t row = out_.size();
@@ -519,8 +532,8 @@ class Sheet {
 
   void NotRead() {
     std::vector<std::string_view> labels;
-    for (const FieldInfo& field : ModuleFields()) {
-      if (info_.StateOf(field.field) == FieldState::kNotRead) labels.push_back(field.label);
+    for (const Field field : info_.FieldsIn(FieldState::kNotRead)) {
+      labels.push_back(DescribeField(field).label);
     }
     List("Not read", labels);
   }

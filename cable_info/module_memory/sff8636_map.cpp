@@ -561,9 +561,8 @@ void AddSpeeds(Decoding& to) {
 
 // A CDR that cannot be bypassed is on.
 void DecodeCdr(const ModuleImage& image, LaneField field, unsigned control_bit, Lane& lane) {
-  LaneValue& value = lane[field];
   const bool is_fixed = AskBit(image, P00, 194, control_bit) == Advertised::kNo;
-  if (value.IsPresent() && is_fixed) value.number = 1.0;
+  if (lane[field].IsPresent() && is_fixed) lane.Set(field, {FieldState::kPresent, 1.0});
 }
 
 // The fields with a byte per lane, that of lane 4 first.
@@ -575,7 +574,7 @@ void DecodeLanesDownwards(Decoding& to) {
     const ModuleImage::Half& half = to.image.HalfOf(line.page, line.byte);
     for (Lane& lane : to.info.lanes) {
       if ((absent >> (lane.number - 1) & 1U) != 0) continue;
-      lane[line.field] = ReadLaneField(half, line, advertised, kLanes + 1 - lane.number);
+      lane.Set(line.field, ReadLaneField(half, line, advertised, kLanes + 1 - lane.number));
     }
   }
 }
@@ -585,12 +584,12 @@ void DropReservedEqualizers(Decoding& to) {
   DropReserved(to, Field::kMaxTxInputEq, kHighestInputEq);
   DropReserved(to, Field::kMaxRxEmphasis, kHighestEmphasis);
   for (Lane& lane : to.info.lanes) {
-    LaneValue& emphasis = lane[LaneField::kRxEmphasis];
+    const LaneValue emphasis = lane[LaneField::kRxEmphasis];
     const auto code = static_cast<unsigned>(emphasis.number);
     if (!emphasis.IsPresent() || code <= kHighestEmphasis) continue;
     to.Warn(NoDecibelText(DescribeField(LaneField::kRxEmphasis).label, code) + ": lane " +
             std::to_string(lane.number));
-    emphasis = {};
+    lane.Set(LaneField::kRxEmphasis, {});
   }
 }
 
@@ -683,7 +682,7 @@ void DecodeFlat(Decoding& to) {
   }
   for (const LaneMapField& line : kLaneFields) {
     if (!IsUpperPage(line.page) || line.page == P00) continue;
-    for (Lane& lane : to.info.lanes) lane[line.field] = {};
+    for (Lane& lane : to.info.lanes) lane.Set(line.field, {});
   }
 }
 

@@ -11,6 +11,8 @@
 
 namespace {
 
+using cable_info::FieldState;
+using cable_info::LaneField;
 using cable_info::ModuleInfo;
 using cable_info::ModuleToJson;
 using cable_info::Page;
@@ -99,6 +101,24 @@ TEST(CmisJson, LanesThatDifferInASettingAreNotRepeated) {
   EXPECT_LT(third, json.find("\"rx_los\":true"));
   EXPECT_LT(json.find("\"tx_input_eq\":5"), json.find("{\"lane\":4,"));
   EXPECT_EQ(CountOf(json, "{"), CountOf(json, "}"));
+}
+
+// Lane 2 has a field that the others lack.
+TEST(CmisJson, LanesWithOtherFieldsAreNotRepeated) {
+  ModuleInfo info;
+  info.lanes.resize(3);
+  for (unsigned n = 0; n < 3; ++n) {
+    info.lanes[n].number = n + 1;
+    info.lanes[n].Set(LaneField::kRxLos, {FieldState::kPresent, 1});
+  }
+  info.lanes[1].Set(LaneField::kTxFault, {FieldState::kPresent, 0});
+  info.lanes[2].Set(LaneField::kRxLos, {FieldState::kPresent, 0});
+  const std::string json = ModuleToJson(info, "lanes");
+  EXPECT_EQ(CountOf(json, "\"rx_los\":true"), 2U);
+  EXPECT_EQ(CountOf(json, "\"rx_los\":false"), 1U);
+  EXPECT_EQ(CountOf(json, "\"tx_fault\":false"), 1U);
+  EXPECT_EQ(CountOf(json, "\"tx_fault\":null"), 2U);
+  EXPECT_LT(json.find("{\"lane\":3,"), json.find("\"rx_los\":false"));
 }
 
 TEST(CmisJson, IsTheSameInAStream) {

@@ -715,8 +715,8 @@ TEST(CmisLaneLayout, FlatModulesHaveLanesWithoutValues) {
   const ModuleInfo info = FlatModule().Decode();
   ASSERT_EQ(info.lanes.size(), 8U);
   for (const Lane& lane : info.lanes) {
-    for (const LaneValue& value : lane.values) {
-      EXPECT_EQ(value.state, FieldState::kNotImplemented);
+    for (const auto& field : cable_info::LaneFields()) {
+      EXPECT_EQ(lane[field.field].state, FieldState::kNotImplemented) << field.key;
     }
     EXPECT_EQ(lane.rx_power.state, FieldState::kNotImplemented);
   }

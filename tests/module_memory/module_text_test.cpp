@@ -274,6 +274,55 @@ TEST(ModuleText, LanesWithoutAnyValueShareALine) {
   EXPECT_TRUE(Sheet(info).HasLine("TX bias, lane 2 not implemented"));
 }
 
+// The lines of lanes 1 and 2 repeat their thresholds, the others have fewer or other ones.
+TEST(ModuleText, EachLineHasItsOwnThresholds) {
+  ModuleInfo info;
+  info.lanes.resize(6);
+  for (unsigned n = 0; n < 6; ++n) {
+    info.lanes[n].number = n + 1;
+    info.lanes[n].tx_bias = Measured(6.75);
+    info.lanes[n].tx_bias.thresholds = {{9, 2, 8, 3}, 0x0F};
+  }
+  info.lanes[2].tx_bias.thresholds.given = 0;
+  info.lanes[3].tx_bias.thresholds.given = 0x0E;  // no high alarm, which is in the last column
+  info.lanes[4].tx_bias.thresholds.values[0] = 9.5;
+  info.lanes[5].tx_bias.flags = {0x0F, 0x01};
+  EXPECT_TRUE(Sheet(info).Has(
+      "    TX bias, lane 1                          6.75 mA                 2             3"
+      "             8             9\n"
+      "    TX bias, lane 2                          6.75 mA                 2             3"
+      "             8             9\n"
+      "    TX bias, lane 3                          6.75 mA\n"
+      "    TX bias, lane 4                          6.75 mA                 2             3"
+      "             8\n"
+      "    TX bias, lane 5                          6.75 mA                 2             3"
+      "             8             9.5\n"
+      "    TX bias, lane 6                          6.75 mA                 2             3"
+      "             8             9             high alarm\n"))
+      << Sheet(info).text();
+}
+
+// A value of more than 23 characters moves the thresholds of its line, and of no other one.
+TEST(ModuleText, AWideValueMovesItsThresholds) {
+  ModuleInfo info;
+  info.lanes.resize(3);
+  for (unsigned n = 0; n < 3; ++n) {
+    info.lanes[n].number = n + 1;
+    info.lanes[n].rx_power = Measured(1);
+    info.lanes[n].rx_power.thresholds = {{9, 2, 8, 3}, 0x0F};
+  }
+  info.lanes[1].rx_power.value = 1234567.12345678;
+  EXPECT_TRUE(Sheet(info).Has(
+      "    RX power, lane 1                         1 mW (0 dBm)            2             3"
+      "             8             9\n"
+      "    RX power, lane 2                         1234567.12345678 mW (60.92 dBm) 2 "))
+      << Sheet(info).text();
+  EXPECT_TRUE(Sheet(info).Has(
+      "    RX power, lane 3                         1 mW (0 dBm)            2             3"
+      "             8             9\n"))
+      << Sheet(info).text();
+}
+
 TEST(ModuleText, FieldsShowFlagsAsWordsAndCodesWithTheirNumber) {
   ModuleInfo info;
   info.family = ModuleFamily::kCmis;

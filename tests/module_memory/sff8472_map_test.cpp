@@ -816,8 +816,8 @@ TEST(Sff8472Map, HasNothingOfA2WithoutDiagnostics) {
     EXPECT_EQ(info.StateOf(line.field), FieldState::kNotImplemented)
         << cable_info::DescribeField(line.field).key;
   }
-  for (const cable_info::LaneValue& value : info.lanes.at(0).values) {
-    EXPECT_EQ(value.state, FieldState::kNotImplemented);
+  for (const auto& field : cable_info::LaneFields()) {
+    EXPECT_EQ(info.lanes.at(0)[field.field].state, FieldState::kNotImplemented) << field.key;
   }
 }
 

@@ -80,8 +80,8 @@ TEST(ModuleReadings, MeetWarningThresholdsOfLanes) {
 
 TEST(ModuleReadings, RaiseTheFlagsThatAreKnown) {
   ModuleInfo module = Module();
-  module.lanes[0][LaneField::kTxFault] = {FieldState::kPresent, 1};
-  module.lanes[1][LaneField::kRxLos] = {FieldState::kNotImplemented, 1};
+  module.lanes[0].Set(LaneField::kTxFault, {FieldState::kPresent, 1});
+  module.lanes[1].Set(LaneField::kRxLos, {FieldState::kNotImplemented, 1});
   module.lanes[1].tx_bias.flags = {0x01, 0x01};
   const Readings port = ReadingsOf(module);
   EXPECT_EQ(port.Of(LaneFlag::kTxFault).Get(1), true);
@@ -103,7 +103,7 @@ TEST(ModuleReadings, HaveNoLanesInUseWithoutMonitors) {
   ModuleInfo module = Module();
   for (Lane& lane : module.lanes) {
     lane.rx_power = lane.tx_power = lane.tx_bias = Monitor();
-    lane[LaneField::kRxLos] = {FieldState::kPresent, 1};
+    lane.Set(LaneField::kRxLos, {FieldState::kPresent, 1});
   }
   EXPECT_EQ(ReadingsOf(module).lanes_in_use, 0);
   EXPECT_EQ(RulesOf(module), std::vector<Rule>{});
@@ -182,8 +182,8 @@ TEST(ModuleReadings, DoNotKnowTheMediumWithoutTechnology) {
 
 TEST(ModuleReadings, GiveSettingsThatFitAByte) {
   ModuleInfo module = Module();
-  module.lanes[0][LaneField::kRxAmplitude] = {FieldState::kPresent, 3};
-  module.lanes[1][LaneField::kRxAmplitude] = {FieldState::kPresent, 256};
+  module.lanes[0].Set(LaneField::kRxAmplitude, {FieldState::kPresent, 3});
+  module.lanes[1].Set(LaneField::kRxAmplitude, {FieldState::kPresent, 256});
   const Readings port = ReadingsOf(module);
   EXPECT_EQ(port.controls.rx_amplitude[0], 3);
   EXPECT_EQ(port.controls.rx_amplitude[1], std::nullopt);

@@ -119,17 +119,17 @@ TEST(ModuleRules, LaneFlags) {
       {LaneField::kTxFault, "tx-fault"}, {LaneField::kTxAdaptiveEqFault, "adaptive-eq-fault"}};
   for (const auto& [field, rule] : kFlags) {
     ModuleInfo module = Module();
-    module.lanes[1][field] = {FieldState::kPresent, 0};
+    module.lanes[1].Set(field, {FieldState::kPresent, 0});
     EXPECT_EQ(Find(module), Texts{}) << rule;
-    module.lanes[1][field].number = 1;
+    module.lanes[1].Set(field, {FieldState::kPresent, 1});
     EXPECT_EQ(Find(module), Texts{"warning " + std::string(rule) + " 2"});
   }
 }
 
 TEST(ModuleRules, FlagsAreMoreSevereWithoutLight) {
   ModuleInfo module = Module();
-  module.lanes[0][LaneField::kRxLos] = {FieldState::kPresent, 1};
-  module.lanes[1][LaneField::kTxFault] = {FieldState::kPresent, 1};
+  module.lanes[0].Set(LaneField::kRxLos, {FieldState::kPresent, 1});
+  module.lanes[1].Set(LaneField::kTxFault, {FieldState::kPresent, 1});
   module.lanes[0].rx_power.value = module.lanes[1].tx_power.value = 0.0011;
   EXPECT_EQ(Find(module, WithoutImbalance()), (Texts{"warning rx-los 1", "warning tx-fault 2"}));
   module.lanes[0].rx_power.value = module.lanes[1].tx_power.value = 0.001;
