@@ -77,12 +77,17 @@ bool ToThousandths(double value, std::uint64_t& thousandths) {
                        static_cast<std::uint32_t>(thousandths % kThousand));
 }
 
+// `WriteThousandths` from 100 on. Apart, so that smaller numbers need no call.
+[[gnu::noinline]] char* WriteLongThousandths(char* to, std::uint32_t thousandths) {
+  return WriteFraction(WriteDecimal(to, thousandths / kThousand), thousandths % kThousand);
+}
+
 }  // namespace
 
 char* WriteThousandths(char* to, std::uint32_t thousandths) {
   const std::uint32_t whole = thousandths / kThousand;
-  to = whole < 100 ? WriteBelowHundred(to, whole) : WriteDecimal(to, whole);
-  return WriteFraction(to, thousandths % kThousand);
+  if (whole >= 100) return WriteLongThousandths(to, thousandths);
+  return WriteFraction(WriteBelowHundred(to, whole), thousandths % kThousand);
 }
 
 char* WriteFixed3(char* to, double value) {

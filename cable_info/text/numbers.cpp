@@ -35,16 +35,12 @@ char* WriteDecimal(char* to, std::uint64_t value) {
   return std::to_chars(to, to + kMaxDecimalSize, value).ptr;
 }
 
-char* WriteHex(char* to, std::uint32_t value, int width) {
+char* WriteLongHex(char* to, std::uint32_t value, int width) {
   int digits = width > 1 ? width : 1;
   while (digits < kMaxHexDigits && value >> (4 * digits) != 0) ++digits;
   char* const end = to + digits;
-  for (char* digit = end; digit != to; value >>= 4) *--digit = "0123456789abcdef"[value & 0xF];
+  for (char* digit = end; digit != to; value >>= 4) *--digit = kHexDigits[value & 0xF];
   return end;
-}
-
-char* WritePrefixedHex(char* to, std::uint32_t value, int width) {
-  return WriteHex(WriteText(to, "0x"), value, width);
 }
 
 char* WritePower(char* to, double milliwatts, double dbm) {
