@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstring>
 #include <iterator>
 
 #include "cable_info/text/numbers.h"
@@ -198,15 +199,19 @@ void AppendLaneSetting(TextBuffer& out, const ModuleRecord& m, std::uint8_t valu
     out.Append(na);
     return;
   }
+  constexpr std::size_t kMaxSize = 4;  // three digits and a blank; a copy of known size is one move
   const bool is_csv = form == Form::kCsv;
-  std::array<char, text::kMaxDecimalSize> digits{};
-  const char* const end = is_csv ? text::WriteHex(digits.data(), value, 2)
-                                 : text::WriteDecimal(digits.data(), std::uint32_t{value});
-  const auto size = static_cast<std::size_t>(end - digits.data());
-  for (int lane = 1; lane <= kShownLanes; ++lane) {
-    if (lane > 1 && !is_csv) out.Append(' ');
-    out.AppendPart(digits, size);
-  }
+  std::array<char, text::kMaxDecimalSize + 1> lane_text{};
+  char* end = is_csv ? text::WriteHex(lane_text.data(), value, 2)
+                     : text::WriteDecimal(lane_text.data(), std::uint32_t{value});
+  if (!is_csv) *end++ = ' ';
+  const std::ptrdiff_t size = end - lane_text.data();
+  out.AppendWithin(kShownLanes * kMaxSize, [&](char* to) {
+    for (int lane = 1; lane <= kShownLanes; ++lane, to += size) {
+      std::memcpy(to, lane_text.data(), kMaxSize);
+    }
+    return is_csv ? to : to - 1;
+  });
 }
 
 void AppendTemperature(TextBuffer& out, const ModuleRecord& m, std::uint16_t raw, Form form) {
@@ -375,13 +380,6 @@ void AppendTemperature(TextBuffer& out, const PhyCableRecord& r, std::uint16_t M
   });
 }
 
-void AppendVoltage(TextBuffer& out, const PhyCableRecord& r, std::uint16_t ModuleRecord::*word,
-                   Form form) {
-  AppendOfModule(out, r, decode::MissingValue(form), [&](TextBuffer& o, const ModuleRecord& m) {
-    module::AppendVoltage(o, m.*word, form);
-  });
-}
-
 void AppendLengthSMFiber(TextBuffer& out, const PhyCableRecord& r) {
   AppendOfModule(out, r, kReportNa, module::AppendLengthSMFiber);
 }
@@ -417,11 +415,9 @@ void AppendDescription(TextBuffer& out, std::string_view text, std::string_view 
     out.Append(blank);
     return;
   }
-  const std::size_t begin = out.size();
-  out.Append(trimmed);
-  for (std::size_t i = trimmed.find(','); i < trimmed.size(); i = trimmed.find(',', i + 1)) {
-    out.Replace(begin + i, '-');
-  }
+  out.AppendWithin(trimmed.size(), [=](char* to) {
+    return std::replace_copy(trimmed.begin(), trimmed.end(), to, ',', '-');
+  });
 }
 
 void AppendVendor(TextBuffer& out, const PhyCableRecord& r) {

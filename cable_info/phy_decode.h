@@ -130,8 +130,6 @@ void AppendLaneSetting(TextBuffer& out, const PhyCableRecord& r,
                        std::uint8_t ModuleRecord::*setting, Form form);
 void AppendTemperature(TextBuffer& out, const PhyCableRecord& r, std::uint16_t ModuleRecord::*word,
                        Form form);
-void AppendVoltage(TextBuffer& out, const PhyCableRecord& r, std::uint16_t ModuleRecord::*word,
-                   Form form);
 void AppendLengthSMFiber(TextBuffer& out, const PhyCableRecord& r);
 void AppendLengthOmx(TextBuffer& out, const PhyCableRecord& r, std::uint8_t om);
 void AppendCdrEnable(TextBuffer& out, const PhyCableRecord& r);

@@ -298,6 +298,7 @@ TEST(ModuleRecordLaneSetting, RepeatsItsValue) {
   EXPECT_EQ(m.ConvertTxEQRxAMPRxEMPToStr(10, false, kNa), "10 10 10 10");
   EXPECT_EQ(m.ConvertTxEQRxAMPRxEMPToStr(255, true, kNa), "ffffffff");
   EXPECT_EQ(m.ConvertTxEQRxAMPRxEMPToStr(0, false, kNa), "0 0 0 0");
+  EXPECT_EQ(m.ConvertTxEQRxAMPRxEMPToStr(255, false, kNa), "255 255 255 255");
   const ModuleRecord passive = OfTechnology(0xA0, 6);
   EXPECT_EQ(passive.ConvertTxEQRxAMPRxEMPToStr(10, true, kNa), kNa);
   EXPECT_EQ(passive.ConvertTxEQRxAMPRxEMPToStr(10, false, kNa), kNa);

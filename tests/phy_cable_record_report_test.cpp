@@ -213,13 +213,18 @@ TEST(PhyCableRecordReport, ShowsPassiveCopperAndAbsentCdrs) {
   EXPECT_EQ(Lines(Report(r))[20], "Attenuation(5,7,12,25): 0 0 0 16");
 }
 
-// Powers in units of 0.1 uW and bias currents in units of 2 uA, as the C library writes them.
+// Powers in dBm or in units of 0.1 uW, and bias currents in units of 2 uA, as the C library writes
+// them.
 std::vector<std::string> MonitorLines(const ModuleRecord& m) {
   std::vector<std::string> lines;
-  char text[100];
+  char text[1000];
   const auto power = [&](const char* direction, int lane, std::uint16_t raw) {
-    const double mw = raw * 0.0001;
-    const double dbm = raw == 0 ? -999.999 : 10.0 * std::log10(mw);
+    double mw = raw * 0.0001;
+    double dbm = raw == 0 ? -999.999 : 10.0 * std::log10(mw);
+    if (m.power_unit_flag == 0) {
+      mw = raw == 0 ? -999.999 : std::pow(10.0, raw / 10.0);
+      dbm = raw;
+    }
     std::snprintf(text, sizeof(text), "%s%d Power: %.3f mW, %.3f dBm", direction, lane, mw, dbm);
     lines.emplace_back(text);
   };
@@ -236,16 +241,18 @@ TEST(PhyCableRecordReport, ShowsEveryValueOfItsMonitors) {
   constexpr std::size_t kFirst = 22;
   PhyCableRecord r;
   r.SetModule(std::make_unique<ModuleRecord>());
-  r.module->power_unit_flag = 1;
-  for (unsigned raw = 0; raw <= UINT16_MAX; raw += 8) {
-    for (unsigned i = 0; i < 8; ++i) {
-      r.module->rx_power[i] = static_cast<std::uint16_t>(raw + i);
-      r.module->tx_power[i] = static_cast<std::uint16_t>(raw + 7 - i);
-      r.module->tx_bias[i] = static_cast<std::uint16_t>(raw + i);
+  for (const std::uint16_t unit_flag : {std::uint16_t{0}, std::uint16_t{1}}) {
+    r.module->power_unit_flag = unit_flag;
+    for (unsigned raw = 0; raw <= UINT16_MAX; raw += 8) {
+      for (unsigned i = 0; i < 8; ++i) {
+        r.module->rx_power[i] = static_cast<std::uint16_t>(raw + i);
+        r.module->tx_power[i] = static_cast<std::uint16_t>(raw + 7 - i);
+        r.module->tx_bias[i] = static_cast<std::uint16_t>(raw + i);
+      }
+      const std::vector<std::string> expected = MonitorLines(*r.module);
+      const std::vector<std::string> lines = Lines(Report(r));
+      ASSERT_TRUE(std::equal(expected.begin(), expected.end(), lines.begin() + kFirst)) << raw;
     }
-    const std::vector<std::string> expected = MonitorLines(*r.module);
-    const std::vector<std::string> lines = Lines(Report(r));
-    ASSERT_TRUE(std::equal(expected.begin(), expected.end(), lines.begin() + kFirst)) << raw;
   }
 }
 

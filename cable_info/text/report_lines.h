@@ -36,12 +36,12 @@ class ReportLines : public Sink {
   template <typename Append, typename... Args>
   [[gnu::always_inline]] void Line(std::string_view label, Append&& append, const Args&... args) {
     TextBuffer& out = this->Buffer();
-    out.EndAt(WriteText(this->BeginLine(label.size()), label));
-    const std::size_t before = out.size();
+    char* const line = this->BeginLine(label.size());
+    const std::size_t before = out.OffsetOf(line);
+    out.EndAt(WriteText(line, label));
     append(out, args...);
-    char* const end =
-        out.Reserve(1);  // may move the text, so the line's begin is found from its end
-    EndLine(end - (out.size() - before) - label.size(), end);
+    char* const end = out.Reserve(1);  // may move the text, and with it the line
+    EndLine(out.At(before), end);
   }
 
   /// `text`, verbatim.

@@ -56,6 +56,10 @@ class TextBuffer {
   }
   /// The end of the text.
   char* end() { return end_; }
+  /// The character at `offset`, which may be that at the end. Valid until the next append.
+  char* At(std::size_t offset) { return begin_ + offset; }
+  /// The offset of a character for `At`, which outlasts appends.
+  std::size_t OffsetOf(const char* at) const { return static_cast<std::size_t>(at - begin_); }
   /// Moves the end of the text to `end`, up to which reserved characters were written.
   void EndAt(char* end) { end_ = end; }
 
@@ -139,9 +143,6 @@ class TextBuffer {
   void Truncate(std::size_t size) {
     if (size < this->size()) end_ = begin_ + size;
   }
-
-  /// Replaces the character at `position`, which must be less than `size()`.
-  void Replace(std::size_t position, char c) { begin_[position] = c; }
 
   /// The number of characters.
   std::size_t size() const { return static_cast<std::size_t>(end_ - begin_); }

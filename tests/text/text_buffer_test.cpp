@@ -30,6 +30,16 @@ TEST(TextBuffer, GrowsAndKeepsItsText) {
   EXPECT_EQ(out.size(), expected.size());
 }
 
+TEST(TextBuffer, FindsACharacterAgainAfterItGrew) {
+  TextBuffer out;
+  out.Append("label: ");
+  const std::size_t offset = out.OffsetOf(out.end());
+  EXPECT_EQ(offset, 7U);
+  out.Append("value").Append(std::string(10'000, 'x'));
+  EXPECT_EQ(std::string(out.At(offset), 5), "value");
+  EXPECT_EQ(out.At(out.size()), out.end());
+}
+
 TEST(TextBuffer, GrowsAtEveryFillLevel) {
   for (std::size_t size = 4000; size <= 4200; ++size) {
     const std::string text(size, 'x');
