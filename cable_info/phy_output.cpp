@@ -412,8 +412,9 @@ class ModuleLines {
   }
   [[gnu::always_inline]] void Voltage(std::string_view label,
                                       std::uint16_t ModuleRecord::*word) const {
-    Line(label, kReportNa,
-         [=](const ModuleRecord& m) { lines_.Line(label, decode::AppendVoltage, m.*word); });
+    Line(label, kReportNa, [=](const ModuleRecord& m) {
+      lines_.Decimal(label, m.*word * decode::kMicrovoltsPerUnit, decode::kMicrovoltUnit);
+    });
   }
 
  private:
