@@ -460,7 +460,7 @@ void AppendSettingLines(FlushedReport& lines, const PhyCableRecord& r) {
 }
 
 // The dBm of a power in units of 0.1 uW, for three decimals, by the natural logarithm of the number
-// of units: half the time of `log10`, and a third less than the logarithm of the milliwatts, for
+// of units: half the time of `log10`, and a quarter less than the logarithm of the milliwatts, for
 // which `std::log` takes another path near 1 mW. The results differ from those of `MilliwattsToDbm`
 // in the last bits only; the text is the same for each of the 65,535 powers above 0 that a register
 // can hold (see the test of every value).

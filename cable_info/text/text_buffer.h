@@ -86,7 +86,7 @@ class TextBuffer {
   }
 
   /// The first `size` characters of `text`. All N are copied, since a copy of known size is a few
-  /// moves and one of unknown size a call (lane settings of a PHY row: 19 % of the row).
+  /// moves and one of unknown size a call.
   template <std::size_t N>
   TextBuffer& AppendPart(const std::array<char, N>& text, std::size_t size = N) {
     char* const to = Reserve(N);
