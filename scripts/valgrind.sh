@@ -21,8 +21,19 @@ watched() {
 # Tests with hundreds of thousands of numbers or records are excluded: they take long and add no new
 # kind of memory access. Float16 is excluded because valgrind computes long doubles with 64
 # bits, and Allocation because it replaces the operators that count.
-watched --show-mismatched-frees=no "build/$preset/tests/cable_info_tests" --gtest_brief=1 \
-  --gtest_filter='-*OfAnyDouble*:*ThousandthsOfFloats*:*OfThePlainExpression*:*EveryValueOfItsMonitors:*WhateverTheRecordHolds:*ScansAsTheCLibraryDoes:Float16.*:Allocation.*'
+#
+# run_tests NUMBER: runs one of as many shares of the tests as there are cores.
+run_tests() {
+  GTEST_TOTAL_SHARDS=$(nproc) GTEST_SHARD_INDEX=$1 \
+    watched --show-mismatched-frees=no "build/$preset/tests/cable_info_tests" --gtest_brief=1 \
+    --gtest_filter='-*OfAnyDouble*:*ThousandthsOfFloats*:*OfThePlainExpression*:*EveryValueOfItsMonitors:*WhateverTheRecordHolds:*ScansAsTheCLibraryDoes:Float16.*:Allocation.*'
+}
+
+tests=()
+for ((share = 0; share < $(nproc); ++share)); do
+  run_tests "$share" &
+  tests+=($!)
+done
 
 cableinfo=build/$preset/cli/cableinfo
 temporary=$(mktemp -d)
@@ -57,4 +68,7 @@ program 0 diff -j 1 "$ports" "$ports"
 program 0 metrics -j 1 "$ports"
 program 0 store -j 1 "$temporary/store.db" "$ports"
 program 1 table -j 1 -o "$temporary/table.csv" "$temporary/bad.jsonl"  # a rejected port
+for share in "${tests[@]}"; do
+  wait "$share"
+done
 echo 'valgrind: nothing found'
