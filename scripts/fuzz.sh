@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds the fuzz targets and runs all of them, or the given one, for SECONDS each (20 by default).
+# Builds the fuzz targets and runs all of them, or the given one, for SECONDS each (20 by default), as
+# many at a time as there are cores.
 # usage: scripts/fuzz.sh [SECONDS [TARGET]]
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -7,22 +8,25 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 need "${build_packages[@]}" clang libclang-common-14-dev libclang-rt-14-dev
 cmake --preset fuzz >/dev/null
-cmake --build --preset fuzz
+cmake --build --preset fuzz --target fuzz/all
 
-seconds=${1:-20}
-work=build/fuzz/runs
-failed=0
-for seeds in fuzz/corpus/"${2:-}"*; do
-  target=${seeds##*/}
+# fuzz TARGET: runs a target, and prints its result as one text, since several run at a time.
+fuzz() {
+  local work=build/fuzz/runs target=$1 log=build/fuzz/runs/$1.log
   mkdir -p "$work/$target"
   # libFuzzer saves new inputs in the first folder, where the next run reads them.
-  if build/fuzz/fuzz/fuzz_"$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=4096 \
-    -artifact_prefix="$work/$target-" "$work/$target" "$seeds" >"$work/$target.log" 2>&1; then
-    echo "$target: $(tail -n 1 "$work/$target.log"), nothing found"
+  if "build/fuzz/fuzz/fuzz_$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=4096 \
+    -artifact_prefix="$work/$target-" "$work/$target" "fuzz/corpus/$target" >"$log" 2>&1; then
+    echo "$target: $(tail -n 1 "$log"), nothing found"
   else
-    tail -n 40 "$work/$target.log"
-    echo "$target: FAILED on $(sed -n 's/.*Test unit written to //p' "$work/$target.log")" >&2
-    failed=1
+    printf '%s\n%s: FAILED on %s\n' "$(tail -n 40 "$log")" "$target" \
+      "$(sed -n 's/.*Test unit written to //p' "$log")" >&2
+    return 1
   fi
-done
-exit "$failed"
+}
+export -f fuzz
+export seconds=${1:-20}
+
+for seeds in fuzz/corpus/"${2:-}"*; do
+  echo "${seeds##*/}"
+done | xargs -P "$(nproc)" -I '{}' bash -c 'fuzz {}'
