@@ -1,23 +1,36 @@
 #!/usr/bin/env bash
 # Compiles each published header alone, with every supported compiler and C++ standard, and builds
-# tests/consumer with the library as C++20 and 23 (all other builds are C++17); warnings are errors.
-# usage: scripts/check_standards.sh [COMPILER...]      for example: scripts/check_standards.sh clang++-19
+# tests/consumer with the library as C++20 and 23; warnings are errors. Of the presets in
+# CMakePresets.json, those that set CMAKE_CXX_STANDARD build the library as C++20 or 23, all others as
+# C++17. --rest leaves out what they build, as .ci/run does, which runs them all.
+# usage: scripts/check_standards.sh [--rest] [COMPILER...]     for example: check_standards.sh clang++-19
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh
 
 need g++ clang cmake ninja-build
+built=()
+if [ "${1:-}" = --rest ]; then
+  shift
+  for preset in coverage tsan fuzz; do
+    built+=("$(cmake -N --preset "$preset" | awk -F '"' -v compiler=g++ '
+      /CMAKE_CXX_COMPILER=/ { compiler = $2 }
+      /CMAKE_CXX_STANDARD=/ { standard = $2 }
+      END { print compiler "-" standard }')")
+  done
+fi
 [ $# -gt 0 ] || set -- g++ clang++
 
 warnings=(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
 temporary=$(mktemp -d)
 trap 'rm -rf "$temporary"' EXIT
 
-# A header alone, as an embedding project includes it.
+# A header alone, as an embedding project includes it, and the sources of such a project.
 check_headers() {
+  local compile=("$1" -std=c++"$2" "${warnings[@]}" -fsyntax-only -I .)
   git ls-files 'cable_info/*.h' | xargs grep -L 'Internal; not installed\.' |
-    xargs -P "$(nproc)" -I '{}' "$1" -std=c++"$2" "${warnings[@]}" -fsyntax-only -I . -include '{}' \
-      -x c++ /dev/null
+    xargs -P "$(nproc)" -I '{}' "${compile[@]}" -include '{}' -x c++ /dev/null
+  "${compile[@]}" tests/consumer/*.cpp
 }
 
 for compiler in "$@"; do
@@ -27,6 +40,7 @@ for compiler in "$@"; do
     [ "$standard" -ne 23 ] || name=2b  # the name that older compilers have for it
     check_headers "$compiler" "$name"
     [ "$standard" -ne 17 ] || continue
+    [[ " ${built[*]} " != *" $compiler-$standard "* ]] || continue
     build=$temporary/$compiler-$standard
     {
       cmake -G Ninja -S tests/consumer -B "$build" -DCMAKE_CXX_COMPILER="$compiler" \
