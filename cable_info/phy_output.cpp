@@ -396,23 +396,23 @@ class ModuleLines {
   template <typename Number>
   [[gnu::always_inline]] void Decimal(std::string_view label, Number ModuleRecord::*field,
                                       std::string_view missing = kReportNa) const {
-    Line(label, missing, [=](const ModuleRecord& m) { lines_.Decimal(label, m.*field); });
+    Line(label, missing, [&](const ModuleRecord& m) { lines_.Decimal(label, m.*field); });
   }
   template <typename Number>
   [[gnu::always_inline]] void Hex(std::string_view label, Number ModuleRecord::*field, int width,
                                   std::string_view missing = kReportNa) const {
-    Line(label, missing, [=](const ModuleRecord& m) { lines_.Hex(label, m.*field, width); });
+    Line(label, missing, [&](const ModuleRecord& m) { lines_.Hex(label, m.*field, width); });
   }
   [[gnu::always_inline]] void Temperature(std::string_view label,
                                           std::uint16_t ModuleRecord::*word) const {
-    Line(label, kReportNa, [=](const ModuleRecord& m) {
+    Line(label, kReportNa, [&](const ModuleRecord& m) {
       lines_.Line(label, decode::AppendTemperature, module::TechnologyNibble(m),
                   WholeDegrees(m.*word), kReportNa);
     });
   }
   [[gnu::always_inline]] void Voltage(std::string_view label,
                                       std::uint16_t ModuleRecord::*word) const {
-    Line(label, kReportNa, [=](const ModuleRecord& m) {
+    Line(label, kReportNa, [&](const ModuleRecord& m) {
       lines_.Decimal(label, m.*word * decode::kMicrovoltsPerUnit, decode::kMicrovoltUnit);
     });
   }

@@ -291,7 +291,7 @@ void LaneReader::Read(Lane* lanes, std::size_t count, std::uint64_t having) cons
   };
   if (is_bits_) {
     const unsigned bits = bits_;
-    return set([=](unsigned n) { return of_bit_[bits >> n & 1U]; });
+    return set([this, bits](unsigned n) { return of_bit_[bits >> n & 1U]; });
   }
   if (half_->IsEmpty() && advertised_ != Advertised::kNo) {
     return set([](unsigned) { return LaneValue{FieldState::kNotRead, 0.0}; });
