@@ -21,20 +21,14 @@ check_with_cppcheck() {
     --enable=warning,style,performance,portability --suppressions-list=cppcheck-suppressions.txt
 }
 
-# tidy ARGUMENT...: the largest sources first, so that none of them is left for one core at the end.
-tidy() {
-  git ls-files 'cable_info/*.cpp' 'cli/*.cpp' 'examples/*.cpp' | xargs ls -S |
-    xargs -n 1 -P "$(nproc)" clang-tidy -p build/debug --quiet "$@"
-}
-
-# Only the check for recursion follows calls through templates of the system, such as std::for_each.
+# The largest sources first, so that none of them is left for one core at the end.
 check_with_clang_tidy() {
   cmake --preset debug -DCMAKE_EXPORT_COMPILE_COMMANDS=ON >/dev/null
   local plugin=$PWD/build/debug/lint_own_code.so
   g++ -std=c++17 -fno-rtti -fPIC -shared -isystem "$(llvm-config --includedir)" \
     scripts/lint_own_code.cpp -o "$plugin"
-  tidy -load "$plugin"
-  tidy --checks='-*,misc-no-recursion'
+  git ls-files 'cable_info/*.cpp' 'cli/*.cpp' 'examples/*.cpp' | xargs ls -S |
+    xargs -n 1 -P "$(nproc)" clang-tidy -load "$plugin" -p build/debug --quiet
 }
 
 check_page &  # mostly waits for the registry
