@@ -16,6 +16,7 @@ namespace {
 
 using cable_info::Field;
 using cable_info::FieldState;
+using cable_info::Lane;
 using cable_info::ModuleFamily;
 using cable_info::ModuleImage;
 using cable_info::ModuleInfo;
@@ -274,15 +275,21 @@ TEST(ModuleText, LanesWithoutAnyValueShareALine) {
   EXPECT_TRUE(Sheet(info).HasLine("TX bias, lane 2 not implemented"));
 }
 
-// The lines of lanes 1 and 2 repeat their thresholds, the others have fewer or other ones.
-TEST(ModuleText, EachLineHasItsOwnThresholds) {
+// A module that monitors a quantity of its lanes, with thresholds from 2 to 9.
+ModuleInfo Monitored(unsigned lanes, cable_info::Monitor Lane::*quantity, double value) {
   ModuleInfo info;
-  info.lanes.resize(6);
-  for (unsigned n = 0; n < 6; ++n) {
+  info.lanes.resize(lanes);
+  for (unsigned n = 0; n < lanes; ++n) {
     info.lanes[n].number = n + 1;
-    info.lanes[n].tx_bias = Measured(6.75);
-    info.lanes[n].tx_bias.thresholds = {{9, 2, 8, 3}, 0x0F};
+    info.lanes[n].*quantity = Measured(value);
+    (info.lanes[n].*quantity).thresholds = {{9, 2, 8, 3}, 0x0F};
   }
+  return info;
+}
+
+// Lanes 1 and 2 have the same thresholds, the others have fewer or other ones.
+TEST(ModuleText, EachLineHasItsOwnThresholds) {
+  ModuleInfo info = Monitored(6, &Lane::tx_bias, 6.75);
   info.lanes[2].tx_bias.thresholds.given = 0;
   info.lanes[3].tx_bias.thresholds.given = 0x0E;  // no high alarm, which is in the last column
   info.lanes[4].tx_bias.thresholds.values[0] = 9.5;
@@ -304,13 +311,7 @@ TEST(ModuleText, EachLineHasItsOwnThresholds) {
 
 // A value of more than 23 characters moves the thresholds of its line, and of no other one.
 TEST(ModuleText, AWideValueMovesItsThresholds) {
-  ModuleInfo info;
-  info.lanes.resize(3);
-  for (unsigned n = 0; n < 3; ++n) {
-    info.lanes[n].number = n + 1;
-    info.lanes[n].rx_power = Measured(1);
-    info.lanes[n].rx_power.thresholds = {{9, 2, 8, 3}, 0x0F};
-  }
+  ModuleInfo info = Monitored(3, &Lane::rx_power, 1);
   info.lanes[1].rx_power.value = 1234567.12345678;
   EXPECT_TRUE(Sheet(info).Has(
       "    RX power, lane 1                         1 mW (0 dBm)            2             3"
