@@ -668,12 +668,12 @@ bool HasFixedValue(LaneField field) {
   return field == LaneField::kTxCdr || field == LaneField::kRxCdr;
 }
 
-// Decodes the fields of the lanes of a bank, which begin at `lanes`.
+// Decodes the fields of the lanes of a bank, which begin at `lanes`. Those of pages that were not
+// read, often many, are collected by side and marked at the end.
 void DecodeBank(Decoding& to, const LaneLayout& layout, unsigned bank, Lane* lanes,
                 std::size_t count) {
   constexpr LaneSide kSides[] = {LaneSide::kBoth, LaneSide::kHost, LaneSide::kMedia};
-  std::array<FieldSet<LaneField>, std::size(kSides)>
-      not_read;  // by side; often those of many pages
+  std::array<FieldSet<LaneField>, std::size(kSides)> not_read;
   Asker ask(to.image);
   for (const LaneMapField& line : CmisMap().lane_fields) {
     if (bank != 0 && !IsBanked(line.page)) continue;
