@@ -27,7 +27,7 @@ echo 'For two links of the sample no length can be computed, and a checksum of o
 
 printf '\n%s: %d rows after a header of 177 columns; the first columns:\n\n' \
   "$table" "$(($(wc -l <"$table") - 1))"
-cut -d, -f3-9,18,26 "$table" | head -n 12
+cut -d, -f3-9,18,26 "$table" | sed -n 1,12p  # not head, which may close the pipe too early for cut
 printf '\n%s: one block per port; the first of %d:\n\n' "$report" "$(grep -c '^NodeGuid: ' "$report")"
 awk '/^$/ { exit } { print }' "$report"
 
