@@ -67,7 +67,7 @@ std::string_view CsvFormName(CsvForm form) {
       return "celsius";
     case CsvForm::kMicrovolts:
       return "microvolts";
-    case CsvForm::kVersion:
+    case CsvForm::kFirmwareVersion:
       return "version";
     case CsvForm::kDate:
       return "date";

@@ -20,23 +20,23 @@ namespace cable_info {
 
 /// The form of a column's cells. Quotes are part of the cell. Missing values have other texts.
 enum class CsvForm : std::uint8_t {
-  kMissing,      ///< `"NA"`: the source has no such value
-  kGuid,         ///< `0xa0b1c20000d4e500`: 64 bits in hexadecimal
-  kText,         ///< `"Kestrel"`: a text between quotes, nothing inside escaped
-  kBareText,     ///< `0x5a1`: a text without quotes
-  kDecimal,      ///< `25`: a whole number
-  kFlag,         ///< `1` or `0`
-  kHex1,         ///< `0xff`: hexadecimal, at least 1 digit
-  kHex2,         ///< `0x0c`: hexadecimal, 2 digits
-  kHex4,         ///< `0x3031`: hexadecimal, 4 digits
-  kFourNibbles,  ///< `4421`: hexadecimal, a digit for each of lanes 1 to 4
-  kFourBytes,    ///< `03030303`: hexadecimal, two digits for each of lanes 1 to 4
-  kFixed3,       ///< `0.871`: three decimals
-  kCelsius,      ///< `"41C"`: whole degrees Celsius
-  kMicrovolts,   ///< `"3295000uV"`: a voltage
-  kVersion,      ///< `2.40.5012`: major.minor.sub-minor
-  kDate,         ///< `24-03-15`: year, month, day
-  kWatts,        ///< `3.5 W`: a power
+  kMissing,          ///< `"NA"`: the source has no such value
+  kGuid,             ///< `0xa0b1c20000d4e500`: 64 bits in hexadecimal
+  kText,             ///< `"Kestrel"`: a text between quotes, nothing inside escaped
+  kBareText,         ///< `0x5a1`: a text without quotes
+  kDecimal,          ///< `25`: a whole number
+  kFlag,             ///< `1` or `0`
+  kHex1,             ///< `0xff`: hexadecimal, at least 1 digit
+  kHex2,             ///< `0x0c`: hexadecimal, 2 digits
+  kHex4,             ///< `0x3031`: hexadecimal, 4 digits
+  kFourNibbles,      ///< `4421`: hexadecimal, a digit for each of lanes 1 to 4
+  kFourBytes,        ///< `03030303`: hexadecimal, two digits for each of lanes 1 to 4
+  kFixed3,           ///< `0.871`: three decimals
+  kCelsius,          ///< `"41C"`: whole degrees Celsius
+  kMicrovolts,       ///< `"3295000uV"`: a voltage
+  kFirmwareVersion,  ///< `2.40.5012`: major.minor.sub-minor
+  kDate,             ///< `24-03-15`: year, month, day
+  kWatts,            ///< `3.5 W`: a power
 };
 
 /// The name of a form, as docs/table.md uses it.
@@ -141,7 +141,7 @@ constexpr std::array<CsvColumn, 177> MakeCsvColumns() {
     {"OutputEmp", "receive output emphasis setting", "", F::kFourNibbles, F::kMissing},
     {"OutputPreEmp", "receive output pre-emphasis setting", "", F::kMissing, F::kFourBytes},
     {"OutputPostEmp", "receive output post-emphasis setting", "", F::kMissing, F::kFourBytes},
-    {"FWVersion", "module firmware version", "", F::kBareText, F::kVersion},
+    {"FWVersion", "module firmware version", "", F::kBareText, F::kFirmwareVersion},
     {"Attenuation2.5G", "copper attenuation at 2.5 GHz", "dB", F::kDecimal, F::kMissing},
     {"Attenuation5G", "copper attenuation at 5 GHz", "dB", F::kDecimal, F::kDecimal},
     {"Attenuation7G", "copper attenuation at 7 GHz", "dB", F::kDecimal, F::kDecimal},

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Compiles each published header alone, with every supported compiler and C++ standard, and builds
-# tests/consumer with the library as C++20 and 23; warnings are errors. Of the presets in
-# CMakePresets.json, those that set CMAKE_CXX_STANDARD build the library as C++20 or 23, all others as
-# C++17. --rest leaves out what they build, as .ci/run does, which runs them all.
+# Compiles each published header alone, and all of them together, with every supported compiler and C++
+# standard, and builds tests/consumer with the library as C++20 and 23; warnings are errors. Of the
+# presets in CMakePresets.json, those that set CMAKE_CXX_STANDARD build the library as C++20 or 23, all
+# others as C++17. --rest leaves out what they build, as .ci/run does, which runs them all.
 # usage: scripts/check_standards.sh [--rest] [COMPILER...]     for example: check_standards.sh clang++-19
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -25,11 +25,16 @@ warnings=(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
 temporary=$(mktemp -d)
 trap 'rm -rf "$temporary"' EXIT
 
-# A header alone, as an embedding project includes it, and the sources of such a project.
+git ls-files 'cable_info/*.h' | xargs grep -L 'Internal; not installed\.' >"$temporary/headers"
+
+# Headers as an embedding project includes them, alone and together in either order, and the sources of
+# such a project.
 check_headers() {
-  local compile=("$1" -std=c++"$2" "${warnings[@]}" -fsyntax-only -I .)
-  git ls-files 'cable_info/*.h' | xargs grep -L 'Internal; not installed\.' |
-    xargs -P "$(nproc)" -I '{}' "${compile[@]}" -include '{}' -x c++ /dev/null
+  local order compile=("$1" -std=c++"$2" "${warnings[@]}" -fsyntax-only -I .)
+  xargs -P "$(nproc)" -I '{}' "${compile[@]}" -include '{}' -x c++ /dev/null <"$temporary/headers"
+  for order in '' -r; do
+    sort $order "$temporary/headers" | sed 's/.*/#include "&"/' | "${compile[@]}" -x c++ -
+  done
   "${compile[@]}" tests/consumer/*.cpp
 }
 

@@ -20,7 +20,7 @@ TEST(CsvForms, HaveTheNamesOfTheDocumentation) {
   EXPECT_EQ(CsvFormName(CsvForm::kFixed3), "fixed 3");
   EXPECT_EQ(CsvFormName(CsvForm::kCelsius), "celsius");
   EXPECT_EQ(CsvFormName(CsvForm::kMicrovolts), "microvolts");
-  EXPECT_EQ(CsvFormName(CsvForm::kVersion), "version");
+  EXPECT_EQ(CsvFormName(CsvForm::kFirmwareVersion), "version");
   EXPECT_EQ(CsvFormName(CsvForm::kDate), "date");
   EXPECT_EQ(CsvFormName(CsvForm::kWatts), "watts");
 }

@@ -724,7 +724,7 @@ constexpr CodeTable kIdentifiers("SFF-8024 rev 4.13, Table 4-1", kIdentifiersEnt
 constexpr CodeTable kSff8472Encodings("SFF-8024 rev 4.13, Table 4-2", kSff8472EncodingsEntries);
 constexpr CodeTable kSff8636Encodings("SFF-8024 rev 4.13, Table 4-2", kSff8636EncodingsEntries);
 constexpr CodeTable kConnectors("SFF-8024 rev 4.13, Table 4-3", kConnectorsEntries);
-constexpr CodeTable kExtendedCompliance("SFF-8024 rev 4.13, Table 4-4", kExtendedComplianceEntries);
+constexpr CodeTable kComplianceCodes("SFF-8024 rev 4.13, Table 4-4", kExtendedComplianceEntries);
 constexpr CodeTable kHostInterfaces("SFF-8024 rev 4.13, Table 4-5", kHostInterfacesEntries);
 constexpr CodeTable kMmfInterfaces("SFF-8024 rev 4.13, Table 4-6", kMmfInterfacesEntries);
 constexpr CodeTable kSmfInterfaces("SFF-8024 rev 4.13, Table 4-7", kSmfInterfacesEntries);

@@ -52,7 +52,7 @@ extern const CodeTable kSff8636Encodings;
 /// Connectors: SFF-8472 A0h byte 2, SFF-8636 00h byte 130, CMIS 00h byte 203.
 extern const CodeTable kConnectors;
 /// Extended specification compliance: SFF-8472 A0h byte 36, SFF-8636 00h byte 192 and byte 116.
-extern const CodeTable kExtendedCompliance;
+extern const CodeTable kComplianceCodes;
 /// Host electrical interfaces of CMIS applications (98h to 9Bh, BEh: rev 4.14).
 extern const CodeTable kHostInterfaces;
 /// Media interfaces of CMIS media type 1 (BEh: rev 4.14).

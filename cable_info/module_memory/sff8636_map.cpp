@@ -249,7 +249,7 @@ constexpr MapField kFields[] = {
     {Field::kTxTurnOnTime,                 L,   114, Bits(7, 4), kNumber.ZeroIsNone(),             kMaximumDurations,  "2.8"},
     {Field::kDataPathInitTime,             L,   114, Bits(3, 0), kNumber.ZeroIsNone(),             kMaximumDurations,  "2.8"},
     {Field::kModselWaitTime,               L,   115, kByte,      kOwn,                             kSince28,           "2.10"},
-    {Field::kSecondaryExtendedCompliance,  L,   116, kByte,      Code(kExtendedCompliance).ZeroIsNone(), kSince28,     "2.10"},
+    {Field::kSecondaryExtendedCompliance,  L,   116, kByte,      Code(kComplianceCodes).ZeroIsNone(),    kSince28,     "2.10"},
     {Field::kModuleSubtype,                L,   117, Bits(7, 4), Code(kSubtypes).ZeroIsNone(),     kSince28,           "2.11"},
     {Field::kFiberFace,                    L,   117, Bits(1, 0), Code(kFiberFaces).ZeroIsNone(),   kSince28,           "2.11"},
 
@@ -282,7 +282,7 @@ constexpr MapField kFields[] = {
     {Field::kAttenuation7,                 P00, 188, kByte,      kNumber.ZeroIsNone(),             kCopper,            ""},
     {Field::kAttenuation12p9,              P00, 189, kByte,      kNumber.ZeroIsNone(),             kCopper,            ""},
     {Field::kMaxCaseTemperature,           P00, 190, kByte,      kOwn,                             kAlways,            ""},
-    {Field::kExtendedCompliance,           P00, 192, kByte,      Code(kExtendedCompliance).ZeroIsNone(), kAlways,      ""},
+    {Field::kExtendedCompliance,           P00, 192, kByte,      Code(kComplianceCodes).ZeroIsNone(),    kAlways,      ""},
     {Field::kSerialNumber,                 P00, 196, Bytes(16),  kText,                            kAlways,            ""},
     {Field::kDateCode,                     P00, 212, Bytes(6),   kText,                            kAlways,            ""},
     {Field::kLot,                          P00, 218, Bytes(2),   kText,                            kAlways,            ""},

@@ -509,7 +509,7 @@ void SetModule(Readings& port, const ModuleRecord& m) {
   port.connector = Named(m.connector_type, kConnectors.Name(m.connector_type));
   const std::uint8_t technology = m.SelectTransmitterTechnology();
   port.technology = Named(technology, m.ConvertTransmitterTechnologyToStr({}));
-  port.compliance = Named(m.compliance_code, kExtendedCompliance.Name(m.compliance_code));
+  port.compliance = Named(m.compliance_code, kComplianceCodes.Name(m.compliance_code));
   port.medium = MediumOf(m);
   port.speeds = m.ib_compliance_code;
   port.nominal_bitrate_gbps = NonZero(static_cast<double>(m.SelectNominalBR()));
@@ -573,7 +573,7 @@ Readings ReadingsOf(const CableRecord& record) {
   port.connector = Named(record.Connector, kConnectors.Name(record.Connector));
   port.technology = Named(technology, TableEntry(transmitter_technology_arr, technology, {}));
   port.compliance =
-      Named(record.ExtSpecCompliance, kExtendedCompliance.Name(record.ExtSpecCompliance));
+      Named(record.ExtSpecCompliance, kComplianceCodes.Name(record.ExtSpecCompliance));
   port.speeds = record.SupportedSpeedMask;
   port.nominal_bitrate_gbps = NonZero(record.NominalBitrate);
   port.power_class = record.PowerClass;
