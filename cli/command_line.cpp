@@ -1,20 +1,32 @@
-// The command line as data for its parser: the options of each subcommand with their help.
+// The command line of cableinfo: the options of each subcommand with their help, as data for its
+// parser, and the answers to command lines that run no subcommand.
 
-#include "cli/command_options.h"
+#include "cli/command_line.h"
 
+#include <CLI/CLI.hpp>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <ostream>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "cable_info/version.h"
 #include "cli/commands/commands.h"
+#include "cli/message.h"
+#include "cli/output/whole_output.h"
+#include "cli/spelling.h"
 #include "cli/store/times.h"
 
 namespace cli {
 
 namespace {
+
+// What the program does once the command line is parsed.
+using Action = std::function<ExitStatus()>;
 
 // Lets parsing the subcommand set `action`, which passes the options on to `run`.
 template <typename Options, typename Run>
@@ -394,8 +406,11 @@ void AddColumnsCommand(CLI::App& app, Action& action) {
   SetAction(command, options, WriteColumns, action);
 }
 
-}  // namespace
+// ---------------------------------------------------------------------------------------------
+// The program
+// ---------------------------------------------------------------------------------------------
 
+// Adds all subcommands. Parsing the one that is given sets `action`.
 void AddCommands(CLI::App& app, Action& action) {
   AddTableCommand(app, action);
   AddReportCommand(app, action);
@@ -408,6 +423,68 @@ void AddCommands(CLI::App& app, Action& action) {
   AddModuleCommand(app, action);
   AddReadCommand(app, action);
   AddColumnsCommand(app, action);
+}
+
+constexpr const char* kDescription =
+    "Decodes and formats the cable and transceiver data of InfiniBand ports.\n"
+    "Reads port records, one JSON object per line, from files or standard input.";
+
+constexpr const char* kFooter =
+    "Exit status: 0 success, 1 some ports were bad and were left out, 2 wrong usage,\n"
+    "3 a file could not be read or written, 4 internal error or out of memory.\n"
+    "'cableinfo COMMAND --help' describes a command; see also the manual page.";
+
+// The message for a word in place of a command; empty if it is a command.
+std::string UnknownCommand(const CLI::App& app, std::string_view word) {
+  std::vector<std::string> names;
+  for (const CLI::App* command : app.get_subcommands({})) names.push_back(command->get_name());
+  const std::vector<std::string_view> known(names.begin(), names.end());
+  std::string list;
+  for (const std::string_view name : known) {
+    if (name == word) return {};
+    list += (list.empty() ? "" : ", ") + std::string(name);
+  }
+  const std::string_view nearest = Nearest(word, known);
+  return "unknown command \"" + std::string(word) + "\"; " +
+         (nearest.empty() ? "the commands are " + list
+                          : "did you mean \"" + std::string(nearest) + "\"?");
+}
+
+// Reports why the command line was not parsed, or writes the help or version that it asked for.
+ExitStatus Answer(const CLI::App& app, const CLI::ParseError& error, int argc, char** argv) {
+  const std::string_view word = argc > 1 ? argv[1] : "";
+  const std::string unknown =
+      word.empty() || word.starts_with('-') ? std::string() : UnknownCommand(app, word);
+  if (!unknown.empty()) {
+    PrintError("cableinfo: " + unknown);
+    return ExitStatus::kUsage;
+  }
+  std::ostringstream out;
+  std::ostringstream err;
+  if (app.exit(error, out, err) == 0) {
+    return WriteToStandardOutput([&](std::ostream& os) { os << out.str(); });
+  }
+  std::istringstream lines(err.str());
+  for (std::string line; std::getline(lines, line);) PrintError(line);
+  return ExitStatus::kUsage;
+}
+
+}  // namespace
+
+ExitStatus RunCommandLine(int argc, char** argv) {
+  CLI::App app(kDescription, "cableinfo");
+  app.footer(kFooter);
+  app.set_version_flag("--version", "cableinfo " + std::string(cable_info::kVersion));
+  app.require_subcommand(1);
+
+  Action action;
+  AddCommands(app, action);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return Answer(app, error, argc, argv);
+  }
+  return action();
 }
 
 }  // namespace cli

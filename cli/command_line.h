@@ -1,0 +1,11 @@
+#pragma once
+
+#include "cli/exit_status.h"
+
+namespace cli {
+
+/// Parses the arguments of the program and runs the subcommand that they name; writes the help or
+/// the version if that is requested, and reports wrong usage. Exceptions of the subcommand pass.
+ExitStatus RunCommandLine(int argc, char** argv);
+
+}  // namespace cli
