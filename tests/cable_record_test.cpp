@@ -317,8 +317,9 @@ TEST(CableRecordExport, StopsAtANulAndClearsTheRest) {
   cable_record_data_t data;
   std::memset(&data, 0xFF, sizeof(data));
   r.ExportData(&data);
-  EXPECT_EQ(std::string(data.vendor, sizeof(data.vendor)),
-            std::string("ab") + std::string(31, '\0'));
+  std::string expected = "ab";
+  expected.resize(33);
+  EXPECT_EQ(std::string(data.vendor, sizeof(data.vendor)), expected);
 }
 
 TEST(CableRecord, IsDestroyedThroughItsBase) {
