@@ -12,7 +12,7 @@ need g++ clang cmake ninja-build
 built=()
 if [ "${1:-}" = --rest ]; then
   shift
-  for preset in coverage tsan fuzz; do
+  for preset in asan-ubsan tsan coverage; do
     built+=("$(cmake -N --preset "$preset" | awk -F '"' -v compiler=g++ '
       /CMAKE_CXX_COMPILER=/ { compiler = $2 }
       /CMAKE_CXX_STANDARD=/ { standard = $2 }

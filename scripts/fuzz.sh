@@ -6,16 +6,16 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh
 
-need "${build_packages[@]}" clang libclang-common-14-dev libclang-rt-14-dev
-cmake --preset fuzz >/dev/null
-cmake --build --preset fuzz --target fuzz/all
+need "${build_packages[@]}" libgtest-dev python3 clang libclang-common-14-dev libclang-rt-14-dev
+cmake --preset asan-ubsan >/dev/null
+cmake --build --preset asan-ubsan --target fuzz/all
 
 # fuzz TARGET: runs a target, and prints its result as one text, since several run at a time.
 fuzz() {
-  local work=build/fuzz/runs target=$1 log=build/fuzz/runs/$1.log
+  local work=build/asan-ubsan/fuzz/runs target=$1 log=build/asan-ubsan/fuzz/runs/$1.log
   mkdir -p "$work/$target"
   # libFuzzer saves new inputs in the first folder, where the next run reads them.
-  if "build/fuzz/fuzz/fuzz_$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=4096 \
+  if "build/asan-ubsan/fuzz/fuzz_$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=4096 \
     -artifact_prefix="$work/$target-" "$work/$target" "fuzz/corpus/$target" >"$log" 2>&1; then
     echo "$target: $(tail -n 1 "$log"), nothing found"
   else

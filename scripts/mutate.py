@@ -26,7 +26,7 @@ import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutation"
-BASE = WORK / "base"
+BASE = ROOT / "build" / "coverage"
 EQUIVALENTS = ROOT / "scripts" / "mutation_equivalents.txt"
 
 # Tests that compare millions of numbers with the C library: too long for every mutant, and shorter
@@ -203,14 +203,10 @@ class Unit:
 
 
 def build_base():
-    """Builds the unchanged library and its tests; returns their units."""
-    subprocess.run(
-        ["cmake", "-S", ROOT, "-B", BASE, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=None",
-         "-DCMAKE_CXX_FLAGS=-O0 -w",
-         "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON", "-DCABLE_INFO_BUILD_TESTS=ON",
-         "-DCABLE_INFO_BUILD_CLI=OFF", "-DCABLE_INFO_BUILD_EXAMPLES=OFF"],
-        check=True, stdout=subprocess.DEVNULL)
-    subprocess.run(["cmake", "--build", BASE], check=True, stdout=subprocess.DEVNULL)
+    """Builds the unchanged library and its tests, as scripts/coverage.sh does; returns their units."""
+    for command in (["cmake", "--preset", "coverage", "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON"],
+                    ["cmake", "--build", "--preset", "coverage", "--target", "cable_info_tests"]):
+        subprocess.run(command, cwd=ROOT, check=True, stdout=subprocess.DEVNULL)
 
     deps = subprocess.run(["ninja", "-C", BASE, "-t", "deps"], check=True, capture_output=True,
                           text=True).stdout
@@ -218,27 +214,29 @@ def build_base():
     for block in deps.split("\n\n"):
         lines = block.strip().splitlines()
         if lines:
+            # A compiler cache may have made the paths relative to the folder of the build.
+            included = (os.path.relpath(BASE / line.strip(), ROOT) for line in lines[1:])
             headers[lines[0].split(":")[0]] = {
-                os.path.relpath(line.strip(), ROOT) for line in lines[1:]
-                if line.strip().startswith(str(ROOT / "cable_info"))}
+                path for path in included if path.startswith("cable_info/")}
     units = []
     for entry in json.loads((BASE / "compile_commands.json").read_text()):
         command = shlex.split(entry["command"])
         output = command[command.index("-o") + 1]
-        if "fixed3_sweep" in output:
-            continue  # a program with its own main
+        if output not in headers or output.endswith(".gch"):
+            continue  # of another program, or not an object
         units.append(Unit(os.path.relpath(entry["file"], ROOT), command, BASE / output,
                           headers[output], "tests/" in output))
     return units
 
 
 def compile_unit(unit, folder, source):
-    """Compiles `source` like the unit; headers in `folder` take precedence over the originals."""
+    """Compiles `source` like the unit, whatever the compiler warns of; headers in `folder` take
+    precedence over the originals."""
     output = folder / (pathlib.Path(unit.source).name + ".o")
     command = list(unit.command)
     command[command.index("-o") + 1] = str(output)
     command[command.index("-c") + 1] = str(source)
-    command.insert(1, f"-I{folder}")
+    command[1:1] = ["-w", f"-I{folder}"]
     done = subprocess.run(command, cwd=BASE, capture_output=True)
     return output if done.returncode == 0 else None
 
@@ -254,7 +252,8 @@ def run_tests(tests):
         done = subprocess.run(
             [tests, "--gtest_fail_fast", "--gtest_brief=1", "--gtest_filter=-" +
              ":".join(LONG_TESTS)],
-            timeout=SECONDS_PER_RUN, capture_output=True, preexec_fn=limit_memory)
+            timeout=SECONDS_PER_RUN, capture_output=True, preexec_fn=limit_memory,
+            env={**os.environ, "GCOV_PREFIX": str(WORK / "counts")})  # not those of the base
     except subprocess.TimeoutExpired:
         return "timed out", ""
     if done.returncode == 0:
@@ -264,7 +263,7 @@ def run_tests(tests):
 
 
 def link(units, output, *arguments):
-    subprocess.run([units[0].command[0], "-o", output, *arguments], check=True)
+    subprocess.run([units[0].command[0], "--coverage", "-o", output, *arguments], check=True)
     return output
 
 
