@@ -45,8 +45,8 @@ constexpr int kHexadecimal = 16;
 std::string GuidProblem(const std::string& text) {
   std::string_view digits = text;
   if (digits.starts_with("0x")) digits.remove_prefix(2);
-  constexpr std::size_t kMostDigits = 16;
-  const bool is_guid = !digits.empty() && digits.size() <= kMostDigits &&
+  constexpr std::size_t kMaxDigits = 16;
+  const bool is_guid = !digits.empty() && digits.size() <= kMaxDigits &&
                        digits.find_first_not_of("0123456789abcdefABCDEF") == std::string_view::npos;
   return is_guid ? "" : "expected a GUID of up to 16 hexadecimal digits, found \"" + text + '"';
 }
@@ -367,9 +367,9 @@ constexpr const char* kReadExamples =
     "  cableinfo read --watch 60 >> history.jsonl    every minute until interrupted";
 
 void AddReadCommand(CLI::App& app, Action& action) {
-  constexpr double kLongestWatch = 1e6;
-  constexpr double kShortest = 0.001;
-  constexpr double kLongestTimeout = 600;
+  constexpr double kMaxWatch = 1e6;
+  constexpr double kMinSeconds = 0.001;
+  constexpr double kMaxTimeout = 600;
   const auto options = std::make_shared<ReadOptions>();
   CLI::App& command = AddCommand(
       app, "read", "Read the modules of this machine and write port records", kReadExamples);
@@ -380,13 +380,13 @@ void AddReadCommand(CLI::App& app, Action& action) {
       command.add_flag("--scan", options->scan, "List the ports, and read nothing");
   command.add_option("--watch", options->watch, "Read again every so many seconds")
       ->type_name("SECONDS")
-      ->check(CLI::Range(kShortest, kLongestWatch))
+      ->check(CLI::Range(kMinSeconds, kMaxWatch))
       ->excludes(scan);
   command
       .add_option("--timeout", options->timeout,
                   "Wait so many seconds for a page (2), and ten times as long for a module")
       ->type_name("SECONDS")
-      ->check(CLI::Range(kShortest, kLongestTimeout));
+      ->check(CLI::Range(kMinSeconds, kMaxTimeout));
   command.add_option("--sysfs", options->sysfs, "Look for ports here instead of in /sys")
       ->type_name("DIR");
   AddOutputOption(command, options->output);

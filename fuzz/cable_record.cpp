@@ -27,14 +27,14 @@ using fuzz::Quoted;
 
 constexpr bool kCsv = true;
 constexpr bool kReport = false;
-constexpr std::size_t kLongestBlock = 2047;
+constexpr std::size_t kMaxBlockSize = 2047;
 
 float AnyFloat(FuzzedDataProvider& input) {
   return std::bit_cast<float>(input.ConsumeIntegral<std::uint32_t>());
 }
 
 CableRecord AnyRecord(FuzzedDataProvider& input) {
-  constexpr std::size_t kLongestText = 4096;
+  constexpr std::size_t kMaxTextSize = 4096;
   CableRecord r;
   for (auto* byte : cable_info::test::ByteFields(r)) *byte = input.ConsumeIntegral<std::uint8_t>();
   for (auto* word : cable_info::test::WordFields(r)) *word = input.ConsumeIntegral<std::uint16_t>();
@@ -46,7 +46,7 @@ CableRecord AnyRecord(FuzzedDataProvider& input) {
   // The OUI that identifies modules of the home vendor.
   const bool is_home = input.ConsumeBool();
   for (auto* text : cable_info::test::TextFields(r)) {
-    *text = input.ConsumeRandomLengthString(kLongestText);
+    *text = input.ConsumeRandomLengthString(kMaxTextSize);
   }
   if (is_home) r.Oui = "0x5a1";
   return r;
@@ -169,7 +169,7 @@ void CheckFacade(const CableRecord& r, const std::string& row, const std::string
   Check(port.ExportData(&data), "a cable record is exported");
   port.SetPrtlLength(r.RxPower[0]);
   Check(fuzz::BlockOf(port).find(" m\nLength by PRTL: ") != std::string::npos ||
-            block.size() > kLongestBlock / 2,
+            block.size() > kMaxBlockSize / 2,
         "a measured length is shown");
 }
 
@@ -189,11 +189,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (is_plain) CheckRow(r, row);
 
   const std::string block = fuzz::BlockOf(r);
-  Check(block.size() <= kLongestBlock, "a block is at most 2047 characters long");
+  Check(block.size() <= kMaxBlockSize, "a block is at most 2047 characters long");
   Check(block.find('\0') == std::string::npos, "a block holds no NUL");
   CheckEqual(block, r.c_str(true), "block and C string");
-  Check(r.c_str(false).size() <= kLongestBlock, "so is a block without the PHY's lines");
-  if (is_plain && block.size() < kLongestBlock) CheckBlock(r, block);
+  Check(r.c_str(false).size() <= kMaxBlockSize, "so is a block without the PHY's lines");
+  if (is_plain && block.size() < kMaxBlockSize) CheckBlock(r, block);
 
   CheckKinds(r);
   CheckExport(r);

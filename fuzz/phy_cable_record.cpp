@@ -90,13 +90,13 @@ std::unique_ptr<Bytes> AnyBytes(FuzzedDataProvider& input) {
 }
 
 void FillAny(FuzzedDataProvider& input, PhyCableRecord& r) {
-  constexpr std::size_t kLongestText = 512;
+  constexpr std::size_t kMaxTextSize = 512;
   const bool has_module = input.ConsumeBool();
   const bool has_page = input.ConsumeBool();
   if (has_module) r.SetModule(AnyBytes<ModuleRecord>(input));
   if (has_page) r.SetLatchedFlags(AnyBytes<LatchedFlagsPage>(input));
-  r.source = input.ConsumeRandomLengthString(kLongestText);
-  r.prtl_length = input.ConsumeRandomLengthString(kLongestText);
+  r.source = input.ConsumeRandomLengthString(kMaxTextSize);
+  r.prtl_length = input.ConsumeRandomLengthString(kMaxTextSize);
 }
 
 bool HasPlainTexts(const PhyCableRecord& r) {

@@ -74,11 +74,11 @@ unsigned HighestBankRead(const ModuleImage& image) {
 }  // namespace
 
 unsigned BanksOf(const ModuleImage& image) {
-  constexpr unsigned kMostBanks = 32;
+  constexpr unsigned kMaxBanks = 32;
   constexpr unsigned kBanksByCode[] = {1, 2, 4};
   constexpr unsigned kExtended = 3;
   const std::optional<unsigned> code = BitsOf(image, Page::k01, 142, 1, 0);
-  if (!code) return std::min(HighestBankRead(image) + 1U, kMostBanks);
+  if (!code) return std::min(HighestBankRead(image) + 1U, kMaxBanks);
   if (*code < kExtended) return kBanksByCode[*code];
   if (IsSince(image, 0x54) != Advertised::kYes) return 1;
   return BitsOf(image, Page::k01, 174, 4, 0).value_or(0) + 1U;

@@ -45,9 +45,9 @@ double ValueOf(const Format& format, Extent extent, std::uint32_t raw) {
 
 void DecodeText(Decoding& to, const MapField& line, const ModuleImage::Half& half,
                 Advertised advertised) {
-  constexpr std::size_t kLongestText = 32;
-  char text[kLongestText];
-  const std::size_t longest = std::min<std::size_t>(line.extent.bytes, kLongestText);
+  constexpr std::size_t kMaxTextSize = 32;
+  char text[kMaxTextSize];
+  const std::size_t longest = std::min<std::size_t>(line.extent.bytes, kMaxTextSize);
   // A text that is cut short is still one.
   std::size_t size = half.Has(line.byte, longest) ? longest : half.KnownFrom(line.byte, longest);
   const bool is_known = size != 0;

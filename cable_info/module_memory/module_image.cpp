@@ -157,8 +157,8 @@ DumpBytes DumpFromContent(std::string_view content) {
   if (content.empty()) throw BadModule("the dump is empty");
   if (IsListing(content)) return ParseListing(content);
   const bool is_linear = content.size() == kLinearImage || content.size() == kLinearSfpImage;
-  if (content.size() > kLongestDump && !is_linear) {
-    throw BadModule("an image of more than " + std::to_string(kLongestDump) +
+  if (content.size() > kMaxDumpSize && !is_linear) {
+    throw BadModule("an image of more than " + std::to_string(kMaxDumpSize) +
                     " bytes is no module's memory");
   }
   DumpBytes bytes;

@@ -65,7 +65,7 @@ struct Row {
 std::size_t Offset(std::string_view digits) {
   std::size_t offset = 0;
   const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), offset, 16);
-  return read.ec == std::errc() ? std::min(offset, kLongestDump + 1) : kLongestDump + 1;
+  return read.ec == std::errc() ? std::min(offset, kMaxDumpSize + 1) : kMaxDumpSize + 1;
 }
 
 // "00000010: 1100 0755  ..U", "10: 11 00 XX", "0x0010:\t\t11 00", "00000010  11 00  |..|", or bytes
@@ -144,8 +144,8 @@ class Listing {
 
   // Bytes that the listing leaves out repeat the last row behind a "*", else are missing.
   void MoveTo(std::size_t offset) {
-    if (offset > kLongestDump) {
-      Fail("an offset of at most " + std::to_string(kLongestDump) + " bytes", "a higher one");
+    if (offset > kMaxDumpSize) {
+      Fail("an offset of at most " + std::to_string(kMaxDumpSize) + " bytes", "a higher one");
     }
     if (offset < bytes_.size()) Fail("offsets that grow", "one that goes back");
     const std::size_t row_size = bytes_.size() - last_row_;
@@ -183,8 +183,8 @@ class Listing {
   }
 
   void Add(DumpByte byte) {
-    if (bytes_.size() >= kLongestDump) {
-      Fail("at most " + std::to_string(kLongestDump) + " bytes", "more");
+    if (bytes_.size() >= kMaxDumpSize) {
+      Fail("at most " + std::to_string(kMaxDumpSize) + " bytes", "more");
     }
     bytes_.push_back(byte);
   }
@@ -213,7 +213,7 @@ bool IsListing(std::string_view content) {
 
 bool ParsePlainHex(std::string_view text, std::vector<std::uint8_t>& bytes) {
   constexpr std::size_t kOffsetDigits = 8;  // eight digits alone may be an offset
-  const bool is_short = text.size() <= kOffsetDigits || text.size() > 2 * kLongestDump;
+  const bool is_short = text.size() <= kOffsetDigits || text.size() > 2 * kMaxDumpSize;
   if (is_short || text.size() % 2 != 0) return false;
   // Without branches and tables, so that compilers make it a loop over vectors.
   const auto nibble = [](std::uint8_t c) {  // letters have bit 6 set and begin with 1

@@ -20,7 +20,7 @@ using DumpByte = std::optional<std::uint8_t>;
 using DumpBytes = std::vector<DumpByte>;
 
 /// The largest offset of a dump.
-inline constexpr std::size_t kLongestDump = 4096;
+inline constexpr std::size_t kMaxDumpSize = 4096;
 
 /// \name EEPROM files of drivers
 /// The sizes of those in the linear layout of all pages: the lower page, then 256 upper pages by

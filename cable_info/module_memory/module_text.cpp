@@ -195,12 +195,12 @@ class Sheet {
 
   // Blanks up to a column of the line, at least `least` of them.
   void PadTo(std::size_t column, std::size_t least = 0) {
-    constexpr std::size_t kMost = 48;
+    constexpr std::size_t kUsualBlanks = 48;
     const std::size_t width = out_.size() - line_;
     const std::size_t blanks = width < column ? std::max(column - width, least) : least;
-    char* const to = out_.Reserve(std::max(blanks, kMost));
-    std::memset(to, ' ', kMost);  // of known size: a few moves
-    if (blanks > kMost) std::memset(to + kMost, ' ', blanks - kMost);
+    char* const to = out_.Reserve(std::max(blanks, kUsualBlanks));
+    std::memset(to, ' ', kUsualBlanks);  // of known size: a few moves
+    if (blanks > kUsualBlanks) std::memset(to + kUsualBlanks, ' ', blanks - kUsualBlanks);
     out_.EndAt(to + blanks);
   }
 
@@ -458,7 +458,7 @@ class Sheet {
 
   void LaneRow(const LaneFieldInfo& field) {
     // Values that all lanes share are written once, unless they are as short as this.
-    constexpr std::size_t kLongest = 6;
+    constexpr std::size_t kMaxRepeatedSize = 6;
     BeginLine();
     out_.Append(kIndent).Append(field.label);
     if (!field.unit.empty()) out_.Append(", ").Append(field.unit);
@@ -477,7 +477,7 @@ class Sheet {
     for (const Lane& lane : info_.lanes) {
       const std::size_t cell = out_.size() + 1;
       LaneColumn(field, lane[field.field]);
-      if (is_same && row + 1 == cell && out_.size() - cell > kLongest) {
+      if (is_same && row + 1 == cell && out_.size() - cell > kMaxRepeatedSize) {
         if (info_.lanes.size() > 1) out_.Append(" (all lanes)");
         break;
       }

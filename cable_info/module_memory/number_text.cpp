@@ -55,14 +55,14 @@ char* WriteExact(char* to, double value) {
 char* WriteShortest(char* to, double value) {
   if (!std::isfinite(value)) return text::WriteText(to, "null");
   if (char* const end = WriteExact(to, value)) return end;
-  return std::to_chars(to, to + kShortestRoom, value).ptr;
+  return std::to_chars(to, to + kMaxNumberSize, value).ptr;
 }
 
 char* WriteRounded(char* to, double value) {
   constexpr int kDigits = 6;
   if (char* const end = WriteExact(to, value)) return end;
   if (!std::isfinite(value) || value == std::floor(value)) return WriteShortest(to, value);
-  return std::to_chars(to, to + kShortestRoom, value, std::chars_format::general, kDigits).ptr;
+  return std::to_chars(to, to + kMaxNumberSize, value, std::chars_format::general, kDigits).ptr;
 }
 
 }  // namespace cable_info::module_memory

@@ -8,7 +8,7 @@ namespace cable_info {
 namespace [[gnu::visibility("hidden")]] module_memory {
 
 /// The size of the longest text of `WriteShortest`.
-inline constexpr std::size_t kShortestRoom = 32;
+inline constexpr std::size_t kMaxNumberSize = 32;
 /// The shortest decimal number that reads back as `value`, as in JSON; "null" for NaN and
 /// infinities.
 char* WriteShortest(char* to, double value);
@@ -18,10 +18,10 @@ char* WriteShortest(char* to, double value);
 char* WriteRounded(char* to, double value);
 
 inline void AppendShortest(text::TextBuffer& out, double value) {
-  out.EndAt(WriteShortest(out.Reserve(kShortestRoom), value));
+  out.EndAt(WriteShortest(out.Reserve(kMaxNumberSize), value));
 }
 inline void AppendRounded(text::TextBuffer& out, double value) {
-  out.EndAt(WriteRounded(out.Reserve(kShortestRoom), value));
+  out.EndAt(WriteRounded(out.Reserve(kMaxNumberSize), value));
 }
 
 }  // namespace module_memory

@@ -80,7 +80,7 @@ class Plan {
   explicit Plan(const ModuleImage& image) : image_(image) {}
 
   void Add(Page page, std::size_t first = kHalfSize) {
-    if (parts_.size() < kMostMemoryParts) parts_.push_back(PartOf(page, first));
+    if (parts_.size() < kMaxMemoryParts) parts_.push_back(PartOf(page, first));
   }
 
   // The parameters of SFF-8636 and their thresholds are samples, and no lines of the map.

@@ -36,10 +36,10 @@ Page FirstPageOf(std::uint8_t identifier);
 ///
 /// The first part is the lower page under the name that `FirstPageOf` gives it. Parts are in an
 /// order in which the advertising ones come first. A module may lie: no image makes the list longer
-/// than `kMostMemoryParts`.
+/// than `kMaxMemoryParts`.
 std::vector<MemoryPart> PartsToRead(const ModuleImage& image);
 
 /// The most parts of one module that are read.
-inline constexpr std::size_t kMostMemoryParts = 256;
+inline constexpr std::size_t kMaxMemoryParts = 256;
 
 }  // namespace cable_info

@@ -4,9 +4,9 @@
 
 namespace cable_info::module_memory {
 
-std::string_view FieldBytes::Text(char (&text)[kLongestField]) const {
+std::string_view FieldBytes::Text(char (&text)[kMaxFieldSize]) const {
   constexpr std::uint8_t kDelete = 0x7F;
-  const std::size_t count = std::min(size_, kLongestField);
+  const std::size_t count = std::min(size_, kMaxFieldSize);
   for (std::size_t i = 0; i < count; ++i) {
     const std::uint8_t byte = bytes_[i];
     const bool is_control = byte < ' ' || byte == kDelete;

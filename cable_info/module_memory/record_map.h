@@ -20,7 +20,7 @@ namespace cable_info {
 namespace [[gnu::visibility("hidden")]] module_memory {
 
 /// The longest field of any map, in bytes.
-inline constexpr std::size_t kLongestField = 64;
+inline constexpr std::size_t kMaxFieldSize = 64;
 
 /// The bytes of one field, all of them known unless it is a text.
 class FieldBytes {
@@ -46,7 +46,7 @@ class FieldBytes {
   }
   /// The bytes as text for one cell, written to `text`: NULs become blanks, other control
   /// characters "?", and blanks at both ends are removed.
-  std::string_view Text(char (&text)[kLongestField]) const;
+  std::string_view Text(char (&text)[kMaxFieldSize]) const;
 
  private:
   const std::uint8_t* bytes_;
@@ -126,7 +126,7 @@ void SetNumberOf(Target& target, const FieldBytes& value) {
 
 template <typename Target, auto kPart, auto kMember>
 void SetTextOf(Target& target, const FieldBytes& value) {
-  char text[kLongestField];
+  char text[kMaxFieldSize];
   StoreText((target.*kPart).*kMember, value.Text(text));
 }
 /// @}
@@ -188,7 +188,7 @@ ModuleRecord UnknownModuleRecord(std::uint8_t form_factor);
 /// Sets the date code of the module record of `Draft`.
 template <typename Draft>
 void SetDate(Draft& draft, const FieldBytes& value) {
-  char text[kLongestField];
+  char text[kMaxFieldSize];
   draft.module.SetDateCode(value.Text(text));
 }
 

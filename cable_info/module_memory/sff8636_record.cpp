@@ -43,7 +43,7 @@ void ToOui(Draft& draft, const FieldBytes& value) {
 }
 
 void ToDate(Draft& draft, const FieldBytes& value) {
-  char text[kLongestField];
+  char text[kMaxFieldSize];
   const std::string_view date = value.Text(text);
   draft.record.DateCodeText = date.empty() ? kUnknownDate : date;
 }

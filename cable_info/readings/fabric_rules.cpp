@@ -15,7 +15,7 @@ constexpr std::size_t kOutlierModules = 3;
 static_assert(kRuleParameters[kOutlierDeviations].name == "outlier.deviations");
 static_assert(kRuleParameters[kOutlierModules].name == "outlier.modules");
 
-using Powers = std::array<float, kMostLanes>;
+using Powers = std::array<float, kMaxLanes>;
 
 float PowerOf(const Readings& readings, Quantity quantity, int lane) {
   const Reading& reading = readings.Of(quantity, lane);
@@ -67,7 +67,7 @@ FabricPort::FabricPort(const PortId& id_in, const std::optional<PortId>& peer_in
       serial_number(readings.identity.serial_number),
       is_separable(!readings.connector || readings.connector->code != kNoSeparableConnector),
       lanes(readings.lanes) {
-  for (int lane = 1; lane <= kMostLanes; ++lane) {
+  for (int lane = 1; lane <= kMaxLanes; ++lane) {
     const auto index = static_cast<std::size_t>(lane) - 1;
     rx_power[index] = PowerOf(readings, Quantity::kRxPower, lane);
     tx_power[index] = PowerOf(readings, Quantity::kTxPower, lane);

@@ -50,9 +50,9 @@ struct FabricPort {
   bool is_separable = true;    ///< false for a cable without separable connectors
   int lanes = 0;               ///< the number of lanes of the form factor
   /// Received powers by lane in milliwatts, NaN for lanes without a value or not in use.
-  std::array<float, kMostLanes> rx_power{};
+  std::array<float, kMaxLanes> rx_power{};
   /// Transmitted powers, in the same form.
-  std::array<float, kMostLanes> tx_power{};
+  std::array<float, kMaxLanes> tx_power{};
 };
 
 /// Compares ports with each other.
@@ -93,8 +93,8 @@ class FabricRules {
     std::uint8_t lanes = 0;
     bool has_peer = false;
     bool is_separable = false;
-    std::array<float, kMostLanes> rx_power = {};
-    std::array<float, kMostLanes> tx_power = {};
+    std::array<float, kMaxLanes> rx_power = {};
+    std::array<float, kMaxLanes> tx_power = {};
   };
 
   void JudgeOutliers(const Found& found) const;

@@ -27,8 +27,8 @@ std::optional<float> FloatOf(const ModuleInfo& module, Field field) {
 
 std::optional<std::uint8_t> ByteOf(const ModuleInfo& module, Field field) {
   const std::optional<double> number = NumberOf(module, field);
-  constexpr double kMost = 255;
-  if (!number || *number < 0 || *number > kMost) return std::nullopt;
+  constexpr double kMaxByte = 255;
+  if (!number || *number < 0 || *number > kMaxByte) return std::nullopt;
   return static_cast<std::uint8_t>(*number);
 }
 
@@ -97,8 +97,8 @@ void SetSwitch(Flags& flags, const LaneValue& value, unsigned lane) {
 }
 
 void SetSetting(LaneValues& values, const LaneValue& value, unsigned lane) {
-  constexpr double kMost = 255;
-  if (!value.IsPresent() || value.number < 0 || value.number > kMost) return;
+  constexpr double kMaxByte = 255;
+  if (!value.IsPresent() || value.number < 0 || value.number > kMaxByte) return;
   values[lane - 1] = static_cast<std::uint8_t>(value.number);
 }
 
@@ -240,7 +240,7 @@ Readings ReadingsOf(const ModuleInfo& module) {
   SetReading(port.Of(Quantity::kTemperature), module.temperature);
   SetReading(port.Of(Quantity::kVoltage), module.voltage);
   for (const Lane& lane : module.lanes) {
-    if (lane.number < 1 || lane.number > static_cast<unsigned>(kMostLanes)) continue;
+    if (lane.number < 1 || lane.number > static_cast<unsigned>(kMaxLanes)) continue;
     port.lanes = std::max(port.lanes, static_cast<int>(lane.number));
     SetLane(port, lane);
   }

@@ -10,7 +10,7 @@ namespace cable_info {
 class ModuleInfo;
 
 /// What a module's memory reports, with all four thresholds and flags of each monitor, auxiliary
-/// monitors and VDM observables. Lanes beyond `kMostLanes` are left out. A reading keeps the state
+/// monitors and VDM observables. Lanes beyond `kMaxLanes` are left out. A reading keeps the state
 /// that its field has.
 Readings ReadingsOf(const ModuleInfo& module);
 

@@ -28,7 +28,7 @@ enum class Quantity : std::uint8_t {
 inline constexpr std::size_t kQuantities = 5;
 
 /// The highest number of lanes of a port. Lanes are numbered from 1.
-inline constexpr int kMostLanes = 8;
+inline constexpr int kMaxLanes = 8;
 
 /// Up to eight switches or flags of which each is on, off or not known; number 1 in bit 0.
 struct Flags {

@@ -165,7 +165,7 @@ void SettleLanes(Readings& port) {
     if (!is_dark) port.lanes_in_use |= LaneBit(lane);
   }
   for (const Quantity quantity : kLaneQuantities) {
-    for (int lane = 1; lane <= kMostLanes; ++lane) {
+    for (int lane = 1; lane <= kMaxLanes; ++lane) {
       Reading& reading = port.Of(quantity, lane);
       if (lane > port.lanes || IsCopper(port.medium)) {
         Deny(reading);
@@ -349,7 +349,7 @@ int LanesOf(const ModuleRecord& m) {
       2,  // DSFP
       4,  // QSFP split cable
   };
-  return m.cable_identifier < kLanes.size() ? kLanes[m.cable_identifier] : kMostLanes;
+  return m.cable_identifier < kLanes.size() ? kLanes[m.cable_identifier] : kMaxLanes;
 }
 
 // A power of a lane, or its threshold, in milliwatts; empty where it is none.
@@ -371,7 +371,7 @@ void SetAlarms(Reading& reading, std::optional<double> high, std::optional<doubl
   if (low) SetThreshold(reading, AlarmLevel::kLowAlarm, *low);
 }
 
-void SetLanePowers(Readings& port, Quantity quantity, const std::uint16_t (&lanes)[kMostLanes],
+void SetLanePowers(Readings& port, Quantity quantity, const std::uint16_t (&lanes)[kMaxLanes],
                    std::uint16_t high, std::uint16_t low, const ModuleRecord& m) {
   std::optional<double> high_power;
   std::optional<double> low_power;
@@ -379,7 +379,7 @@ void SetLanePowers(Readings& port, Quantity quantity, const std::uint16_t (&lane
     high_power = PowerThreshold(high, m);
     low_power = PowerThreshold(low, m);
   }
-  for (int lane = 1; lane <= kMostLanes; ++lane) {
+  for (int lane = 1; lane <= kMaxLanes; ++lane) {
     Reading& reading = port.Of(quantity, lane);
     const std::optional<double> power = LanePower(lanes[PhyLaneIndex(lane)], m);
     if (power) SetValue(reading, *power);
@@ -389,7 +389,7 @@ void SetLanePowers(Readings& port, Quantity quantity, const std::uint16_t (&lane
 
 void SetLaneBias(Readings& port, const ModuleRecord& m) {
   const bool has_thresholds = m.tx_bias_high_threshold != 0 || m.tx_bias_low_threshold != 0;
-  for (int lane = 1; lane <= kMostLanes; ++lane) {
+  for (int lane = 1; lane <= kMaxLanes; ++lane) {
     Reading& reading = port.Of(Quantity::kTxBias, lane);
     SetValue(reading, m.tx_bias[PhyLaneIndex(lane)] / kBiasUnitsPerMilliampere);
     if (!has_thresholds) continue;
@@ -423,7 +423,7 @@ void SetFlags(Readings& port, const LatchedFlagsPage& page) {
                               page.latched_tx_power_low_warning};
   const LaneMasks tx_bias = {page.latched_tx_bias_high_alarm, page.latched_tx_bias_low_alarm,
                              page.latched_tx_bias_high_warning, page.latched_tx_bias_low_warning};
-  for (int lane = 1; lane <= kMostLanes; ++lane) {
+  for (int lane = 1; lane <= kMaxLanes; ++lane) {
     port.Of(Quantity::kRxPower, lane).latched = BoundsOfLane(rx_power, lane);
     port.Of(Quantity::kTxPower, lane).latched = BoundsOfLane(tx_power, lane);
     port.Of(Quantity::kTxBias, lane).latched = BoundsOfLane(tx_bias, lane);
@@ -549,7 +549,7 @@ Readings::Readings() {
     readings_[i].quantity = static_cast<Quantity>(i);
   }
   for (const Quantity quantity : kLaneQuantities) {
-    for (int lane = 1; lane <= kMostLanes; ++lane) {
+    for (int lane = 1; lane <= kMaxLanes; ++lane) {
       Of(quantity, lane).quantity = quantity;
       Of(quantity, lane).lane = static_cast<std::uint8_t>(lane);
     }
@@ -597,7 +597,7 @@ Readings ReadingsOf(const PhyCableRecord& record) {
   port.has_data = record.module != nullptr || record.latched_flags != nullptr;
   port.source = record.source;
   port.lengths.measured = Metres(record.prtl_length);
-  port.lanes = kMostLanes;
+  port.lanes = kMaxLanes;
   if (record.module != nullptr) SetModule(port, *record.module);
   if (record.latched_flags != nullptr) SetFlags(port, *record.latched_flags);
   if (record.module == nullptr) {

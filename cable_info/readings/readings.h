@@ -86,7 +86,7 @@ inline constexpr std::array<LaneFlag, 6> kAllLaneFlags = {
     LaneFlag::kTxLol, LaneFlag::kTxFault, LaneFlag::kAdaptiveEqFault};
 
 /// A value for each lane; empty where there is none. Lane n has index n - 1.
-using LaneValues = std::array<std::optional<std::uint8_t>, kMostLanes>;
+using LaneValues = std::array<std::optional<std::uint8_t>, kMaxLanes>;
 
 /// The settings of the module by lane.
 struct Controls {
@@ -151,7 +151,7 @@ class Readings {
   /// Received power is an average (true) or an OMA (false).
   std::optional<bool> rx_power_is_average;
 
-  /// The number of lanes of the form factor, 0 to `kMostLanes`; `kMostLanes` if it is unknown.
+  /// The number of lanes of the form factor, 0 to `kMaxLanes`; `kMaxLanes` if it is unknown.
   int lanes = 0;
   /// Bit n - 1: lane n is offered, and not zero on all three of its monitors.
   std::uint8_t lanes_in_use = 0;
@@ -160,7 +160,7 @@ class Readings {
   /// Auxiliary monitors and VDM observables of a module.
   std::vector<Observable> observables;
 
-  /// A reading of the module (lane 0) or of a lane from 1 to `kMostLanes`. Temperature and voltage
+  /// A reading of the module (lane 0) or of a lane from 1 to `kMaxLanes`. Temperature and voltage
   /// have lane 0 only, the other quantities have the lanes only.
   /// @{
   const Reading& Of(Quantity quantity, int lane = 0) const {
@@ -184,7 +184,7 @@ class Readings {
   Flags& Of(LaneFlag flag) { return flags_[static_cast<std::size_t>(flag)]; }
   /// @}
 
-  /// True for a lane from 1 to `kMostLanes` that is in use.
+  /// True for a lane from 1 to `kMaxLanes` that is in use.
   bool IsInUse(int lane) const { return (lanes_in_use >> (lane - 1) & 1) != 0; }
 
  private:
@@ -193,11 +193,11 @@ class Readings {
   static constexpr std::size_t Index(Quantity quantity, int lane) {
     const auto number = static_cast<std::size_t>(quantity);
     if (number < kModuleReadings) return number;
-    return kModuleReadings + (number - kModuleReadings) * kMostLanes +
+    return kModuleReadings + (number - kModuleReadings) * kMaxLanes +
            static_cast<std::size_t>(lane) - 1;
   }
 
-  std::array<Reading, kModuleReadings + (kQuantities - kModuleReadings) * kMostLanes> readings_;
+  std::array<Reading, kModuleReadings + (kQuantities - kModuleReadings) * kMaxLanes> readings_;
   std::array<Flags, kAllLaneFlags.size()> flags_;
 };
 

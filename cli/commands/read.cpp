@@ -34,8 +34,8 @@ namespace {
 using std::chrono::milliseconds;
 
 std::string HostName() {
-  constexpr std::size_t kLongest = 256;
-  char name[kLongest] = {};
+  constexpr std::size_t kCapacity = 256;
+  char name[kCapacity] = {};
   return gethostname(name, sizeof(name) - 1) == 0 ? name : "localhost";
 }
 

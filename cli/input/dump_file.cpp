@@ -20,10 +20,10 @@ namespace {
 using cable_info::module_memory::BadModule;
 using cable_info::module_memory::DumpBytes;
 using cable_info::module_memory::DumpFromContent;
-using cable_info::module_memory::kLongestDump;
+using cable_info::module_memory::kMaxDumpSize;
 
 // A listing takes a few characters for each byte; no dump has more than this.
-constexpr std::size_t kMaxFile = 64 * kLongestDump;
+constexpr std::size_t kMaxFile = 64 * kMaxDumpSize;
 
 [[noreturn]] void ThrowError(int error) { throw std::system_error(error, std::generic_category()); }
 

@@ -15,7 +15,7 @@ namespace cli {
 
 namespace {
 
-constexpr std::size_t kLongestRequest = 256;
+constexpr std::size_t kMaxRequestSize = 256;
 
 // A message under construction, aligned as its headers are.
 class Request {
@@ -37,7 +37,7 @@ class Request {
   }
 
  private:
-  alignas(nlmsghdr) std::uint8_t buffer_[kLongestRequest] = {};
+  alignas(nlmsghdr) std::uint8_t buffer_[kMaxRequestSize] = {};
   nlmsghdr* header_;
 };
 
@@ -154,8 +154,8 @@ std::vector<std::uint8_t> ModuleRequest(std::uint16_t family, std::uint32_t sequ
   Request message(family, sequence, ETHTOOL_MSG_MODULE_EEPROM_GET, ETHTOOL_GENL_VERSION);
   nlmsghdr* const header = message.header();
   nlattr* const nest = mnl_attr_nest_start(header, ETHTOOL_A_MODULE_EEPROM_HEADER);
-  constexpr std::size_t kLongestName = ALTIFNAMSIZ - 1;
-  mnl_attr_put_strz(header, ETHTOOL_A_HEADER_DEV_NAME, interface.substr(0, kLongestName).c_str());
+  constexpr std::size_t kMaxNameSize = ALTIFNAMSIZ - 1;
+  mnl_attr_put_strz(header, ETHTOOL_A_HEADER_DEV_NAME, interface.substr(0, kMaxNameSize).c_str());
   mnl_attr_nest_end(header, nest);
   mnl_attr_put_u32(header, ETHTOOL_A_MODULE_EEPROM_OFFSET, request.offset);
   mnl_attr_put_u32(header, ETHTOOL_A_MODULE_EEPROM_LENGTH, request.length);

@@ -77,7 +77,7 @@ class NetlinkReader : public PageReader {
     const auto end = Clock::now() + limit_;
     if (auto error = Send(request)) return error;
     // The kernel splits nothing that short: 128 bytes with headers.
-    std::vector<std::uint8_t> buffer(kLongestAnswer);
+    std::vector<std::uint8_t> buffer(kMaxAnswerSize);
     for (;;) {
       const auto rest = std::chrono::duration_cast<milliseconds>(end - Clock::now());
       if (rest.count() <= 0) return TimeLimit();
@@ -111,7 +111,7 @@ class NetlinkReader : public PageReader {
     return reinterpret_cast<sockaddr*>(&address);
   }
 
-  static constexpr std::size_t kLongestAnswer = 32768;
+  static constexpr std::size_t kMaxAnswerSize = 32768;
 
   const std::string interface_;
   const milliseconds limit_;

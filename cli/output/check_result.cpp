@@ -26,8 +26,8 @@ struct Head {
   bool has_peer = false;
   bool is_separable = false;
   int lanes = 0;
-  std::array<float, cable_info::kMostLanes> rx_power = {};
-  std::array<float, cable_info::kMostLanes> tx_power = {};
+  std::array<float, cable_info::kMaxLanes> rx_power = {};
+  std::array<float, cable_info::kMaxLanes> tx_power = {};
   std::size_t findings = 0;
 };
 

@@ -33,7 +33,7 @@ SnapshotNumbers NumbersOf(const Port& port, const Readings& readings) {
   numbers.port_guid = port.port_guid;
   numbers.number = port.number;
   numbers.temperature = ValueOf(readings.Of(Quantity::kTemperature));
-  for (int lane = 1; lane <= cable_info::kMostLanes; ++lane) {
+  for (int lane = 1; lane <= cable_info::kMaxLanes; ++lane) {
     const auto i = static_cast<std::size_t>(lane) - 1;
     numbers.rx_power[i] = ValueOf(readings.Of(Quantity::kRxPower, lane));
     numbers.tx_power[i] = ValueOf(readings.Of(Quantity::kTxPower, lane));
@@ -118,7 +118,7 @@ class Comparison {
     }
     for (std::size_t flag = 0; flag < cable_info::kAllLaneFlags.size(); ++flag) {
       const std::string name = LaneFlagKey(cable_info::kAllLaneFlags[flag]);
-      for (int lane = 1; lane <= cable_info::kMostLanes; ++lane) {
+      for (int lane = 1; lane <= cable_info::kMaxLanes; ++lane) {
         AddFlag(name, lane, before_.numbers.lane_flags[flag], after_.numbers.lane_flags[flag],
                 static_cast<unsigned>(lane) - 1);
       }
@@ -139,7 +139,7 @@ class Comparison {
                   static_cast<double>(before.temperature)) > tolerances_.temperature_c) {
       AddReading(Quantity::kTemperature, 0, before.temperature, after.temperature);
     }
-    for (int lane = 1; lane <= cable_info::kMostLanes; ++lane) {
+    for (int lane = 1; lane <= cable_info::kMaxLanes; ++lane) {
       const auto i = static_cast<std::size_t>(lane) - 1;
       ComparePower(Quantity::kRxPower, lane, before.rx_power[i], after.rx_power[i]);
       ComparePower(Quantity::kTxPower, lane, before.tx_power[i], after.tx_power[i]);

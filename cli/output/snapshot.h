@@ -19,9 +19,9 @@ struct SnapshotNumbers {
   std::uint64_t port_guid;
   std::uint32_t number;
   float temperature;  ///< NaN without a value, as all of these
-  std::array<float, cable_info::kMostLanes> rx_power;
-  std::array<float, cable_info::kMostLanes> tx_power;
-  std::array<float, cable_info::kMostLanes> tx_bias;
+  std::array<float, cable_info::kMaxLanes> rx_power;
+  std::array<float, cable_info::kMaxLanes> tx_power;
+  std::array<float, cable_info::kMaxLanes> tx_bias;
   /// Latched flags by level: of temperature and voltage, then of RX power, TX power and TX bias of
   /// lanes 1..8 each.
   std::array<std::uint8_t, 26> bounds;

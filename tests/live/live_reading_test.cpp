@@ -335,7 +335,7 @@ TEST(LiveReading, AModuleThatLiesAboutItsPagesEnds) {
   const LiveModule module = Read(responder);
   ASSERT_FALSE(module.error) << module.error->text;
   ExpectSame(module.image, memory.image(), PageOf(0x11, 1));
-  EXPECT_LE(responder.Requests().size(), 1 + cable_info::kMostMemoryParts);
+  EXPECT_LE(responder.Requests().size(), 1 + cable_info::kMaxMemoryParts);
   EXPECT_FALSE(module.remarks.empty());
 }
 

@@ -137,7 +137,7 @@ TEST(PlainHex, IsNothingButDigits) {
                            "0001:20304", "0x01020304"}) {
     EXPECT_FALSE(cable_info::module_memory::ParsePlainHex(text, bytes)) << text;
   }
-  const std::string longest(2 * cable_info::module_memory::kLongestDump, '7');
+  const std::string longest(2 * cable_info::module_memory::kMaxDumpSize, '7');
   EXPECT_TRUE(cable_info::module_memory::ParsePlainHex(longest, bytes));
   EXPECT_FALSE(cable_info::module_memory::ParsePlainHex(longest + "77", bytes));
 }

@@ -8,7 +8,7 @@
 namespace {
 
 std::string Shortest(double value) {
-  char digits[cable_info::module_memory::kShortestRoom];
+  char digits[cable_info::module_memory::kMaxNumberSize];
   return {digits, cable_info::module_memory::WriteShortest(digits, value)};
 }
 
@@ -46,7 +46,7 @@ TEST(ShortestNumbers, AreNullWithoutFiniteValue) {
 }
 
 std::string Rounded(double value) {
-  char digits[cable_info::module_memory::kShortestRoom];
+  char digits[cable_info::module_memory::kMaxNumberSize];
   return {digits, cable_info::module_memory::WriteRounded(digits, value)};
 }
 

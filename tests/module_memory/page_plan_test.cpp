@@ -12,7 +12,7 @@
 namespace {
 
 using cable_info::FirstPageOf;
-using cable_info::kMostMemoryParts;
+using cable_info::kMaxMemoryParts;
 using cable_info::MemoryPart;
 using cable_info::ModuleImage;
 using cable_info::Page;
@@ -184,7 +184,7 @@ TEST(PagePlan, NoModuleMakesItEndless) {
     memory.Add(PageOf(0x2F, bank)).Put(PageOf(0x2F, bank), 128, {0x03});
   }
   const std::vector<MemoryPart> parts = PartsToRead(memory.image());
-  EXPECT_EQ(parts.size(), kMostMemoryParts);
+  EXPECT_EQ(parts.size(), kMaxMemoryParts);
   for (auto part = parts.begin(); part != parts.end(); ++part) {
     EXPECT_EQ(std::find(part + 1, parts.end(), *part), parts.end());
   }

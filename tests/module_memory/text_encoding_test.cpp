@@ -56,12 +56,12 @@ TEST(AppendUtf8, HandsOverControlsQuotesAndBackslashes) {
 
 // Characters are examined in groups, the last of which may overlap the one before.
 TEST(AppendUtf8, FindsASpecialCharacterAtEachPlace) {
-  constexpr std::size_t kLongest = 25;
+  constexpr std::size_t kMaxSize = 25;
   for (const char c : std::string_view("\0\x1F\"\\\x7F\x80\xFF", 7)) {
     const auto byte = static_cast<unsigned char>(c);
     const std::string shown =
         byte < 0x80 ? '<' + std::to_string(byte) + '>' : std::string("\xEF\xBF\xBD");
-    for (std::size_t size = 1; size <= kLongest; ++size) {
+    for (std::size_t size = 1; size <= kMaxSize; ++size) {
       for (std::size_t place = 0; place < size; ++place) {
         std::string text(size, '~');
         text[place] = c;
