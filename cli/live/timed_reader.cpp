@@ -21,7 +21,9 @@ class TimedReader : public PageReader {
     std::future<PageAnswer> answer = promise.get_future();
     try {
       std::thread([reader = reader_, request, promise = std::move(promise)]() mutable {
-        promise.set_value(reader->Read(request));
+        PageAnswer read = reader->Read(request);
+        reader.reset();  // first, so that a reader whose answer has arrived is not in use
+        promise.set_value(std::move(read));
       }).detach();
     } catch (const std::system_error& error) {
       return Failed({ReadError::Kind::kPort, "no thread: " + error.code().message()});

@@ -306,6 +306,22 @@ TEST(LiveReading, AReaderThatBlocksIsGivenUp) {
   EXPECT_EQ(is_busy.use_count(), 1);
 }
 
+TEST(LiveReading, AReaderIsNotInUseAfterItsAnswer) {
+  class Immediate : public cli::PageReader {
+   public:
+    cli::PageAnswer Read(const cli::PageRequest& /*request*/) override {
+      return {{1}, std::nullopt};
+    }
+  };
+  for (int i = 0; i < 2000; ++i) {
+    auto reader = std::make_shared<Immediate>();
+    const std::weak_ptr<Immediate> in_use = reader;
+    const auto timed = cli::MakeTimedReader(std::move(reader), kRequestLimit);
+    EXPECT_EQ(timed->Read({}).bytes.size(), 1U);
+    ASSERT_EQ(in_use.use_count(), 1);  // that of `timed`
+  }
+}
+
 TEST(LiveReading, StrangeDatagramsAreNotTheAnswer) {
   const Memory memory = Qsfp();
   const Responder responder(memory.image(), {{Page::k00, {kNoise}}});
