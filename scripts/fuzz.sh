@@ -12,10 +12,11 @@ cmake --build --preset asan-ubsan --target fuzz/all
 
 # fuzz TARGET: runs a target, and prints its result as one text, since several run at a time.
 fuzz() {
-  local work=build/asan-ubsan/fuzz/runs target=$1 log=build/asan-ubsan/fuzz/runs/$1.log
+  local target=$1 built=build/asan-ubsan/fuzz
+  local work=$built/runs log=$built/runs/$target.log
   mkdir -p "$work/$target"
   # libFuzzer saves new inputs in the first folder, where the next run reads them.
-  if "build/asan-ubsan/fuzz/fuzz_$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=4096 \
+  if "$built/fuzz_$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=4096 \
     -artifact_prefix="$work/$target-" "$work/$target" "fuzz/corpus/$target" >"$log" 2>&1; then
     echo "$target: $(tail -n 1 "$log"), nothing found"
   else

@@ -21,8 +21,8 @@ check_with_cppcheck() {
     --enable=warning,style,performance,portability --suppressions-list=cppcheck-suppressions.txt
 }
 
-# Without precompiled headers, which would hide missing ones. The largest sources first, so that none
-# of them is left for one core at the end.
+# Without precompiled headers, which would hide missing includes. The largest sources first, so that
+# none of them is left for one core at the end.
 check_with_clang_tidy() {
   cmake --preset debug -DCMAKE_EXPORT_COMPILE_COMMANDS=ON -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON \
     >/dev/null

@@ -102,6 +102,7 @@ class Schema(ProgramTest):
         # A port with the GUID MARK after each line shows which of them have a row.
         ports = "".join(f'{line}\n{{"node_guid":"{MARK}"}}\n' for line, _ in lines)
         result = run("table", "-q", "-j", "1", "--columns", "NodeGuid", stdin=ports.encode())
+        self.assertEqual(result.returncode, 1, result.stderr)
         rows = result.stdout.decode().partition("\n")[2]
         accepted = [part != "" for part in rows.split(f"{MARK}\n")[:-1]]
         self.assertEqual(len(accepted), len(lines), result.stderr)
