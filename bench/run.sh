@@ -7,7 +7,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh
 
 ports=${1:-1000000}
-need "${build_packages[@]}" libbenchmark-dev python3 sqlite3
+need "${build_packages[@]}" libbenchmark-dev nlohmann-json3-dev python3 sqlite3
 {
   cmake --preset release -DCABLE_INFO_BUILD_TESTS=OFF -DCABLE_INFO_BUILD_BENCH=ON
   cmake --build --preset release --target rows modules make_fabric parse_floor cableinfo

@@ -8,7 +8,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh
 
 ports=${1:-1000000}
-need "${build_packages[@]}" libbenchmark-dev slurmctld slurmd slurm-client munge sqlite3
+need "${build_packages[@]}" libbenchmark-dev nlohmann-json3-dev slurmctld slurmd slurm-client munge sqlite3
 [ "$(id -u)" -eq 0 ] || {
   echo 'error: the daemons of Slurm need root' >&2
   exit 1

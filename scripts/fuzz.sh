@@ -6,7 +6,8 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh
 
-need "${build_packages[@]}" libgtest-dev python3 clang libclang-common-14-dev libclang-rt-14-dev
+need "${build_packages[@]}" libgtest-dev nlohmann-json3-dev python3 clang libclang-common-14-dev \
+  libclang-rt-14-dev
 cmake --preset asan-ubsan >/dev/null
 cmake --build --preset asan-ubsan --target fuzz/all
 

@@ -1,8 +1,8 @@
 # Sourced by the other scripts: `need PACKAGE...` installs the given Debian packages if missing.
 
 # The packages that the library and the program are built with.
-build_packages=(g++ cmake ninja-build libcli11-dev libsimdjson-dev nlohmann-json3-dev
-  libsqlite3-dev libjs-chart.js libmnl-dev)
+build_packages=(g++ cmake ninja-build libcli11-dev libsimdjson-dev libsqlite3-dev
+  libjs-chart.js libmnl-dev)
 
 need() {
   if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then

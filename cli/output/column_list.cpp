@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <iomanip>
-#include <nlohmann/json.hpp>
 #include <ostream>
 
 #include "cable_info/combined_cable_info.h"
+#include "cable_info/text/text_buffer.h"
 #include "cli/format_version.h"
+#include "cli/output/json_text.h"
 
 namespace cli {
 
@@ -16,10 +18,22 @@ namespace {
 using cable_info::CsvColumn;
 using cable_info::CsvFormName;
 using cable_info::kCsvColumns;
-using Json = nlohmann::ordered_json;
 
-// The unit of a column, null for a code or a text.
-Json Unit(const CsvColumn& column) { return column.unit.empty() ? Json() : Json(column.unit); }
+// One object; the unit is null for a code or a text.
+void AppendColumn(JsonText& json, const CsvColumn& column, std::uint32_t number) {
+  json.BeginObject();
+  json.Key("format_version").Integer(kFormatVersion);
+  json.Key("number").Integer(number);
+  json.Key("name").Utf8(column.name);
+  json.Key("meaning").Utf8(column.meaning);
+  json.Key("unit");
+  column.unit.empty() ? json.Null() : json.Utf8(column.unit);
+  json.Key("forms").BeginObject();
+  json.Key("cable_pages").Plain(CsvFormName(column.cable_form));
+  json.Key("phy").Plain(CsvFormName(column.phy_form));
+  json.EndObject();
+  json.EndObject();
+}
 
 }  // namespace
 
@@ -37,18 +51,12 @@ void WriteColumnsAsText(std::ostream& os) {
 }
 
 void WriteColumnsAsJson(std::ostream& os) {
-  int number = 0;
+  std::uint32_t number = 0;
   for (const CsvColumn& column : kCsvColumns) {
-    const Json line = {
-        {"format_version", kFormatVersion},
-        {"number", ++number},
-        {"name", column.name},
-        {"meaning", column.meaning},
-        {"unit", Unit(column)},
-        {"forms",
-         {{"cable_pages", CsvFormName(column.cable_form)}, {"phy", CsvFormName(column.phy_form)}}},
-    };
-    os << line.dump() << '\n';
+    cable_info::text::TextBuffer line;
+    JsonText json(line);
+    AppendColumn(json, column, ++number);
+    os << line.view() << '\n';
   }
 }
 
