@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Compiles each published header alone, and all of them together, with every supported compiler and C++
-# standard, and builds tests/consumer with the library as C++20 and 23; warnings are errors. Of the
+# Compiles each published header alone as C++17, and all of them together, with every supported compiler
+# and C++ standard, and builds tests/consumer with the library as C++20 and 23; warnings are errors. Of the
 # presets in CMakePresets.json, those that set CMAKE_CXX_STANDARD build the library as C++20 or 23, all
 # others as C++17. --rest leaves out what they build, as .ci/run does, which runs them all.
 # usage: scripts/check_standards.sh [--rest] [COMPILER...]     for example: check_standards.sh clang++-19
@@ -28,10 +28,12 @@ trap 'rm -rf "$temporary"' EXIT
 git ls-files 'cable_info/*.h' | xargs grep -L 'Internal; not installed\.' >"$temporary/headers"
 
 # Headers as an embedding project includes them, alone and together in either order, and the sources of
-# such a project.
+# such a project. The headers of libstdc++ include the fewest others in C++17, so a missing
+# include shows there.
 check_headers() {
   local order compile=("$1" -std=c++"$2" "${warnings[@]}" -fsyntax-only -I .)
-  xargs -P "$(nproc)" -I '{}' "${compile[@]}" -include '{}' -x c++ /dev/null <"$temporary/headers"
+  [ "$2" != 17 ] ||
+    xargs -P "$(nproc)" -I '{}' "${compile[@]}" -include '{}' -x c++ /dev/null <"$temporary/headers"
   for order in '' -r; do
     sort $order "$temporary/headers" | sed 's/.*/#include "&"/' | "${compile[@]}" -x c++ -
   done
