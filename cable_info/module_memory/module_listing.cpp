@@ -10,6 +10,7 @@ namespace cable_info::module_memory {
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r";
+constexpr std::string_view kByteSeparators = " \t\r,";
 constexpr std::size_t kBytesPerRow = 16;
 
 constexpr std::uint8_t kNoNibble = 0xFF;
@@ -44,13 +45,13 @@ std::string_view WithoutPrefix(std::string_view text) {
   return StartsWith(text, "0x") || StartsWith(text, "0X") ? text.substr(2) : text;
 }
 
-// The blank-separated words of a line.
-std::vector<std::string_view> Words(std::string_view line) {
+// The words of a line between blanks or other separators.
+std::vector<std::string_view> Words(std::string_view line, std::string_view separators = kBlanks) {
   std::vector<std::string_view> words;
-  for (std::size_t begin = line.find_first_not_of(kBlanks); begin != std::string_view::npos;) {
-    const std::size_t end = std::min(line.find_first_of(kBlanks, begin), line.size());
+  for (std::size_t begin = line.find_first_not_of(separators); begin != std::string_view::npos;) {
+    const std::size_t end = std::min(line.find_first_of(separators, begin), line.size());
     words.push_back(line.substr(begin, end - begin));
-    begin = line.find_first_not_of(kBlanks, end);
+    begin = line.find_first_not_of(separators, end);
   }
   return words;
 }
@@ -138,7 +139,9 @@ class Listing {
     if (row.has_columns) {
       AddColumns(row.bytes);
     } else {
-      for (const std::string_view word : Words(row.bytes)) AddWord(word);
+      for (const std::string_view word : Words(row.bytes, kByteSeparators)) {
+        AddWord(word);
+      }
     }
   }
 
@@ -167,9 +170,8 @@ class Listing {
     }
   }
 
-  // "11", "0x11", "11," or several bytes at once, "1100".
+  // "11", "0x11" or several bytes at once, "1100".
   void AddWord(std::string_view word) {
-    if (!word.empty() && word.back() == ',') word.remove_suffix(1);
     const std::string_view digits = WithoutPrefix(word);
     if (!IsHex(digits) || digits.size() % 2 != 0) {
       constexpr std::size_t kShown = 20;

@@ -41,6 +41,9 @@ TEST(ModuleListing, ReadsPlainHexadecimal) {
   EXPECT_EQ(ParseListing("00010203"), CountingUp(4));
   EXPECT_EQ(ParseListing("  0001\r\n\t0203\n\n"), CountingUp(4));
   EXPECT_EQ(ParseListing("0x00, 0x01,\n0x02, 0x03,\n"), CountingUp(4));
+  EXPECT_EQ(ParseListing("00,01,02,03"), CountingUp(4));
+  EXPECT_EQ(ParseListing("0x00,0x01,\r\n0X02,0X03,\r\n"), CountingUp(4));
+  EXPECT_EQ(ParseListing("0x0000: 00,01,02,03\n0x0004: 04 , 05\n"), CountingUp(6));
   EXPECT_EQ(ParseListing("aB Cd EF"), (DumpBytes{0xAB, 0xCD, 0xEF}));
 }
 
@@ -119,6 +122,7 @@ TEST(ModuleListing, NamesTheLineThatItCannotRead) {
   EXPECT_EQ(Problem("00 01\nVendor: Acme\n"),
             "line 2 of the listing: expected bytes in hexadecimal, found \"Vendor:\"");
   EXPECT_EQ(Problem("00 1"), "line 1 of the listing: expected bytes in hexadecimal, found \"1\"");
+  EXPECT_EQ(Problem("00,1"), "line 1 of the listing: expected bytes in hexadecimal, found \"1\"");
   EXPECT_EQ(Problem("00000010: 00\n00000000: 00\n"),
             "line 2 of the listing: expected offsets that grow, found one that goes back");
   EXPECT_EQ(Problem("fffffffffffffffff0: 00\n"),
