@@ -51,18 +51,6 @@ ModuleFamily FamilyOf(std::optional<std::uint8_t> identifier) {
   return known != nullptr ? known->family : ModuleFamily::kUnknown;
 }
 
-// Identifiers from 80h on are the vendors' own; CMIS modules use them, too.
-bool IsCustomCmis(const ModuleImage& image) {
-  constexpr std::uint8_t kFirstCustom = 0x80;
-  constexpr std::uint8_t kOldestRevision = 0x30;
-  constexpr std::uint8_t kNewestRevision = 0x5F;
-  const std::optional<std::uint8_t> identifier = image.At(Page::kLower, 0);
-  const std::uint8_t revision = image.At(Page::kLower, 1).value_or(0);
-  return identifier && *identifier >= kFirstCustom &&
-         image.At(Page::k00, kIdentifierCopy) == identifier && revision >= kOldestRevision &&
-         revision <= kNewestRevision;
-}
-
 // The lower page first, then by number and bank.
 void AddPages(const ModuleImage& image, std::vector<Page>& pages) {
   for (const ModuleImage::Half& half : image.halves()) {
@@ -109,6 +97,15 @@ const ModuleIdentifier* FindIdentifier(std::optional<std::uint8_t> code) {
     if (known.code == code) return &known;
   }
   return nullptr;
+}
+
+bool IsCustomCmis(std::optional<std::uint8_t> identifier, std::optional<std::uint8_t> revision,
+                  std::optional<std::uint8_t> copy) {
+  constexpr std::uint8_t kFirstCustom = 0x80;
+  constexpr std::uint8_t kOldestRevision = 0x30;
+  constexpr std::uint8_t kNewestRevision = 0x5F;
+  return identifier && *identifier >= kFirstCustom && copy == identifier && revision &&
+         *revision >= kOldestRevision && *revision <= kNewestRevision;
 }
 
 ModuleMemory::ModuleMemory(const ModuleImage& image) : image_(&image) {
@@ -179,7 +176,7 @@ void ModuleMemory::Identify() {
     Choose(FamilyOf(copy), copy);
     remark_ = "byte 0 is " + Shown(byte0) + "; decoded by byte 128, which names the module " +
               Shown(copy);
-  } else if (IsCustomCmis(*image_)) {
+  } else if (IsCustomCmis(byte0, image_->At(Page::kLower, 1), copy)) {
     Choose(ModuleFamily::kCmis, byte0);
     remark_ = "byte 0 is " + Shown(byte0) + ", an identifier of the vendor's own; decoded as CMIS";
   } else {

@@ -98,6 +98,28 @@ DumpByte At(const Bytes& bytes, std::size_t index) {
   return index < bytes.size() ? DumpByte(bytes[index]) : DumpByte();
 }
 
+// The kind of a module that follows a map, but fills no record; null for others.
+const Identifier* FindWithoutRecord(DumpByte byte0, DumpByte byte1, DumpByte byte128) {
+  static constexpr Identifier kCustomCmis = {0, ModuleFamily::kCmis, "CMIS"};
+  const Identifier* const first = FindIdentifier(byte0);
+  if (first != nullptr) return first->name.empty() ? first : nullptr;
+  const Identifier* const copy = FindIdentifier(byte128);
+  if (copy != nullptr) {
+    const bool is_found = copy->name.empty() && copy->family != ModuleFamily::kSff8472;
+    return is_found ? copy : nullptr;
+  }
+  return IsCustomCmis(byte0, byte1, byte128) ? &kCustomCmis : nullptr;
+}
+
+template <typename Bytes>
+const Identifier& IdentifyImage(const Bytes& image, std::vector<std::string>& remarks) {
+  const DumpByte byte0 = At(image, 0);
+  const DumpByte byte128 = At(image, kUpper);
+  const Identifier* const other = FindWithoutRecord(byte0, At(image, 1), byte128);
+  if (other != nullptr) return *other;
+  return Identify(byte0, byte128, remarks);
+}
+
 const Layout& FindLayout(const Identifier& identifier, std::size_t size,
                          std::vector<std::string>& remarks) {
   std::string sizes;
@@ -111,8 +133,11 @@ const Layout& FindLayout(const Identifier& identifier, std::size_t size,
     if (size == layout.size) return layout;
     sizes += (sizes.empty() ? "" : ", ") + std::to_string(layout.size);
   }
-  throw BadModule("an image of " + std::to_string(size) + " bytes is no memory of a " +
-                  std::string(identifier.name) + " module; such have " + sizes);
+  const std::string kind = identifier.name.empty()
+                               ? "module with identifier " + Hex(identifier.code)
+                               : std::string(identifier.name) + " module";
+  throw BadModule("an image of " + std::to_string(size) + " bytes is no memory of a " + kind +
+                  "; such have " + sizes);
 }
 
 template <typename Bytes>
@@ -142,7 +167,7 @@ ModuleImage SplitLinear(const Bytes& bytes) {
 
 template <typename Bytes>
 ModuleImage SplitBytes(const Bytes& image, std::vector<std::string>& remarks) {
-  const Identifier& identifier = Identify(At(image, 0), At(image, kUpper), remarks);
+  const Identifier& identifier = IdentifyImage(image, remarks);
   const bool is_sfp = identifier.family == ModuleFamily::kSff8472;
   if (image.size() == kLinearImage && !is_sfp) return SplitLinear(image);
   // The first of the pages of A2h follows its lower half.

@@ -376,6 +376,23 @@ class Everything(ProgramTest):
         result = run("module", ports, self.file("s.bin", sfp()))
         self.assertEqual(result.returncode, 2)
 
+    def test_modules_without_a_record_are_decoded(self):
+        # SFF-8024 table 4-1: microQSFP, SFP-DD with CMIS, and an identifier of a vendor's own.
+        for identifier, image, family in ((0x17, qsfp28(), "SFF-8636"), (0x1F, osfp(), "CMIS"),
+                                          (0x80, osfp(), "CMIS")):
+            image = bytearray(image)
+            image[0] = image[128] = identifier
+            dump = self.file(f"{identifier:02x}.bin", bytes(image))
+            result = run("module", "--json", dump)
+            self.assertEqual(result.returncode, 0)
+            module = json.loads(result.stdout)
+            self.assertEqual(module["family"], family)
+            self.assertEqual(module["identifier"]["code"], identifier)
+            self.assertEqual(module["identity"]["vendor"], "Acme Optics")
+            self.assert_run(run("table", "--no-header", "--module", dump), 1,
+                            f"{dump}: unknown module identifier: byte 0 is 0x{identifier:02x}, "
+                            f"byte 128 is 0x{identifier:02x}\n" + summary(0, 1))
+
     def test_unknown_modules_are_bad(self):
         result = run("module", self.file("z.bin", bytes(256)))
         self.assertEqual(result.returncode, 1)

@@ -17,6 +17,7 @@
 namespace {
 
 using cable_info::CableRecord;
+using cable_info::ModuleFamily;
 using cable_info::ModuleImage;
 using cable_info::Page;
 using cable_info::PhyCableRecord;
@@ -920,6 +921,40 @@ TEST(ModuleMemory, RejectsUnknownModules) {
             "unknown module identifier: byte 0 is 0x00, byte 128 is 0x03");
 }
 
+// SFF-8024 rev 4.13, table 4-1: identifiers whose modules follow a map, but fill no record.
+TEST(ModuleMemory, SplitsImagesOfModulesWithoutARecord) {
+  const auto family_of = [](const DumpBytes& image) {
+    Texts remarks;
+    const ModuleImage pages = cable_info::module_memory::SplitImage(image, remarks);
+    return cable_info::Decode(pages).family;
+  };
+  for (const unsigned identifier : {0x0FU, 0x10U, 0x14U, 0x15U, 0x17U}) {
+    EXPECT_EQ(family_of(qsfp::Blank(identifier, true).Image()), ModuleFamily::kSff8636)
+        << identifier;
+  }
+  for (const unsigned identifier : {0x1FU, 0x20U, 0x21U, 0x22U, 0x23U, 0x24U, 0x25U}) {
+    const DumpBytes image = cmis::Optic(identifier).Image();
+    EXPECT_EQ(family_of(image), ModuleFamily::kCmis) << identifier;
+    EXPECT_NE(Problem(image), "") << identifier;
+  }
+  for (const unsigned identifier : {0x01U, 0x02U}) {
+    const DumpBytes image = sfp::Optic().Byte({Page::kA0, 0}, identifier).Image();
+    EXPECT_EQ(family_of(image), ModuleFamily::kSff8472) << identifier;
+  }
+}
+
+// Identifiers from 80h on are the vendors' own; the revision tells CMIS from other maps.
+TEST(ModuleMemory, SplitsImagesOfCmisModulesWithACustomIdentifier) {
+  Memory memory = cmis::Optic(0x80);
+  Texts remarks;
+  const ModuleImage pages =
+      cable_info::module_memory::SplitImage(memory.Byte({Page::kLower, 1}, 0x50).Image(), remarks);
+  EXPECT_TRUE(pages.Has(Page::k11));
+  EXPECT_EQ(cable_info::Decode(pages).family, ModuleFamily::kCmis);
+  EXPECT_EQ(Problem(memory.Byte({Page::kLower, 1}, 0x08).Image()),
+            "unknown module identifier: byte 0 is 0x80, byte 128 is 0x80");
+}
+
 TEST(ModuleMemory, RejectsImagesOfImpossibleSize) {
   DumpBytes image = qsfp::Optic().Image();
   image.resize(512);
@@ -927,6 +962,11 @@ TEST(ModuleMemory, RejectsImagesOfImpossibleSize) {
             "an image of 512 bytes is no memory of a QSFP28 module; such have 256, 384, 640");
   image.resize(257);
   EXPECT_NE(Problem(image), "");
+  image = qsfp::Blank(0x17, true).Image();
+  image.resize(512);
+  EXPECT_EQ(Problem(image),
+            "an image of 512 bytes is no memory of a module with identifier 0x17; such have "
+            "256, 384, 640");
   image = cmis::Optic().Image();
   image.resize(896);
   EXPECT_EQ(Problem(image),
