@@ -433,10 +433,10 @@ void DecodeCableLength(Decoding& to) {
   if (IsOptical(to.image) == Advertised::kYes) return;
   const std::optional<std::uint8_t> metres = to.image.At(A0, 18);
   if (!metres) return to.info.SetState(Field::kLengthCable, FieldState::kNotRead);
-  const unsigned newer = to.image.At(A0, 19).value_or(0);
+  const double newer = LengthOfByte19(to.image.At(A0, 19).value_or(0));
   const bool has_newer =
       IsCable(to.image) == Advertised::kYes && newer != 0 && Since124(to.image) == Advertised::kYes;
-  if (has_newer) return to.info.SetNumber(Field::kLengthCable, LengthOfByte19(newer));
+  if (has_newer) return to.info.SetNumber(Field::kLengthCable, newer);
   if (*metres == kMore) return WarnMoreThan(to, Field::kLengthCable, 254);
   if (*metres != 0) to.info.SetNumber(Field::kLengthCable, *metres);
 }

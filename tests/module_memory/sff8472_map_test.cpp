@@ -482,6 +482,10 @@ TEST(Sff8472Map, TakesByte19OfCablesFromRevision124On) {
   Memory cable = Full().Put(A0, 8, {0x08}).Put(A0, 18, {3, 0x4F}).Put(A0, 94, {0x08});
   EXPECT_EQ(cable.Decode()[Field::kLengthCable].number, 3);
   EXPECT_EQ(cable.Put(A0, 94, {0x09}).Decode()[Field::kLengthCable].number, 15);
+  // A multiplier without a base is no length.
+  EXPECT_EQ(cable.Put(A0, 19, {0x40}).Decode()[Field::kLengthCable].number, 3);
+  EXPECT_FALSE(cable.Put(A0, 18, {0}).Decode()[Field::kLengthCable].IsPresent());
+  cable.Put(A0, 18, {3, 0x4F});
   // A transceiver for copper has metres in byte 18 alone.
   EXPECT_EQ(cable.Put(A0, 8, {0x00}).Put(A0, 6, {0x08}).Decode()[Field::kLengthCable].number, 3);
 }
