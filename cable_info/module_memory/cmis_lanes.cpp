@@ -47,17 +47,27 @@ unsigned CountOf(unsigned bits) {
   return count;
 }
 
+// Where a descriptor leaves the number of lanes to its interfaces, it may be any of the host side,
+// and is taken to be the same on both sides.
+unsigned HostLaneCount(const Application& application) {
+  return application.host_lanes != 0 ? application.host_lanes : kLanesPerBank;
+}
+unsigned MediaLaneCount(const Application& application) {
+  return application.media_lanes != 0 ? application.media_lanes : HostLaneCount(application);
+}
+
 unsigned HostLanes(const Application& application) {
-  return LanesFrom(std::max(application.host_assignment.value_or(0), 1U), application.host_lanes);
+  return LanesFrom(std::max(application.host_assignment.value_or(0), 1U),
+                   HostLaneCount(application));
 }
 
 // Without the media lanes that it may start on, an application runs once for each place where its
 // host lanes may start.
 unsigned MediaLanes(const Application& application) {
   const unsigned starts = application.media_assignment.value_or(0);
-  if (starts != 0) return LanesFrom(starts, application.media_lanes);
+  if (starts != 0) return LanesFrom(starts, MediaLaneCount(application));
   const unsigned times = std::max(CountOf(application.host_assignment.value_or(0)), 1U);
-  return LowestLanes(application.media_lanes * times);
+  return LowestLanes(MediaLaneCount(application) * times);
 }
 
 // A bank of a page that every module has.

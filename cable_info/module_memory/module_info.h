@@ -152,8 +152,9 @@ struct Application {
   unsigned number = 1;        ///< the AppSel code
   NamedCode host_interface;   ///< SFF-8024, table 4-5
   NamedCode media_interface;  ///< SFF-8024, tables 4-6 to 4-10, by the media type
-  unsigned host_lanes = 0;    ///< lanes of one instance on the host side
-  unsigned media_lanes = 0;   ///< lanes of one instance on the media side
+  /// Lanes of one instance on the host side; 0: as many as its interface defines.
+  unsigned host_lanes = 0;
+  unsigned media_lanes = 0;  ///< the same on the media side
   /// Bit n: may start on host lane n + 1; flat modules have none from CMIS 5.4 on.
   std::optional<unsigned> host_assignment;
   std::optional<unsigned> media_assignment;  ///< bit n: may start on media lane n + 1

@@ -323,18 +323,23 @@ class Json {
       AppendCode(out_, it.host_interface.code, it.host_interface.name);
       out_.Append(",\"media_interface\":");
       AppendCode(out_, it.media_interface.code, it.media_interface.name);
-      out_.Append(",\"host_lanes\":").AppendDecimal(it.host_lanes);
-      out_.Append(",\"media_lanes\":").AppendDecimal(it.media_lanes);
-      AppendMask(",\"host_assignment\":", it.host_assignment);
-      AppendMask(",\"media_assignment\":", it.media_assignment);
+      AppendOrNull(",\"host_lanes\":", CountOf(it.host_lanes));
+      AppendOrNull(",\"media_lanes\":", CountOf(it.media_lanes));
+      AppendOrNull(",\"host_assignment\":", it.host_assignment);
+      AppendOrNull(",\"media_assignment\":", it.media_assignment);
       out_.Append('}');
     });
   }
 
-  void AppendMask(std::string_view key, std::optional<unsigned> mask) {
+  // The number of lanes; none where the interface defines it.
+  static std::optional<unsigned> CountOf(unsigned lanes) {
+    return lanes != 0 ? std::optional<unsigned>(lanes) : std::nullopt;
+  }
+
+  void AppendOrNull(std::string_view key, std::optional<unsigned> number) {
     out_.Append(key);
-    if (mask) {
-      out_.AppendDecimal(*mask);
+    if (number) {
+      out_.AppendDecimal(*number);
     } else {
       out_.Append(kNull);
     }

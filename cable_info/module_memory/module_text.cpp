@@ -310,9 +310,19 @@ class Sheet {
       AppendCode(out_, it.host_interface.code, it.host_interface.name);
       out_.Append(" to ");
       AppendCode(out_, it.media_interface.code, it.media_interface.name);
-      out_.Append(", ").AppendDecimal(it.host_lanes).Append(" host and ");
-      out_.AppendDecimal(it.media_lanes).Append(" media lanes\n");
+      LaneCounts(it);
+      out_.Append('\n');
     }
+  }
+
+  // ", 8 host and 4 media lanes"; without counts that the interfaces define.
+  void LaneCounts(const Application& it) {
+    const bool has_both = it.host_lanes != 0 && it.media_lanes != 0;
+    if (it.host_lanes != 0) out_.Append(", ").AppendDecimal(it.host_lanes).Append(" host");
+    if (it.media_lanes != 0) {
+      out_.Append(has_both ? " and " : ", ").AppendDecimal(it.media_lanes).Append(" media");
+    }
+    if (it.host_lanes != 0 || it.media_lanes != 0) out_.Append(" lanes");
   }
 
   void MonitorHeading() {

@@ -64,6 +64,14 @@ TEST(CmisJson, ApplicationsHaveCodesWithNames) {
                   "\"media_assignment\":1}]"));
 }
 
+TEST(CmisJson, CountsLeftToTheInterfacesAreNull) {
+  Memory memory = BareModule();
+  memory.Put(Page::kLower, 86, {0x50, 0xC5, 0x00, 0x01, 0x50, 0xC5, 0x80, 0x01, 0xFF});
+  const std::string json = ModuleToJson(memory.Decode(), "osfp");
+  EXPECT_TRUE(Has(json, "\"host_lanes\":null,\"media_lanes\":null,\"host_assignment\":1,"));
+  EXPECT_TRUE(Has(json, "\"host_lanes\":8,\"media_lanes\":null,\"host_assignment\":1,"));
+}
+
 TEST(CmisJson, VdmSamplesKeepTheirTypeNumber) {
   Memory memory = FullModule();
   memory.Add(PageOf(0x20)).Put(PageOf(0x20), 128, {0x00, 15, 0x01, 100});

@@ -660,6 +660,17 @@ TEST(CmisLaneLayout, MediaLanesWithoutTheirPlacesFollowTheHostLanes) {
   EXPECT_EQ(LanesWith(memory.Decode(), LaneField::kTxFault), (std::vector<unsigned>{1, 2, 3, 4}));
 }
 
+// A count of 0 leaves the number to the interface (CMIS 5.4, third byte of a descriptor).
+TEST(CmisLaneLayout, CountsLeftToTheInterfacesMayBeAny) {
+  Memory memory = FullModule();
+  memory.Put(Page::kLower, 86, {0x0F, 0x18, 0x44, 0x01, 0x1D, 0x01, 0x00, 0x01, 0xFF});
+  memory.Put(Page::k01, 176, {0x01, 0x01}).Put(Page::k11, 135, {0xFF});
+  EXPECT_EQ(LanesWith(memory.Decode(), LaneField::kTxFault).size(), 8U);
+  memory.Put(Page::kLower, 92, {0x40});  // four host lanes, and as many of the media
+  EXPECT_EQ(LanesWith(memory.Decode(), LaneField::kTxFault), (std::vector<unsigned>{1, 2, 3, 4}));
+  EXPECT_EQ(memory.Decode().lanes.size(), 4U);
+}
+
 TEST(CmisLaneLayout, TheFormFactorLimitsTheLanes) {
   struct FormFactor {
     unsigned identifier;

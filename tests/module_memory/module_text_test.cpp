@@ -215,6 +215,16 @@ TEST(ModuleText, ApplicationsNameBothSides) {
       sheet.HasLine("Application 1 400GAUI-4-L C2M (0x50) to 0xc5, 8 host and 4 media lanes"));
 }
 
+TEST(ModuleText, ApplicationsOmitCountsLeftToTheInterfaces) {
+  cmis_memory::Memory memory = cmis_memory::BareModule();
+  memory.Put(Page::kLower, 86, {0x50, 0xC5, 0x00, 0x01, 0x50, 0xC5, 0x80, 0x01});
+  memory.Put(Page::kLower, 94, {0x50, 0xC5, 0x04, 0x01, 0xFF});
+  const Sheet sheet(memory.Decode());
+  EXPECT_TRUE(sheet.HasLine("Application 1 400GAUI-4-L C2M (0x50) to 0xc5"));
+  EXPECT_TRUE(sheet.HasLine("Application 2 400GAUI-4-L C2M (0x50) to 0xc5, 8 host lanes"));
+  EXPECT_TRUE(sheet.HasLine("Application 3 400GAUI-4-L C2M (0x50) to 0xc5, 4 media lanes"));
+}
+
 TEST(ModuleText, DiagnosticsHaveTheirInstanceAndUnit) {
   cmis_memory::Memory memory = cmis_memory::FullModule();
   for (const unsigned page : {0x20U, 0x24U, 0x28U, 0x2CU, 0x2FU}) {
