@@ -352,8 +352,9 @@ void AddModuleCommand(CLI::App& app, Action& action) {
       AddPortCommand(app, "module", "Write the contents of module memories as text or JSON",
                      kModuleExamples, options->ports);
   command.get_option("FILE")->description(
-      "Dumps of module memories (images or hex listings, each whole or, as PAGE:FILE, page by\n"
-      "page), or files of port records; '-' or no file: port records on standard input");
+      "Dumps of module memories (images or hex listings, each whole or, as PAGE:FILE,\n"
+      "page by page), or files of port records, or snapshots of a store;\n"
+      "'-' or no file: port records on standard input");
   command.add_flag("--json", options->json, "Write one JSON object per module");
   SetAction(command, options, WriteModules, action);
 }

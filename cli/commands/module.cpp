@@ -10,14 +10,15 @@
 #include "cli/input/input_name.h"
 #include "cli/message.h"
 #include "cli/output/module_writer.h"
+#include "cli/store/snapshot_reader.h"
 
 namespace cli {
 
 namespace {
 
-// Port records are lines of JSON objects; no image and no listing begins like one.
+// Port records are lines of JSON objects, which no image and no listing begins like, or a snapshot.
 bool IsPortRecords(const std::string& path) {
-  return IsStandardInput(path) || FirstCharacter(path) == '{';
+  return IsStandardInput(path) || FirstCharacter(path) == '{' || FindSnapshot(path);
 }
 
 bool IsDump(const std::string& argument) {
@@ -30,7 +31,7 @@ ExitStatus WriteModules(ModuleOptions options) {
   PortOptions& ports = options.ports;
   const auto dumps = std::ranges::count_if(ports.inputs, IsDump);
   if (dumps != 0 && static_cast<std::size_t>(dumps) != ports.inputs.size()) {
-    PrintError("cableinfo: port records and dumps of modules in one run; give them apart");
+    PrintError("cableinfo: expected either port records or dumps of modules, found both");
     return ExitStatus::kUsage;
   }
   if (dumps != 0) ports.modules.swap(ports.inputs);

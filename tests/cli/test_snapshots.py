@@ -56,6 +56,13 @@ class Inputs(SnapshotTest):
             self.assert_same(command, [FABRIC], [self.snapshot(1)])
             self.assert_same(command, [FAULTS], [self.snapshot(2)])
 
+    def test_module_decodes_the_memories_of_a_snapshot(self):
+        self.store(FABRIC)
+        self.store(FAULTS)
+        for command in (("module",), ("module", "--json")):
+            self.assert_same(command, [FAULTS], [self.path])
+            self.assert_same(command, [FAULTS], [self.snapshot(2)])
+
     def test_settings_apply_to_a_snapshot(self):
         self.store(FAULTS)
         options = ("check", "--json", "--set", "lane-imbalance=2.5", "--set", "rx-power-low-alarm=0.85")
