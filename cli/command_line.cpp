@@ -4,14 +4,18 @@
 #include "cli/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <cctype>
+#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <memory>
+#include <optional>
 #include <ostream>
-#include <sstream>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 #include "cable_info/version.h"
@@ -41,7 +45,41 @@ void SetAction(CLI::App& command, const std::shared_ptr<Options>& options, Run r
 
 constexpr int kHexadecimal = 16;
 
-// What is wrong with a GUID; empty when it is one, such as 0xa0b1c20000d4e500.
+// The number as decimal digits, without an exponent.
+std::string Digits(double number) {
+  constexpr std::size_t kCapacity = 32;  // limits of options are short
+  char text[kCapacity];
+  return {text, std::to_chars(text, text + kCapacity, number, std::chars_format::fixed).ptr};
+}
+
+std::optional<double> ParseNumber(const std::string& text) {
+  double number = 0.0;
+  const char* const end = text.data() + text.size();
+  const auto read = std::from_chars(text.data(), end, number);
+  return read.ec == std::errc() && read.ptr == end ? std::optional(number) : std::nullopt;
+}
+
+// Checks for a number from `lowest` to `highest`. `CLI::Range` would accept NaN.
+CLI::Validator NumberFrom(double lowest, double highest) {
+  const std::string range = Digits(lowest) + " to " + Digits(highest);
+  return {[=](const std::string& text) {
+            const std::optional<double> number = ParseNumber(text);
+            return number && *number >= lowest && *number <= highest
+                       ? std::string()
+                       : "expected a number from " + range + ", found \"" + text + '"';
+          },
+          "FLOAT in [" + Digits(lowest) + " - " + Digits(highest) + ']', "NUMBER"};
+}
+
+// The problem with a tolerance; empty when it is a finite number of at least 0.
+std::string ToleranceProblem(const std::string& text) {
+  const std::optional<double> number = ParseNumber(text);
+  return number && *number >= 0.0 && *number <= std::numeric_limits<double>::max()
+             ? std::string()
+             : "expected a number of at least 0, found \"" + text + '"';
+}
+
+// The problem with a GUID; empty when it is one, such as 0xa0b1c20000d4e500.
 std::string GuidProblem(const std::string& text) {
   std::string_view digits = text;
   if (digits.starts_with("0x")) digits.remove_prefix(2);
@@ -69,6 +107,7 @@ void AddOutputOption(CLI::App& command, std::string& output) {
 void AddRunOptions(CLI::App& command, PortOptions& options) {
   command.add_option("--port", options.selection.numbers, "Only ports with this number")
       ->type_name("N")
+      ->check(CLI::Range(0U, UINT32_MAX).description(""))
       ->allow_extra_args(false)
       ->take_all();
   command
@@ -249,17 +288,17 @@ void AddDiffCommand(CLI::App& app, Action& action) {
       .add_option("--power-tolerance", options->tolerances.power_db,
                   "Report powers that moved by more (default: 1)")
       ->type_name("DB")
-      ->check(CLI::NonNegativeNumber);
+      ->check(ToleranceProblem, "", "TOLERANCE");
   command
       .add_option("--temperature-tolerance", options->tolerances.temperature_c,
                   "Report temperatures that moved by more (default: 10)")
       ->type_name("C")
-      ->check(CLI::NonNegativeNumber);
+      ->check(ToleranceProblem, "", "TOLERANCE");
   command
       .add_option("--bias-tolerance", options->tolerances.bias_percent,
                   "Report bias currents that moved by more (default: 10)")
       ->type_name("PERCENT")
-      ->check(CLI::NonNegativeNumber);
+      ->check(ToleranceProblem, "", "TOLERANCE");
   AddRuleOptions(command, options->rules);
   AddRunOptions(command, options->ports);
   SetAction(command, options, Diff, action);
@@ -379,15 +418,15 @@ void AddReadCommand(CLI::App& app, Action& action) {
                      "the path of an EEPROM file; none: all ports");
   CLI::Option* const scan =
       command.add_flag("--scan", options->scan, "List the ports, and read nothing");
-  command.add_option("--watch", options->watch, "Read again every so many seconds")
+  command.add_option("--watch", options->watch, "Read again at this interval")
       ->type_name("SECONDS")
-      ->check(CLI::Range(kMinSeconds, kMaxWatch))
+      ->check(NumberFrom(kMinSeconds, kMaxWatch))
       ->excludes(scan);
   command
       .add_option("--timeout", options->timeout,
-                  "Wait so many seconds for a page (2), and ten times as long for a module")
+                  "Wait this long for a page (default: 2), ten times as long for a module")
       ->type_name("SECONDS")
-      ->check(CLI::Range(kMinSeconds, kMaxTimeout));
+      ->check(NumberFrom(kMinSeconds, kMaxTimeout));
   command.add_option("--sysfs", options->sysfs, "Look for ports here instead of in /sys")
       ->type_name("DIR");
   AddOutputOption(command, options->output);
@@ -445,10 +484,23 @@ std::string UnknownCommand(const CLI::App& app, std::string_view word) {
     if (name == word) return {};
     list += (list.empty() ? "" : ", ") + std::string(name);
   }
-  const std::string_view nearest = Nearest(word, known);
-  return "unknown command \"" + std::string(word) + "\"; " +
-         (nearest.empty() ? "the commands are " + list
-                          : "did you mean \"" + std::string(nearest) + "\"?");
+  return "unknown command \"" + std::string(word) + '"' +
+         Suggestion(word, known, "; the commands are " + list);
+}
+
+// The command line that shows the help for the one that was parsed.
+std::string HelpCommand(const CLI::App& app) {
+  const std::vector<const CLI::App*> parsed =
+      app.get_subcommands([](const CLI::App* command) { return command->parsed(); });
+  return "cableinfo " + (parsed.empty() ? "" : parsed.front()->get_name() + ' ') + "--help";
+}
+
+// The problem that the parser found. It begins some of its messages with a capital letter.
+std::string ProblemOf(const CLI::ParseError& error) {
+  std::string text = error.what();
+  const bool is_sentence = text.size() > 1 && (text[1] == ' ' || std::islower(text[1]) != 0);
+  if (is_sentence) text[0] = static_cast<char>(std::tolower(text[0]));
+  return text;
 }
 
 // Reports why the command line was not parsed, or writes the help or version that it asked for.
@@ -460,13 +512,9 @@ ExitStatus Answer(const CLI::App& app, const CLI::ParseError& error, int argc, c
     PrintError("cableinfo: " + unknown);
     return ExitStatus::kUsage;
   }
-  std::ostringstream out;
-  std::ostringstream err;
-  if (app.exit(error, out, err) == 0) {
-    return WriteToStandardOutput([&](std::ostream& os) { os << out.str(); });
-  }
-  std::istringstream lines(err.str());
-  for (std::string line; std::getline(lines, line);) PrintError(line);
+  const bool is_answer = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success);
+  if (is_answer) return WriteToStandardOutput([&](std::ostream& os) { app.exit(error, os, os); });
+  PrintError("cableinfo: " + ProblemOf(error) + "; see " + HelpCommand(app));
   return ExitStatus::kUsage;
 }
 

@@ -7,9 +7,10 @@
 
 namespace cli {
 
-std::string Message::Suggestion() const {
-  const std::string_view nearest = Nearest(unknown_key, known_keys);
-  return nearest.empty() ? std::string() : "; did you mean \"" + std::string(nearest) + "\"?";
+std::string Message::Suggestion() const { return cli::Suggestion(unknown_key, known_keys); }
+
+std::string Counted(std::uint64_t count, std::string_view one, std::string_view several) {
+  return std::to_string(count) + ' ' + std::string(count == 1 ? one : several);
 }
 
 void PrintError(std::string_view line) { std::cerr << Printable(line).append("\n"); }

@@ -26,12 +26,12 @@ inline constexpr std::size_t kMessageKinds = 10;
 
 constexpr bool IsRemark(MessageKind kind) { return kind >= MessageKind::kChecksum; }
 
-/// What there is to say about a port, without its place in the input.
+/// A message about a port, without its line in the input.
 struct Message {
   MessageKind kind = MessageKind::kBadValue;
   std::string text;
-  /// A key that is none of `known_keys`. The one that was meant is searched by `Suggestion`
-  /// and not before, so that it costs nothing where the message is not shown.
+  /// A key that is none of `known_keys`. `Suggestion` looks for the one that was meant, so that a
+  /// message that is not shown does not cost the search.
   std::string unknown_key;
   std::span<const std::string_view> known_keys;
 
@@ -39,6 +39,9 @@ struct Message {
   std::string Suggestion() const;
   std::string Text() const { return text + Suggestion(); }
 };
+
+/// A count with its noun: "1 port", "2 ports".
+std::string Counted(std::uint64_t count, std::string_view one, std::string_view several);
 
 /// Writes a line to standard error, in one piece. Control characters are shown as escapes, so that
 /// foreign text cannot command a terminal nor forge a second line.

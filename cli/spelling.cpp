@@ -29,13 +29,13 @@ std::size_t EditDistance(std::string_view from, std::string_view to) {
   return row.back();
 }
 
-}  // namespace
-
+// The candidate that is most similar to `word`; empty when none is similar. They may differ in two
+// letters or a third of them, but not in more than half of them.
 std::string_view Nearest(std::string_view word, std::span<const std::string_view> candidates) {
   constexpr std::size_t kMaxWord = 64;
   if (word.empty() || word.size() > kMaxWord) return {};
   std::string_view nearest;
-  std::size_t least = std::max<std::size_t>(2, word.size() / 3) + 1;
+  std::size_t least = std::min(std::max<std::size_t>(2, word.size() / 3), word.size() / 2) + 1;
   for (const std::string_view candidate : candidates) {
     const auto [shorter, longer] = std::minmax({word.size(), candidate.size()});
     if (longer - shorter >= least) continue;  // as many letters must be inserted
@@ -45,6 +45,15 @@ std::string_view Nearest(std::string_view word, std::span<const std::string_view
     nearest = candidate;
   }
   return nearest;
+}
+
+}  // namespace
+
+std::string Suggestion(std::string_view word, std::span<const std::string_view> candidates,
+                       std::string_view otherwise) {
+  const std::string_view nearest = Nearest(word, candidates);
+  if (nearest.empty()) return std::string(otherwise);
+  return "; did you mean \"" + std::string(nearest) + "\"?";
 }
 
 }  // namespace cli

@@ -24,10 +24,6 @@ constexpr std::array<KindName, kMessageKinds> kKindNames = {{
     {"other remark", "other remarks"},
 }};
 
-std::string Counted(std::uint64_t count, std::string_view one, std::string_view several) {
-  return std::to_string(count) + ' ' + std::string(count == 1 ? one : several);
-}
-
 }  // namespace
 
 void MessageLog::StartInput(std::size_t index, const std::string& name) {

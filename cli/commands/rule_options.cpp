@@ -6,6 +6,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "cable_info/value_format.h"
 #include "cli/message.h"
 #include "cli/output/whole_output.h"
 #include "cli/spelling.h"
@@ -15,13 +16,7 @@ namespace cli {
 namespace {
 
 using cable_info::RuleSettings;
-
-std::string_view Trimmed(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r";
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
+using cable_info::Trimmed;
 
 // Every name that a setting can have.
 std::vector<std::string_view> SettingNames() {
@@ -46,17 +41,14 @@ std::optional<std::string> Apply(std::string_view setting, RuleSettings& setting
   switch (settings.Set(name, value)) {
     case RuleSettings::Outcome::kSet:
       return std::nullopt;
-    case RuleSettings::Outcome::kUnknownName: {
-      const std::string_view nearest = Nearest(name, SettingNames());
+    case RuleSettings::Outcome::kUnknownName:
       return "unknown rule \"" + name + '"' +
-             (nearest.empty() ? "; cableinfo check --rules lists all of them"
-                              : "; did you mean \"" + std::string(nearest) + "\"?");
-    }
+             Suggestion(name, SettingNames(), "; cableinfo check --rules lists all of them");
     case RuleSettings::Outcome::kBadValue:
       break;
   }
   return name + ": \"" + value +
-         "\" is neither a severity (off, unknown, warning, critical) nor a " + "limit of this rule";
+         "\" is neither a severity (off, unknown, warning, critical) nor a limit of this rule";
 }
 
 // Applies the lines "RULE = VALUE" of a file.

@@ -102,8 +102,8 @@ ExitStatus StoreSnapshot(const StoreOptions& options) {
     store.Commit(options.keep);
     const std::size_t repeated = store.repeated_ports();
     if (repeated > 0 && !options.ports.quiet) {
-      PrintError("cableinfo: " + std::to_string(repeated) +
-                 " ports left out: others have the same GUID and number");
+      PrintError("cableinfo: " + Counted(repeated, "port", "ports") +
+                 " left out: others have the same GUID and number");
     }
     return status;
   } catch (const StoreError& error) {

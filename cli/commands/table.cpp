@@ -30,13 +30,11 @@ std::string UnknownColumn(const std::string& name) {
   std::vector<std::string_view> names;
   names.reserve(cable_info::kCsvColumns.size());
   for (const cable_info::CsvColumn& column : cable_info::kCsvColumns) names.push_back(column.name);
-  const std::string_view nearest = Nearest(name, names);
   return "cableinfo: --columns: unknown column \"" + name + '"' +
-         (nearest.empty() ? "; cableinfo columns lists all of them"
-                          : "; did you mean \"" + std::string(nearest) + "\"?");
+         Suggestion(name, names, "; cableinfo columns lists all of them");
 }
 
-// The columns that the options name, or none, with a message, for a name of none.
+// The columns that the options name; none, with a message, if one of the names is unknown.
 std::optional<ColumnIndices> FindColumns(const TableOptions& options) {
   if (options.columns.empty()) return AllColumns();
   ColumnIndices columns;

@@ -8,6 +8,7 @@
 
 #include "cable_info/text/text_buffer.h"
 #include "cli/format_version.h"
+#include "cli/message.h"
 #include "cli/output/check_result.h"
 #include "cli/output/json_text.h"
 #include "cli/printable.h"
@@ -93,12 +94,8 @@ void AppendPortFindings(std::string& out, const CheckResult& result, std::size_t
   }
 }
 
-std::string Counted(std::size_t count, std::string_view what) {
-  return std::to_string(count) + ' ' + std::string(what);
-}
-
 void WriteCounts(std::ostream& os, const CheckResult& result, Colour colour) {
-  os << Counted(result.size(), result.size() == 1 ? "port" : "ports") << ": ";
+  os << Counted(result.size(), "port", "ports") << ": ";
   bool is_first = true;
   for (const Verdict verdict : kWorstFirst) {
     const std::size_t count = result.CountOf(verdict);
@@ -248,9 +245,9 @@ void WriteCheckAsPlugin(std::ostream& os, const CheckResult& result) {
   constexpr std::array<std::string_view, cable_info::kVerdicts> kStates = {"OK", "UNKNOWN",
                                                                            "WARNING", "CRITICAL"};
   os << "CABLES " << kStates[static_cast<std::size_t>(result.verdict())] << " - "
-     << Counted(result.size(), result.size() == 1 ? "port" : "ports");
+     << Counted(result.size(), "port", "ports");
   for (const Verdict verdict : kWorstFirst) {
-    os << ", " << Counted(result.CountOf(verdict), VerdictName(verdict));
+    os << ", " << result.CountOf(verdict) << ' ' << VerdictName(verdict);
   }
   os << " | ports=" << result.size();
   for (const Verdict verdict : kWorstFirst) {

@@ -71,7 +71,10 @@ class Diff(ProgramTest):
                                                                "--bias-tolerance", "5")],
                          ["temperature", "rx_power", "tx_bias"])
         for option in ("--power-tolerance", "--temperature-tolerance", "--bias-tolerance"):
-            self.assertEqual(run("diff", option, "-1", "a", "b").returncode, 2)
+            for value in ("-1", "nan", "x"):
+                self.assert_run(run("diff", option, value, "a", "b"), 2,
+                                f'cableinfo: {option}: expected a number of at least 0, found "{value}"; '
+                                "see cableinfo diff --help\n")
 
     def test_ports_without_guid_are_matched_by_label(self):
         before = [{**port(1, 0), "label": "a"}, {**port(2, 0), "label": "b"}]

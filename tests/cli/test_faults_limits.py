@@ -223,7 +223,7 @@ class Mistakes(ProgramTest):
         commands = ", ".join(re.findall(r"^ {2}(\w+)", listed, re.MULTILINE))
         self.assertTrue(commands.startswith("table, report, export, "), commands)
         for word, hint in (("tabel", 'did you mean "table"?'), ("colums", 'did you mean "columns"?'),
-                           ("xyzxyz", f"the commands are {commands}")):
+                           ("xyzxyz", f"the commands are {commands}"), ("raw", f"the commands are {commands}")):
             result = run(word, "file")
             self.assertEqual((result.returncode, result.stdout), (2, b""))
             self.assertIn(f'cableinfo: unknown command "{word}"; {hint}', result.stderr.decode())

@@ -238,11 +238,12 @@ class Files(ProgramTest):
 
     def test_usage_errors_have_status_2(self):
         for arguments in ((), ("nonsense",), ("table", "--nonsense"), ("table", "-o"),
-                          ("columns", "file"), ("report", "--no-header")):
+                          ("columns", "file"), ("report", "--no-header"),
+                          ("table", "--port", "-1"), ("table", "--port", "4294967296"), ("table", "--port", "x")):
             result = run(*arguments)
             self.assertEqual(result.returncode, 2, arguments)
             self.assertEqual(result.stdout, b"")
-            self.assertNotEqual(result.stderr, b"")
+            self.assertRegex(result.stderr, rb"\Acableinfo: [^\n]+\n\Z")
 
 
 if __name__ == "__main__":

@@ -320,7 +320,8 @@ class Watch(ReadTest):
         self.assertGreater(len(output.read_text().splitlines()), 1)
 
     def test_usage(self):
-        for arguments in (["--watch", "0"], ["--watch", "-1"], ["--watch", "x"], ["--timeout", "0"],
+        for arguments in (["--watch", "0"], ["--watch", "-1"], ["--watch", "x"], ["--watch", "nan"], ["--timeout", "0"],
+                          ["--timeout", "nan"],
                           ["--scan", "--watch", "1"]):
             self.assertEqual(self.read(*arguments).returncode, 2, arguments)
 
