@@ -35,7 +35,7 @@ Texts TextsOf(Port& port) {
   return texts;
 }
 
-// A control character that no text holds.
+// A control character that occurs in none of the texts.
 char UnusedControl(const Texts& texts) {
   std::bitset<0x20> used;
   for (const std::span<char> text : texts) {
@@ -53,8 +53,9 @@ char UnusedControl(const Texts& texts) {
 
 }  // namespace
 
-// The records have no room for escapes, and in what is written the newlines of texts and of lines
-// look the same. So a character that the texts do not hold takes the place of their newlines.
+// The fields of the records are too short for escapes, and in the output a newline of a text looks
+// like the end of a line. So the newlines of the texts become a character that occurs in none of
+// them before the port is written, and an escape after that.
 void TerminalWriter::Write(std::ostream& os, Port& port) const {
   const Texts texts = TextsOf(port);
   const char newline = UnusedControl(texts);

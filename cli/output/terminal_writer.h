@@ -4,12 +4,15 @@
 
 namespace cli {
 
-/// Writes what another writer writes as a terminal can show it without obeying it: control
-/// characters of a port's texts become escapes, and a newline in a text does not begin a line.
+/// Makes the output of another writer safe for a terminal: control characters of a port's texts
+/// become escapes, and a newline in a text does not begin a line.
 class TerminalWriter : public PortWriter {
  public:
   /// `writer` must outlive this one.
   explicit TerminalWriter(const PortWriter& writer) : writer_(writer) {}
+  ModuleUse module_use() const override { return writer_.module_use(); }
+  bool needs_record() const override { return writer_.needs_record(); }
+  bool Writes(const Port& port) const override { return writer_.Writes(port); }
   void Begin(std::ostream& os) const override { writer_.Begin(os); }
   std::string_view Separator() const override { return writer_.Separator(); }
   void Write(std::ostream& os, Port& port) const override;

@@ -150,6 +150,15 @@ class Terminals(ProgramTest):
             self.assertEqual(controls, set(), command)
         self.assertIn("Vendor: " + self.SHOWN + "\n", self.on_terminal("report", stdin=self.hostile_port()))
 
+    def test_a_terminal_gets_the_memory_of_a_module(self):
+        from test_modules import qsfp28
+        records = json.dumps({"module_memory": {"hex": qsfp28().hex()}}).encode() + b'\n{"port_num": 2}\n'
+        dump = str(self.file("dump", qsfp28()))
+        for command in (["module"], ["module", "--json"], ["export"], ["module", dump], ["export", "--module", dump]):
+            written = run(*command, stdin=records).stdout.decode()
+            self.assertIn("Acme Optics", written)
+            self.assertEqual(self.on_terminal(*command, stdin=records), written)
+
     def test_a_newline_forges_no_line_of_a_report(self):
         shown = self.on_terminal("report", stdin=self.hostile_port())
         self.assertEqual([line for line in shown.split("\n") if line.startswith("NodeGuid: ")],
