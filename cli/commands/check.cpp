@@ -1,7 +1,5 @@
 // cableinfo check
 
-#include <unistd.h>
-
 #include <cstdlib>
 #include <ostream>
 #include <string_view>
@@ -25,8 +23,7 @@ using cable_info::Verdict;
 Colour ColourOf(const CheckOptions& options) {
   const char* const no_colour = std::getenv("NO_COLOR");
   const bool is_refused = no_colour != nullptr && *no_colour != '\0';
-  const bool is_terminal = IsStandardOutput(options.ports.output) && isatty(STDOUT_FILENO) != 0;
-  return is_terminal && !is_refused ? Colour::kAnsi : Colour::kNone;
+  return IsTerminal(options.ports.output) && !is_refused ? Colour::kAnsi : Colour::kNone;
 }
 
 void WritePort(std::ostream& os, const Port& port, const RuleSettings& settings) {

@@ -3,12 +3,16 @@
 #include "cli/output/metrics.h"
 
 #include <ostream>
+#include <sstream>
+#include <string>
 
 #include "cable_info/readings/rules.h"
 #include "cli/commands/commands.h"
 #include "cli/commands/judging_writer.h"
 #include "cli/commands/port_command.h"
 #include "cli/commands/rule_options.h"
+#include "cli/output/output_file.h"
+#include "cli/printable.h"
 
 namespace cli {
 
@@ -17,13 +21,20 @@ namespace {
 // Sorts the samples by their families.
 class MetricsCollector : public PortCollector {
  public:
-  explicit MetricsCollector(const cable_info::RuleSettings& settings) : metrics_(settings) {}
+  MetricsCollector(const cable_info::RuleSettings& settings, const std::string& output)
+      : metrics_(settings), output_(output) {}
 
   void Take(std::string_view ports) override { metrics_.Add(ports); }
-  void End(std::ostream& os) override { metrics_.WriteTo(os); }
+  void End(std::ostream& os) override {
+    if (!IsTerminal(output_)) return metrics_.WriteTo(os);
+    std::ostringstream text;  // labels may hold control characters
+    metrics_.WriteTo(text);
+    os << Printable(text.view(), Newlines::kKept);
+  }
 
  private:
   Metrics metrics_;
+  const std::string& output_;
 };
 
 }  // namespace
@@ -32,7 +43,7 @@ ExitStatus WriteMetrics(const JudgedPortOptions& options) {
   cable_info::RuleSettings settings;
   const ExitStatus usage = ApplyRuleOptions(options.rules, settings);
   if (usage != ExitStatus::kGood) return usage;
-  MetricsCollector collector(settings);
+  MetricsCollector collector(settings, options.ports.output);
   return WritePorts(options.ports, JudgingWriter(WritePortMetrics, settings), &collector);
 }
 

@@ -187,6 +187,10 @@ std::string ProcessPath(int fd) { return "/proc/self/fd/" + std::to_string(fd); 
 
 }  // namespace
 
+bool IsTerminal(const std::string& path) {
+  return IsStandardOutput(path) && isatty(STDOUT_FILENO) != 0;
+}
+
 OutputFile::OutputFile(const std::string& path, Temporary temporary) : buffer_(kBufferSize) {
   if (IsStandardOutput(path)) {
     fd_ = STDOUT_FILENO;

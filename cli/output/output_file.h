@@ -12,6 +12,9 @@ inline constexpr const char* kStandardOutput = "-";
 
 inline bool IsStandardOutput(const std::string& path) { return path == kStandardOutput; }
 
+/// True if `path` is standard output and that is a terminal.
+bool IsTerminal(const std::string& path);
+
 /// Where the program writes: standard output, or a file that is replaced only when its new content
 /// is complete.
 ///

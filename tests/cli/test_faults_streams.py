@@ -144,7 +144,7 @@ class Terminals(ProgramTest):
         return json.dumps({"cable": {"VendorName": self.HOSTILE}, "label": "a\x1b\nb"}).encode() + b"\n"
 
     def test_a_terminal_gets_escapes(self):
-        for command in ("table", "report", "export"):
+        for command in ("table", "report", "export", "metrics"):
             shown = self.on_terminal(command, stdin=self.hostile_port())
             controls = {c for c in shown if c != "\n" and (ord(c) < 32 or 127 <= ord(c) < 160 or c in "\u202e\u2066")}
             self.assertEqual(controls, set(), command)
