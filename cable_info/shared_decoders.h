@@ -38,6 +38,12 @@ void AppendQuotedInCsv(TextBuffer& out, Form form, Append&& append, const Args&.
   if (form == Form::kCsv) out.Append('"');
 }
 
+/// True for the technologies of copper cables: 10..15 (SFF-8636 rev 2.11 page 00h byte 147.7..4)
+/// and 18..20, linear active ones (CMIS 5.3 page 00h byte 212, where 16 and 17 are lasers).
+constexpr bool IsCopperTechnology(unsigned technology) {
+  return (technology >= 10 && technology <= 15) || (technology >= 18 && technology <= 20);
+}
+
 /// The name of a code in `transmitter_technology_arr`; `fallback` for codes above 15.
 void AppendCableType(TextBuffer& out, std::uint8_t technology, std::string_view fallback);
 

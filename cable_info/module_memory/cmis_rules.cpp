@@ -1,6 +1,7 @@
 #include "cable_info/module_memory/cmis_rules.h"
 
 #include "cable_info/module_memory/cmis_lanes.h"
+#include "cable_info/shared_decoders.h"
 
 namespace cable_info::module_memory {
 
@@ -14,11 +15,6 @@ Advertised AdvertisedBy(std::optional<unsigned> number, Predicate predicate) {
 }
 
 bool IsNotZero(unsigned number) { return number != 0; }
-
-// SFF-8636 and CMIS share 10 to 15; CMIS 5.3 added the linear active ones.
-bool IsCopperTechnology(unsigned technology) {
-  return (technology >= 10 && technology <= 15) || (technology >= 18 && technology <= 20);
-}
 
 }  // namespace
 
@@ -52,7 +48,7 @@ Advertised HostSelectsSquelch(const ModuleImage& image) {
 }
 
 Advertised IsCopper(const ModuleImage& image) {
-  return AdvertisedBy(BitsOf(image, Page::k00, 212), IsCopperTechnology);
+  return AdvertisedBy(BitsOf(image, Page::k00, 212), decode::IsCopperTechnology);
 }
 
 Advertised IsCopperSince53(const ModuleImage& image) {

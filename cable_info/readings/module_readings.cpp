@@ -5,6 +5,7 @@
 #include <string>
 
 #include "cable_info/module_memory/module_info.h"
+#include "cable_info/readings/medium.h"
 #include "cable_info/value_format.h"
 
 namespace cable_info {
@@ -77,17 +78,11 @@ void SetReading(Reading& reading, const Monitor& monitor) {
   reading.latched.raised = monitor.flags.raised & monitor.flags.known;
 }
 
-// SFF-8636 byte 147 bits 7..4 and CMIS page 00h byte 212 share the codes that name a medium.
 Medium MediumOf(const ModuleInfo& module) {
   if (module.family == ModuleFamily::kSff8472) return Medium::kUnknown;
   const std::optional<std::uint8_t> technology = ByteOf(module, Field::kTechnology);
   if (!technology) return Medium::kUnknown;
-  if (*technology == kUnequalizedCopper || *technology == kPassiveEqualizedCopper) {
-    return Medium::kPassiveCopper;
-  }
-  constexpr std::uint8_t kLastCopper = 15;
-  if (*technology <= kLastOpticalTechnology || *technology > kLastCopper) return Medium::kOptical;
-  return Medium::kActiveCopper;
+  return MediumOfTechnology(*technology);
 }
 
 void SetSwitch(Flags& flags, const LaneValue& value, unsigned lane) {

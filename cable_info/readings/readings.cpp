@@ -9,6 +9,7 @@
 #include "cable_info/combined_cable_info.h"
 #include "cable_info/module_memory/sff8024.h"
 #include "cable_info/phy_cable_record.h"
+#include "cable_info/readings/medium.h"
 #include "cable_info/shared_decoders.h"
 #include "cable_info/text/text_buffer.h"
 #include "cable_info/value_format.h"
@@ -28,16 +29,6 @@ constexpr double kBiasUnitsPerMilliampere = 500.0;
 // ---------------------------------------------------------------------------------------------
 // What all sources share
 // ---------------------------------------------------------------------------------------------
-
-// The technologies that name a medium, by code.
-Medium MediumOf(unsigned technology) {
-  if (technology == kUnequalizedCopper || technology == kPassiveEqualizedCopper) {
-    return Medium::kPassiveCopper;
-  }
-  constexpr unsigned kLastCopper = 15;
-  if (technology <= kLastOpticalTechnology || technology > kLastCopper) return Medium::kOptical;
-  return Medium::kActiveCopper;
-}
 
 bool IsCopper(Medium medium) {
   return medium == Medium::kPassiveCopper || medium == Medium::kActiveCopper;
@@ -495,10 +486,11 @@ void SetControls(Controls& controls, const ModuleRecord& m, int lanes) {
   controls.rx_post_cursor = Everywhere(m.rx_output_post_emp, lanes);
 }
 
-// The medium, by the code that counts for the module; passive is what its record calls so, too.
+// The medium by the technology code of the module. A cable that rows and reports treat as passive
+// is passive here, too.
 Medium MediumOf(const ModuleRecord& m) {
   return m.IsPassiveCable() ? Medium::kPassiveCopper
-                            : MediumOf(unsigned{m.SelectTransmitterTechnology()});
+                            : MediumOfTechnology(m.SelectTransmitterTechnology());
 }
 
 void SetModule(Readings& port, const ModuleRecord& m) {
@@ -564,7 +556,7 @@ Readings ReadingsOf(const CableRecord& record) {
   port.lengths.measured = Metres(record.PrtlLengthText);
   if (record.QueryStatus != 0) return port;
   const std::uint8_t technology = record.TransmitterTechnologyCode;
-  port.medium = MediumOf(unsigned{technology});
+  port.medium = MediumOfTechnology(technology);
   SetIdentity(port.identity, record);
   const std::string identifier = record.ConvertCableIdentifierToStr();
   port.identifier =

@@ -169,6 +169,11 @@ TEST(ModuleReadings, DeriveTheMediumFromTheTechnology) {
   EXPECT_EQ(medium(12), Medium::kActiveCopper);   // near and far end limiting equalizers
   EXPECT_EQ(medium(15), Medium::kActiveCopper);   // linear equalizers
   EXPECT_EQ(medium(16), Medium::kOptical);        // C-band tunable laser
+  EXPECT_EQ(medium(17), Medium::kOptical);        // L-band tunable laser
+  EXPECT_EQ(medium(18), Medium::kActiveCopper);   // near and far end linear equalizers
+  EXPECT_EQ(medium(19), Medium::kActiveCopper);   // far end linear equalizers
+  EXPECT_EQ(medium(20), Medium::kActiveCopper);   // near end linear equalizers
+  EXPECT_EQ(medium(21), Medium::kOptical);        // reserved
 }
 
 TEST(ModuleReadings, DoNotKnowTheMediumWithoutTechnology) {

@@ -652,6 +652,7 @@ TEST(PhyReadings, DeriveTheMediumFromTheTechnology) {
   EXPECT_EQ(medium(8, 0x0B), Medium::kPassiveCopper);
   EXPECT_EQ(medium(8, 0x0C), Medium::kActiveCopper);
   EXPECT_EQ(medium(8, 0x10), Medium::kOptical) << "a tunable laser";
+  EXPECT_EQ(medium(8, 0x12), Medium::kActiveCopper) << "linear equalizers at both ends";
   EXPECT_EQ(medium(8, 0xA1), Medium::kPassiveCopper) << "as its record has it";
 }
 

@@ -1,0 +1,19 @@
+#pragma once
+
+// Internal; not installed.
+
+#include "cable_info/readings/readings.h"
+#include "cable_info/shared_decoders.h"
+#include "cable_info/value_format.h"
+
+namespace [[gnu::visibility("hidden")]] cable_info {
+
+/// The medium of a technology: a code of `transmitter_technology_arr`, or a later one of CMIS 5.x.
+inline Medium MediumOfTechnology(unsigned technology) {
+  if (technology == kUnequalizedCopper || technology == kPassiveEqualizedCopper) {
+    return Medium::kPassiveCopper;
+  }
+  return decode::IsCopperTechnology(technology) ? Medium::kActiveCopper : Medium::kOptical;
+}
+
+}  // namespace cable_info
