@@ -12,7 +12,7 @@ namespace {
 constexpr std::size_t kIdentifierCopy = 128;
 
 // clang-format off
-constexpr ModuleIdentifier kKnown[] = {
+constexpr ModuleIdentifier kModuleIdentifiers[] = {
     {0x01, ModuleFamily::kSff8472},  // GBIC
     {0x02, ModuleFamily::kSff8472},  // soldered to the board
     {0x03, ModuleFamily::kSff8472, "SFP", FormFactor::kSfp28OrSfpPlus},
@@ -93,7 +93,7 @@ bool HasDiagnosticsDevice(const ModuleImage& image) {
 }  // namespace
 
 const ModuleIdentifier* FindIdentifier(std::optional<std::uint8_t> code) {
-  for (const ModuleIdentifier& known : kKnown) {
+  for (const ModuleIdentifier& known : kModuleIdentifiers) {
     if (known.code == code) return &known;
   }
   return nullptr;
