@@ -247,7 +247,7 @@ class Faults(StoreTest):
 
 
 class Queries(StoreTest):
-    """The queries of docs/store.md find what they say."""
+    """The queries of docs/store.md find what their headings name."""
 
     def test_queries(self):
         self.store("--taken-at", "2026-01-01", stdin=BEFORE)
@@ -258,15 +258,15 @@ class Queries(StoreTest):
         found = {title: self.query(query) for title, query in queries.items()}
         self.assertIn((GUID, 10, "leaf"), [row[:3] for row in found["The ports with critical findings"]])
         self.assertIn(("2026-01-02T00:00:00Z", "temperature-high-alarm", 1),
-                      found["How many ports each rule found something in, now and before"])
+                      found["The number of ports with findings of each rule, now and before"])
         weakest = found["The ten weakest receivers"][0]
         self.assertEqual(weakest[:4], (GUID, 10, 1, 0.4))
         self.assertAlmostEqual(weakest[4], -3.979, 3)
         self.assertEqual(found["Lanes that lost more than 2 dB since the snapshot before"], [(GUID, 10, 1, 0.871, 0.4)])
         self.assertIn(("2026-01-01T00:00:00Z", "temperature", 0, 41, "C"), found["The history of one port"])
-        self.assertEqual(found["The hottest modules, and how far they are from their limit"][0], (GUID, 10, 80, -10))
+        self.assertEqual(found["The hottest modules, and their distance from the limit"][0], (GUID, 10, 80, -10))
         self.assertEqual(found["Readings with a raised alarm flag"], [(GUID, 10, "rx_power", 1, 0.4)])
-        self.assertEqual(found["What is installed, by vendor and part number"][0], (None, "P2", 2))
+        self.assertEqual(found["Installed modules by vendor and part number"][0], (None, "P2", 2))
         self.assertEqual(found["Firmware versions that differ among modules of the same part number"],
                          [("P2", "1.2.3,1.2.4")])
         self.assertEqual(found["Modules that were replaced since the snapshot before"], [(GUID, 11, "S2", "S3")])
