@@ -1,8 +1,8 @@
 #pragma once
 
 // Decoders of the cable-information pages: functions that append the text of one field.
-// `cable_record.cpp` wraps them as published operations, `cable_output.cpp` puts them together to
-// rows and reports. Internal; not installed.
+// `cable_record.cpp` wraps them as published operations, `cable_output.cpp` composes rows and
+// reports of them. Internal; not installed.
 
 #include <cstdint>
 #include <string_view>

@@ -21,11 +21,11 @@ using text::CsvRow;
 // The size of the longest block of the text report.
 constexpr std::size_t kMaxBlockSize = 2047;
 
-// What writing float and hexadecimal cells leaves on a stream; hosts that write on depend on it.
+// The formatting state that a row leaves on the stream; hosts that continue writing rely on it.
 constexpr int kRowPrecision = 3;
 constexpr char kRowFill = '0';
 
-// A bias current of a lane that the pages lack.
+// The bias current of a lane that the pages do not have.
 constexpr std::string_view kMissingBias = "N/A mA";
 
 // ---------------------------------------------------------------------------------------------
@@ -131,7 +131,7 @@ void DateCodeCell(Row& row, const CableRecord& r) {
   }
 }
 
-// The four lanes of the pages, then the four that they lack.
+// The four lanes of the pages, then the four that they do not have.
 template <typename Row>
 void LaneCells(Row& row, const float (&lanes)[kPageLanes]) {
   for (const float value : lanes) row.Fixed3(static_cast<double>(value));
@@ -286,8 +286,8 @@ void AppendIdentifier(TextBuffer& out, const CableRecord& r) {
       .Append(')');
 }
 
-// The block is made of C strings: a text ends at its first NUL. No more of it than the whole block
-// holds is ever shown.
+// Texts in the block end at their first NUL. A text is cut to the size of the whole block first,
+// because no more of it can be shown.
 void AppendTextLine(BufferedReport& lines, std::string_view label, std::string_view text) {
   lines.Text(label, UpToNul(text.substr(0, kMaxBlockSize)));
 }
@@ -298,7 +298,7 @@ void AppendDateCodeUpToNul(TextBuffer& out, const CableRecord& r) {
   out.Truncate(begin + UpToNul(out.view().substr(begin)).size());
 }
 
-// The four lanes that the pages lack.
+// The four lanes that the pages do not have.
 void AppendMissingLanes(BufferedReport& lines, std::string_view label, std::string_view missing) {
   for (int lane = kPageLanes + 1; lane <= 2 * kPageLanes; ++lane) {
     lines.LaneText(label, lane, missing);

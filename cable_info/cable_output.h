@@ -17,7 +17,7 @@ enum class PhyLines { kLeftOut, kShown };
 
 /// What `CableRecord::ToCSVStream` writes.
 void WriteRow(std::ostream& os, const CableRecord& r);
-/// Hands the cells of the row to `sink`.
+/// Passes the cells of the row to `sink`.
 void VisitCells(CellSink& sink, const CableRecord& r);
 /// Appends the cells of that row to `cells`, each as its text.
 void AppendCells(std::vector<std::string>& cells, const CableRecord& r);

@@ -41,7 +41,7 @@ static_assert(sizeof(cable_record_data_t) == 416);
 
 bool IsKnown(const std::string& text) { return !text.empty() && text != kBareNa; }
 
-// Fills a slot of the export record; like `strncpy`, pads with NULs.
+// Fills a text of the export record; pads it with NULs, as `strncpy` does.
 template <std::size_t N>
 void FillSlot(char (&slot)[N], const std::string& text) {
   std::strncpy(slot, text.c_str(), N - 1);

@@ -21,7 +21,7 @@ static_assert(GroupsAreInOrder());
 static_assert(SumOfGroups() == static_cast<int>(kCsvColumns.size()));
 static_assert(kRecordColumnCount == 174);
 
-// The first and last column of each group, as the row writers head them.
+// The first and last column of each group, as in the headings of the row writers.
 static_assert(ColumnCount("NodeGuid", "PortNum") == GroupSize(CsvGroup::kPort));
 static_assert(ColumnCount("Source", "Rev") == GroupSize(CsvGroup::kIdentity));
 static_assert(ColumnCount("LengthSMFiber", "Temperature") == GroupSize(CsvGroup::kType));

@@ -51,7 +51,7 @@ constexpr std::array<FibreLength, 5> kFibreLengths = {{
     {&ModuleRecord::length_om5, 2, 2},
 }};
 
-constexpr std::uint32_t kWattUnits = 4;  // the maximum power comes in quarters of a watt
+constexpr std::uint32_t kWattUnits = 4;  // the unit of the maximum power is 0.25 W
 constexpr std::array<std::string_view, kWattUnits> kQuarterTexts = {"", ".25", ".5", ".75"};
 
 // Four missing attenuations: in CSV as cells, in the report for a module that is not passive, and

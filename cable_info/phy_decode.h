@@ -2,9 +2,9 @@
 
 // Decoders of the PHY's registers: functions that append the text of one field.
 //
-// `phy::module` decodes the fields of a module record; `phy` decodes what a port shows, with or
+// `phy::module` decodes the fields of a module record; `phy` decodes the values of a port, with or
 // without one. `phy_cable_record.cpp` and `phy_registers.cpp` wrap them as published operations,
-// `phy_output.cpp` puts them together to rows and reports. Internal; not installed.
+// `phy_output.cpp` composes rows and reports of them. Internal; not installed.
 
 #include <cstdint>
 #include <string_view>
@@ -35,13 +35,13 @@ double DbmToMilliwatts(double dbm);
 
 namespace module {
 
-/// The side of a module that a CDR works for.
+/// The direction of a CDR.
 enum class Direction { kTx, kRx };
 
 /// Whether the state of a CDR is shown for a module that has none.
 enum class CdrShown { kWhenPresent, kAlways };
 
-/// A length in metres: `base` times `multiplier`, where a multiplier of 0 stands for 0.1.
+/// A length in metres: `base` times `multiplier`, where a multiplier of 0 means 0.1.
 struct CableLength {
   int base = 0;        ///< 0: unknown
   int multiplier = 1;  ///< 0, 1, 10 or 100
@@ -97,7 +97,7 @@ void AppendDateCode(TextBuffer& out, const ModuleRecord& m, std::string_view na)
 void AppendCdrEnable(TextBuffer& out, const ModuleRecord& m, Direction direction, CdrShown shown,
                      std::string_view na);
 void AppendAttenuation(TextBuffer& out, const ModuleRecord& m, Form form);
-/// The one value of all lanes, for each of four.
+/// The value that all lanes share, four times.
 void AppendLaneSetting(TextBuffer& out, const ModuleRecord& m, std::uint8_t value, Form form,
                        std::string_view na);
 void AppendTemperature(TextBuffer& out, const ModuleRecord& m, std::uint16_t raw, Form form);

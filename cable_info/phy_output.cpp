@@ -471,9 +471,9 @@ double ShownDbm(double units) {
 }
 
 // A raw 0 in each unit, which has no value in the other one. Lanes without a signal show it, and so
-// do lanes that the module does not have: half of the lanes of a fabric with copper cables. Copied
-// instead of formatted, since that would make a report a tenth longer to write. The size is a
-// constant, so that the copy is a few moves.
+// do lanes that the module does not have: half of the lanes of a fabric with copper cables. It is
+// copied, because formatting it would make a report a tenth slower. The size is a constant, so that
+// the copy takes a few moves.
 constexpr std::string_view kZeroMilliwatts = "0.000 mW, -999.999 dBm";
 constexpr std::string_view kZeroDbm = "-999.999 mW, 0.000 dBm";
 constexpr std::size_t kZeroSize = kZeroDbm.size();

@@ -14,7 +14,7 @@ namespace [[gnu::visibility("hidden")]] phy {
 
 /// What `PhyCableRecord::ToCSVStream` writes.
 void WriteRow(std::ostream& os, const PhyCableRecord& r);
-/// Hands the cells of the row to `sink`.
+/// Passes the cells of the row to `sink`.
 void VisitCells(CellSink& sink, const PhyCableRecord& r);
 /// Appends the cells of that row to `cells`, each as its text.
 void AppendCells(std::vector<std::string>& cells, const PhyCableRecord& r);

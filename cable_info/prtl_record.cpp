@@ -41,7 +41,7 @@ float PrtlRecord::CalculateLength(const PrtlRecord& remote, std::string& error) 
     return kNoLength;
   }
   const float length = CalculateLength(remote);
-  if (!(length > 0.0F)) {  // no round trip at all, too
+  if (!(length > 0.0F)) {  // also without a round trip
     error = ToText([&](TextBuffer& out) {
       out.Append(kBelowResolution).Append(kLocalDetails);
       AppendRecord(out, *this);

@@ -34,7 +34,7 @@ inline constexpr std::string_view kInputEq = "InputEq: ";
 inline constexpr std::string_view kOutputAmp = "OutputAmp: ";
 inline constexpr std::string_view kOutputEmp = "OutputEmp: ";
 inline constexpr std::string_view kFwVersion = "FW Version: ";
-// The sources know the attenuation at different frequencies.
+// The two sources have the attenuation at different frequencies.
 inline constexpr std::string_view kCableAttenuation = "Attenuation(2.5,5,7,12): ";
 inline constexpr std::string_view kPhyAttenuation = "Attenuation(5,7,12,25): ";
 

@@ -1,7 +1,8 @@
 #pragma once
 
-// The sink that hands the cells of a row to a `CellSink` as values. It has the members of `CsvRow`,
-// which document the cells; comments here describe differences only. Internal; not installed.
+// The sink that passes the cells of a row to a `CellSink` as values. It has the members of
+// `CsvRow`, which document the cells; comments here describe only the differences. Internal; not
+// installed.
 
 #include <cstdint>
 #include <string_view>
@@ -37,7 +38,7 @@ class TypedRow {
   void BareQuantity(double value, Append&& /*append*/, const Args&... /*args*/) {
     sink_.Number(value);
   }
-  /// Metres; a text that is no length stays a text.
+  /// A number of metres; any other text is passed as a text.
   void Length(std::string_view text);
   void Decimal(std::uint32_t value) { sink_.Integer(value); }
   void DecimalTimes(std::uint32_t value, std::uint32_t /*factor*/) { sink_.Integer(value); }

@@ -20,7 +20,7 @@ constexpr std::array<std::string_view, 4> kAutonegStatusTexts = {
     "Link is down",
 };
 
-// The blanks of the C locale; also those that are trimmed from vendor texts.
+// White space of the C locale, which is also trimmed from vendor texts.
 constexpr bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 constexpr int kLowestTemperature = -40;

@@ -61,8 +61,8 @@ unsigned HostLanes(const Application& application) {
                    HostLaneCount(application));
 }
 
-// Without the media lanes that it may start on, an application runs once for each place where its
-// host lanes may start.
+// Without a media lane assignment, an application runs once for each host lane on which it may
+// start.
 unsigned MediaLanes(const Application& application) {
   const unsigned starts = application.media_assignment.value_or(0);
   if (starts != 0) return LanesFrom(starts, MediaLaneCount(application));

@@ -58,7 +58,8 @@ Advertised BitSince(const ModuleImage& image) {
   return Both(IsSince(image, kRevision), AskBit(image, kPage, kByteNumber, kBit));
 }
 
-/// The module supports stepped configuration only: lower byte 2.6.
+/// Lower byte 2.1-0 applies: the module supports stepped configuration only (2.6), CMIS 5.3 or
+/// later.
 Advertised HasAutoCommissioning(const ModuleImage& image);
 /// Bank `kBank` of a module with paged memory.
 Advertised HasBankOf(const ModuleImage& image, unsigned bank);

@@ -26,16 +26,15 @@ struct ModuleIdentifier {
 /// Null for other codes.
 const ModuleIdentifier* FindIdentifier(std::optional<std::uint8_t> code);
 
-/// True of a CMIS module with an identifier of its vendor's own, which are those from 80h on, by
-/// bytes 0, 1 and 128.
+/// True for a CMIS module with a vendor's own identifier, 80h or higher, by bytes 0, 1 and 128.
 bool IsCustomCmis(std::optional<std::uint8_t> identifier, std::optional<std::uint8_t> revision,
                   std::optional<std::uint8_t> copy);
 
-/// The power class of a module, 1 to 8, by bytes 129 and 107 of SFF-8636. Class 8 counts only with
-/// a maximum power: older revisions reserve its bit, and modules set it.
+/// The power class of a module, 1 to 8, by bytes 129 and 107 of SFF-8636. Class 8 requires a
+/// maximum power, because older revisions reserve its bit, and some modules set it.
 unsigned Sff8636PowerClass(unsigned extended_identifier, unsigned maximum_power);
 
-/// What a module of SFF-8472 is made for.
+/// The medium that a module of SFF-8472 is made for.
 enum class Sff8472Medium : std::uint8_t {
   kOptical,
   kPassiveCable,

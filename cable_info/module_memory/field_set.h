@@ -22,10 +22,10 @@ namespace cable_info {
 template <typename FieldType>
 class FieldSet {
  public:
-  /// The number of fields that there are.
+  /// The number of fields of the type.
   static constexpr std::size_t kCount = static_cast<std::size_t>(FieldType::kCount);
 
-  /// Iterates over the fields of a set that does not change meanwhile.
+  /// Iterates over the fields of a set, which must not change meanwhile.
   class Iterator {
    public:
     using iterator_category = std::input_iterator_tag;

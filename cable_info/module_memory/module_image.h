@@ -12,9 +12,9 @@
 
 namespace cable_info {
 
-/// A page of a module's memory, with the name of the standards. Bytes 0..127 are those of the lower
+/// A page of a module's memory, named as in the standards. Bytes 0..127 are those of the lower
 /// page, 128..255 those of an upper page; SFP modules have two devices of 256 bytes. Upper pages
-/// have a number, 00h..FFh, and those of CMIS a bank, too: see `PageOf`.
+/// have a number, 00h..FFh, and those of CMIS also a bank: see `PageOf`.
 enum class Page : std::uint32_t {
   k00 = 0x00,
   k01 = 0x01,
@@ -175,8 +175,8 @@ class ModuleImage {
     const std::uint32_t bank = key >> 17U;
     return (key ^ bank << 4U) % kSlots;
   }
-  // The index of the half with the key; the number of halves if there is none. Decoders ask for
-  // halves hundreds of times per module: one look instead of a search.
+  // The index of the half with the key; the number of halves if there is none. Decoders look up
+  // halves hundreds of times per module, so a table replaces the search.
   std::size_t Find(std::uint32_t key) const {
     const std::size_t slot = slots_[SlotOf(key)];
     if (slot == 0) return keys_.size();
@@ -200,8 +200,8 @@ class ModuleImage {
 
   std::vector<std::uint32_t> keys_;  // of the halves, contiguous for fast search
   std::vector<Half> halves_;
-  // The number, from 1, of the first half stored that has the slot; 0: none has. A number is a
-  // hint: moving an image leaves those of its halves.
+  // The number, from 1, of the first half stored that has the slot; 0: none has. A number is only a
+  // hint, because those of a moved-from image remain.
   std::array<std::uint16_t, kSlots> slots_ = {};
 };
 

@@ -66,8 +66,8 @@ struct Thresholds {
   }
 };
 
-/// The four flags of a quantity, as the module latched them (SFF-8472: latched or not, as the
-/// vendor chose). Each may be unknown.
+/// The four flags of a quantity, as the module latched them (in SFF-8472, latching is optional).
+/// Each may be unknown.
 struct AlarmFlags {
   std::uint8_t known = 0;   ///< bit n: the flag of level n was read
   std::uint8_t raised = 0;  ///< bit n: it is set
@@ -175,8 +175,8 @@ struct PageChecksum {
   Page page = Page::kLower;   ///< the page of all these bytes
   std::uint8_t first = 0;     ///< the first byte of the sum
   std::uint8_t last = 0;      ///< the last byte of the sum
-  std::uint8_t stored = 0;    ///< what the module stores
-  std::uint8_t computed = 0;  ///< what the bytes add up to
+  std::uint8_t stored = 0;    ///< the sum that the module stores
+  std::uint8_t computed = 0;  ///< the sum of the bytes
 };
 
 /// The contents of a module's memory. Fields that the family of the module does not have are not
@@ -197,7 +197,7 @@ class ModuleInfo {
   std::vector<std::string_view> supported_speeds;  ///< of InfiniBand: "SDR" ... "XDR", lowest first
   std::vector<std::string_view> options;           ///< the names of implemented options
   std::vector<PageChecksum> checksums;             ///< those whose bytes were all read
-  std::vector<Page> pages_read;       ///< pages of which any byte was given, lower page first
+  std::vector<Page> pages_read;       ///< pages with at least one known byte, lower page first
   std::vector<std::string> warnings;  ///< inconsistencies and problems, one sentence each
 
   /// The value of a field.

@@ -56,7 +56,7 @@ std::vector<std::string_view> Words(std::string_view line, std::string_view sepa
   return words;
 }
 
-// A row of a listing: where it stands, if it says so, and the text of its bytes.
+// A row of a listing: its offset, if it has one, and the text of its bytes.
 struct Row {
   std::optional<std::size_t> offset;
   std::string_view bytes;
@@ -95,7 +95,7 @@ Row SplitRow(std::string_view line, bool has_offsets) {
   return {Offset(digits), rest.substr(0, rest.find("  "))};
 }
 
-// A line that stands above the rows of some listing.
+// A heading, as some listings have it above their rows.
 bool IsHeading(std::string_view line) {
   constexpr std::string_view kSizeRemark = "No size specified";
   constexpr std::string_view kColumnDigits = "0123456789abcdef";
@@ -145,7 +145,7 @@ class Listing {
     }
   }
 
-  // Bytes that the listing leaves out repeat the last row behind a "*", else are missing.
+  // Bytes that the listing omits repeat the last row after a "*"; otherwise they are missing.
   void MoveTo(std::size_t offset) {
     if (offset > kMaxDumpSize) {
       Fail("an offset of at most " + std::to_string(kMaxDumpSize) + " bytes", "a higher one");

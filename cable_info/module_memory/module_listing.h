@@ -23,8 +23,8 @@ using DumpBytes = std::vector<DumpByte>;
 inline constexpr std::size_t kMaxDumpSize = 4096;
 
 /// \name EEPROM files of drivers
-/// The sizes of those in the linear layout of all pages: the lower page, then 256 upper pages by
-/// number; of SFP modules A0h, the lower half of A2h, and its 256 pages.
+/// Their sizes, in the linear layout of all pages: the lower page, then 256 upper pages by number;
+/// of SFP modules A0h, the lower half of A2h, and its 256 pages.
 /// @{
 inline constexpr std::size_t kLinearImage = std::size_t{257} * 128;
 inline constexpr std::size_t kLinearSfpImage = std::size_t{259} * 128;
@@ -33,8 +33,8 @@ inline constexpr std::size_t kLinearSfpImage = std::size_t{259} * 128;
 /// True if `content` is text and therefore a listing; images contain zeros and control codes.
 bool IsListing(std::string_view content);
 
-/// The bytes of plain hexadecimal digits with nothing between or around them, as port records have
-/// them, into `bytes`. False for every other listing, which may still be one for `ParseListing`.
+/// Parses hexadecimal digits with nothing between or around them, as in port records, into `bytes`.
+/// False for every other text, which may still be a listing for `ParseListing`.
 bool ParsePlainHex(std::string_view text, std::vector<std::uint8_t>& bytes);
 
 /// The bytes of a hex listing, each at the offset that the listing gives it. Understands plain

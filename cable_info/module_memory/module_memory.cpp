@@ -220,7 +220,7 @@ ModuleReading ReadModule(const DumpBytes& image) {
   std::vector<std::string> remarks;
   const ModuleImage pages = SplitImage(image, remarks);
   ModuleReading reading = ReadModule(pages);
-  // What SplitImage says of the identifier, decoding says, too.
+  // Decoding repeats the remark of SplitImage on the identifier.
   for (std::string& remark : remarks) {
     const auto& known = reading.remarks;
     if (std::find(known.begin(), known.end(), remark) == known.end()) {

@@ -1,7 +1,7 @@
 #pragma once
 
 /// \file
-/// Records from the memory of a module: what rows and reports show of it.
+/// Records from the memory of a module, for rows and reports.
 
 #include <cstdint>
 #include <memory>
@@ -31,8 +31,8 @@ struct ModuleReading {
   std::vector<std::string> remarks;
 };
 
-/// The pages of an image, in which they follow each other in the order of the family. Appends
-/// remarks to `remarks`. Throws `BadModule`.
+/// Splits an image into pages, which follow each other in the order of the family. Appends remarks
+/// to `remarks`. Throws `BadModule`.
 ModuleImage SplitImage(const DumpBytes& image, std::vector<std::string>& remarks);
 /// The same, of an image without missing bytes.
 ModuleImage SplitImage(const std::vector<std::uint8_t>& image, std::vector<std::string>& remarks);

@@ -11,12 +11,12 @@
 
 namespace cable_info {
 
-/// The version of the JSON; it changes when a key is renamed or goes away.
+/// The version of the JSON; it increases when a key is renamed or removed.
 inline constexpr unsigned kModuleFormatVersion = 1;
 
 /// The module as one JSON object, on one line without a line break. The keys never depend on what
 /// the module contains: absent values are null. `label` names the module, a file name for example;
-/// bytes of it that are no UTF-8 become U+FFFD. docs/module.schema.json describes the object.
+/// bytes of it that are not UTF-8 become U+FFFD. docs/module.schema.json describes the object.
 std::string ModuleToJson(const ModuleInfo& info, std::string_view label);
 /// The same to a stream.
 void WriteModuleJson(std::ostream& os, const ModuleInfo& info, std::string_view label);

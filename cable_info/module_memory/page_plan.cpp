@@ -30,7 +30,7 @@ constexpr AdvertisedPages kSff8636Pages[] = {
     {0x03, 0x03, Banks::kOne, kAlways},
 };
 
-// CMIS 5.4, table 8-1. Page 01h comes first, for it advertises the others.
+// CMIS 5.4, table 8-1. Page 01h precedes the others because it advertises them.
 constexpr AdvertisedPages kCmisPages[] = {
     {0x01, 0x02, Banks::kOne, kAlways},       {0x10, 0x11, Banks::kAll, kAlways},
     {0x04, 0x04, Banks::kOne, kTunable},      {0x0C, 0x0C, Banks::kOne, kPageMap},
@@ -42,7 +42,7 @@ constexpr AdvertisedPages kCmisPages[] = {
 constexpr std::uint8_t kHalfSize = ModuleImage::kHalf;
 
 // ---------------------------------------------------------------------------------------------
-// What decoders use
+// The parts that decoders use
 // ---------------------------------------------------------------------------------------------
 
 MemoryPart PartOf(Page page, std::size_t byte) {
@@ -65,14 +65,14 @@ bool AnyUses(Lines<Line> lines, MemoryPart part) {
                      [part](const Line& line) { return Uses(line, part); });
 }
 
-// Maps name pages with those of bank 0.
+// Maps list the pages of bank 0.
 bool IsDecoded(const MemoryMap& map, MemoryPart part) {
   return AnyUses(map.fields, part) || AnyUses(map.lane_fields, part) ||
          AnyUses(map.monitors, part) || AnyUses(map.compliance, part) || AnyUses(map.options, part);
 }
 
 // ---------------------------------------------------------------------------------------------
-// What modules have
+// The parts that modules have
 // ---------------------------------------------------------------------------------------------
 
 class Plan {
@@ -83,7 +83,7 @@ class Plan {
     if (parts_.size() < kMaxMemoryParts) parts_.push_back(PartOf(page, first));
   }
 
-  // The parameters of SFF-8636 and their thresholds are samples, and no lines of the map.
+  // The parameters of SFF-8636 and their thresholds are samples, which are not in the map.
   void AddParameters() {
     if (AskBit(image_, Page::k00, 195, 0) != Advertised::kYes) return;
     Add(Page::k20);
@@ -102,7 +102,7 @@ class Plan {
     }
   }
 
-  // Page 2Fh says how many groups of descriptors, values and thresholds there are.
+  // Page 2Fh gives the number of groups of descriptors, values and thresholds.
   void AddVdm(unsigned banks) {
     if (Ask(image_, kVdm) != Advertised::kYes) return;
     constexpr std::uint8_t kTables[] = {0x20, 0x24, 0x28};
@@ -126,7 +126,7 @@ class Plan {
     for (unsigned bank = 0; bank < banks; ++bank) Add(PageOf(NumberOf(kPage1C), bank));
   }
 
-  // Each bank of the coherent pages is one media lane; 00h:210 marks those that are not there.
+  // Each bank of the coherent pages is one media lane; 00h:210 marks unsupported ones.
   void AddCoherent() {
     if (HasCoherentPages(image_) != Advertised::kYes) return;
     const unsigned absent = BitsOf(image_, Page::k00, 210).value_or(0);
@@ -176,14 +176,14 @@ std::vector<MemoryPart> PartsToRead(const ModuleImage& image) {
   plan.Add(Page::kLower, 0);
   if (!image.Has(Page::kLower)) return plan.Take();
   plan.Add(Page::k00);
-  // The copy of the identifier in page 00h counts where byte 0 names no module.
+  // If byte 0 is not the identifier of a module, its copy in page 00h decides.
   const ModuleMemory memory(image);
   if (memory.family() == ModuleFamily::kSff8636 &&
       AskBit(image, Page::kLower, 2, 2) == Advertised::kNo) {
     plan.AddPages(Sff8636Map(), kSff8636Pages, 1);
     plan.AddParameters();
   } else if (memory.family() == ModuleFamily::kCmis && IsPaged(image) == Advertised::kYes) {
-    // Without page 01h, which gives their number, there is one bank.
+    // Page 01h gives the number of banks; without it, one bank is read.
     const unsigned banks = image.Has(Page::k01) ? BanksOf(image) : 1;
     plan.AddPages(CmisMap(), kCmisPages, banks);
     plan.AddVdm(banks);

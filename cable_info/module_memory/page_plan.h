@@ -25,21 +25,21 @@ struct MemoryPart {
 /// modules, else `Page::kLower`.
 Page FirstPageOf(std::uint8_t identifier);
 
-/// The parts that the module has, as far as the bytes in `image` advertise them, and that decoders
-/// use. More bytes may advertise more parts, never fewer that were read for a reason, so a reader
-/// asks again after every part until all that are named were read or tried:
+/// The parts that the bytes in `image` advertise and that decoders use. A part that was read may
+/// advertise others, so a reader calls this again after each part, until all parts of the list were
+/// read or tried:
 ///
 ///     image empty                     -> lower
 ///     lower of an OSFP module         -> lower, 00h, 01h, 02h, 10h, 11h
 ///     01h, which advertises VDM       -> ..., 2Fh
 ///     2Fh: one group                  -> ..., 20h, 24h, 28h, 2Ch
 ///
-/// The first part is the lower page under the name that `FirstPageOf` gives it. Parts are in an
-/// order in which the advertising ones come first. A module may lie: no image makes the list longer
-/// than `kMaxMemoryParts`.
+/// The first part is the lower page under the name that `FirstPageOf` gives it. A part precedes
+/// those that it advertises. Whatever the module advertises, the list has at most `kMaxMemoryParts`
+/// parts.
 std::vector<MemoryPart> PartsToRead(const ModuleImage& image);
 
-/// The most parts of one module that are read.
+/// The maximum number of parts to read of a module.
 inline constexpr std::size_t kMaxMemoryParts = 256;
 
 }  // namespace cable_info

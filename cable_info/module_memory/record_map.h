@@ -61,7 +61,7 @@ struct Place {
   Extent extent = kByte;
 };
 
-/// The places of a family's map. What the map does not have is no place.
+/// The places of a family's map. The place of a field that the map does not have is empty.
 class Places {
  public:
   explicit Places(const MemoryMap& map) : map_(map) {}
@@ -144,7 +144,7 @@ void SetFields(const ModuleImage& image, const std::array<RecordField<Target>, N
   Page page = Page::kLower;
   for (const RecordField<Target>& field : map) {
     const Place& place = field.place;
-    // Fields of a page follow each other, mostly.
+    // Most fields follow others of the same page.
     if (half == nullptr || page != place.page || half->first() != FirstOfHalf(place.byte)) {
       page = place.page;
       half = &image.HalfOf(page, place.byte);

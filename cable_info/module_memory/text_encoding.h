@@ -12,7 +12,7 @@
 namespace cable_info {
 namespace [[gnu::visibility("hidden")]] module_memory {
 
-/// How many bytes the well-formed UTF-8 character at the begin of `text` has; 0 when there is none.
+/// The size of the well-formed UTF-8 character at the beginning of `text`; 0 if there is none.
 std::size_t Utf8Length(std::string_view text);
 
 /// \name Plain characters: ASCII, but no control characters, double quotes or backslashes
@@ -20,8 +20,8 @@ std::size_t Utf8Length(std::string_view text);
 /// while they are copied.
 /// @{
 
-/// Bits of which `IsPlain` is true if each of eight characters is plain, in any byte order. Those
-/// of several groups can be combined with `|`.
+/// Bits for which `IsPlain` is true if all of eight characters are plain, in any byte order. The
+/// bits of several groups can be combined with `|`.
 constexpr std::uint64_t SpecialBits(std::uint64_t characters) {
   constexpr std::uint64_t kEach = 0x0101010101010101;
   // Up to the first special character, no subtraction borrows from the next one: each of these has
@@ -36,7 +36,7 @@ constexpr bool IsPlain(std::uint64_t special_bits) {
   return (special_bits & 0x8080808080808080) == 0;
 }
 
-/// Copies `text` to `to`, where it has room; false if it is not plain.
+/// Copies `text` to `to`, which must have room for it; false if it is not plain.
 inline bool CopyIfPlain(char* to, std::string_view text) {
   constexpr std::size_t kGroup = sizeof(std::uint64_t);
   const std::size_t size = text.size();
@@ -58,18 +58,17 @@ inline bool CopyIfPlain(char* to, std::string_view text) {
   return IsPlain(special);
 }
 
-/// The number of plain characters at the begin of `text`. Counts in groups of eight, so it may be
-/// less.
+/// The number of plain characters at the beginning of `text`, or less: whole groups of eight.
 std::size_t PlainLength(std::string_view text);
 /// @}
 
-/// Appends `text` as UTF-8; what is none becomes U+FFFD. Control characters, double quotes and
-/// backslashes go to `special` instead.
+/// Appends `text` as UTF-8; bytes that are not UTF-8 become U+FFFD. Control characters, double
+/// quotes and backslashes are passed to `special` instead.
 template <typename Special>
 void AppendUtf8(text::TextBuffer& out, std::string_view text, const Special& special) {
   char* const to = out.Reserve(text.size());
   if (CopyIfPlain(to, text)) return out.EndAt(to + text.size());
-  std::size_t plain = PlainLength(text);  // characters to append as they are
+  std::size_t plain = PlainLength(text);  // characters to append verbatim
   const auto flush = [&](std::size_t dropped) {
     out.Append(text.substr(0, plain));
     text.remove_prefix(plain + dropped);

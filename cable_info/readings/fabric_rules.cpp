@@ -176,7 +176,7 @@ void FabricRules::JudgeLoss(std::size_t index, const Kept& far, const Found& fou
       const auto i = static_cast<std::size_t>(lane) - 1;
       compare(static_cast<double>(far.tx_power[i]), static_cast<double>(near.rx_power[i]), lane);
     }
-  } else {  // which lane goes where is not known
+  } else {  // the mapping of the lanes is not known
     compare(Mean(far.tx_power), Mean(near.rx_power), 0);
   }
   if (!std::isnan(finding.value)) found(index, finding);

@@ -2,8 +2,8 @@
 
 /// \file
 /// The rules that compare a port with others of its fabric: `kOutlier`, `kLinkLoss` and
-/// `kEndMismatch`. Ports are added one by one, in any order, and judged once all are known; what is
-/// kept of a port takes little more than 100 bytes.
+/// `kEndMismatch`. Ports are added one by one, in any order, and judged when all were added. Little
+/// more than 100 bytes are kept of each.
 
 #include <array>
 #include <cstddef>

@@ -27,7 +27,7 @@ constexpr double kMilliwattsPerUnit = 0.0001;  // and powers in units of 0.1 uW
 constexpr double kBiasUnitsPerMilliampere = 500.0;
 
 // ---------------------------------------------------------------------------------------------
-// What all sources share
+// Shared by all sources
 // ---------------------------------------------------------------------------------------------
 
 bool IsCopper(Medium medium) {
@@ -77,7 +77,7 @@ std::optional<std::uint8_t> NonZeroByte(std::uint8_t value) {
   return value == 0 ? std::nullopt : std::optional(value);
 }
 
-// Metres of a text such as "50 m" or "0.5 km"; empty for any other, such as a choice of lengths.
+// The metres of a text, as `decode::Metres`; empty for 0, too.
 std::optional<float> Metres(std::string_view text) {
   const std::optional<double> metres = decode::Metres(text);
   return metres ? NonZero(*metres) : std::nullopt;
@@ -95,8 +95,8 @@ void SetThreshold(Reading& reading, AlarmLevel level, double value) {
   if (std::isfinite(number)) reading.thresholds[static_cast<std::size_t>(level)] = number;
 }
 
-// A temperature word that `_is_valid_temperature` accepts, as the whole degrees that every reader
-// of a record shows; what the fraction holds is not known to be one.
+// The whole degrees of a temperature word, if `_is_valid_temperature` accepts them. Rows and
+// reports ignore the low byte of a record's words, too.
 std::optional<double> Degrees(std::uint16_t word, std::uint8_t technology) {
   const std::int8_t degrees = WholeDegrees(word);
   if (!_is_valid_temperature(degrees, technology)) return std::nullopt;
@@ -131,7 +131,7 @@ void SetVoltage(Reading& reading, std::uint16_t word, const Words& thresholds, s
 constexpr std::array<Quantity, 3> kLaneQuantities = {Quantity::kRxPower, Quantity::kTxPower,
                                                      Quantity::kTxBias};
 
-// Forgets a monitor that the module does not have.
+// Clears a monitor that the module does not have.
 void Deny(Reading& reading) {
   reading.state = FieldState::kNotImplemented;
   reading.value = 0;
@@ -146,8 +146,9 @@ bool IsDark(const Readings& port, int lane) {
                      [&](Quantity quantity) { return IsZero(port.Of(quantity, lane)); });
 }
 
-// Finds out which monitors and which lanes there are, once all values are set: no lane beyond
-// those that the form factor offers, no optical ones on copper, none at all where all are zero.
+// Determines the monitors and the lanes in use, after all values were set: lanes beyond those of
+// the form factor have no monitors, copper has no optical ones, and a module that is zero on all
+// lanes has none.
 void SettleLanes(Readings& port) {
   bool has_monitors = false;
   for (int lane = 1; lane <= port.lanes; ++lane) {
@@ -172,7 +173,8 @@ void SettleLanes(Readings& port) {
   }
 }
 
-// A module that measures no voltage has none of 0 V; without one, 0 C is no temperature either.
+// A voltage of 0 means that the module does not measure it; then a temperature of 0 C means the
+// same.
 void SettleModule(Readings& port, std::uint16_t voltage, std::uint16_t temperature) {
   if (port.medium == Medium::kPassiveCopper) {
     Deny(port.Of(Quantity::kTemperature));
@@ -310,10 +312,10 @@ void SetLanes(Readings& port, const CableRecord& r) {
 // The PHY's registers
 // ---------------------------------------------------------------------------------------------
 
-// The PHY's module flags are in the order of the bounds already.
+// The PHY's module flags are already in the order of the levels.
 Flags BoundsUpwards(std::uint8_t byte) { return {0x0F, static_cast<std::uint8_t>(byte & 0xF)}; }
 
-// What the lanes of one level say, by level.
+// The lanes with a raised flag, by level.
 using LaneMasks = std::array<std::uint8_t, kAlarmLevels>;
 
 Flags BoundsOfLane(const LaneMasks& masks, int lane) {
@@ -324,13 +326,13 @@ Flags BoundsOfLane(const LaneMasks& masks, int lane) {
   return flags;
 }
 
-// The lanes that a form factor offers, by the register's number.
+// The number of lanes of a form factor, by its code in the register.
 int LanesOf(const ModuleRecord& m) {
   constexpr std::array<std::uint8_t, 12> kLanes = {
       4,  // QSFP28
       4,  // QSFP+
       1,  // SFP28/SFP+
-      1,  // an SFP in a QSFP's place
+      1,  // QSA
       4,  // backplane
       2,  // SFP-DD
       8,  // QSFP-DD
@@ -343,7 +345,7 @@ int LanesOf(const ModuleRecord& m) {
   return m.cable_identifier < kLanes.size() ? kLanes[m.cable_identifier] : kMaxLanes;
 }
 
-// A power of a lane, or its threshold, in milliwatts; empty where it is none.
+// A power of a lane, or its threshold, in milliwatts; empty if there is none.
 std::optional<double> LanePower(std::uint16_t raw, const ModuleRecord& m) {
   if (m.power_unit_flag != 0) return raw * kMilliwattsPerUnit;
   if (raw == 0) return std::nullopt;

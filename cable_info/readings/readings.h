@@ -88,7 +88,8 @@ inline constexpr std::array<LaneFlag, 6> kAllLaneFlags = {
 /// A value for each lane; empty where there is none. Lane n has index n - 1.
 using LaneValues = std::array<std::optional<std::uint8_t>, kMaxLanes>;
 
-/// The settings of the module by lane.
+/// The settings of the module by lane. Equalization, amplitude, emphasis and cursors are the codes
+/// of the source.
 struct Controls {
   Flags tx_cdr;                 ///< the CDR of the transmitter is on
   Flags rx_cdr;                 ///< the CDR of the receiver is on
@@ -205,14 +206,14 @@ class Readings {
 /// rev 2.11.
 ///
 /// The pages have thresholds of temperature and voltage only. A quantity whose four thresholds are
-/// all zero has none; temperatures and their thresholds outside -40..125 C are none. A module
-/// whose monitors are zero on all lanes has no monitors; one whose voltage is 0 measures none, and
-/// then a temperature word of 0 is none either. Passive copper measures nothing.
+/// all zero has none; temperatures and their thresholds outside -40..125 C are missing. A module
+/// whose monitors are zero on all lanes has no monitors; one whose voltage is 0 does not measure
+/// it, nor, if its temperature word is 0, the temperature. Passive copper measures nothing.
 Readings ReadingsOf(const CableRecord& record);
 
 /// The readings of the PHY's registers. The register has alarm thresholds only; the rules for
 /// missing values are those of the cable pages. With a unit flag of 0 lane powers and their
-/// thresholds are dBm: a lane of 0 dBm has no value, and a threshold above 40 dBm is none.
+/// thresholds are dBm: a lane of 0 dBm has no value, and a threshold above 40 dBm is ignored.
 Readings ReadingsOf(const PhyCableRecord& record);
 
 /// The readings of the `CableRecord` if there is one, otherwise of the `PhyCableRecord`; no data

@@ -20,7 +20,7 @@ constexpr std::size_t kThresholdRules = kQuantities * kAlarmLevels;
 
 constexpr std::size_t Number(Rule rule) { return static_cast<std::size_t>(rule); }
 
-// What a rule of a quantity's level is about.
+// The subject of a rule for a level of a quantity.
 struct MonitorRule {
   Quantity quantity;
   AlarmLevel level;
@@ -227,7 +227,7 @@ class Judgement {
   }
 
   void JudgeLevels(const Reading& reading) {
-    // Most readings have nothing to find.
+    // Most readings raise no finding.
     if (!reading.IsPresent() && reading.latched.raised == 0) return;
     const float value = reading.IsPresent() ? reading.value : Finding::kNone;
     for (const AlarmLevel level : kAllAlarmLevels) {
@@ -257,7 +257,7 @@ class Judgement {
     JudgeBalance();
   }
 
-  // A flag that matters more where its lane has no light now.
+  // A flag with a second severity for lanes that have no light now.
   void JudgeLightFlag(LaneFlag flag, const Reading& power, std::size_t dark_parameter) {
     if (!port_.Of(flag).IsRaised(power.lane)) return;
     const Rule rule = LaneFlagRule(flag);

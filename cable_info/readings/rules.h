@@ -176,7 +176,7 @@ double DbmOrDark(double milliwatts);
 ///
 /// Lanes that are not in use, copper and modules without monitors raise no optical finding: none of
 /// power, bias, loss of light and transmitter faults. The flags of the host's side and of the CDRs
-/// count on active copper, too.
+/// apply to active copper, too.
 void Judge(const Readings& port, const RuleSettings& settings, std::vector<Finding>& findings);
 
 }  // namespace cable_info

@@ -1,7 +1,7 @@
 #pragma once
 
-// The sink that keeps the cells of a row apart: each as the text that `CsvRow` writes, without the
-// comma. For outputs that pick columns; whoever writes whole rows uses `CsvRow`.
+// The sink that collects the cells of a row as separate texts, each as `CsvRow` writes it but
+// without the comma. For outputs that select columns; whole rows are written by `CsvRow`.
 //
 // Internal; not installed.
 
@@ -17,7 +17,7 @@
 namespace cable_info {
 namespace [[gnu::visibility("hidden")]] text {
 
-/// The members are those of `CsvRow`.
+/// See `CsvRow` for the members.
 class CellTexts {
  public:
   /// Appends to `cells`.

@@ -13,11 +13,11 @@
 //   }
 //
 // The sink decides how a cell is written. `CsvRow` writes it as text with a comma after it; the
-// calls are resolved at compile time, so a cell costs what its characters cost. `TypedRow` hands
-// the values of the same cells to a `CellSink`, for formats that need no such speed.
+// calls are resolved at compile time, so a cell costs no more than writing its characters.
+// `TypedRow` passes the values of the same cells to a `CellSink`, for formats that need less speed.
 //
-// Cells that come in runs are written several at a time (15 to 22 % of a row): flags from a table
-// of the sixteen texts of four flags, "1,0,0,1,", and missing cells from a text of sixteen of them.
+// Runs of cells are written several at a time (15 to 22 % of a row): flags from a table of the
+// sixteen texts of four flags, "1,0,0,1,", and missing cells from a text of sixteen of them.
 //
 // Internal; not installed.
 
@@ -40,8 +40,8 @@ inline constexpr bool kChecksGroups = false;
 inline constexpr bool kChecksGroups = true;
 #endif
 
-/// One row of the cable table, from the first column after the port's own on. Every call writes the
-/// next cell, or the next cells, each with the comma after it.
+/// One row of the cable table, from Source, the first column after those of the port, on. Every
+/// call writes the next cell, or the next cells, each followed by a comma.
 class CsvRow {
  public:
   /// A text without quotes, verbatim.
@@ -127,8 +127,8 @@ class CsvRow {
   /// One missing value, in a cell that shows it as `text` instead of `na_val`.
   void MissingAs(std::string_view text) { BareText(text); }
 
-  /// Ends a group of columns. In debug builds it is an error if the cells since the last call are
-  /// not as many as the group has columns.
+  /// Ends a group of columns. Debug builds assert that the number of cells since the last call is
+  /// the number of columns of the group.
   void EndGroup([[maybe_unused]] CsvGroup group) {
     if constexpr (kChecksGroups) CheckGroup(group);
   }
@@ -149,7 +149,7 @@ class CsvRow {
   void CheckGroup(CsvGroup group);
 
   TextBuffer out_;
-  int cells_ = 0;  // of the group under way, in debug builds
+  int cells_ = 0;  // of the current group, in debug builds
 };
 
 }  // namespace text

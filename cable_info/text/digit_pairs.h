@@ -31,7 +31,7 @@ inline char* WriteTwoDigits(char* to, std::uint32_t value) {
   return to + 2;
 }
 
-/// One or two digits of `value`, which must be below 100; writes two characters at any rate.
+/// One or two digits of `value`, which must be below 100; always writes two characters.
 /// Without a branch, since whether a reading has one digit or two is not predictable.
 inline char* WriteBelowHundred(char* to, std::uint32_t value) {
   const std::size_t skipped = value < 10 ? 1 : 0;

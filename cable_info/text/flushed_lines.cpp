@@ -16,13 +16,13 @@ std::string_view LineAt(const char* at) {
   return {at + sizeof(size), size};
 }
 
-// Does what a stream's own output functions do when its buffer throws. True when the caller wants
-// to see that exception.
+// Does what a stream's own output functions do when its buffer throws. True if the exception must
+// be rethrown.
 bool MarkBad(std::ostream& os) {
   try {
     os.setstate(std::ios_base::badbit);
   } catch (const std::ios_base::failure&) {
-    return true;  // the buffer's own exception says more than this one
+    return true;  // the buffer's own exception is more specific than this one
   }
   return false;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-// Lines that reach a stream one by one, each with a flush, at the price of a few calls a report.
+// Lines that reach a stream one by one, each with a flush, at the cost of a few calls per report.
 //
 // A reader of the report must see every line as soon as it is written: the stream's buffer receives
 // each line in one `sputn`, followed by `pubsync`, just as
@@ -9,11 +9,11 @@
 //
 // would do. Written like that, the 78 lines of a report cost 156 stream operations, each with a
 // sentry that locks, checks and unlocks: 73 % of the whole report. Here one sentry prepares the
-// stream for all of them, lines are collected while there is room, and then go straight to the
-// stream's buffer. When the buffer fails or throws, the stream ends in the state that `write` and
-// `flush` would have left, and the rest of the lines take those.
+// stream for all of them, lines are collected while there is room, and then written directly to the
+// stream's buffer. If the buffer fails or throws, the stream ends in the state that `write` and
+// `flush` would have left, and the remaining lines are written with those.
 //
-// A waiting line is stored with its size before it, so that neither a list of lines nor a search
+// A pending line is stored with its size before it, so that neither a list of lines nor a search
 // for newlines (texts may hold some) is needed:
 //
 //   | size | line ... | size | line ... |            size: std::size_t, unaligned
@@ -38,11 +38,11 @@ class FlushedLines {
   /// `os` must outlive the lines.
   explicit FlushedLines(std::ostream& os) : os_(os), sentry_(os) {}
 
-  /// Writes the waiting lines.
+  /// Writes the pending lines.
   void Finish();
 
  protected:
-  /// Where the next line goes; `capacity` characters are free there.
+  /// The place of the next line, where `capacity` characters are free.
   char* BeginLine(std::size_t capacity) {
     if (!out_.HasCapacity(kSizeSize + capacity)) FinishAndReserve(kSizeSize + capacity);
     return out_.end() + kSizeSize;
@@ -53,7 +53,7 @@ class FlushedLines {
     std::memcpy(line - kSizeSize, &size, kSizeSize);
     out_.EndAt(end);
   }
-  /// The buffer that lines are put together in.
+  /// The buffer in which lines are composed.
   TextBuffer& Buffer() { return out_; }
 
  private:
@@ -67,7 +67,7 @@ class FlushedLines {
   std::ostream::sentry sentry_;  // prepares the stream once for all lines
 };
 
-/// A report that goes to a stream line by line.
+/// A report that is written to a stream line by line.
 using FlushedReport = ReportLines<FlushedLines>;
 
 }  // namespace text

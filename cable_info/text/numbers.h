@@ -2,13 +2,13 @@
 
 // Numbers as characters, written through a pointer.
 //
-// Every function writes its text at `to`, where as many characters as its `kMax...Size` states must
-// be free, and returns the end of the text:
+// Every function writes its text at `to`, where the number of characters given by its `kMax...Size`
+// must be free, and returns the end of the text:
 //
 //   char cell[kMaxDecimalSize];
 //   char* const end = WriteDecimal(cell, std::uint32_t{42});   // "42", end == cell + 2
 //
-// A row or report thus asks for capacity once per cell or line instead of once per character. Bytes
+// A row or report thus reserves capacity once per cell or line instead of once per character. Bytes
 // after the returned end, within the stated size, may change. All texts are those of the C locale.
 //
 // Internal; not installed.
@@ -20,8 +20,8 @@
 namespace cable_info {
 namespace [[gnu::visibility("hidden")]] text {
 
-/// Copies `text` to `to`. Inlined, so that the copy of a literal is a move or two instead of a
-/// call.
+/// Copies `text` to `to`. Inlined, so that the copy of a literal takes one or two moves instead of
+/// a call.
 [[gnu::always_inline]] inline char* WriteText(char* to, std::string_view text) {
   std::char_traits<char>::copy(to, text.data(), text.size());
   return to + text.size();
@@ -45,7 +45,7 @@ constexpr std::size_t MaxHexSize(int width) {
 /// `WriteHex` of numbers with more than `width` digits, and of unusual widths.
 char* WriteLongHex(char* to, std::uint32_t value, int width);
 /// Lower-case hexadecimal, filled with "0" to at least `width` digits. Inlined: the width is nearly
-/// always a constant, and often all values of the type fit it, so that the digits are a few moves
+/// always a constant, and often all values of the type fit it, so that the digits take a few moves
 /// (5 % of a cable row, 6 % of a cable report).
 inline char* WriteHex(char* to, std::uint32_t value, int width) {
   if (width < 1 || width >= kMaxHexDigits || value >> (4 * width) != 0) {

@@ -1,18 +1,17 @@
 #pragma once
 
-// The lines of a text report: a label and a value each, and two places where they may go.
+// The lines of a text report, each a label and a value, and the two sinks that they are written to.
 //
 //   BufferedReport lines;                       // or: FlushedReport lines(os);
 //   lines.Decimal("PowerClass: ", 4);           // PowerClass: 4
 //   lines.LaneBias("TX# Bias: ", 2, 6.75);      // TX2 Bias: 6.750 mA
 //
-// `ReportLines<Sink>` knows the forms of a line, the sink what becomes of it: `BufferedLines` keeps
-// all of them as one text, `FlushedLines` (flushed_lines.h) sends each one to a stream with a
-// flush.
+// `ReportLines<Sink>` formats the lines, the sink stores them: `BufferedLines` keeps all of them as
+// one text, `FlushedLines` (flushed_lines.h) writes each one to a stream and flushes.
 //
 // A line reserves the largest size it can have and is written through one pointer. The members are
-// always inlined: a label is a literal, and its copy is then a move or two instead of a call. Left
-// to the compiler, a report takes a fifth longer.
+// always inlined: a label is a literal, whose copy then takes one or two moves instead of a call.
+// If the compiler decides, a report takes a fifth longer.
 //
 // Internal; not installed.
 
@@ -69,7 +68,7 @@ class ReportLines : public Sink {
     LaneLineWithin(label, lane, kMaxPowerSize,
                    [=](char* to) { return WritePower(to, milliwatts, dbm); });
   }
-  /// A lane's bias current: what `WriteBias` takes.
+  /// A lane's bias current, as an argument of `WriteBias`.
   template <typename Bias>
   [[gnu::always_inline]] void LaneBias(std::string_view label, int lane, Bias bias) {
     LaneLineWithin(label, lane, kMaxBiasSize, [=](char* to) { return WriteBias(to, bias); });
@@ -106,11 +105,11 @@ class BufferedLines {
   std::string_view view() const { return out_.view(); }
 
  protected:
-  /// Where the next line goes; `capacity` characters are free there.
+  /// The place of the next line, where `capacity` characters are free.
   char* BeginLine(std::size_t capacity) { return out_.Reserve(capacity); }
   /// Keeps the line up to `end`.
   void EndLine(const char* /*line*/, char* end) { out_.EndAt(end); }
-  /// The buffer that lines are put together in.
+  /// The buffer in which lines are composed.
   TextBuffer& Buffer() { return out_; }
 
  private:

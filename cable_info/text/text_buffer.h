@@ -6,8 +6,9 @@
 //   out.Append("PN: ").AppendDecimal(42).Append('\n');
 //   os << out.view();
 //
-// The first 4096 characters lie in the object itself, which is meant for the stack: a row has about
-// 1,000 characters and a report about 2,000, so neither allocates. Longer texts move to the heap.
+// The first 4096 characters are stored in the object itself, which is meant for the stack: a row
+// has about 1,000 characters and a report about 2,000, so neither allocates. Longer texts move to
+// the heap.
 //
 // Writers that know the largest size of a cell or a line reserve it once and then write through a
 // pointer:
