@@ -29,7 +29,7 @@ namespace cli {
 
 namespace {
 
-// What the program does once the command line is parsed.
+// The work of the program, after the command line was parsed.
 using Action = std::function<ExitStatus()>;
 
 // Lets parsing the subcommand set `action`, which passes the options on to `run`.
@@ -40,7 +40,7 @@ void SetAction(CLI::App& command, const std::shared_ptr<Options>& options, Run r
 }
 
 // ---------------------------------------------------------------------------------------------
-// What several subcommands have in common
+// Shared by several subcommands
 // ---------------------------------------------------------------------------------------------
 
 constexpr int kHexadecimal = 16;

@@ -12,7 +12,7 @@
 
 int main(int argc, char** argv) {
   cli::ReserveStandardDescriptors();
-  // A closed pipe and a limited file are reported as failed writes.
+  // Writing to a closed pipe, or beyond a limit on file sizes, is reported as a failed write.
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
   try {

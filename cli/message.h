@@ -44,7 +44,7 @@ struct Message {
 std::string Counted(std::uint64_t count, std::string_view one, std::string_view several);
 
 /// Writes a line to standard error, in one piece. Control characters are shown as escapes, so that
-/// foreign text cannot command a terminal nor forge a second line.
+/// foreign text can neither control a terminal nor forge a second line.
 void PrintError(std::string_view line);
 
 }  // namespace cli

@@ -8,8 +8,8 @@ namespace cli {
 
 enum class Newlines { kEscaped, kKept };
 
-/// Foreign text as a terminal can show it without obeying it: control characters (C0, DEL, C1),
-/// bidirectional controls, line separators and bytes that are not UTF-8 become escapes.
+/// Foreign text, made safe for a terminal: control characters (C0, DEL, C1), bidirectional
+/// controls, line separators and bytes that are not UTF-8 become escapes.
 ///
 ///     ESC [ 3 1 m  ->  \x1b[31m        U+0085  ->  \x85        U+202E  ->  \u202e
 ///

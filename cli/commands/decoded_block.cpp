@@ -49,7 +49,8 @@ Message LineTooLong() {
           {}};
 }
 
-// Writes the port of a line; false when the line is bad. `messages` receives what there is to say.
+// Writes the port of a line; false if the line is bad. `messages` receives the error or the
+// remarks.
 bool DecodeLine(const LineBlock::Line& line, PortReader& reader, const Selection& selection,
                 const PortWriter& writer, std::ostream& os, DecodedBlock& decoded,
                 std::vector<Message>& messages) {
@@ -84,7 +85,7 @@ void DecodeBlock(const LineBlock& block, PortReader& reader, const Selection& se
   reader.SetFolder(FolderOf(block.path()));
   StringAppender appender(decoded.text);
   std::ostream os(&appender);
-  os.exceptions(std::ios::badbit);  // lack of memory must not pass for a short port
+  os.exceptions(std::ios::badbit);  // out of memory must not look like a short port
   std::vector<Message> messages;
   for (std::size_t i = 0; i < block.size(); ++i) {
     const LineBlock::Line line = block[i];

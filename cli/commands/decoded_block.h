@@ -22,15 +22,15 @@ struct LineMessage {
   Message message;
 };
 
-/// What the lines of a block became. Its memory is reused from block to block.
+/// The result of decoding a block. Its memory is reused from block to block.
 struct DecodedBlock {
-  std::string text;                   ///< of all ports, for the output
+  std::string text;                   ///< the output of all ports
   std::vector<LineMessage> messages;  ///< in the order of the lines
   PortCounts counts;
 };
 
-/// Decodes the lines of `block` and writes the ports that are selected into `decoded`, with
-/// `writer`'s separator between them. There are no remarks on other ports.
+/// Decodes the lines of `block` and writes the selected ports into `decoded`, with `writer`'s
+/// separator between them. Other ports have no remarks.
 void DecodeBlock(const LineBlock& block, PortReader& reader, const Selection& selection,
                  const PortWriter& writer, OnBadPort on_bad_port, DecodedBlock& decoded);
 

@@ -7,7 +7,7 @@
 
 namespace cli {
 
-/// Writes of each port what the collector of a command that judges ports needs.
+/// Writes the data of each port for the collector of a command that applies rules.
 class JudgingWriter : public PortWriter {
  public:
   using Function = void (*)(std::ostream& os, const Port& port,

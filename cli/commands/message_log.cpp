@@ -69,7 +69,7 @@ void MessageLog::SumUp() {
 }
 
 MessageLog LogOf(const PortOptions& options) {
-  return {options.all_messages ? MessageLog::Limit::kNone : MessageLog::Limit::kTwenty,
+  return {options.all_messages ? MessageLog::Limit::kNone : MessageLog::Limit::kPerKind,
           options.quiet ? MessageLog::Remarks::kHidden : MessageLog::Remarks::kShown};
 }
 

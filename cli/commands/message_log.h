@@ -21,23 +21,23 @@ struct PortCounts {
   std::uint64_t failed_inputs = 0;  ///< that could not be read to their end
 };
 
-/// The messages of a run on standard error, few enough to be read: of each kind the first 20 of an
-/// input are written, the others are counted. The end of the input is followed by one line on them:
+/// The messages of a run on standard error, limited in number: the first 20 of each kind are
+/// written for an input, the others are counted. One line after the input summarizes them:
 ///
 ///     ports.jsonl: 1003 more messages: 1000 unknown keys, 3 values that do not fit (...)
 class MessageLog {
  public:
-  enum class Limit { kTwenty, kNone };
+  enum class Limit { kPerKind, kNone };
   enum class Remarks { kShown, kHidden };
 
   MessageLog(Limit limit, Remarks remarks) : limit_(limit), remarks_(remarks) {}
 
-  /// The messages that follow are about the input number `index`, called `name`.
+  /// The following messages are about the input with this index and name.
   void StartInput(std::size_t index, const std::string& name);
   /// True when a message of this kind is shown now; counts it if not.
   bool Admits(MessageKind kind);
-  /// The text of a message, with its suggestion. Remembers suggestions: inputs that have a wrong
-  /// key have it often, and a search takes as long as twenty ports.
+  /// The text of a message, with its suggestion. Caches suggestions: a wrong key usually occurs in
+  /// many ports, and a search takes as long as twenty ports.
   std::string TextOf(const Message& message);
   /// Ends the last input.
   void Finish();
@@ -57,7 +57,7 @@ class MessageLog {
 /// The log of a run with these options.
 MessageLog LogOf(const PortOptions& options);
 
-/// One line on what became of the ports, for a run that left something out.
+/// Prints one line with the counts of a run that left something out.
 void PrintSummary(const PortCounts& counts);
 
 }  // namespace cli

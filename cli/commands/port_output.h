@@ -19,15 +19,15 @@ struct Outcome {
   PortCounts counts;
 };
 
-/// Lets `write` fill the output that the options name with the writer that it is given: `writer`,
-/// made safe where the output is a terminal. Then ends the output, which replaces an old file
+/// Opens the output of the options and calls `write` with it and `writer`, or on a terminal with
+/// one that escapes control characters. Then completes the output, which replaces an old file
 /// unless
 ///
 /// - the status is 3 or higher, because an input or the output failed,
 /// - the run stopped before the end of its input, or
 /// - there were ports, and not one could be decoded.
 ///
-/// Prints the summary of a run that left something out. Returns the status of all of it.
+/// Prints the summary of a run that left something out. Returns the worst status of run and output.
 ExitStatus WritePortOutput(const PortOptions& options, const PortWriter& writer,
                            const std::function<Outcome(OutputFile&, const PortWriter&)>& write);
 

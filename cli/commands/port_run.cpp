@@ -1,16 +1,16 @@
 // A run over the inputs, by any number of threads.
 //
 // Every thread is a worker that repeats the same three steps with its own work item: it reads
-// a block of lines (R), decodes it (D) and writes what it became (W). Only one worker reads at a
-// time, and only one writes:
+// a block of lines (R), decodes it (D) and writes the result (W). Only one worker reads at a time,
+// and only one writes:
 //
 //     worker 1   R0 DDDDDDDD W0 R2 DDDDDDD   W2
 //     worker 2      R1 DDDDDD   W1 R3 DDDDDDDD  W3
 //
 // Blocks are numbered as they are read, and the block that is written has the lowest number of all
-// blocks under way:
+// blocks in progress:
 //
-//     written_ <= number of each block under way < read_,    read_ - written_ <= workers
+//     written_ <= number of each block in progress < read_,    read_ - written_ <= workers
 //
 // Hence output and messages are those of one thread, and memory is bounded by the number of
 // threads. A worker waits for the blocks before its own, which costs little because blocks are of
@@ -78,7 +78,7 @@ PortReaderOptions ReaderOptionsOf(const PortOptions& options, const PortWriter& 
           writer.needs_record()};
 }
 
-// What a worker works on, used for block after block.
+// The memory of a worker, reused for every block.
 struct WorkItem {
   explicit WorkItem(const PortReaderOptions& options) : reader(options) {}
 
@@ -111,7 +111,7 @@ class Run {
       try {
         others.emplace_back([this] { Work(); });
       } catch (const std::system_error&) {
-        break;  // go on with the threads that there are
+        break;  // continue with the threads that were started
       }
     }
     Work();
@@ -221,7 +221,7 @@ class Run {
   PortCounts counts_;
   std::exception_ptr failure_;
 
-  std::atomic<bool> is_stopped_ = false;  // the rest of the input does not matter any more
+  std::atomic<bool> is_stopped_ = false;  // the rest of the input is not read
 };
 
 }  // namespace

@@ -39,8 +39,8 @@ std::string HostName() {
   return gethostname(name, sizeof(name) - 1) == 0 ? name : "localhost";
 }
 
-// SIGINT and SIGTERM end a watch after the port that is being read. They are blocked and asked for,
-// so that they cannot come between a question and a wait.
+// SIGINT and SIGTERM end a watch after the port that is being read. They are blocked and polled, so
+// that none is lost between a check and the wait that follows it.
 class Interruption {
  public:
   Interruption() {
@@ -50,7 +50,7 @@ class Interruption {
     pthread_sigmask(SIG_BLOCK, &signals_, nullptr);
   }
 
-  // True when there was or comes one within the time.
+  // True if one has arrived or arrives within the time.
   bool Within(std::chrono::nanoseconds time) {
     constexpr long kPerSecond = 1'000'000'000;
     timespec limit = {};
@@ -70,7 +70,7 @@ class Interruption {
   bool is_interrupted_ = false;
 };
 
-// A module that takes this many times the limit of a request is given up.
+// A module that takes longer than this many times the limit of a request is abandoned.
 constexpr int kRequestsInModuleLimit = 10;
 
 class Reader {
@@ -127,7 +127,8 @@ class Reader {
 
   static LiveModule Failure(ReadError error) { return {{}, {}, std::move(error)}; }
 
-  // A file can be read without privilege, and without the interface in a container.
+  // Errors after which another way may succeed: a file can be read without privilege, and in a
+  // container without the interface.
   static bool LeavesOthers(ReadError::Kind kind) {
     return kind == ReadError::Kind::kNotSupported || kind == ReadError::Kind::kNoPermission ||
            kind == ReadError::Kind::kPort;
@@ -151,8 +152,8 @@ class Reader {
 
   bool IsNamed() const { return !options_.names.empty(); }
 
-  // An empty cage is, and so is a port of InfiniBand whose driver offers no memory, unless it was
-  // asked for.
+  // True for an empty cage, and for an InfiniBand port whose driver offers no module memory, unless
+  // the command line names ports.
   bool IsWorthARecord(const LivePort& port, const ReadError& error) const {
     if (error.kind == ReadError::Kind::kNoModule) return true;
     return error.kind == ReadError::Kind::kNotSupported && !port.device.empty() && !IsNamed();
@@ -242,7 +243,7 @@ ExitStatus ReadOnce(const ReadOptions& options, const std::vector<LivePort>& por
   });
 }
 
-// The ports are looked for in every round: cards and interfaces come and go.
+// Searches for ports in every round, because cards and interfaces may be added and removed.
 ExitStatus Watch(const ReadOptions& options, Reader& reader) {
   Interruption interruption;
   const auto pause = std::chrono::duration_cast<std::chrono::nanoseconds>(

@@ -22,7 +22,7 @@ using cable_info::module_memory::DumpBytes;
 using cable_info::module_memory::DumpFromContent;
 using cable_info::module_memory::kMaxDumpSize;
 
-// A listing takes a few characters for each byte; no dump has more than this.
+// A listing has a few characters for each byte; no dump is larger than this.
 constexpr std::size_t kMaxFile = 64 * kMaxDumpSize;
 
 [[noreturn]] void ThrowError(int error) { throw std::system_error(error, std::generic_category()); }

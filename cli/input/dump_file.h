@@ -10,8 +10,8 @@ namespace cli {
 /// `BadModule`.
 cable_info::module_memory::DumpBytes ReadDump(const std::string& path);
 
-/// The same for a name that comes with the data: only a regular file is read, and nothing is waited
-/// for. Throws `std::system_error` and `BadModule`.
+/// The same for a path from untrusted data: reads only a regular file, and never blocks. Throws
+/// `std::system_error` and `BadModule`.
 cable_info::module_memory::DumpBytes ReadRegularDump(const std::string& path);
 
 }  // namespace cli

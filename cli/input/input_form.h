@@ -6,7 +6,7 @@
 
 namespace cli {
 
-/// What an input holds.
+/// The form of an input.
 enum class InputForm {
   kPortRecords,    ///< one JSON object per line, or anything that is not recognized
   kUnknownYet,     ///< the second line must be seen to decide
@@ -15,8 +15,8 @@ enum class InputForm {
   kDump,           ///< the memory of a module
 };
 
-/// Recognizes an input by its beginning. Mistakes about the form of an input are reported once and
-/// with the way out, and not once per line.
+/// Recognizes the form of an input by its beginning, so that a wrong form is reported once, with a
+/// remedy, instead of once per line.
 InputForm RecognizeForm(std::string_view beginning);
 
 /// The first character of a file after a byte order mark and blanks; none if there is no other, or

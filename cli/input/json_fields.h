@@ -1,6 +1,6 @@
 #pragma once
 
-// How an object of JSON fills a record: a table of fields says which key sets which member.
+// Fills a record from a JSON object by a table of fields, which maps keys to members.
 //
 //     constexpr FieldTable kPointFields(std::to_array<Field<Point>>({
 //         {"x", Set<&Point::x>},
@@ -9,14 +9,14 @@
 //     Message problem;
 //     SetFields(point, Value(element, problem), kPointFields);     // {"x": 1, "y": "0x1f"}
 //
-// The type of a member decides which values fit it. The first value that does not fit ends it all:
-// every function returns false then, and the message names the place, such as `cable.RxPower[2]`.
-// A key that is absent or null leaves its member as it is; an unknown key and a repeated one are
+// The type of a member determines the values that fit it. The first value that does not fit is an
+// error: every function then returns false, and the message names the place, `cable.RxPower[2]`.
+// A key that is absent or null leaves its member unchanged; an unknown key and a repeated one are
 // errors.
 //
-// Keys usually come in the order of the table, so that finding a field costs one comparison. Places
-// are chained on the stack and become text only for an error. Errors are returned and not thrown,
-// because an input may consist of them: an exception costs as much as ten small ports.
+// Keys usually follow the order of the table, so that finding a field costs one comparison. Places
+// are chained on the stack and become text only for an error. Errors are returned, not thrown,
+// because an input may have many: an exception costs as much as ten small ports.
 
 #include <simdjson.h>
 

@@ -13,8 +13,8 @@ namespace cli {
 ///     18446744073709551616  ->  18446744073709551616e0      a float of about the same value
 ///     -1e400                ->  -1.7976931348623157e308     the float of the largest magnitude
 ///
-/// Fields then report the number as out of their range. Only lines that the parser refused come
-/// here.
+/// Fields then report the number as out of their range. To be called for lines that the parser
+/// rejected.
 std::optional<std::string> Representable(std::string_view line);
 
 }  // namespace cli

@@ -17,7 +17,7 @@ using cable_info::module_memory::DumpBytes;
 using cable_info::module_memory::ModuleReading;
 using cable_info::module_memory::SplitImage;
 
-// What a reading without records has to remark.
+// The remarks of a module that is decoded without a record.
 ModuleReading RemarksOf(const ModuleInfo& info) {
   ModuleReading reading;
   for (const PageChecksum& sum : info.checksums) {

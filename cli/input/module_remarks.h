@@ -7,7 +7,7 @@
 
 namespace cli {
 
-/// Appends what a reading remarks as messages. Throws `BadModule` for a wrong checksum that is
+/// Appends the remarks of a reading as messages. Throws `BadModule` for a wrong checksum that is
 /// refused.
 void AddRemarks(const cable_info::module_memory::ModuleReading& reading,
                 cable_info::module_memory::ChecksumPolicy checksums,

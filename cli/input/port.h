@@ -14,7 +14,7 @@
 
 namespace cli {
 
-/// What a reader makes of a module's memory.
+/// The results that a reader decodes from a module's memory.
 enum class ModuleUse {
   kRecords,  ///< the record that its family fills
   kInfo,     ///< its contents as named values
@@ -30,7 +30,7 @@ struct Port {
   std::uint64_t node_guid = 0;
   std::uint64_t port_guid = 0;
   std::uint32_t number = 0;
-  std::string label;                       ///< what its user calls the port; empty: nothing
+  std::string label;                       ///< the user's name of the port; may be empty
   std::optional<cable_info::PortId> peer;  ///< the port at the other end of the link
   int checksum_mismatches = 0;             ///< of the memory that its records come from
   /// The port record as text, with a dump in place of the name of its file; empty unless the
@@ -45,7 +45,7 @@ struct Port {
   const cable_info::ModuleInfo* module = nullptr;
 };
 
-/// What is known of the cable as numbers.
+/// The readings of the port, from the memory of its module if that was decoded.
 cable_info::Readings ReadingsOf(const Port& port);
 
 /// A GUID as the table writes it: "0x" and 16 digits.

@@ -277,7 +277,7 @@ bool FailAsNoDump(const std::string& path, const Value& value) {
       Shortened(path, kMaxShownPath) + " is not a regular file with a dump of a module's memory");
 }
 
-// What a line holds, before it becomes a port.
+// The content of a line, before it becomes a port.
 struct Draft {
   explicit Draft(MemoryDraft empty_memory) : memory(std::move(empty_memory)) {}
 
@@ -303,7 +303,7 @@ bool CheckFormatVersion(Draft& /*draft*/, const Value& value) {
   return true;
 }
 
-// When the port was read. Nothing of a port depends on it.
+// The time when the port was read, which is checked and not used.
 bool CheckTime(Draft& /*draft*/, const Value& value) {
   constexpr std::string_view kForm = "0000-00-00T00:00:00Z";
   std::string_view text;
@@ -327,8 +327,8 @@ bool SetPhy(Draft& draft, const Value& value) {
   return SetFields(*draft.phy, value, kPhyFields);
 }
 
-// A file is read only when it is a regular one that may be a dump, and its content stays out of all
-// messages: whoever wrote the record need not be allowed to read it.
+// Only a regular file that may be a dump is read, and messages hold none of its content: the author
+// of the record may not be allowed to read it.
 bool SetDumpFile(MemoryDraft& memory, const Value& value) {
   if (memory.files == FilePolicy::kRefuse) {
     return value.Fail(MessageKind::kBadModule, "files are refused by --no-files");
@@ -362,7 +362,7 @@ bool SetDumpListing(MemoryDraft& memory, const Value& value) {
   }
 }
 
-// Keys have one form each, so that no page can be given twice.
+// Each page has one valid key, so that no page can be given twice.
 bool SetPage(ModuleImage& pages, std::string_view key, const Value& value) {
   const std::optional<Page> page = ParsePageName(key);
   if (!page || PageKey(*page) != key) {

@@ -21,8 +21,8 @@ std::size_t CharacterSize(std::string_view text) {
   return size;
 }
 
-// What is in brackets: its size in the pattern with both brackets (0: no closing one), and whether
-// it has the character.
+// A bracket expression: its size in the pattern with both brackets (0: no closing one), and whether
+// it lists the character.
 struct Bracket {
   std::size_t size = 0;
   bool has_character = false;
@@ -47,8 +47,8 @@ Bracket ReadBracket(std::string_view pattern, char c) {
   return {at + 1, has_character != is_negated};
 }
 
-// How much of the pattern the first character of the text takes, and of the text; no pattern when
-// it does not fit.
+// The bytes of the pattern (0: no match) and of the text that match each other at the beginning of
+// both.
 struct Step {
   std::size_t pattern = 0;
   std::size_t text = 1;
@@ -78,7 +78,7 @@ bool Selection::Selects(const Port& port) const {
          });
 }
 
-// Only the last "*" needs to be tried again: the ones before it have taken as little as they can.
+// Only the last "*" must be retried: the ones before it match as little as they can.
 bool MatchesPattern(std::string_view text, std::string_view pattern) {
   std::string_view star_text;
   std::string_view star_pattern;

@@ -9,8 +9,8 @@
 
 namespace cli {
 
-/// Which ports a run is about. A port is selected when it fits every kind of condition that is
-/// given, and any condition of that kind; without conditions all ports are.
+/// The ports that a run selects: those that meet at least one condition of each kind that is given;
+/// all ports without conditions.
 struct Selection {
   std::vector<std::uint32_t> numbers;  ///< port numbers
   std::vector<std::uint64_t> guids;    ///< of the node or of the port
@@ -19,9 +19,9 @@ struct Selection {
   bool Selects(const Port& port) const;
 };
 
-/// True when `text` as a whole fits `pattern`, in which "*" matches any characters, "?" one,
-/// "[abc]" and "[a-z]" for one of these and "[!abc]" for any other, and "\" takes the next
-/// character verbatim. Compares bytes; a "?" is one UTF-8 character.
+/// True if `pattern` matches the whole `text`. "*" matches any characters, "?" one UTF-8 character,
+/// "[abc]" and "[a-z]" one of these, "[!abc]" any other one, and "\" makes the next character
+/// literal. All others match the same byte.
 bool MatchesPattern(std::string_view text, std::string_view pattern);
 
 }  // namespace cli

@@ -47,7 +47,7 @@ class IoctlReader : public PageReader {
       : interface_(std::move(interface)), socket_(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {}
 
   PageAnswer Read(const PageRequest& request) override {
-    // The error of an empty cage is that of a missing interface.
+    // An empty cage and a missing interface give the same error.
     if (if_nametoindex(interface_.c_str()) == 0) {
       return Failed({ReadError::Kind::kPort, ErrorOf(ENODEV).text});
     }

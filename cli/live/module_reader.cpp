@@ -63,7 +63,7 @@ class Reading {
       module_.remarks.push_back("only " + std::to_string(size) + " of 128 bytes of " + name +
                                 " were read");
     }
-    // What the first part is called depends on its first byte.
+    // The name of the first part depends on its first byte.
     if (tried_.size() == 1) {
       part.page = cable_info::FirstPageOf(answer.bytes.front());
       tried_.back() = part;

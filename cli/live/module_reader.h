@@ -14,7 +14,7 @@ namespace cli {
 struct LiveModule {
   cable_info::ModuleImage image;
   std::vector<std::string> remarks;  ///< on what could not be read
-  /// Why there is no module, or none that can be relied on; `image` is empty then.
+  /// Why the module could not be read; `image` is empty then.
   std::optional<ReadError> error;
 };
 

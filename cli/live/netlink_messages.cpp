@@ -41,7 +41,8 @@ class Request {
   nlmsghdr* header_;
 };
 
-// The attributes of a message by type; null where it has none. The last of a type counts.
+// The attributes of a message by type; null for types that it does not have. The last one of a type
+// is used.
 template <std::size_t N>
 struct Attributes {
   const nlattr* by_type[N] = {};
@@ -70,7 +71,7 @@ std::string Text(const nlattr* attribute) {
   return {text, strnlen(text, size)};
 }
 
-// The kernel explains errors in attributes after the header, and after the request where that is
+// The kernel explains errors in attributes after the header, or after the request if that is
 // repeated.
 ReadError ErrorIn(const nlmsghdr* message) {
   if (mnl_nlmsg_get_payload_len(message) < sizeof(nlmsgerr)) {
@@ -87,10 +88,10 @@ ReadError ErrorIn(const nlmsghdr* message) {
     attributes = AttributesOf<NLMSGERR_ATTR_OFFS + 1>(message, offset);
   }
   if (error->error == 0) return {ReadError::Kind::kPage, "the answer holds no bytes"};
-  // Some number that is no errno: the sign of the smallest integer cannot be changed.
+  // Numbers that are not an errno become EPROTO; the smallest integer could not be negated.
   const int number = error->error > -4096 && error->error < 0 ? -error->error : EPROTO;
   ReadError result = ErrorOf(number, Text(attributes.by_type[NLMSGERR_ATTR_MSG]));
-  // The position of an attribute blames the request: such an interface does not exist.
+  // An error with the offset of an attribute is about the request: the interface does not exist.
   const bool blames_request = attributes.by_type[NLMSGERR_ATTR_OFFS] != nullptr;
   if (blames_request && number == ENODEV) result.kind = ReadError::Kind::kPort;
   return result;
@@ -106,7 +107,7 @@ void FindAnswer(std::span<const std::uint8_t> datagram, std::uint32_t sequence, 
   int rest = static_cast<int>(datagram.size());
   // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): how netlink messages are read
   const auto* message = reinterpret_cast<const nlmsghdr*>(aligned.data());
-  // A length of more than 31 bits passes the check of the library.
+  // The check of the library accepts a length of more than 31 bits.
   const auto fits = [](const nlmsghdr* header, int size) {
     return mnl_nlmsg_ok(header, size) && header->nlmsg_len <= static_cast<unsigned>(size);
   };

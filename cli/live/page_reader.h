@@ -23,15 +23,16 @@ struct PageRequest {
 /// How a half page is requested.
 PageRequest RequestFor(const cable_info::MemoryPart& part);
 
-/// Where the bytes are in the linear layout of older drivers: the lower page, then the upper pages
-/// by number; of SFP modules A0h, then A2h. None for other banks than 0, which have no place there.
+/// The offset of the bytes in the linear layout of older drivers: the lower page, then the upper
+/// pages by number; of SFP modules A0h, then A2h. None for banks other than 0, which it does not
+/// contain.
 std::optional<std::size_t> LinearOffset(const PageRequest& request);
 
 /// Why bytes were not read.
 struct ReadError {
   enum class Kind : std::uint8_t {
     kPage,          ///< these bytes cannot be read; others may be
-    kNoModule,      ///< nothing is plugged in, or not any more
+    kNoModule,      ///< nothing is plugged in, or no longer
     kNotSupported,  ///< the driver offers no module memory in this way
     kNoPermission,
     kTimeLimit,  ///< no answer in time

@@ -18,8 +18,8 @@ struct NetlinkPeer {
   std::uint32_t port = 0;  ///< of the socket that answers; 0: the kernel
 };
 
-/// The kernel's ethtool netlink interface, by page, bank and I2C address. An answer that does not
-/// come within `limit` is a separate error.
+/// The kernel's ethtool netlink interface, by page, bank and I2C address. No answer within `limit`
+/// is the error `kTimeLimit`.
 std::unique_ptr<PageReader> MakeNetlinkReader(const std::string& interface,
                                               std::chrono::milliseconds limit,
                                               const NetlinkPeer& peer = {});
@@ -31,8 +31,8 @@ std::unique_ptr<PageReader> MakeIoctlReader(const std::string& interface);
 std::unique_ptr<PageReader> MakeEepromFileReader(const std::string& path);
 
 /// Another reader under a time limit. The kernel serves requests within the system call that sends
-/// them, so a request can be given up but not ended: it goes on in a thread that keeps `reader`
-/// alive and disappears with it, and all that follow fail.
+/// them, so a request can be abandoned but not ended: it continues in a thread that keeps `reader`
+/// alive until then, and all later requests fail.
 std::unique_ptr<PageReader> MakeTimedReader(std::shared_ptr<PageReader> reader,
                                             std::chrono::milliseconds limit);
 

@@ -74,7 +74,7 @@ std::string InterfaceOf(const fs::path& device, std::uint32_t number) {
   for (const std::string& name : Names(net)) {
     if (!IsOwnInterface(net / name)) continue;
     const auto port_of_interface = Number(Attribute(net / name / "dev_port"), 10);
-    // An adapter with a device for each of its ports counts the interfaces of each from 0.
+    // An adapter with a device for each of its ports numbers the interfaces of each from 0.
     if (port_of_interface == number - 1U || (is_only_port && !port_of_interface)) return name;
   }
   return {};
@@ -105,7 +105,7 @@ void AddInfiniBand(const fs::path& sysfs, std::vector<LivePort>& ports) {
   }
 }
 
-// Interfaces of devices that are none of InfiniBand.
+// Interfaces of devices other than InfiniBand devices.
 void AddInterfaces(const fs::path& sysfs, std::vector<LivePort>& ports) {
   std::set<std::string> known;
   for (const LivePort& port : ports) known.insert(port.interface);

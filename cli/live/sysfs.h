@@ -18,7 +18,7 @@ struct LivePort {
 
   /// "ib0", "hca0/1" of a port without interface, or the name of its EEPROM file's port.
   std::string Name() const;
-  std::string name_of_eeprom;  ///< what the driver of the file calls the port
+  std::string name_of_eeprom;  ///< the driver's name for the port of the file
 };
 
 /// The ports under `sysfs`, usually /sys:
@@ -34,8 +34,8 @@ struct LivePort {
 std::vector<LivePort> FindPorts(const std::filesystem::path& sysfs);
 
 /// The ports that `names` name: an interface, a device, a port of a device (`hca0/1`), or the
-/// path of an EEPROM file. A network interface need not be one that `FindPorts` lists. Appends the
-/// names that there are not to `unknown`.
+/// path of an EEPROM file. A network interface need not be one that `FindPorts` lists. Appends
+/// names without a port to `unknown`.
 std::vector<LivePort> SelectPorts(const std::vector<LivePort>& ports,
                                   const std::vector<std::string>& names,
                                   const std::filesystem::path& sysfs,

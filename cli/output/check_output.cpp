@@ -1,4 +1,4 @@
-// The forms of what `cableinfo check` found.
+// The findings of `cableinfo check` as text, JSON, and one line for monitoring systems.
 
 #include <algorithm>
 #include <array>
@@ -60,7 +60,7 @@ std::string Padded(std::string_view text, std::size_t width) {
   return padded;
 }
 
-// What a reader looks for at the port: label, part number and serial number, as far as known.
+// The identity of a port for its user: label, part number and serial number, as far as known.
 void AppendPortHeading(std::string& out, const CheckResult& result, std::size_t port) {
   out += PortText(result, port);
   if (!result.LabelOf(port).empty()) {

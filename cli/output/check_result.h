@@ -16,8 +16,8 @@
 
 namespace cli {
 
-/// Judges a port, whose readings are given, by the rules that need it alone, and appends what
-/// `CheckResult::Add` reads. Any thread may do so.
+/// Applies the rules that need only one port to its readings, and appends the result for
+/// `CheckResult::Add`. Any thread may do so.
 void WriteJudgedPort(std::ostream& os, const Port& port, const cable_info::Readings& readings,
                      const cable_info::RuleSettings& settings);
 

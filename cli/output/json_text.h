@@ -13,8 +13,8 @@ namespace cli {
 /// finite.
 void AppendShortest(cable_info::text::TextBuffer& out, double value);
 
-/// Writes JSON on one line straight into a buffer, in ASCII. Commas are written where they belong;
-/// that every object is closed is the caller's business.
+/// Writes JSON on one line directly into a buffer, in ASCII. Commas are added; the caller must
+/// close every object and array.
 class [[gnu::visibility("hidden")]] JsonText {
  public:
   /// Appends to `out`, which must outlive the text.
@@ -40,17 +40,17 @@ class [[gnu::visibility("hidden")]] JsonText {
   void Integer(std::uint32_t value);
   /// The shortest text that reads back as the same number; null for NaN and infinities.
   void Number(float value);
-  /// The same with a fraction in any case: "0.0".
+  /// The same, always with a fraction: "0.0".
   void NumberWithPoint(float value);
   /// At most three decimals; null for NaN and infinities.
   void Rounded(double value);
   /// Bytes of no known encoding: each becomes the code point of its number.
   void Bytes(std::string_view text);
-  /// UTF-8; a byte that is part of no character becomes the code point of its number.
+  /// UTF-8; a byte that is not part of a character becomes the code point of its number.
   void Utf8(std::string_view text);
   /// Text that needs no escapes.
   void Plain(std::string_view text);
-  /// A JSON value as it is.
+  /// A JSON value, verbatim.
   void Verbatim(std::string_view json) {
     Separate();
     out_.Append(json);

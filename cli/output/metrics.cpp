@@ -345,7 +345,7 @@ class PortSamples {
 };
 
 // ---------------------------------------------------------------------------------------------
-// From one thread to another
+// Packed ports, passed from the threads that decode to the collector
 // ---------------------------------------------------------------------------------------------
 
 // A port, followed by its label, its samples family by family, and its judgement.

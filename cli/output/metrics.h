@@ -22,15 +22,15 @@ inline constexpr std::size_t kPortFamilies = 31;
 void WritePortMetrics(std::ostream& os, const Port& port, const cable_info::RuleSettings& settings);
 
 /// The metrics of all ports of a run, as OpenMetrics text that is also valid in the text format of
-/// Prometheus. The format wants all samples of a family in one place, so that their text is kept
-/// until the last port is there.
+/// Prometheus. The format requires all samples of a family together, so their text is kept until
+/// the last port was added.
 class Metrics {
  public:
   explicit Metrics(const cable_info::RuleSettings& settings) : judged_(settings) {}
 
   /// Adds the ports that `WritePortMetrics` wrote one after the other. Of ports with the same GUID
-  /// and number, and the same label if they have no GUID, the first counts: a monitoring system
-  /// could not distinguish them.
+  /// and number, and the same label if they have no GUID, only the first is kept: a monitoring
+  /// system could not distinguish them.
   void Add(std::string_view ports);
   /// Judges the fabric, and writes all families. To be called once.
   void WriteTo(std::ostream& os);

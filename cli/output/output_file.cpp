@@ -30,7 +30,7 @@ constexpr std::size_t kBufferSize = 1U << 18;
 // The named temporary file, which signals must remove
 // ---------------------------------------------------------------------------------------------
 
-// All signals that end a program, but for those that are ignored (SIGPIPE, SIGXFSZ) and those that
+// All signals that end a program, except those that are ignored (SIGPIPE, SIGXFSZ) and those that
 // cannot be handled.
 constexpr int kEndingSignals[] = {
     SIGHUP,  SIGINT,  SIGQUIT, SIGILL,  SIGTRAP,   SIGABRT, SIGBUS,    SIGFPE, SIGUSR1, SIGSEGV,
@@ -58,12 +58,12 @@ void RemoveOnSignal(int folder, const std::string& name) {
   removal.name[name.copy(removal.name, sizeof(removal.name) - 1)] = '\0';
   is_armed = 1;
   for (const int number : kEndingSignals) {
-    // A signal that the caller has the program ignore, as nohup does, stays ignored.
+    // A signal that the caller ignores for the program, as nohup does, remains ignored.
     if (std::signal(number, RemoveTemporaryAndDie) == SIG_IGN) std::signal(number, SIG_IGN);
   }
 }
 
-// Holds signals back while a temporary file has a name that nobody would remove.
+// Blocks signals while a temporary file has a name that the handler would not remove.
 class SignalsBlocked {
  public:
   SignalsBlocked() {
@@ -161,8 +161,8 @@ bool IsSpecialFile(const std::string& path) {
   return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
 }
 
-// The file that is replaced, after symbolic links; `path` itself when there is none yet. A link
-// that leads nowhere is an error, as it is for `open`.
+// The file that is replaced, after symbolic links; `path` itself if there is none yet. A dangling
+// link is an error, in contrast to `open`, which would create its target.
 std::string ReplacedFile(const std::string& path) {
   if (const std::optional<std::string> resolved = RealPath(path)) return *resolved;
   const int error = errno;
@@ -258,7 +258,8 @@ void OutputFile::RemoveTemporary() {
 void OutputFile::Commit() {
   if (!Drain()) ThrowError(error_);
   if (!replaces_file()) return;
-  // On the disk before it has its name: a crash must not leave a part of the file either.
+  // The content reaches the disk before the file gets its name, so that a crash leaves no part of
+  // it.
   if (fsync(fd_) != 0) ThrowError(errno);
   Rename();
 }

@@ -15,7 +15,7 @@ inline bool IsStandardOutput(const std::string& path) { return path == kStandard
 /// True if `path` is standard output and that is a terminal.
 bool IsTerminal(const std::string& path);
 
-/// Where the program writes: standard output, or a file that is replaced only when its new content
+/// The output of the program: standard output, or a file that is replaced only when its new content
 /// is complete.
 ///
 ///     {
@@ -31,7 +31,7 @@ bool IsTerminal(const std::string& path);
 /// Devices, pipes and the names of open descriptors (`/dev/stdout`, `/dev/fd/1`) are written in
 /// place, from their current position.
 ///
-/// Text is buffered and written in large pieces; a flush writes what there is.
+/// Text is buffered and written in large pieces; a flush writes the buffered text.
 class OutputFile : public std::streambuf {
  public:
   enum class Temporary { kUnnamed, kNamed };
@@ -47,7 +47,7 @@ class OutputFile : public std::streambuf {
   /// Writes what is buffered and replaces the file. Throws `std::system_error`.
   void Commit();
 
-  /// True when the output goes under its name only with `Commit`.
+  /// True if the output gets its name only with `Commit`.
   bool replaces_file() const { return folder_ >= 0; }
   /// True after a failed write; `Commit` throws its error.
   bool has_failed() const { return error_ != 0; }

@@ -1,12 +1,12 @@
 #pragma once
 
-// What is written of a port by any thread, and read by the collector of all ports: values as their
+// The data of a port, written by any thread and read by the collector of all ports: values as their
 // bytes, texts after their sizes. Only the same run of the program reads it.
 //
 //     PackValue(os, port.number);                 number = TakeValue<std::uint32_t>(bytes);
 //     PackText(os, port.label);                   label = TakeText(bytes);
 //
-// Nothing is checked: the reader takes what the writer wrote, in the same order.
+// Nothing is checked: the reader must take what the writer wrote, in the same order.
 
 #include <cstddef>
 #include <cstdint>
@@ -17,7 +17,7 @@
 
 namespace cli {
 
-/// The bytes of a value, which are valid as long as it is.
+/// The bytes of a value; valid during its lifetime.
 template <typename T>
 std::string_view BytesOf(const T& value) {
   static_assert(std::is_trivially_copyable_v<T>);

@@ -1,11 +1,11 @@
 // The data of a page is one JSON object:
 //
 //     {"input": "fabric.jsonl", "version": "0.2.0", ...,
-//      "rules": [{"name": "rx-los", "meaning": "loss of ...", "unit": "mW"}, ...],
-//      "models": [...], "flags": [...], "controls": [...],      what ports have in common
+//      "rules": [{"name": "rx-los", "meaning": "loss of ..."}, ...],
+//      "models": [...], "flags": [...], "controls": [...],      parts that ports share
 //      "ports": [{"model": 0, "flags": 2, "controls": 1, "guid": "0x...",
 //                 "readings": {"rx_power": [...], ...}, "earlier": {...}}, ...],
-//      "gone": ["0x.../1", ...],                                ports that were there before
+//      "gone": ["0x.../1", ...],                                ports of the earlier snapshot only
 //      "findings": [[port, rule, severity, lane, "sentence"], ...]}
 //
 // Absent keys of a port are unknown. Lists by lane begin with lane 1, and findings of a port with
@@ -166,7 +166,7 @@ void WriteObservables(JsonText& json, const Readings& port) {
   json.EndArray();
 }
 
-// What changes from time to time.
+// The values that change over time.
 void WriteReadings(TextBuffer& out, const Readings& port) {
   JsonText json(out);
   json.BeginObject();
@@ -200,7 +200,7 @@ void WriteOwn(TextBuffer& out, const Port& port, const Readings& readings) {
   if (readings.lengths.measured) json.Key("measured").Number(*readings.lengths.measured);
 }
 
-// What identifies a port at two times: GUID and number, or without a GUID its label.
+// The identity of a port in both snapshots: GUID and number, or without a GUID its label.
 std::string NameOf(const Port& port) {
   if (port.port_guid == 0 && !port.label.empty()) return port.label;
   return PortText(port.port_guid, port.number);
@@ -230,8 +230,8 @@ Parts TakeParts(std::string_view& bytes) {
 // The page
 // ---------------------------------------------------------------------------------------------
 
-// Writes JSON into an element of HTML. Outside its texts JSON has none of the characters that HTML
-// gives a meaning, and inside they can be escapes.
+// Writes JSON into an HTML element. The characters that are special in HTML occur only inside texts
+// of JSON, where they can be escaped.
 void WriteInHtml(std::ostream& os, std::string_view json) {
   constexpr std::string_view kSpecial = "<>&";
   while (!json.empty()) {
@@ -355,7 +355,7 @@ void Page::Add(std::string_view ports) {
   }
 }
 
-// The earlier ports that no other took.
+// The earlier ports without a current one.
 void Page::WriteGone(std::ostream& os) const {
   std::vector<std::string> names;
   for (const auto& [name, readings] : earlier_) names.push_back(name);

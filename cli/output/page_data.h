@@ -17,8 +17,8 @@ namespace cli {
 /// Writes a port in a form that `Page::Add` reads. Any thread may do so.
 void WritePagePort(std::ostream& os, const Port& port, const cable_info::RuleSettings& settings);
 
-/// A page for people, one HTML file that holds all ports of a run. What many ports have in common
-/// is kept once, so that little more than a port's own readings is kept of each.
+/// The HTML page of all ports of a run. Parts that many ports share are kept once, so that little
+/// more than its own readings is kept of each.
 class Page {
  public:
   struct About {
@@ -30,8 +30,8 @@ class Page {
 
   explicit Page(const cable_info::RuleSettings& settings) : judged_(settings) {}
 
-  /// Adds the ports of an earlier time, with whose readings those of the others are shown. They are
-  /// added before the others.
+  /// Adds the ports of an earlier snapshot, whose readings are shown next to the current ones. To
+  /// be called before `Add`.
   void AddEarlier(std::string_view ports);
   /// Adds the ports that `WritePagePort` wrote one after the other.
   void Add(std::string_view ports);

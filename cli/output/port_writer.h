@@ -7,8 +7,8 @@
 
 namespace cli {
 
-/// Collects what a writer wrote of all ports, for an output that needs all of them. Its functions
-/// are called by one thread at a time.
+/// Collects the text that a writer wrote for each port, for an output that needs all ports. Its
+/// functions are called by one thread at a time.
 class PortCollector {
  public:
   PortCollector() = default;
@@ -35,15 +35,15 @@ class PortWriter {
   PortWriter& operator=(PortWriter&&) = delete;
   virtual ~PortWriter() = default;
 
-  /// What the writer needs of a module's memory.
+  /// The results that the writer needs from a module's memory.
   virtual ModuleUse module_use() const { return ModuleUse::kRecords; }
   /// True when the writer needs `Port::record`.
   virtual bool needs_record() const { return false; }
-  /// False for ports of which there is nothing to write.
+  /// False for ports that the writer leaves out.
   virtual bool Writes(const Port& /*port*/) const { return true; }
-  /// Writes what comes before the first port.
+  /// Writes the text before the first port.
   virtual void Begin(std::ostream& /*os*/) const {}
-  /// What comes between two ports.
+  /// The text between two ports.
   virtual std::string_view Separator() const { return ""; }
   virtual void Write(std::ostream& os, Port& port) const = 0;
 };

@@ -1,5 +1,5 @@
-// Both writers let a sink append the cells of a row to one text, which notes where each of them
-// ends, and then put together the columns that are wanted, in any order.
+// In both writers a sink appends the cells of a row to one text, which stores the end of each, and
+// then the selected columns are copied from it, in any order.
 
 #include "cli/output/typed_table_writer.h"
 

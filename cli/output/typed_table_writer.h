@@ -8,8 +8,8 @@
 
 namespace cli {
 
-/// Hands the 177 cells of a port's row to `sink`: its GUIDs as texts, its number, and the cells of
-/// its cable.
+/// Passes all cells of a port's row to `sink`: its GUIDs as texts, its number, and the cells of its
+/// cable.
 void VisitCells(const Port& port, cable_info::CellSink& sink);
 
 /// Indices into `cable_info::kCsvColumns`, in the order of the output.

@@ -10,17 +10,17 @@
 
 namespace cli {
 
-/// What becomes of an output that was written.
+/// How an output that was written ends.
 enum class Ending { kCommit, kDiscard };
 
 /// Reports that a file could not be read or written; returns the status of that.
 ExitStatus FileFailed(const std::string& name, const std::error_code& error);
 
-/// Lets `write` fill the output at `path` and commits or discards it. Returns the status of the
-/// output alone: a reader that closed the pipe is no error.
+/// Calls `write` with the output at `path`, and commits or discards it. Returns the status of the
+/// output alone; a reader that closed the pipe is not an error.
 ExitStatus WriteWhole(const std::string& path, const std::function<Ending(OutputFile&)>& write);
 
-/// Lets `write` write to standard output.
+/// Calls `write` with standard output, and commits it.
 ExitStatus WriteToStandardOutput(const std::function<void(std::ostream&)>& write);
 
 }  // namespace cli

@@ -40,14 +40,14 @@ void Check(int result) {
   }
 }
 
-// False when the file needs others next to it that cannot be created.
+// False if SQLite needs other files next to this one that it cannot create.
 bool IsReadable(sqlite3* connection) {
   const int result =
       sqlite3_exec(connection, "SELECT count(*) FROM sqlite_master", nullptr, nullptr, nullptr);
   return result != SQLITE_READONLY && result != SQLITE_CANTOPEN;
 }
 
-// "file:fabric.db", with the characters escaped that have a meaning in it.
+// "file:fabric.db", with its special characters escaped.
 std::string UriOf(const std::string& path) {
   std::string uri = "file:";
   for (const char c : path) {
@@ -76,8 +76,8 @@ Database::Database(const std::string& path, Mode mode) {
   }
   Open(path, SQLITE_OPEN_READONLY);
   if (IsReadable(connection_) || access((path + "-wal").c_str(), F_OK) == 0) return;
-  // A reader of a file in WAL mode shares a file next to it with the writers, which it may not be
-  // allowed to create. Without a writer it needs none.
+  // In WAL mode, readers and writers share a file next to the database, which the reader may not be
+  // allowed to create. Without a writer it is not needed.
   sqlite3_close(connection_);
   Open(UriOf(path) + "?immutable=1", SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
 }

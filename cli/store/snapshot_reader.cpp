@@ -40,7 +40,7 @@ std::int64_t NumberIn(const Database& database, const SnapshotName& snapshot) {
   return number;
 }
 
-// Begins to read, so that the snapshot cannot go between two statements.
+// Begins a transaction, so that the snapshot cannot be deleted between two statements.
 std::string SelectRecords(const Database& database, const SnapshotName& snapshot) {
   database.Execute("BEGIN");
   return "SELECT record FROM port_record WHERE snapshot_id = " +

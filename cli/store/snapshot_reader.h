@@ -26,8 +26,8 @@ struct SnapshotName {
   std::string Input() const;
 };
 
-/// The snapshot that an input names; none when it is anything else, such as a file of port records.
-/// Whether the store has that snapshot, only reading shows.
+/// The snapshot that an input names; none if it is anything else, such as a file of port records.
+/// Does not check that the store has the snapshot.
 std::optional<SnapshotName> FindSnapshot(const std::string& input);
 
 /// A snapshot by its number, even if it was named as the latest one. Throws `StoreError`.
@@ -39,8 +39,8 @@ SnapshotName SnapshotBefore(const SnapshotName& snapshot);
 /// When a snapshot was taken, such as "2026-01-31T12:00:00Z". Throws `StoreError`.
 std::string TakenAt(const SnapshotName& snapshot);
 
-/// Reads the port records of a snapshot in the order in which they were added, as of one moment:
-/// what others add or drop meanwhile does not change them. Every function may throw `StoreError`.
+/// Reads the port records of a snapshot in the order in which they were added, in one transaction:
+/// changes by others meanwhile are not visible. Every function may throw `StoreError`.
 class SnapshotReader {
  public:
   explicit SnapshotReader(const SnapshotName& snapshot);

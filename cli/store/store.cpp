@@ -35,7 +35,7 @@ using cable_info::Readings;
 using cable_info::text::TextBuffer;
 
 // ---------------------------------------------------------------------------------------------
-// From one thread to another
+// Packed ports, passed from the threads that decode to the collector
 // ---------------------------------------------------------------------------------------------
 
 // A port, followed by its label, record, cells, readings and judgement.
@@ -198,7 +198,7 @@ void AddFinding(Statement& insert, const Finding& finding) {
   insert.Run();
 }
 
-// What makes ports different: GUID and number; the label, too, of ports without a GUID.
+// The identity of a port in a snapshot: GUID and number, and the label of ports without a GUID.
 using PortKey = std::tuple<std::uint64_t, std::uint32_t, std::string>;
 
 }  // namespace
@@ -275,7 +275,7 @@ class Store::Writer {
   std::size_t repeated_ports() const { return repeated_ports_; }
 
  private:
-  // The rows of a snapshot go with it.
+  // The rows of a snapshot are deleted with it.
   void DropAllBut(std::uint32_t keep) const {
     database_.Execute(
         "DELETE FROM snapshot WHERE id NOT IN (SELECT id FROM snapshot ORDER BY taken_at DESC, "

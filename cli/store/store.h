@@ -44,14 +44,14 @@ class Store {
   /// Waits for other writers, creates the tables when there are none, and adds a snapshot.
   void Begin(const Snapshot& snapshot);
   /// Adds the ports that `WriteStoredPort` wrote one after the other. Of ports with the same GUID
-  /// and number, the first counts.
+  /// and number, only the first is stored.
   void Add(std::string_view ports);
   /// Adds the findings, after the last port.
   void Finish();
   /// Makes everything permanent, and drops all but the `keep` newest snapshots.
   void Commit(std::optional<std::uint32_t> keep);
 
-  /// How many ports were left out because the snapshot has them already.
+  /// The number of ports that were left out because the snapshot already had them.
   std::size_t repeated_ports() const;
 
  private:
