@@ -36,8 +36,12 @@ void AppendGuid(cable_info::text::TextBuffer& out, std::uint64_t guid) {
 
 std::string GuidText(std::uint64_t guid) { return cable_info::text::ToText(AppendGuid, guid); }
 
+std::string PortText(std::uint64_t guid, std::uint32_t number) {
+  return GuidText(guid) + '/' + std::to_string(number);
+}
+
 std::string PortName(const Port& port) {
-  const std::string name = "port " + GuidText(port.port_guid) + '/' + std::to_string(port.number);
+  const std::string name = "port " + PortText(port.port_guid, port.number);
   return port.label.empty() ? name : name + " \"" + Shortened(port.label) + '"';
 }
 

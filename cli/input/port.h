@@ -51,6 +51,8 @@ cable_info::Readings ReadingsOf(const Port& port);
 /// A GUID as the table writes it: "0x" and 16 digits.
 void AppendGuid(cable_info::text::TextBuffer& out, std::uint64_t guid);
 std::string GuidText(std::uint64_t guid);
+/// GUID and number of a port: "0xa0b1c20000d4e500/5".
+std::string PortText(std::uint64_t guid, std::uint32_t number);
 
 /// The name of a port in messages: `port 0xa0b1c20000d4e501/1 "label"`.
 std::string PortName(const Port& port);

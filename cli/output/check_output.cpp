@@ -11,7 +11,6 @@
 #include "cli/message.h"
 #include "cli/output/check_result.h"
 #include "cli/output/json_text.h"
-#include "cli/printable.h"
 
 namespace cli {
 
@@ -25,12 +24,6 @@ using cable_info::text::TextBuffer;
 
 constexpr std::array<Verdict, cable_info::kVerdicts> kWorstFirst = {
     Verdict::kCritical, Verdict::kWarning, Verdict::kUnknown, Verdict::kOk};
-
-// "0xa0b1c20000d4e500/5", as messages name a port.
-std::string PortText(const CheckResult& result, std::size_t port) {
-  const cable_info::PortId id = result.IdOf(port);
-  return GuidText(id.guid) + '/' + std::to_string(id.number);
-}
 
 // ---------------------------------------------------------------------------------------------
 // Text
@@ -60,17 +53,6 @@ std::string Padded(std::string_view text, std::size_t width) {
   return padded;
 }
 
-// The identity of a port for its user: label, part number and serial number, as far as known.
-void AppendPortHeading(std::string& out, const CheckResult& result, std::size_t port) {
-  out += PortText(result, port);
-  if (!result.LabelOf(port).empty()) {
-    out.append(" \"").append(Printable(result.LabelOf(port))).append("\"");
-  }
-  for (const std::string_view text : {result.PartNumberOf(port), result.SerialNumberOf(port)}) {
-    if (!text.empty()) out.append("  ").append(Printable(text));
-  }
-}
-
 std::size_t RuleWidth(const std::vector<Finding>& findings) {
   std::size_t width = 0;
   for (const Finding& finding : findings) width = std::max(width, RuleName(finding.rule).size());
@@ -81,7 +63,8 @@ void AppendPortFindings(std::string& out, const CheckResult& result, std::size_t
                         Colour colour) {
   AppendColoured(out, VerdictName(result.VerdictOf(port)), colour, 0);
   out += "  ";
-  AppendPortHeading(out, result, port);
+  out += PortHeading(result.IdOf(port), result.LabelOf(port), result.PartNumberOf(port),
+                     result.SerialNumberOf(port));
   out += '\n';
   const std::vector<Finding> findings = result.FindingsOf(port);
   const std::size_t width = RuleWidth(findings);

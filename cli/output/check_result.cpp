@@ -6,6 +6,7 @@
 
 #include "cable_info/readings/readings.h"
 #include "cli/output/packed_bytes.h"
+#include "cli/printable.h"
 
 namespace cli {
 
@@ -137,6 +138,16 @@ std::vector<std::uint32_t> CheckResult::WorstFirst() const {
     }
   }
   return order;
+}
+
+std::string PortHeading(const PortId& id, std::string_view label, std::string_view part_number,
+                        std::string_view serial_number) {
+  std::string heading = PortText(id.guid, id.number);
+  if (!label.empty()) heading.append(" \"").append(Printable(label)).append("\"");
+  for (const std::string_view text : {part_number, serial_number}) {
+    if (!text.empty()) heading.append("  ").append(Printable(text));
+  }
+  return heading;
 }
 
 }  // namespace cli

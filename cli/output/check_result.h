@@ -73,6 +73,11 @@ class CheckResult {
   std::array<std::size_t, cable_info::kRules> rules_{};
 };
 
+/// The heading of a port in a text: GUID and number, then label, part number and serial number as
+/// far as known, with control characters as escapes.
+std::string PortHeading(const cable_info::PortId& id, std::string_view label,
+                        std::string_view part_number, std::string_view serial_number);
+
 /// Whether a text is coloured.
 enum class Colour { kNone, kAnsi };
 

@@ -179,11 +179,6 @@ void WriteReadings(TextBuffer& out, const Readings& port) {
   json.EndObject();
 }
 
-// "0xa0b1c20000d4e500/5"
-std::string PortText(std::uint64_t guid, std::uint32_t number) {
-  return GuidText(guid) + '/' + std::to_string(number);
-}
-
 // The other members of a port's object.
 void WriteOwn(TextBuffer& out, const Port& port, const Readings& readings) {
   JsonText json(out);

@@ -186,13 +186,8 @@ std::string_view PresenceName(Presence presence) {
 }
 
 std::string Heading(const SnapshotPort& port) {
-  std::string heading =
-      GuidText(port.numbers.port_guid) + '/' + std::to_string(port.numbers.number);
-  if (!port.label.empty()) heading += " \"" + Printable(port.label) + '"';
-  for (const std::string& text : {port.part_number, port.serial_number}) {
-    if (!text.empty()) heading += "  " + Printable(text);
-  }
-  return heading;
+  return PortHeading({port.numbers.port_guid, port.numbers.number}, port.label, port.part_number,
+                     port.serial_number);
 }
 
 std::string Shown(const std::string& text, std::string_view unit) {
