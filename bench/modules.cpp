@@ -62,7 +62,7 @@ std::string Hex(const std::vector<std::uint8_t>& dump) {
 
 struct Module {
   std::string hex;
-  std::string record;  // of a port with the memory, and what readers need after it
+  std::string record;  // of a port with the memory, and the padding that readers need after it
   std::size_t record_size = 0;
   std::vector<std::uint8_t> bytes;
   ModuleImage image;

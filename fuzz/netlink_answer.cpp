@@ -1,5 +1,5 @@
-// Answers of the kernel, or of what poses as it: arbitrary bytes are bytes of the module, an error,
-// or no answer.
+// Answers of the kernel, or of a process that poses as it: arbitrary bytes are bytes of the module,
+// an error, or no answer.
 
 #include <cstddef>
 #include <cstdint>

@@ -178,7 +178,7 @@ unknown  0x0000000000000000/4
                                  state, len(ports), "" if len(ports) == 1 else "s", *counts, len(ports), *counts))
             self.assertEqual(result.returncode, status)
 
-    def test_a_plugin_that_could_not_read_everything_knows_nothing_better(self):
+    def test_a_plugin_that_could_not_read_everything_is_unknown_unless_critical(self):
         self.assertEqual(check([GOOD, {"x": 1}], "--plugin").returncode, 3)
         self.assertEqual(run("check", "--plugin", "/nowhere").returncode, 3)
         self.assertEqual(check([HOT, {"x": 1}], "--plugin").returncode, 2)
@@ -234,14 +234,14 @@ class Settings(ProgramTest):
         self.assertEqual(rules([tilted], "--config", config, "--set", "lane-imbalance=3"), [[]])
         self.assertEqual(check([EMPTY], "--config", config).returncode, 6)
 
-    def test_what_is_wrong_with_a_file(self):
+    def test_errors_in_a_file(self):
         config = self.file("limits.conf", b"lane-imbalance=2\nlane-imbalnce=2\nchecksum 3\n")
         self.assert_run(check([], "--config", config), 2,
                         f"{config}:2: unknown rule \"lane-imbalnce\"; did you mean \"lane-imbalance\"?\n"
                         f"{config}:3: expected RULE=VALUE, found \"checksum 3\"\n")
         self.assert_run(check([], "--config", "/nowhere"), 3, "cableinfo: /nowhere: No such file or directory\n")
 
-    def test_what_is_wrong_with_a_setting(self):
+    def test_errors_in_a_setting(self):
         for setting, problem in (("lane-imbalanc=2", 'unknown rule "lane-imbalanc"; did you mean "lane-imbalance"?'),
                                  ("xyzzyxyzzy=2", 'unknown rule "xyzzyxyzzy"; cableinfo check --rules lists all of them'),
                                  ("checksum", 'expected RULE=VALUE, found "checksum"'),
@@ -251,7 +251,7 @@ class Settings(ProgramTest):
 
 
 class Document(ProgramTest):
-    """docs/check.md says what the program says."""
+    """docs/check.md agrees with the program."""
 
     def listed(self, *options):
         text = run("check", "--rules", *options).stdout.decode()
@@ -343,7 +343,7 @@ class Columns(ProgramTest):
             else:
                 self.assertEqual(picked, whole)
 
-    def test_columns_come_in_the_order_given(self):
+    def test_columns_are_written_in_the_order_given(self):
         header, first, *_ = self.table("--columns", "SN,PortNum", "--columns", "PN,SN")
         self.assertEqual(header, "SN,PortNum,PN,SN")
         self.assertEqual(first, '"KS2408VS01234",1,"KC1-E002","KS2408VS01234"')

@@ -55,7 +55,7 @@ class Terminal:
     def wait_for_result(self):
         end = time.monotonic() + 20
         while time.monotonic() < end:
-            # What the shell shows must be read, or it waits.
+            # The shell blocks unless its output is read.
             if select.select([self.terminal], [], [], 0.02)[0]:
                 os.read(self.terminal, 65536)
             elif self.result.exists() and self.result.read_text().endswith("\n"):
@@ -76,7 +76,7 @@ class Terminal:
 
 
 class Completions:
-    """What every shell offers. `offered` returns the candidates for the last word of a line."""
+    """The candidates of every shell. `offered` returns those for the last word of a line."""
 
     def setUp(self):
         super().setUp()

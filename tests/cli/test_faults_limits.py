@@ -66,7 +66,7 @@ class Messages(ProgramTest):
         self.assertEqual(run("table", stdin=b"bad\n" * 20).stderr.count(b"\n"), 21)
         self.assertIn(b"<stdin>: 1 more message: 1 line that is not JSON (", run("table", stdin=b"bad\n" * 21).stderr)
 
-    def test_every_input_has_its_own_count(self):
+    def test_messages_are_counted_for_each_input(self):
         first = self.file("first.jsonl", b"bad\n" * 30)
         second = self.file("second.jsonl", b"bad\n" * 30 + GOOD)
         lines = run("table", first, second).stderr.decode().splitlines()
@@ -116,7 +116,7 @@ class Summary(ProgramTest):
         result = run("table", stdin=[{"port_num": 1}, {"x": 1}, self.NO_LENGTH])
         self.assertTrue(result.stderr.decode().endswith("\n" + summary(2, 1, 1)))
 
-    def test_a_run_that_left_nothing_out_has_none(self):
+    def test_a_complete_run_has_no_summary(self):
         self.assert_run(run("table", stdin=[{"port_num": 1}]))
         result = run("table", stdin=[self.NO_LENGTH])
         self.assertEqual((result.returncode, result.stderr.count(b"\n")), (0, 1))
@@ -146,7 +146,7 @@ class Labels(ProgramTest):
         self.assertTrue(lines[0].startswith('<stdin>:1: port 0x0000000000000000/4 "leaf 3/4": The PRTL '))
         self.assertEqual(lines[1], '<stdin>:2: port "leaf 3/5": portnum: unknown key; did you mean "port_num"?')
 
-    def test_an_empty_label_is_none(self):
+    def test_an_empty_label_is_no_label(self):
         for label in ("", None):
             self.assertEqual(run("report", stdin=[{"label": label}]).stdout, run("report", stdin=[{}]).stdout)
 
@@ -175,7 +175,7 @@ class RepeatedKeys(ProgramTest):
             self.assert_run(run("table", "--no-header", stdin=line + b"\n"), 1,
                             f"<stdin>:1: {path}: key given more than once\n" + summary(0, 1))
 
-    def test_the_same_key_in_other_objects_is_none(self):
+    def test_the_same_key_in_other_objects_is_allowed(self):
         end = {"latency_res": 1}
         self.assertEqual(run("table", stdin=[{"prtl": {"local": end, "remote": end}}]).returncode, 0)
 

@@ -25,7 +25,7 @@ class FaultTest(ProgramTest):
         self.input = self.file("ports.jsonl", PORT * 3)
 
     def assert_kept(self, *others):
-        """The old file is as it was, and there are no other files but the given ones."""
+        """The old file is unchanged, and there are no other files than the given ones."""
         self.assertEqual(self.target.read_bytes(), OLD)
         self.assertEqual(sorted(path.name for path in self.folder.iterdir()),
                          sorted(["cables.csv", "ports.jsonl", *others]))
@@ -138,7 +138,7 @@ class Places(FaultTest):
             self.assertEqual((result.returncode, result.stdout), (2, b""), arguments)
             self.assertIn(b"--output", result.stderr)
 
-    def test_names_of_descriptors_append_where_they_stand(self):
+    def test_names_of_descriptors_write_at_their_position(self):
         rows = run("table", "--no-header", self.input).stdout
         link = self.folder / "link"
         link.symlink_to("/dev/stdout")

@@ -1,4 +1,4 @@
-"""Faults of streams: what was read is written at once; limits do not depend on delivery."""
+"""Faults of streams: ports are written as soon as they are read; limits do not depend on delivery."""
 
 import json
 import os
@@ -80,7 +80,7 @@ class AtOnce(ProgramTest):
             output.seek(0)
             self.assertEqual(output.read().count(b"\n"), 5)
 
-    def test_messages_come_with_their_ports(self):
+    def test_messages_are_written_with_their_ports(self):
         with LiveProgram("table", "--no-header") as live:
             live.send(b"bad\n" + PORT)
             live.lines(1)

@@ -21,7 +21,7 @@ def commands():
 
 
 class Manual(ProgramTest):
-    def test_is_what_the_help_of_the_program_says(self):
+    def test_agrees_with_the_help_of_the_program(self):
         result = subprocess.run([sys.executable, "-B", ROOT / "scripts" / "command_files.py", "--check", program()],
                                 capture_output=True, check=False)
         self.assertEqual(result.stderr.decode(), "")
@@ -53,7 +53,7 @@ class Manual(ProgramTest):
             for line in examples.partition("Exit status:")[0].splitlines():
                 self.assertIn(line.strip(), lines, page.name)
 
-    def test_what_the_pages_refer_to_exists(self):
+    def test_references_of_the_pages_exist(self):
         main = (MANUAL / "cableinfo.1").read_text()
         for command in commands():
             self.assertEqual(main.count(f".Xr cableinfo-{command} 1"), 2, f"{command}: listed, and in SEE ALSO")

@@ -211,7 +211,7 @@ class Promtool(MetricsTest):
             case([series('cableinfo_lane_flag_raised{flag="rx_los",lane="2"}', "1x20")],
                  [alert("10m", "LossOfSignal", "warning", lane="2", flag="rx_los")]),
         ]
-        # What the annotations say is not compared.
+        # The texts of the annotations are not compared.
         for test in tests:
             for expected in test["alert_rule_test"]:
                 expected["exp_alerts"] = [{**one, "exp_annotations": {"summary": self.summary(expected, one)}}

@@ -322,7 +322,7 @@ class PortRecords(ProgramTest):
 
 
 class Everything(ProgramTest):
-    """What the command module writes."""
+    """The output of the command module."""
 
     def json(self, *arguments, **options):
         result = run("module", "--json", *arguments, **options)

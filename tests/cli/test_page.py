@@ -48,7 +48,7 @@ class Data(ProgramTest):
         data = data_of(page(stdin=[{"port_num": 1, "peer": {"port_guid": "0x2b", "port_num": 4}}]))
         self.assertEqual(data["ports"][0]["peer"], "0x000000000000002b/4")
 
-    def test_ports_share_what_is_the_same(self):
+    def test_ports_share_equal_parts(self):
         ports = [{"port_num": n, "cable": {**OPTIC, "SerialNumber": f"S{n}"}} for n in range(20)]
         data = data_of(page(stdin=ports))
         self.assertEqual([port["readings"]["serial_number"] for port in data["ports"]],
@@ -135,7 +135,7 @@ class Snapshots(ProgramTest):
         self.assertNotIn("earlier", fourth)
         self.assertEqual(data["gone"], ["0x000000000000002a/3"])
 
-    def test_the_first_snapshot_has_none_before(self):
+    def test_the_first_snapshot_has_no_changes(self):
         self.store(1, {"port_num": 1, "cable": OPTIC})
         self.store(2, {"port_num": 1, "cable": OPTIC})
         data = data_of(page(f"{self.folder / 'fabric.db'}@1"))
@@ -151,7 +151,7 @@ class Snapshots(ProgramTest):
 
 
 class Html(ProgramTest):
-    def test_policy_allows_exactly_what_the_page_holds(self):
+    def test_policy_allows_exactly_the_content_of_the_page(self):
         text = page(FABRIC)
         policy = re.search(r'content="(default-src [^"]*)"', text)[1]
         directives = dict(part.strip().split(" ", 1) for part in policy.split(";"))

@@ -1,4 +1,4 @@
-"""Reading the modules of a machine: the ports of a made sysfs, EEPROM files, and what the kernel says of lo."""
+"""Reading the modules of a machine: ports of an artificial sysfs, EEPROM files, and the kernel's answer for lo."""
 
 import json
 import os
@@ -17,7 +17,7 @@ HOST = socket.gethostname()
 
 
 def qsfp(vendor=b"Acme Optics", identifier=0x11):
-    """A QSFP28 module in the linear layout: lower page, 00h to 03h; only what identifies it."""
+    """A QSFP28 module in the linear layout: lower page, 00h to 03h; only its identification."""
     memory = bytearray(640)
     memory[0] = memory[128] = identifier
     memory[148:164] = vendor.ljust(16)
@@ -188,7 +188,7 @@ class EepromFiles(ReadTest):
         record, = self.records(str(path))
         self.assertEqual(record["label"], f"{HOST}:{path}")
 
-    def test_a_file_that_ends_early_keeps_what_it_has(self):
+    def test_a_file_that_ends_early_gives_the_bytes_that_it_has(self):
         self.eeprom("3-0050", "port1", qsfp()[:300])
         record, = self.records(stderr=f"{HOST}:port1: warning: page 03h cannot be read: the file ends before it\n")
         self.assertEqual(set(record["module_memory"]["pages"]), {"lower", "00"})
@@ -227,7 +227,7 @@ class EepromFiles(ReadTest):
 
 
 class Kernel(ReadTest):
-    """What the kernel of this machine answers."""
+    """The answers of this machine's kernel."""
 
     def test_the_loopback_interface_has_no_module(self):
         self.interface("lo", physical=False)
@@ -326,7 +326,7 @@ class Watch(ReadTest):
             self.assertEqual(self.read(*arguments).returncode, 2, arguments)
 
 
-# Stand-ins for what a test cannot have. `cableinfo read` finds the made sysfs, a watch ends soon, and
+# Stand-ins for programs that a test cannot run. `cableinfo read` finds the artificial sysfs, a watch ends soon, and
 # the jobs of Slurm run one after the other.
 STAND_INS = {
     "cableinfo": """case "$1" in
@@ -492,7 +492,7 @@ class SlurmScripts(Stage):
         self.assertEqual(self.shell(self.DECODE).returncode, 0)
         self.assertEqual((self.stage / "cables.csv").read_bytes(), run("table", FABRIC).stdout)
 
-    def test_a_part_of_an_unreadable_input_is_none(self):
+    def test_a_part_of_an_unreadable_input_is_not_complete(self):
         result = self.shell("examples/slurm/decode.sh missing.jsonl cables.csv parts 2 -- table")
         self.assertEqual(result.returncode, 1)
         self.assertFalse((self.stage / "cables.csv").exists())

@@ -14,7 +14,7 @@ COPPER = ("110004" + "00" * 125 + "11" + "00" * 127)
 
 
 def integers(bits):
-    """Values of an unsigned field of so many bits, as JSON, with whether they fit."""
+    """Values that fit an unsigned field with this number of bits, and values that do not, as JSON."""
     highest, digits = 2**bits - 1, bits // 4
     good = ["0", "1", "7.0", "2e1", "-0", "-0.0", str(highest), '"0x0"', '"0xA"', f'"0x{"f" * digits}"',
             f'"0x{"0" * 30}{"F" * digits}"', "null"]

@@ -49,7 +49,7 @@ class SnapshotTest(ProgramTest):
 
 
 class Inputs(SnapshotTest):
-    def test_every_command_sees_what_was_stored(self):
+    def test_every_command_reads_the_stored_records(self):
         self.store(FABRIC)
         self.store(FAULTS)
         for command in COMMANDS:
@@ -225,7 +225,7 @@ class Diffs(SnapshotTest):
         self.assertEqual(self.diff(self.snapshot(2), records), [])
         self.assertEqual(self.diff(records, self.path), [(2, "changed", ["verdict", "rx_los"])])
 
-    def test_there_is_none_before_the_first(self):
+    def test_the_first_snapshot_has_no_predecessor(self):
         self.assert_run(run("diff", self.snapshot(1)), 3,
                         f"cableinfo: {self.snapshot(1)}: there is no snapshot before it\n")
 

@@ -215,7 +215,7 @@ class Faults(StoreTest):
             database.execute("ROLLBACK")
             return False
 
-    def test_a_killed_run_leaves_the_file_as_it_was(self):
+    def test_a_killed_run_does_not_change_the_file(self):
         self.store(stdin=BEFORE)
         before = self.dump()
         process = subprocess.Popen([program(), "store", self.path, "-q"], stdin=subprocess.PIPE)

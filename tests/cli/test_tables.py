@@ -23,7 +23,7 @@ def hostile_ports():
 
 
 def as_csv(text):
-    """What a text of the input is in the CSV: bytes as code points, a NUL as its symbol."""
+    """A text of the input as it is in the CSV: bytes as code points, a NUL as its symbol."""
     return text.encode().decode("latin-1").replace("\0", "\u2400")
 
 
@@ -133,7 +133,7 @@ class Values(TableTest):
         rows = self.json(stdin=[{"cable": {"NominalBitrate": 25}}, {"phy": {"module": {"nominal_bitrate": 250}}}])
         self.assertEqual([row["NominalBitrate"] for row in rows], [25, 25])
 
-    def test_what_is_no_number_is_missing(self):
+    def test_values_other_than_numbers_are_missing(self):
         rows = self.json(stdin=[{"cable": {"RxPower": ["nan", "inf", "-inf", 0.1]}},
                                 {"phy": {"module": {"power_unit_flag": 0, "rx_power": [0]}}}])
         self.assertEqual([rows[0][f"RX{lane}Power"] for lane in (1, 2, 3, 4)], [None, None, None, 0.1])

@@ -1,4 +1,4 @@
-"""Runs the commands of docs/tour.md in order and compares what they write with the document."""
+"""Runs the commands of docs/tour.md in order and compares their output with the document."""
 
 import re
 import subprocess
@@ -18,7 +18,7 @@ def steps(text):
 
 
 class Tour(ProgramTest):
-    def test_shows_what_the_commands_write(self):
+    def test_shows_the_output_of_the_commands(self):
         (self.folder / "examples").symlink_to(ROOT / "examples")
         count = 0
         for command, expected in steps(TOUR.read_text()):

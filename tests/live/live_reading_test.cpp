@@ -389,7 +389,7 @@ TEST(LiveReading, TheLinearLayoutOfSfpModulesHasA2AfterA0) {
   ExpectSame(module.image, memory.image(), Page::kA2);
 }
 
-// What the loopback interface of this machine answers: it has no module. Without the privilege, the
+// The answer of this machine's loopback interface, which has no module. Without the privilege, the
 // answer says so.
 TEST(LiveReading, TheKernelRefusesTheLoopbackInterface) {
   const auto refusals = {ReadError::Kind::kNotSupported, ReadError::Kind::kNoPermission};

@@ -14,7 +14,7 @@
 
 namespace live_tests {
 
-/// What the responder does with a request for one part of the memory.
+/// The reaction of the responder to a request for one part of the memory.
 struct Behaviour {
   enum class Kind {
     kServe,        ///< the bytes; an error where the memory has none
@@ -64,7 +64,7 @@ class Responder {
   ~Responder();
 
   cli::NetlinkPeer peer() const;
-  /// What was received so far.
+  /// The requests received so far.
   std::vector<Received> Requests() const;
 
  private:

@@ -1,4 +1,4 @@
-// What the bits that advertise fields of CMIS modules, and the revision, govern.
+// The effects of advertising bits and of the revision of CMIS modules.
 
 #include <gtest/gtest.h>
 
@@ -51,7 +51,7 @@ Memory RichModule() {
   return memory;
 }
 
-// The keys of what has a state; lane fields are those of lane 1.
+// The keys of the fields that have a state; lane fields are those of lane 1.
 std::set<std::string> KeysOf(const ModuleInfo& info, FieldState expected) {
   std::set<std::string> keys;
   const auto add = [&keys, expected](FieldState state, const std::string& key) {
@@ -93,7 +93,7 @@ std::set<std::string> Expanded(const std::vector<std::string>& patterns,
   return keys;
 }
 
-// What is implemented only with these bytes as they are.
+// The keys of the fields that `value` in the byte makes not implemented.
 std::set<std::string> LostWithout(Page page, std::size_t byte, unsigned value) {
   Memory memory = RichModule();
   std::set<std::string> before = NotImplemented(memory.Decode());
@@ -113,7 +113,7 @@ std::set<std::string> AllKeys() {
   return keys;
 }
 
-// Bits of a byte that are cleared, and what then is not implemented.
+// Bits of a byte that are cleared, and the fields that are then not implemented.
 struct Bits {
   Page page;
   std::size_t byte;
@@ -252,7 +252,8 @@ TEST_P(CmisAdvertisements, GovernTheirFieldsAndNoOthers) {
 }
 INSTANTIATE_TEST_SUITE_P(Pages, CmisAdvertisements, testing::Values(Page01, OtherPages));
 
-// Of what the map has, a module with everything and one bank lacks the other banks only.
+// A module with one bank that advertises everything has all fields of the map, except those of
+// other banks.
 TEST(CmisAdvertised, EverythingIsImplemented) {
   const cable_info::module_memory::MemoryMap& map = cable_info::module_memory::CmisMap();
   std::set<std::string> of_map;
@@ -271,7 +272,7 @@ TEST(CmisAdvertised, EverythingIsImplemented) {
                                       "details.flag_summary_bank3"}));
 }
 
-// A page, and what then is not read.
+// A missing page, and the fields that are then not read.
 struct MissingPage {
   unsigned page;
   std::vector<std::string> fields;
@@ -345,7 +346,7 @@ std::vector<MissingPage> MissingPages() {
   };
 }
 
-TEST(CmisAdvertised, WhatIsOnAMissingPageIsNotRead) {
+TEST(CmisAdvertised, FieldsOfAMissingPageAreNotRead) {
   const std::set<std::string> all = AllKeys();
   const std::set<std::string> before = KeysOf(RichModule().Decode(), FieldState::kNotRead);
   for (const MissingPage& missing : MissingPages()) {
@@ -377,7 +378,7 @@ TEST(CmisAdvertised, ObservablesNameTheAuxiliaryMonitors) {
   EXPECT_EQ(names(7, 0x1F), "tec_current_percent tec_current_percent vcc2_v ");
 }
 
-// A revision, and what a module of the one before does not have.
+// A revision, and the fields that a module of the previous one does not have.
 struct Revision {
   unsigned before;
   unsigned from;

@@ -23,7 +23,7 @@ std::set<std::string> PlacesOf(const Lines& lines) {
   return places;
 }
 
-/// What only one of them has.
+/// The elements that only one of the sets has.
 inline std::vector<std::string> Differences(const std::set<std::string>& a,
                                             const std::set<std::string>& b) {
   std::vector<std::string> differences;

@@ -437,7 +437,7 @@ TEST(CmisFields, RevisionIsMajorAndMinor) {
   EXPECT_EQ(memory.Put(Page::kLower, 1, {0x30}).Decode()[Field::kRevision].text, "3.0");
 }
 
-TEST(CmisFields, FirmwareOfZeroOrAllOnesIsNone) {
+TEST(CmisFields, FirmwareOfZeroOrAllOnesIsMissing) {
   Memory memory = BareModule();
   memory.Put(Page::kLower, 39, {2, 7}).Put(Page::k01, 128, {255, 255, 1, 0});
   const ModuleInfo info = memory.Decode();
@@ -449,7 +449,7 @@ TEST(CmisFields, FirmwareOfZeroOrAllOnesIsNone) {
   EXPECT_EQ(memory.Decode()[Field::kFirmwareInactive].text, "255.1");
 }
 
-TEST(CmisFields, ZeroIsNoLengthAndNoWavelength) {
+TEST(CmisFields, ALengthOrWavelengthOfZeroIsMissing) {
   const ModuleInfo info = FullModule().Decode();
   for (const Field field :
        {Field::kLengthCable, Field::kLengthSmf, Field::kLengthOm5, Field::kLengthOm4,
@@ -583,7 +583,7 @@ struct Advertised {
   unsigned without;  // value of the byte with the bit clear
 };
 
-TEST(CmisFields, WhatIsNotAdvertisedIsNotImplemented) {
+TEST(CmisFields, UnadvertisedFieldsAreNotImplemented) {
   const std::vector<Advertised> all = {
       {Field::kCdb2Complete, Page::k01, 163, 0x7F},
       {Field::kCdb1Complete, Page::k01, 163, 0x3F},
@@ -724,7 +724,7 @@ TEST(CmisFields, Page04hHasAChecksum) {
   EXPECT_EQ(checksum.stored, 0x15);
 }
 
-TEST(CmisFields, AReservedMultiplierIsNone) {
+TEST(CmisFields, ALengthWithAReservedMultiplierIsMissing) {
   Memory memory = FullModule();
   memory.Put(Page::k01, 160, {0x1F});
   EXPECT_EQ(memory.Decode()[Field::kTxBiasMultiplier].state, FieldState::kNotImplemented);

@@ -385,7 +385,7 @@ struct LaneAdvertisement {
   unsigned without;  // its value with the bit clear
 };
 
-TEST(CmisLanes, WhatIsNotAdvertisedIsNotImplemented) {
+TEST(CmisLanes, UnadvertisedFieldsAreNotImplemented) {
   const std::vector<LaneAdvertisement> all = {
       {LaneField::kTxPolarityFlip, 155, 0xFE},
       {LaneField::kTxDisable, 155, 0xFD},

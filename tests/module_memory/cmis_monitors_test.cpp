@@ -278,7 +278,7 @@ bool IsNotImplemented(const Monitor& monitor) {
          monitor.flags.known == 0;
 }
 
-TEST(CmisLaneMonitors, WhatIsNotAdvertisedIsNotImplementedButRemarkedOn) {
+TEST(CmisLaneMonitors, UnadvertisedMonitorsAreNotImplementedButCauseWarnings) {
   for (const LaneMonitor& expected : LaneMonitors()) {
     Memory memory = FullModule();
     memory.Put(Page::k01, 160, {expected.without}).Sum();

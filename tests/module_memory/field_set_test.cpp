@@ -75,7 +75,7 @@ TEST(FieldSet, UnitesAndIntersects) {
   EXPECT_TRUE(b == either);
 }
 
-TEST(FieldStates, NothingIsImplementedAtFirst) {
+TEST(FieldStates, AreNotImplementedInitially) {
   const FieldStates<Item> states;
   EXPECT_EQ(states[Item::kLast], FieldState::kNotImplemented);
   EXPECT_EQ(Of(states.In(FieldState::kNotImplemented)), All());

@@ -26,7 +26,7 @@ struct Place {
   std::size_t byte;
 };
 
-/// The memory of a module, all zero but what is put into it.
+/// The memory of a module, all zero except the bytes that are put into it.
 class Memory {
  public:
   explicit Memory(std::vector<Place> halves) : halves_(std::move(halves)) {

@@ -133,7 +133,7 @@ TEST(ModuleListing, NamesTheLineThatItCannotRead) {
             "line 1 of the listing: expected bytes in hexadecimal, found \"0000000\"");
 }
 
-TEST(PlainHex, IsNothingButDigits) {
+TEST(PlainHex, ConsistsOfDigitsOnly) {
   std::vector<std::uint8_t> bytes = {1, 2, 3};
   EXPECT_TRUE(cable_info::module_memory::ParsePlainHex("00fF10aB09", bytes));
   EXPECT_EQ(bytes, (std::vector<std::uint8_t>{0x00, 0xFF, 0x10, 0xAB, 0x09}));

@@ -37,7 +37,7 @@ using Texts = std::vector<std::string>;
 using LatchedFlagsPage = PhyCableRecord::LatchedFlagsPage;
 using ModuleRecord = PhyCableRecord::ModuleRecord;
 
-// Remarks but those on what has no place in a record.
+// Remarks except those on values for which a record has no field.
 Texts RemarksBesidePlaces(const ModuleReading& reading) {
   Texts others;
   for (const std::string& remark : reading.remarks) {
@@ -192,31 +192,31 @@ TEST(Sff8636, TakesClass8OnlyWithAMaximumPower) {
 }
 
 // ---------------------------------------------------------------------------------------------
-// What has no place in a record
+// Values for which a record has no field
 // ---------------------------------------------------------------------------------------------
 
 Texts RemarksOf(const Memory& memory) { return ReadModule(memory.Image()).remarks; }
 
-TEST(ModuleRemarks, TellTheMaximumPowerOfClass8) {
+TEST(ModuleRemarks, ReportTheMaximumPowerOfClass8) {
   Memory memory = qsfp::Optic();
   memory.Byte(qsfp::kExtendedIdentifier, 0x20).Byte(qsfp::kMaximumPower, 125);
   EXPECT_EQ(RemarksOf(qsfp::Sealed(memory)),
             Texts{"the maximum power is 12.5 W, which rows and reports do not show"});
 }
 
-TEST(ModuleRemarks, TellThatDataIsNotReady) {
+TEST(ModuleRemarks, ReportThatDataIsNotReady) {
   Memory memory = qsfp::Optic();
   memory.Byte(qsfp::kStatus, 0x01);
   EXPECT_EQ(RemarksOf(memory), Texts{"the module says that its data is not ready"});
 }
 
-TEST(ModuleRemarks, TellThatDataOfAnSfpIsNotReady) {
+TEST(ModuleRemarks, ReportThatDataOfAnSfpIsNotReady) {
   Memory memory = sfp::Optic();
   memory.Byte(sfp::kStatus, 0x01);
   EXPECT_EQ(RemarksOf(memory), Texts{"the module says that its data is not ready"});
 }
 
-TEST(ModuleRemarks, TellTheAttenuationOfCopperAt25Gigahertz) {
+TEST(ModuleRemarks, ReportTheAttenuationOfCopperAt25Gigahertz) {
   Memory memory = qsfp::Copper();
   memory.Byte(qsfp::kLengthOm1, 21);
   const ModuleReading reading = ReadModule(qsfp::Sealed(memory).Image());
@@ -225,7 +225,7 @@ TEST(ModuleRemarks, TellTheAttenuationOfCopperAt25Gigahertz) {
   EXPECT_EQ(reading.cable->LengthOm1, 0);
 }
 
-TEST(ModuleRemarks, TellABiasAboveTheRangeOfTheRecord) {
+TEST(ModuleRemarks, ReportABiasAboveTheRangeOfTheRecord) {
   Memory memory = cmis::Blank(0x18, false);
   memory.Byte(cmis::kMonitors, 0x17);  // times 4
   memory.Words(cmis::kTxBias, {35275});
@@ -235,7 +235,7 @@ TEST(ModuleRemarks, TellABiasAboveTheRangeOfTheRecord) {
   EXPECT_EQ(reading.phy->module->tx_bias[1], 65535);
 }
 
-TEST(ModuleRemarks, TellALongFibre) {
+TEST(ModuleRemarks, ReportALongFibre) {
   Memory memory = cmis::Blank(0x18, false);
   memory.Byte(cmis::kLengthSmf, 0xBF);  // 63 times 10 km
   EXPECT_EQ(RemarksOf(cmis::Sealed(memory)),
@@ -243,7 +243,7 @@ TEST(ModuleRemarks, TellALongFibre) {
                   "have no place"});
 }
 
-TEST(ModuleRemarks, TellALengthWhoseMultiplierIsNotDefined) {
+TEST(ModuleRemarks, ReportALengthWhoseMultiplierIsNotDefined) {
   Memory memory = cmis::Blank(0x18, false);
   memory.Byte(cmis::kLengthSmf, 0xC4);
   const ModuleReading reading = ReadModule(cmis::Sealed(memory).Image());
@@ -253,7 +253,7 @@ TEST(ModuleRemarks, TellALengthWhoseMultiplierIsNotDefined) {
       Texts{"multiplier 3 of the length of single-mode fibre is not defined before CMIS 5.3"});
 }
 
-TEST(ModuleRemarks, TellTheAttenuationAt53GigahertzOfCmis) {
+TEST(ModuleRemarks, ReportTheAttenuationAt53GigahertzOfCmis) {
   Memory memory = cmis::Copper();
   memory.Byte(cmis::kRevisionOfCmis, 0x53).Byte({Page::k00, 208}, 21);
   EXPECT_EQ(RemarksOf(cmis::SealedFlat(memory)),
@@ -262,14 +262,14 @@ TEST(ModuleRemarks, TellTheAttenuationAt53GigahertzOfCmis) {
   EXPECT_TRUE(RemarksOf(cmis::SealedFlat(memory)).empty());
 }
 
-TEST(ModuleRemarks, TellFlagsOfTheHigherLanes) {
+TEST(ModuleRemarks, ReportFlagsOfTheHigherLanes) {
   Memory memory = cmis::Blank(0x18, false);
   memory.Bytes(cmis::kRxFlags, {0x90});  // loss of signal on lanes 5 and 8
   EXPECT_EQ(RemarksOf(cmis::Sealed(memory)),
             Texts{"flags are raised that rows and reports do not show: lane 5, 8"});
 }
 
-TEST(ModuleRemarks, TellAReservedMultiplier) {
+TEST(ModuleRemarks, ReportAReservedMultiplier) {
   Memory memory = cmis::Blank(0x18, false);
   memory.Byte(cmis::kMonitors, 0x18);
   EXPECT_EQ(RemarksOf(cmis::Sealed(memory)),
@@ -1135,7 +1135,7 @@ TEST(ModulePages, ReturnMissingBytes) {
 // Hostile bytes
 // ---------------------------------------------------------------------------------------------
 
-// Shows whatever the image is said to be; a row stays a row.
+// Decodes an image and writes its row, which always has all cells, and its report.
 void Show(const DumpBytes& image) {
   try {
     ModuleReading reading = ReadModule(image);

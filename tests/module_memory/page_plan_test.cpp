@@ -88,7 +88,7 @@ TEST(PagePlan, Sff8472) {
   EXPECT_EQ(Plan(memory.image()), "a0");
 }
 
-// The mandatory pages of a CMIS module (CMIS 5.2, table 8-1), and what page 01h advertises.
+// The mandatory pages of a CMIS module (CMIS 5.2, table 8-1), and those that page 01h advertises.
 Memory Cmis(unsigned page142, unsigned page155 = 0) {
   Memory memory;
   memory.Add(Page::kLower).Put(Page::kLower, 0, {0x19, 0x52});
@@ -130,7 +130,7 @@ TEST(PagePlan, PagesOfLaterRevisions) {
   EXPECT_EQ(Plan(memory.image()), "lower 00 01 02 10 11");
 }
 
-TEST(PagePlan, NothingButTheMandatoryPagesBeforeCmis40) {
+TEST(PagePlan, OnlyTheMandatoryPagesBeforeCmis40) {
   EXPECT_EQ(Plan(Cmis(0xFC, 0xFF).Put(Page::kLower, 1, {0x30}).image()), "lower 00 01 02 10 11");
 }
 
@@ -168,8 +168,8 @@ TEST(PagePlan, EveryBankHasItsOwnGroups) {
       "lower 00 01 02 10 10.1 11 11.1 2f 20 24 28 2c 2f.1 20.1 21.1 24.1 25.1 28.1 29.1 2c.1");
 }
 
-// Pages whose content no decoder knows are not worth their time on the bus.
-TEST(PagePlan, WhatIsNotDecodedIsNotRead) {
+// Reading pages that no decoder uses would only take time on the bus.
+TEST(PagePlan, UndecodedPagesAreNotRead) {
   Memory memory = Cmis(0x1C).Put(Page::kLower, 1, {0x54});  // 03h, 05h, 30h to 4Fh
   const std::string plan = Plan(memory.image());
   EXPECT_EQ(plan.find(" 03"), std::string::npos) << plan;

@@ -386,7 +386,7 @@ TEST(Sff8636Map, KnowsPowerClassesAndTheirPower) {
   EXPECT_DOUBLE_EQ(older[Field::kMaxPower].number, 3.5);
 }
 
-TEST(Sff8636Map, LooksAtTheExtendedRateOnlyWhenToldSo) {
+TEST(Sff8636Map, UsesTheExtendedRateOnlyIfTheNominalOneRefersToIt) {
   EXPECT_EQ(
       Full().Put(P00, 140, {255}).Put(P00, 222, {103}).Decode()[Field::kNominalBitrate].number,
       25750);
@@ -1010,7 +1010,7 @@ TEST(Sff8636Map, KeepsThresholdsAndFlagsOfAModuleThatIsNotReady) {
   ExpectLevels(info.temperature, {75, -5, 70, 0}, 0x1);
 }
 
-TEST(Sff8636Map, TellsMissingPagesFromFlatMemory) {
+TEST(Sff8636Map, DistinguishesMissingPagesFromFlatMemory) {
   Memory memory = Full();
   memory.Drop(P03);
   EXPECT_EQ(memory.Decode().lanes[0][LaneField::kTxInputEq].state, FieldState::kNotRead);
@@ -1084,7 +1084,7 @@ TEST(Sff8636Map, VerifiesItsChecksums) {
   EXPECT_EQ(info.checksums[0].computed, (0x11 + 0x3F + 0x0C + 0x02) & 0xFF);
 }
 
-TEST(Sff8636Map, IsFoundByByte128WhereByte0SaysNothing) {
+TEST(Sff8636Map, IsIdentifiedByByte128IfByte0IsNoIdentifier) {
   const ModuleInfo info = Full().Put(L, 0, {0x00}).Decode();
   EXPECT_EQ(info.family, ModuleFamily::kSff8636);
   EXPECT_EQ(info[Field::kIdentifier].number, 0x11);
@@ -1171,7 +1171,7 @@ TEST(Sff8636Parameters, HaveTheScaleOfTheirType) {
   }
 }
 
-TEST(Sff8636Parameters, InfinityIsNoValue) {
+TEST(Sff8636Parameters, InfinityIsMissing) {
   Memory memory = WithParameters();
   const ModuleInfo info = memory.Put(P20, 200, {0, 3}).Word(P20, 152, 0xFFFF).Decode();
   ASSERT_EQ(info.vdm.size(), 1U);

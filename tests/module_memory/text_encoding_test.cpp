@@ -21,7 +21,7 @@ TEST(Utf8Length, CountsTheBytesOfACharacter) {
   EXPECT_EQ(Utf8Length("\xED\x9F\xBF"), 3U);      // U+D7FF, before the surrogates
 }
 
-TEST(Utf8Length, IsZeroForWhatIsNoCharacter) {
+TEST(Utf8Length, IsZeroForInvalidCharacters) {
   EXPECT_EQ(Utf8Length(""), 0U);
   EXPECT_EQ(Utf8Length("\x80"), 0U) << "a continuation byte";
   EXPECT_EQ(Utf8Length("\xFF"), 0U) << "a byte that no character has";

@@ -84,14 +84,14 @@ class Browser:
         self._call("POST", "/url", {"url": path.resolve().as_uri()})
 
     def script(self, code, *arguments):
-        """What the body of a function returns."""
+        """Runs the body of a function and returns its result."""
         return self._call("POST", "/execute/sync", {"script": code, "args": list(arguments)})
 
     def cdp(self, command, **parameters):
         return self._call("POST", "/goog/cdp/execute", {"cmd": command, "params": parameters})
 
     def keys(self, keys):
-        """Types the keys into what has the focus."""
+        """Types the keys into the element that has the focus."""
         actions = [{"type": kind, "value": key} for key in keys for kind in ("keyDown", "keyUp")]
         self._call("POST", "/actions", {"actions": [{"type": "key", "id": "keyboard", "actions": actions}]})
 

@@ -22,7 +22,7 @@ def run(*arguments, **options):
 
 
 def checked(*files):
-    """What `check` says of the ports, and its summary."""
+    """The lines of `check --json` on the ports, and its summary."""
     *ports, last = map(json.loads, run("check", "-q", "--json", *files).stdout.splitlines())
     return ports, last["summary"]
 

@@ -1,4 +1,4 @@
-// What `ReadingsOf` makes of a module's memory.
+// `ReadingsOf` for a module's memory.
 
 #include "cable_info/readings/module_readings.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// What the tests of readings and rules have in common.
+// Shared by the tests of readings and rules.
 
 #include <string>
 #include <vector>

@@ -1,4 +1,4 @@
-// What `ReadingsOf` makes of each record, field by field, with values worked out by hand.
+// `ReadingsOf` for each record, field by field, with values calculated by hand.
 
 #include "cable_info/readings/readings.h"
 

@@ -427,7 +427,7 @@ TEST(Rules, LanesThatAreNotInUseRaiseNothing) {
                           [](const Finding& finding) { return finding.lane == 1; }));
 }
 
-TEST(Rules, LanesThatTheFormFactorLacksRaiseNothing) {
+TEST(Rules, LanesThatTheFormFactorDoesNotHaveRaiseNothing) {
   Registers r;
   r.module.cable_identifier = 2;
   for (int i = 0; i < 8; i += 2) r.module.rx_power[i] = 1;  // lanes 2, 4, 6 and 8
