@@ -125,7 +125,7 @@ void AddRunOptions(CLI::App& command, PortOptions& options) {
       ->check(GuidProblem, "", "GUID");
   command
       .add_option("--label", options.selection.labels,
-                  "Only ports whose label fits this pattern of '*', '?' and '[...]'")
+                  "Only ports whose label matches this pattern of '*', '?' and '[...]'")
       ->type_name("GLOB")
       ->allow_extra_args(false)
       ->take_all();
@@ -137,9 +137,9 @@ void AddRunOptions(CLI::App& command, PortOptions& options) {
       ->type_name("N")
       ->check(CLI::Range(1U, kMaxJobs));
   command.add_flag("--no-files", options.no_files,
-                   "Refuse port records that name files, for input from elsewhere");
+                   "Refuse port records that name files, for untrusted input");
   command.add_flag("--all-messages", options.all_messages,
-                   "Show all messages, not only the first 20 of a kind for each input");
+                   "Show all messages, not only the first 20 of each kind for an input");
   command.add_flag("-q,--quiet", options.quiet, "Show no progress meter, remarks or summary");
 }
 
@@ -195,7 +195,7 @@ void AddTableCommand(CLI::App& app, Action& action) {
   command.add_flag("--no-header", options->no_header, "Write the rows only");
   CLI::Option* const rfc4180 =
       command.add_flag("--rfc4180", options->rfc4180,
-                       "Write CSV that every reader takes: 177 cells in each row, quotes doubled,\n"
+                       "Write CSV for any reader: 177 cells in each row, quotes doubled,\n"
                        "missing values empty, numbers without units");
   command
       .add_flag("--json", options->json,
@@ -259,7 +259,7 @@ void AddCheckCommand(CLI::App& app, Action& action) {
       command.add_flag("--json", options->as_json, "Write one JSON object per port and a summary");
   command.add_flag("--plugin", options->as_plugin, "Write one line for a monitoring system")
       ->excludes(json);
-  command.add_flag("--rules", options->lists_rules, "List the rules and their settings, and stop");
+  command.add_flag("--rules", options->lists_rules, "List the rules and their settings, and exit");
   SetAction(command, options, Check, action);
 }
 
@@ -269,7 +269,7 @@ constexpr const char* kDiffExamples =
     "  cableinfo diff --power-tolerance 3 --json yesterday.jsonl today.jsonl\n"
     "  cableinfo diff before.bin after.bin           two dumps of one module\n"
     "  cableinfo diff fabric.db                      the last two snapshots of a store\n"
-    "  cableinfo diff fabric.db@3 fabric.db@7        two given ones";
+    "  cableinfo diff fabric.db@3 fabric.db@7        two given snapshots";
 
 void AddDiffCommand(CLI::App& app, Action& action) {
   const auto options = std::make_shared<DiffOptions>();
@@ -286,17 +286,17 @@ void AddDiffCommand(CLI::App& app, Action& action) {
                    "Write one JSON object per port that changed and a summary");
   command
       .add_option("--power-tolerance", options->tolerances.power_db,
-                  "Report powers that moved by more (default: 1)")
+                  "Report powers that changed by more (default: 1)")
       ->type_name("DB")
       ->check(ToleranceProblem, "", "TOLERANCE");
   command
       .add_option("--temperature-tolerance", options->tolerances.temperature_c,
-                  "Report temperatures that moved by more (default: 10)")
+                  "Report temperatures that changed by more (default: 10)")
       ->type_name("C")
       ->check(ToleranceProblem, "", "TOLERANCE");
   command
       .add_option("--bias-tolerance", options->tolerances.bias_percent,
-                  "Report bias currents that moved by more (default: 10)")
+                  "Report bias currents that changed by more (default: 10)")
       ->type_name("PERCENT")
       ->check(ToleranceProblem, "", "TOLERANCE");
   AddRuleOptions(command, options->rules);
@@ -329,7 +329,7 @@ constexpr const char* kPageExamples =
 
 void AddPageCommand(CLI::App& app, Action& action) {
   const auto options = std::make_shared<JudgedPortOptions>();
-  CLI::App& command = AddPortCommand(app, "page", "Write one HTML page to look at the ports",
+  CLI::App& command = AddPortCommand(app, "page", "Write one HTML page that shows the ports",
                                      kPageExamples, options->ports);
   AddRuleOptions(command, options->rules);
   SetAction(command, options, WritePage, action);
@@ -337,7 +337,7 @@ void AddPageCommand(CLI::App& app, Action& action) {
 
 constexpr const char* kStoreExamples =
     "Examples:\n"
-    "  cableinfo store fabric.db fabric.jsonl        adds a snapshot to fabric.db\n"
+    "  cableinfo store fabric.db fabric.jsonl        add a snapshot to fabric.db\n"
     "  collect | cableinfo store fabric.db --keep 30\n"
     "  sqlite3 fabric.db 'SELECT * FROM latest_finding'";
 
@@ -402,7 +402,7 @@ constexpr const char* kReadExamples =
     "Examples:\n"
     "  cableinfo read | cableinfo check              is anything wrong with this machine's "
     "cables?\n"
-    "  cableinfo read --scan                         the ports that there are\n"
+    "  cableinfo read --scan                         the ports of this machine\n"
     "  cableinfo read ib0 hca1/1 -o ports.jsonl      the modules of two ports\n"
     "  cableinfo read --watch 60 >> history.jsonl    every minute until interrupted";
 
@@ -417,7 +417,7 @@ void AddReadCommand(CLI::App& app, Action& action) {
                      "Ports: an interface (ib0), a device (hca0), a port of it (hca0/1) or\n"
                      "the path of an EEPROM file; none: all ports");
   CLI::Option* const scan =
-      command.add_flag("--scan", options->scan, "List the ports, and read nothing");
+      command.add_flag("--scan", options->scan, "List the ports without reading modules");
   command.add_option("--watch", options->watch, "Read again at this interval")
       ->type_name("SECONDS")
       ->check(NumberFrom(kMinSeconds, kMaxWatch))
