@@ -73,6 +73,12 @@ MessageLog LogOf(const PortOptions& options) {
           options.quiet ? MessageLog::Remarks::kHidden : MessageLog::Remarks::kShown};
 }
 
+void PrintRepeatedPorts(std::size_t count) {
+  if (count == 0) return;
+  PrintError("cableinfo: " + Counted(count, "port", "ports") +
+             " left out: others have the same GUID and number");
+}
+
 void PrintSummary(const PortCounts& counts) {
   std::string line = "cableinfo: " + Counted(counts.written, "port", "ports") + " written, " +
                      std::to_string(counts.left_out) + " left out, " +

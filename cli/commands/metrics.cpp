@@ -2,6 +2,7 @@
 
 #include "cli/output/metrics.h"
 
+#include <cstddef>
 #include <ostream>
 #include <sstream>
 #include <string>
@@ -9,6 +10,7 @@
 #include "cable_info/readings/rules.h"
 #include "cli/commands/commands.h"
 #include "cli/commands/judging_writer.h"
+#include "cli/commands/message_log.h"
 #include "cli/commands/port_command.h"
 #include "cli/commands/rule_options.h"
 #include "cli/output/output_file.h"
@@ -23,6 +25,8 @@ class MetricsCollector : public PortCollector {
  public:
   MetricsCollector(const cable_info::RuleSettings& settings, const std::string& output)
       : metrics_(settings), output_(output) {}
+
+  std::size_t repeated_ports() const { return metrics_.repeated_ports(); }
 
   void Take(std::string_view ports) override { metrics_.Add(ports); }
   void End(std::ostream& os) override {
@@ -44,7 +48,10 @@ ExitStatus WriteMetrics(const JudgedPortOptions& options) {
   const ExitStatus usage = ApplyRuleOptions(options.rules, settings);
   if (usage != ExitStatus::kGood) return usage;
   MetricsCollector collector(settings, options.ports.output);
-  return WritePorts(options.ports, JudgingWriter(WritePortMetrics, settings), &collector);
+  const ExitStatus status =
+      WritePorts(options.ports, JudgingWriter(WritePortMetrics, settings), &collector);
+  if (!options.ports.quiet) PrintRepeatedPorts(collector.repeated_ports());
+  return status;
 }
 
 }  // namespace cli

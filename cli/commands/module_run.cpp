@@ -200,8 +200,7 @@ std::optional<std::string> UnknownPage(const std::string& argument) {
   if (!may_be_page || ParsePageFile(argument) || access(argument.c_str(), F_OK) == 0) {
     return std::nullopt;
   }
-  return "unknown page \"" + name + "\" in " + argument +
-         "; the pages are lower, 00 to ff, and a0 and a2 of SFP modules";
+  return "unknown page \"" + name + "\" in " + argument + "; " + kPageNames;
 }
 
 ExitStatus RunModules(const PortOptions& options, const PortWriter& writer,

@@ -9,6 +9,7 @@
 #include "cable_info/value_format.h"
 #include "cli/message.h"
 #include "cli/output/whole_output.h"
+#include "cli/printable.h"
 #include "cli/spelling.h"
 
 namespace cli {
@@ -34,7 +35,7 @@ std::vector<std::string_view> SettingNames() {
 std::optional<std::string> Apply(std::string_view setting, RuleSettings& settings) {
   const std::size_t equals = setting.find('=');
   if (equals == std::string_view::npos) {
-    return "expected RULE=VALUE, found \"" + std::string(setting) + '"';
+    return "expected RULE=VALUE, found \"" + Shortened(setting) + '"';
   }
   const std::string name(Trimmed(setting.substr(0, equals)));
   const std::string value(Trimmed(setting.substr(equals + 1)));
@@ -42,12 +43,12 @@ std::optional<std::string> Apply(std::string_view setting, RuleSettings& setting
     case RuleSettings::Outcome::kSet:
       return std::nullopt;
     case RuleSettings::Outcome::kUnknownName:
-      return "unknown rule \"" + name + '"' +
+      return "unknown rule \"" + Shortened(name) + '"' +
              Suggestion(name, SettingNames(), "; cableinfo check --rules lists all of them");
     case RuleSettings::Outcome::kBadValue:
       break;
   }
-  return name + ": \"" + value +
+  return name + ": \"" + Shortened(value) +
          "\" is neither a severity (off, unknown, warning, critical) nor a limit of this rule";
 }
 

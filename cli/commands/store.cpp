@@ -13,6 +13,7 @@
 #include "cable_info/readings/rules.h"
 #include "cli/commands/commands.h"
 #include "cli/commands/judging_writer.h"
+#include "cli/commands/message_log.h"
 #include "cli/commands/port_command.h"
 #include "cli/commands/rule_options.h"
 #include "cli/input/same_file.h"
@@ -100,11 +101,7 @@ ExitStatus StoreSnapshot(const StoreOptions& options) {
     Store& store = collector.Begun();
     store.Finish();
     store.Commit(options.keep);
-    const std::size_t repeated = store.repeated_ports();
-    if (repeated > 0 && !options.ports.quiet) {
-      PrintError("cableinfo: " + Counted(repeated, "port", "ports") +
-                 " left out: others have the same GUID and number");
-    }
+    if (!options.ports.quiet) PrintRepeatedPorts(store.repeated_ports());
     return status;
   } catch (const StoreError& error) {
     PrintError("cableinfo: " + options.database + ": " + error.what());

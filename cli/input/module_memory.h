@@ -8,6 +8,10 @@
 
 namespace cli {
 
+/// The names of pages, for messages.
+inline constexpr const char* kPageNames =
+    "the pages are lower, 00 to ff, with a bank as in 11.1, and a0 and a2 of SFP modules";
+
 /// \name The memory of a module
 /// Decodes it as `use` asks: into the record of its family, which is returned, into `info`, to
 /// which `port.module` points then, or both. Throws `BadModule`.

@@ -366,9 +366,7 @@ bool SetDumpListing(MemoryDraft& memory, const Value& value) {
 bool SetPage(ModuleImage& pages, std::string_view key, const Value& value) {
   const std::optional<Page> page = ParsePageName(key);
   if (!page || PageKey(*page) != key) {
-    return value.Fail(MessageKind::kUnknownKey,
-                      "unknown page; the pages are \"lower\", \"00\" to \"ff\", with a bank as in "
-                      "\"11.1\", and \"a0\" and \"a2\" of SFP modules");
+    return value.Fail(MessageKind::kUnknownKey, std::string("unknown page; ") + kPageNames);
   }
   if (pages.Has(*page)) return value.Fail(MessageKind::kRepeatedKey, "key given more than once");
   std::string text;

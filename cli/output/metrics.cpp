@@ -375,6 +375,7 @@ void Metrics::Add(std::string_view ports) {
     const std::string_view label = TakeText(ports);
     std::string name(head.guid == 0 ? label : std::string_view());
     const bool is_new = ports_.emplace(head.guid, head.number, std::move(name)).second;
+    if (!is_new) ++repeated_ports_;
     for (std::size_t i = 0; i < kPortFamilies; ++i) {
       const std::string_view text = TakeText(ports);
       if (is_new) samples_[i] += text;

@@ -35,9 +35,13 @@ class Metrics {
   /// Judges the fabric, and writes all families. To be called once.
   void WriteTo(std::ostream& os);
 
+  /// The number of ports that were not kept.
+  std::size_t repeated_ports() const { return repeated_ports_; }
+
  private:
   std::array<std::string, kPortFamilies> samples_;
   std::set<std::tuple<std::uint64_t, std::uint32_t, std::string>> ports_;
+  std::size_t repeated_ports_ = 0;
   CheckResult judged_;
 };
 

@@ -245,6 +245,7 @@ class Settings(ProgramTest):
         for setting, problem in (("lane-imbalanc=2", 'unknown rule "lane-imbalanc"; did you mean "lane-imbalance"?'),
                                  ("xyzzyxyzzy=2", 'unknown rule "xyzzyxyzzy"; cableinfo check --rules lists all of them'),
                                  ("checksum", 'expected RULE=VALUE, found "checksum"'),
+                                 ("x" * 41, f'expected RULE=VALUE, found "{"x" * 40}..."'),
                                  ("checksum=2", 'checksum: "2" is neither a severity (off, unknown, warning, critical) '
                                                 'nor a limit of this rule')):
             self.assert_run(check([HOT], "--set", setting), 2, f"cableinfo: --set: {problem}\n")

@@ -270,7 +270,7 @@ class Mistakes(ProgramTest):
         for name in ("lowr", "0g", "100", "page0", "a3x"):
             result = run("table", "--module", f"{name}:file.bin")
             self.assert_run(result, 2, f'cableinfo: --module: unknown page "{name}" in {name}:file.bin; '
-                            "the pages are lower, 00 to ff, and a0 and a2 of SFP modules\n")
+                            "the pages are lower, 00 to ff, with a bank as in 11.1, and a0 and a2 of SFP modules\n")
         from test_modules import qsfp28
         self.file("lowr:file.bin", qsfp28())
         self.assert_run(run("table", "--module", "lowr:file.bin", cwd=self.folder))

@@ -128,6 +128,8 @@ class Samples(MetricsTest):
     def test_a_repeated_port_is_written_once(self):
         port = {"port_guid": GUID, "port_num": 1, "cable": {"Identifier": 0x11, "Temperature": 0x1900}}
         self.assertEqual(self.metrics(stdin=[port, port]), self.metrics(stdin=[port]))
+        self.assert_run(run("metrics", stdin=[port, port]), 0,
+                        "cableinfo: 1 port left out: others have the same GUID and number\n")
 
     def test_families_are_whole_and_in_order(self):
         families, declared = [], set()
