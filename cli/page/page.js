@@ -1,5 +1,5 @@
-// Shows the ports in the data of the page. Every text of the data becomes a text node: nothing of
-// it is ever parsed as HTML.
+// Shows the ports in the data of the page. Every text of the data becomes a text node and is never
+// parsed as HTML.
 'use strict';
 
 const data = JSON.parse(document.getElementById('data').textContent);
@@ -13,7 +13,7 @@ const DARK_DBM = -40; // powers below the resolution of a module's registers
 const MOST_LANES = 8;
 const PAGE_SIZE = 50;
 const WORST_SHOWN = 8;
-const MOST_PRINTED = 1000; // rows and findings
+const MAX_PRINTED = 1000; // rows and findings
 
 // The quantities of a lane, in the order of the data. `about` matches the rules that concern them.
 const POWER = { unit: 'dBm', of: toDbm, decimals: 2 };
@@ -37,7 +37,7 @@ function toDbm(milliwatts) {
 const known = (values) => values.filter((value) => value !== undefined && value !== null);
 const isUsed = (port, lane) => ((port.used >> (lane - 1)) & 1) === 1;
 
-// The value of a lane in the unit that people read; undefined without one.
+// The value of a lane in the displayed unit; undefined without one.
 function laneValue(port, quantity, lane) {
   const value = port[quantity.key]?.[lane - 1];
   return value === undefined || value === null ? undefined : quantity.of(value);
@@ -75,7 +75,7 @@ function prepareFinding([index, rule, severity, lane, sentence]) {
   port.findings.push({ rule, name: data.rules[rule].name, severity, lane, sentence });
 }
 
-// What the search looks at.
+// The texts that the search looks at.
 function prepareSearch(port) {
   const { type } = port;
   const rules = port.findings.map((finding) => finding.name);
@@ -87,8 +87,8 @@ function prepareSearch(port) {
     .toLowerCase();
 }
 
-// What changed since an earlier time. The limits are those of `cableinfo diff`: a change by as much
-// as its limit has the size 1. Voltages have no limit.
+// The changes since the earlier snapshot. The limits are the defaults of `cableinfo diff`: a change
+// by its limit has the size 1. Voltages have no limit.
 const CHANGE_LIMITS = { dBm: 1, mA: 10, '°C': 10, V: Infinity };
 
 function changeOf(name, lane, before, after, unit) {
@@ -129,7 +129,7 @@ if (hasEarlier) data.ports.forEach((port) => (port.changes = changesOf(port)));
 data.findings.forEach(prepareFinding);
 data.ports.forEach(prepareSearch);
 
-// The worst severity of what the rules found about a lane; lane 0 findings concern all lanes.
+// The worst severity of the findings of a lane; findings of lane 0 concern all lanes.
 function severityOf(port, about, lane) {
   let worst = 0;
   for (const finding of port.findings) {
@@ -199,7 +199,7 @@ function isWanted(key, value) {
   return state.wanted[key] === value;
 }
 
-// Selects the ports with this value; the same again selects all.
+// Selects the ports with this value; selecting it again selects all.
 function toggle(key, value) {
   if (isWanted(key, value)) delete state.wanted[key];
   else state.wanted[key] = value;
@@ -324,17 +324,17 @@ const badness = (port) => {
 function showWorst() {
   const bad = selected.filter((port) => port.findings.length > 0);
   bad.sort((a, b) => badness(b) - badness(a));
-  const most = state.isPrinting || state.showsAll ? MOST_PRINTED : WORST_SHOWN;
+  const most = state.isPrinting || state.showsAll ? MAX_PRINTED : WORST_SHOWN;
   fill(byId('worst'), ...bad.slice(0, most).map(worstCard));
   if (bad.length === 0) byId('worst').append(el('li', { class: 'ok' }, 'No findings.'));
   const more = byId('more');
   more.hidden = state.showsAll || bad.length <= most;
-  more.textContent = `Show ${Math.min(bad.length, MOST_PRINTED) - WORST_SHOWN} more`;
+  more.textContent = `Show ${Math.min(bad.length, MAX_PRINTED) - WORST_SHOWN} more`;
 }
 
 const MOST_COUNTED = 12;
 
-// How many ports have which value: buttons that select them, each with a bar for its share.
+// The number of ports by value: buttons that select them, each with a bar for its share.
 function bars(key, counts, describe = () => '') {
   const button = ([value, count]) => {
     const attributes = {
@@ -499,7 +499,7 @@ function options(xTitle, yTitle) {
   };
 }
 
-// Draws a plot, or takes it away when there is nothing in it.
+// Draws a plot, or removes it if it is empty.
 function draw(id, title, summary, datasets, chartOptions) {
   charts.get(id)?.destroy();
   charts.delete(id);
@@ -520,7 +520,7 @@ function summarize(values, what, decimals, unit) {
   return `${counted(values.length, what)}, ${at(0)} to ${at(1)} ${unit}, median ${at(0.5)} ${unit}`;
 }
 
-// A number from -0.5 to 0.5 that looks random, and is the same for a port whenever it is drawn.
+// A pseudo-random number from -0.5 to 0.5, always the same for a port.
 const jitter = (index) => ((index * 0.618034) % 1) - 0.5;
 
 function showLanePlot(quantity) {
@@ -751,7 +751,7 @@ function showTable() {
   };
   const row = (port) =>
     el('tr', {}, ...Object.values(COLUMNS).map((c) => (c.cell ?? textCell(c.of))(port)));
-  const size = state.isPrinting ? MOST_PRINTED : PAGE_SIZE;
+  const size = state.isPrinting ? MAX_PRINTED : PAGE_SIZE;
   const first = state.page * size;
   fill(byId('ports').tHead, el('tr', {}, ...Object.entries(COLUMNS).map(heading)));
   fill(
@@ -792,7 +792,7 @@ const code = (value) => {
   return value.name ?? `code ${value.code}`;
 };
 
-// What is known of a port apart from its readings: names and values.
+// The details of a port except its readings: names and values.
 function facts(port) {
   const { type } = port;
   const length = type.length_m;
@@ -842,7 +842,7 @@ function latchedText(flags) {
   return flags[0] === 0 ? '–' : 'none';
 }
 
-// A row of the table of readings. `convert` brings value and thresholds to the unit.
+// A row of the table of readings. `convert` converts value and thresholds to the unit.
 function readingRow(name, value, thresholds, flags, format, severity, stateName, change) {
   const cell = (of) => el('td', { class: 'number' }, of);
   const beyond = severity > 1 ? ` beyond ${VERDICTS[severity]}` : '';
