@@ -89,20 +89,24 @@ struct ModuleRecord {
   /// Cable length; 0 means unknown. CMIS (page 00h byte 202): bits 5..0 base, bits 7..6 multiplier
   /// (0.1, 1, 10, 100 m). Older modules: m.
   std::uint8_t cable_length = 0;
-  std::uint8_t reserved_9[2] = {};     ///< never read
-  std::uint8_t tx_input_eq = 0;        ///< input equalization, one value for all TX lanes
-  std::uint8_t rx_output_pre_emp = 0;  ///< output pre-emphasis, one value for all RX lanes
-  std::uint8_t rx_output_amp = 0;      ///< output amplitude, one value for all RX lanes
+  std::uint8_t reserved_9[2] = {};  ///< never read
+  /// \name Lane settings: one code for all lanes
+  /// @{
+  std::uint8_t tx_input_eq = 0;        ///< TX input equalization (CMIS page 11h bytes 217-220)
+  std::uint8_t rx_output_pre_emp = 0;  ///< RX output pre-emphasis (CMIS page 11h bytes 223-226)
+  std::uint8_t rx_output_amp = 0;      ///< RX output amplitude (CMIS page 11h bytes 231-234)
+  /// @}
   /// Maximum power in units of 0.25 W (CMIS page 00h byte 201); 0 means not given.
   std::uint8_t max_power = 0;
   /// Copper attenuation at 5, 7, 12 and 25 GHz, dB (CMIS page 00h bytes 204-207; 12.9 and 25.8 GHz
   /// in the standard).
   std::uint8_t attenuation[4] = {};
-  std::uint8_t tx_cdr_state = 0;        ///< TX CDR enabled, bit n - 1 is lane n
-  std::uint8_t rx_cdr_state = 0;        ///< RX CDR enabled, bit n - 1 is lane n
-  std::uint8_t tx_cdr_cap = 0;          ///< nonzero: the module has a TX CDR
-  std::uint8_t rx_cdr_cap = 0;          ///< nonzero: the module has an RX CDR
-  std::uint8_t rx_output_post_emp = 0;  ///< output post-emphasis, one value for all RX lanes
+  std::uint8_t tx_cdr_state = 0;  ///< TX CDR enabled, bit n - 1 is lane n
+  std::uint8_t rx_cdr_state = 0;  ///< RX CDR enabled, bit n - 1 is lane n
+  std::uint8_t tx_cdr_cap = 0;    ///< nonzero: the module has a TX CDR
+  std::uint8_t rx_cdr_cap = 0;    ///< nonzero: the module has an RX CDR
+  /// RX output post-emphasis, one code for all lanes (CMIS page 11h bytes 227-230).
+  std::uint8_t rx_output_post_emp = 0;
   /// Vendor name; ends at its first NUL, and may have blanks at both ends.
   char vendor_name[17] = {};
   /// Part number; ends at its first NUL, and may have blanks at both ends.
@@ -168,7 +172,7 @@ struct ModuleRecord {
   std::uint8_t length_om1 = 0;        ///< OM1, 10 m
   /// @}
   std::uint8_t reserved_189[11] = {};  ///< never read
-  /// Lot code.
+  /// Lot code, two characters as a big-endian number (CMIS page 00h bytes 188-189).
   std::uint16_t lot = 0;
   /// Date code: ASCII YYMMDD in reverse order, since the register is a little-endian word.
   /// `SetDateCode` sets it from a text in reading order.
