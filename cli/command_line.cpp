@@ -498,8 +498,9 @@ std::string HelpCommand(const CLI::App& app) {
 // The problem that the parser found. It begins some of its messages with a capital letter.
 std::string ProblemOf(const CLI::ParseError& error) {
   std::string text = error.what();
-  const bool is_sentence = text.size() > 1 && (text[1] == ' ' || std::islower(text[1]) != 0);
-  if (is_sentence) text[0] = static_cast<char>(std::tolower(text[0]));
+  const auto is_lower = [](char c) { return c >= 'a' && c <= 'z'; };
+  const bool is_sentence = text.size() > 1 && (text[1] == ' ' || is_lower(text[1]));
+  if (is_sentence) text[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(text[0])));
   return text;
 }
 
