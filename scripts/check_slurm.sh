@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Runs the scripts of examples/slurm on a real Slurm: starts its daemons with two nodes on this
 # machine, collects from both, decodes a generated fabric through both, loses a node and a part, and
-# ends all of it. Needs root. It takes some minutes with a million ports and is no part of the gate.
+# ends all of it. Needs root. It takes some minutes with a million ports and is not part of the gate.
 # usage: scripts/check_slurm.sh [PORTS]      a million ports by default
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -118,7 +118,7 @@ expect() {
 }
 say 'two nodes are up'
 
-# A port of a made sysfs with an EEPROM file takes the place of the cables of the nodes.
+# A port of a generated sysfs tree with an EEPROM file takes the place of the cables of the nodes.
 mkdir -p "$work/sys/bus/i2c/devices/3-0050"
 echo port1 >"$work/sys/bus/i2c/devices/3-0050/port_name"
 printf '\x11\x08\x04%0125d\x11%062d\x11%064d' 0 0 0 | tr 0 '\0' >"$work/sys/bus/i2c/devices/3-0050/eeprom"

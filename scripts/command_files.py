@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes the files that repeat what the program says about its command line, from its --help texts:
+"""Writes the files that describe the command line of the program, from its --help texts:
 the manual pages of the subcommands (docs/man/) and the shell completions (cli/completions/).
 
 usage: scripts/command_files.py [--check] PROGRAM     --check: only compare them with the files
@@ -16,7 +16,7 @@ ROOT = Path(__file__).resolve().parent.parent
 MANUAL = ROOT / "docs" / "man"
 COMPLETIONS = ROOT / "cli" / "completions"
 
-# What a manual page adds to the help of its command.
+# The sections of a manual page in addition to the help of its command.
 DESCRIPTIONS = {
     "table": "Writes a table of comma-separated values: a header of 177 columns, then one row per port. "
              "table.md describes the columns.",

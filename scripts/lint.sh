@@ -22,7 +22,7 @@ check_with_cppcheck() {
 }
 
 # Without precompiled headers, which would hide missing includes. The largest sources first, so that
-# none of them is left for one core at the end.
+# no long one runs alone at the end.
 check_with_clang_tidy() {
   cmake --preset debug -DCMAKE_EXPORT_COMPILE_COMMANDS=ON -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON \
     >/dev/null
