@@ -15,6 +15,12 @@ bool HasAll(const ModuleImage::Half& half, std::size_t byte, Extent extent) {
   return extent.bytes == 1 ? half.Has(byte) : half.Has(byte, extent.bytes);
 }
 
+// A known word.
+std::uint32_t WordAt(const ModuleImage::Half& half, std::size_t byte) {
+  const std::uint8_t* const bytes = half.From(byte);
+  return static_cast<std::uint32_t>(bytes[0] << kBitsPerByte | bytes[1]);
+}
+
 bool IsBlank(char c) { return c == ' ' || c == '\0'; }
 
 // The page of a line in another bank.
@@ -121,10 +127,13 @@ LanePlace PlaceOf(const LaneMapField& line, unsigned lane) {
   return {line.byte, line.extent};
 }
 
+// The number of the bit of a flag in its page, bit 7 of a byte first.
+int FirstBit(const FlagPlaces& places) { return places.byte * 8 + (7 - places.bit); }
+
 // `half` is the one of the flags.
 AlarmFlags ReadFlags(const ModuleImage::Half& half, const FlagPlaces& places, unsigned lane) {
   if (half.IsEmpty()) return {};
-  const int first = places.byte * 8 + (7 - places.bit) + static_cast<int>(lane - 1) * places.lane;
+  const int first = FirstBit(places) + static_cast<int>(lane - 1) * places.lane;
   unsigned known = 0;
   unsigned raised = 0;
   for (unsigned level = 0; level < kAlarmLevels; ++level) {
@@ -138,8 +147,23 @@ AlarmFlags ReadFlags(const ModuleImage::Half& half, const FlagPlaces& places, un
   return {static_cast<std::uint8_t>(known), static_cast<std::uint8_t>(raised)};
 }
 
-const ModuleImage::Half& FlagsOf(const ModuleImage& image, const MapMonitor& line, unsigned bank) {
-  return image.HalfOf(InBank(line.flags.page, bank), line.flags.byte);
+// The flags of each of the lanes 1 to `lanes`, if all of them are missing or clear, as most are.
+std::optional<AlarmFlags> CommonFlags(const ModuleImage::Half& half, const FlagPlaces& places,
+                                      unsigned lanes) {
+  constexpr AlarmFlags kClear = {(1U << kAlarmLevels) - 1U, 0};
+  if (half.IsEmpty()) return AlarmFlags();
+  const int first = FirstBit(places);
+  const int last_lane = static_cast<int>(lanes - 1) * places.lane;
+  const auto begin = static_cast<std::size_t>(first + std::min(last_lane, 0)) / kBitsPerByte;
+  const auto end =
+      static_cast<std::size_t>(first + std::max(last_lane, 0) + places.low + places.warning) /
+          kBitsPerByte +
+      1;
+  if (!half.Has(begin, end - begin)) return std::nullopt;
+  for (std::size_t byte = begin; byte < end; ++byte) {
+    if (half[byte] != 0) return std::nullopt;
+  }
+  return kClear;
 }
 
 Thresholds ReadThresholds(const ModuleImage& image, const MapMonitor& line,
@@ -148,12 +172,13 @@ Thresholds ReadThresholds(const ModuleImage& image, const MapMonitor& line,
   Thresholds thresholds;
   const ModuleImage::Half& half = image.HalfOf(line.threshold_page, line.threshold_byte);
   if (half.IsEmpty()) return thresholds;
+  const bool are_all_known = half.Has(line.threshold_byte, 2 * kAlarmLevels);
   std::uint32_t common = kAllSet;
   std::uint32_t any = 0;
   for (std::size_t level = 0; level < kAlarmLevels; ++level) {
     const std::size_t byte = line.threshold_byte + 2 * level;
-    if (!half.Has(byte, 2)) continue;
-    const std::uint32_t raw = RawNumber(half, byte, kWord);
+    if (!are_all_known && !half.Has(byte, 2)) continue;
+    const std::uint32_t raw = WordAt(half, byte);
     common &= raw;
     any |= raw;
     thresholds.values[level] = conversion(raw);
@@ -318,35 +343,55 @@ double Conversion::operator()(std::uint32_t raw) const {
 
 namespace {
 
-// The half pages that contain the values and the flags of a quantity in a bank.
-struct MonitorHalves {
-  MonitorHalves(const ModuleImage& image, const MapMonitor& line, unsigned bank)
-      : values(&image.HalfOf(InBank(line.page, bank), line.byte)),
-        flags(&FlagsOf(image, line, bank)) {}
+// The values and the flags of a quantity in a bank with the lanes 1 to `lanes`.
+class MonitorBank {
+ public:
+  MonitorBank(const ModuleImage& image, const MapMonitor& line, unsigned bank, unsigned lanes)
+      : line_(&line),
+        values_(&image.HalfOf(InBank(line.page, bank), line.byte)),
+        flags_(&image.HalfOf(InBank(line.flags.page, bank), line.flags.byte)),
+        common_flags_(CommonFlags(*flags_, line.flags, lanes)) {}
 
-  const ModuleImage::Half* values;
-  const ModuleImage::Half* flags;
+  // The raw number of a lane; none when it is not known.
+  std::optional<std::uint32_t> RawOf(unsigned lane) const {
+    const std::size_t byte = line_->byte + 2 * std::size_t{lane - 1};
+    if (!values_->Has(byte, 2)) return std::nullopt;
+    return WordAt(*values_, byte);
+  }
+  AlarmFlags FlagsOf(unsigned lane) const {
+    return common_flags_ ? *common_flags_ : ReadFlags(*flags_, line_->flags, lane);
+  }
+
+ private:
+  const MapMonitor* line_;
+  const ModuleImage::Half* values_;
+  const ModuleImage::Half* flags_;
+  std::optional<AlarmFlags> common_flags_;  // those of each lane
 };
 
-// The raw number of a lane; none when it is not known.
-std::optional<std::uint32_t> RawOf(const MonitorHalves& halves, const MapMonitor& line,
-                                   unsigned lane) {
-  const std::size_t byte = line.byte + 2 * std::size_t{lane - 1};
-  if (!halves.values->Has(byte, 2)) return std::nullopt;
-  return RawNumber(*halves.values, byte, kWord);
-}
+// What a module has of a quantity, without its thresholds.
+struct RawMonitor {
+  RawMonitor(const MonitorBank& bank, unsigned lane)
+      : value(bank.RawOf(lane)), flags(bank.FlagsOf(lane)) {}
 
-// Reads a quantity whose thresholds are known already into `monitor`.
-void ReadMonitor(const MonitorHalves& halves, const MapMonitor& line, const Conversion& conversion,
-                 Advertised advertised, const Thresholds& thresholds, unsigned lane,
-                 Monitor& monitor) {
+  // A value that implies that the monitor exists.
+  bool IsPlausible() const {
+    constexpr std::uint32_t kAllSet = 0xFFFF;
+    return value.value_or(0) != 0 && value != kAllSet;
+  }
+
+  std::optional<std::uint32_t> value;
+  AlarmFlags flags;
+};
+
+void SetMonitor(Monitor& monitor, const RawMonitor& raw, const Conversion& conversion,
+                Advertised advertised, const Thresholds& thresholds) {
   monitor = {};
-  const std::optional<std::uint32_t> raw = RawOf(halves, line, lane);
-  monitor.state = StateOf(advertised, raw.has_value(), raw.value_or(0) != 0);
+  monitor.state = StateOf(advertised, raw.value.has_value(), raw.value.value_or(0) != 0);
   if (monitor.state == FieldState::kNotImplemented) return;
-  if (monitor.IsPresent()) monitor.value = conversion(*raw);
+  if (monitor.IsPresent()) monitor.value = conversion(*raw.value);
   monitor.thresholds = thresholds;
-  monitor.flags = ReadFlags(*halves.flags, line.flags, lane);
+  monitor.flags = raw.flags;
 }
 
 }  // namespace
@@ -354,8 +399,8 @@ void ReadMonitor(const MonitorHalves& halves, const MapMonitor& line, const Conv
 Monitor ReadMonitor(const ModuleImage& image, const MapMonitor& line, const Conversion& conversion,
                     Advertised advertised, unsigned lane, unsigned bank) {
   Monitor monitor;
-  ReadMonitor(MonitorHalves(image, line, bank), line, conversion, advertised,
-              ReadThresholds(image, line, conversion), lane, monitor);
+  SetMonitor(monitor, RawMonitor(MonitorBank(image, line, bank, lane), lane), conversion,
+             advertised, ReadThresholds(image, line, conversion));
   return monitor;
 }
 
@@ -387,17 +432,6 @@ bool IsOfLanes(Quantity quantity) {
          quantity == Quantity::kRxPower;
 }
 
-// A value that implies that the monitor exists.
-bool IsPlausible(const MonitorHalves& halves, const MapMonitor& line, unsigned lane) {
-  constexpr std::uint32_t kAllSet = 0xFFFF;
-  const std::uint32_t raw = RawOf(halves, line, lane).value_or(0);
-  return raw != 0 && raw != kAllSet;
-}
-
-bool IsAnyFlagRaised(const MonitorHalves& halves, const MapMonitor& line, unsigned lane) {
-  return ReadFlags(*halves.flags, line.flags, lane).raised != 0;
-}
-
 // "RX power is not advertised, but has a value: lane 1, 2".
 void WarnOfLanes(Decoding& to, std::string_view name, const std::string& lanes,
                  std::string_view what) {
@@ -427,17 +461,18 @@ void ApplyReadiness(Monitor& monitor, const MonitorScope& scope) {
 
 void DecodeModuleMonitor(Decoding& to, const MapMonitor& line, const Conversion& conversion,
                          Advertised advertised, const MonitorScope& scope) {
-  Monitor monitor = ReadMonitor(to.image, line, conversion, advertised);
+  const RawMonitor raw(MonitorBank(to.image, line, 0, 1), 1);
+  Monitor monitor;
+  SetMonitor(monitor, raw, conversion, advertised, ReadThresholds(to.image, line, conversion));
   ApplyReadiness(monitor, scope);
   if (line.quantity == Quantity::kTemperature) to.info.temperature = monitor;
   if (line.quantity == Quantity::kVoltage) to.info.voltage = monitor;
   if (line.quantity == Quantity::kAux) to.info.aux.push_back({line.name, monitor});
   if (advertised != Advertised::kNo) return;
-  const MonitorHalves halves(to.image, line, 0);
-  if (IsPlausible(halves, line, 1)) {
+  if (raw.IsPlausible()) {
     to.info.warnings.push_back(std::string(NameOf(line)) + " is not advertised, but has a value");
   }
-  if (IsAnyFlagRaised(halves, line, 1)) {
+  if (raw.flags.raised != 0) {
     to.info.warnings.push_back(std::string(NameOf(line)) +
                                " is not advertised, but has a flag raised");
   }
@@ -445,25 +480,27 @@ void DecodeModuleMonitor(Decoding& to, const MapMonitor& line, const Conversion&
 
 void DecodeLaneMonitor(Decoding& to, const MapMonitor& line, const Conversion& conversion,
                        Advertised advertised, const MonitorScope& scope) {
+  if (to.info.lanes.empty()) return;
   std::string with_value;
   std::string with_flag;
   const Thresholds thresholds = ReadThresholds(to.image, line, conversion);  // those of all lanes
-  MonitorHalves halves(to.image, line, 0);
+  const unsigned last_lane = LaneInBank(to.info.lanes.back().number);
+  MonitorBank monitors(to.image, line, 0, last_lane);
   unsigned bank = 0;
   for (Lane& lane : to.info.lanes) {
     if (bank != BankOfLane(lane.number)) {
       bank = BankOfLane(lane.number);
-      halves = MonitorHalves(to.image, line, bank);
+      monitors = MonitorBank(to.image, line, bank, last_lane);
     }
-    const unsigned in_bank = LaneInBank(lane.number);
+    const RawMonitor raw(monitors, LaneInBank(lane.number));
     const bool is_absent = (scope.absent_lanes >> (lane.number - 1) % 64 & 1U) != 0;
     const Advertised of_lane = is_absent ? Advertised::kNo : advertised;
     Monitor& monitor = MonitorOf(lane, line.quantity);
-    ReadMonitor(halves, line, conversion, of_lane, thresholds, in_bank, monitor);
+    SetMonitor(monitor, raw, conversion, of_lane, thresholds);
     ApplyReadiness(monitor, scope);
     if (of_lane != Advertised::kNo) continue;
-    if (IsPlausible(halves, line, in_bank)) AddLane(with_value, lane.number);
-    if (IsAnyFlagRaised(halves, line, in_bank)) AddLane(with_flag, lane.number);
+    if (raw.IsPlausible()) AddLane(with_value, lane.number);
+    if (raw.flags.raised != 0) AddLane(with_flag, lane.number);
   }
   WarnOfLanes(to, NameOf(line), with_value, "has a value");
   WarnOfLanes(to, NameOf(line), with_flag, "has a flag raised");
