@@ -217,35 +217,16 @@ Advertised AskFlat(const ModuleImage& image, const MapField& line) {
   return is_elsewhere ? Advertised::kNo : advertised;
 }
 
-// Asks an image for advertisements. Lines of a map that follow each other often share one.
-class Asker {
- public:
-  explicit Asker(const ModuleImage& image) : image_(image) {}
-
-  Advertised operator()(const Advertisement& advertisement) {
-    if (advertisement.rule == nullptr) return Ask(image_, advertisement);
-    if (advertisement.rule != rule_) {
-      rule_ = advertisement.rule;
-      answer_ = rule_(image_);
-    }
-    return answer_;
-  }
-
- private:
-  const ModuleImage& image_;
-  Advertised (*rule_)(const ModuleImage& image) = nullptr;
-  Advertised answer_ = Advertised::kUnknown;
-};
-
 void DecodeModule(Decoding& to, bool is_flat) {
   Asker ask(to.image);
+  HalfFinder half_of(to.image);
   for (const MapField& line : CmisMap().fields) {
     const Advertised advertised = is_flat ? AskFlat(to.image, line) : ask(line.advertised);
     if (advertised == Advertised::kNo) continue;  // as all fields are before
     if (line.format.type == RawType::kOwn) {
       DecodeOwnField(to, line, advertised);
     } else {
-      DecodeField(to, line, advertised);
+      DecodeField(to, line, half_of(line.page, line.byte), advertised);
     }
   }
 }
@@ -675,11 +656,12 @@ void DecodeBank(Decoding& to, const LaneLayout& layout, unsigned bank, Lane* lan
   constexpr LaneSide kSides[] = {LaneSide::kBoth, LaneSide::kHost, LaneSide::kMedia};
   std::array<FieldSet<LaneField>, std::size(kSides)> not_read;
   Asker ask(to.image);
+  HalfFinder half_of(to.image);
   for (const LaneMapField& line : CmisMap().lane_fields) {
     if (bank != 0 && !IsBanked(line.page)) continue;
     const Advertised advertised = ask(line.advertised);
     if (advertised == Advertised::kNo) continue;
-    const ModuleImage::Half& half = to.image.HalfOf(InBank(line.page, bank), line.byte);
+    const ModuleImage::Half& half = half_of(InBank(line.page, bank), line.byte);
     if (half.IsEmpty() && !HasFixedValue(line.field)) {
       not_read[static_cast<std::size_t>(line.side)].Add(line.field);
     } else if (line.format.type != RawType::kOwn) {

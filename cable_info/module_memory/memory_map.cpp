@@ -222,8 +222,8 @@ std::optional<double> ValueOf(const ModuleImage& image, const MemoryMap& map, Fi
   return ValueOf(line->format, line->extent, *raw);
 }
 
-void DecodeField(Decoding& to, const MapField& line, Advertised advertised) {
-  const ModuleImage::Half& half = to.image.HalfOf(line.page, line.byte);
+void DecodeField(Decoding& to, const MapField& line, const ModuleImage::Half& half,
+                 Advertised advertised) {
   if (line.format.type == RawType::kText) return DecodeText(to, line, half, advertised);
   const bool is_known = HasAll(half, line.byte, line.extent);
   const std::uint32_t raw = is_known ? RawNumber(half, line.byte, line.extent) : 0;
@@ -248,10 +248,13 @@ void DecodeField(Decoding& to, const MapField& line, Advertised advertised) {
 }
 
 void DecodeFields(Decoding& to, Lines<MapField> map) {
+  Asker ask(to.image);
+  HalfFinder half_of(to.image);
   for (const MapField& line : map) {
     if (line.format.type == RawType::kOwn) continue;
-    const Advertised advertised = Ask(to.image, line.advertised);
-    if (advertised != Advertised::kNo) DecodeField(to, line, advertised);
+    const Advertised advertised = ask(line.advertised);
+    if (advertised == Advertised::kNo) continue;
+    DecodeField(to, line, half_of(line.page, line.byte), advertised);
   }
 }
 
@@ -325,11 +328,13 @@ void LaneReader::Read(Lane* lanes, std::size_t count, std::uint64_t having) cons
 }
 
 void DecodeLanes(Decoding& to, Lines<LaneMapField> map, std::uint64_t absent) {
+  Asker ask(to.image);
+  HalfFinder half_of(to.image);
   for (const LaneMapField& line : map) {
     if (line.format.type == RawType::kOwn) continue;
-    const Advertised advertised = Ask(to.image, line.advertised);
+    const Advertised advertised = ask(line.advertised);
     if (advertised == Advertised::kNo) continue;
-    LaneReader(to.image.HalfOf(line.page, line.byte), line, advertised)
+    LaneReader(half_of(line.page, line.byte), line, advertised)
         .Read(to.info.lanes.data(), to.info.lanes.size(), ~absent);
   }
 }
@@ -518,8 +523,9 @@ void DecodeMonitor(Decoding& to, const MapMonitor& line, const Conversion& conve
 }
 
 void WarnOfFlags(Decoding& to, Lines<LaneMapField> map) {
+  Asker ask(to.image);
   for (const LaneMapField& line : map) {
-    if (line.field > kLastLaneFlag || Ask(to.image, line.advertised) != Advertised::kNo) continue;
+    if (line.field > kLastLaneFlag || ask(line.advertised) != Advertised::kNo) continue;
     std::string lanes;
     std::optional<LaneReader> read;
     unsigned bank = 0;

@@ -164,6 +164,55 @@ inline Advertised Ask(const ModuleImage& image, const Advertisement& advertiseme
   if (advertisement.rule != nullptr) return advertisement.rule(image);
   return AskBit(image, advertisement.page, advertisement.byte, advertisement.bit);
 }
+/// Finds the half pages of an image. Lines of a map that follow each other mostly have the same
+/// one.
+class HalfFinder {
+ public:
+  explicit HalfFinder(const ModuleImage& image) : image_(image) {}
+
+  const ModuleImage::Half& operator()(Page page, std::size_t byte) {
+    const bool is_upper = byte >= ModuleImage::kHalf;
+    if (half_ == nullptr || page != page_ || is_upper != is_upper_) {
+      half_ = &image_.HalfOf(page, byte);
+      page_ = page;
+      is_upper_ = is_upper;
+    }
+    return *half_;
+  }
+
+ private:
+  const ModuleImage& image_;
+  const ModuleImage::Half* half_ = nullptr;
+  Page page_ = Page::kLower;
+  bool is_upper_ = false;
+};
+
+/// Asks an image for advertisements. Lines of a map that follow each other often share one.
+class Asker {
+ public:
+  explicit Asker(const ModuleImage& image) : image_(image), half_of_(image) {}
+
+  Advertised operator()(const Advertisement& advertisement) {
+    if (advertisement.is_always) return Advertised::kYes;
+    if (advertisement.rule == nullptr) {
+      const ModuleImage::Half& half = half_of_(advertisement.page, advertisement.byte);
+      if (!half.Has(advertisement.byte)) return Advertised::kUnknown;
+      return AdvertisedIf((half[advertisement.byte] >> advertisement.bit & 1U) != 0);
+    }
+    if (advertisement.rule != rule_) {
+      rule_ = advertisement.rule;
+      answer_ = rule_(image_);
+    }
+    return answer_;
+  }
+
+ private:
+  const ModuleImage& image_;
+  HalfFinder half_of_;
+  Advertised (*rule_)(const ModuleImage& image) = nullptr;
+  Advertised answer_ = Advertised::kUnknown;
+};
+
 /// Yes if both are yes, no if one of them is no.
 constexpr Advertised Both(Advertised a, Advertised b) {
   if (a == Advertised::kNo || b == Advertised::kNo) return Advertised::kNo;
@@ -330,8 +379,9 @@ struct Decoding {
 /// Decodes all fields of the map but those of `RawType::kOwn`. Those that are not advertised stay
 /// not implemented.
 void DecodeFields(Decoding& to, Lines<MapField> map);
-/// Decodes one field, advertised as given.
-void DecodeField(Decoding& to, const MapField& line, Advertised advertised);
+/// Decodes one field, advertised as given, from the half page that contains it.
+void DecodeField(Decoding& to, const MapField& line, const ModuleImage::Half& half,
+                 Advertised advertised);
 
 /// Reads a field of lane `lane` (1: the first of the bank), whose pages are in bank `bank`,
 /// advertised as given.
