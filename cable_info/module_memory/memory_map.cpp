@@ -36,6 +36,12 @@ unsigned WidthOf(Extent extent) {
   return extent.bytes == 1 ? extent.high - extent.low + 1U : extent.bytes * kBitsPerByte;
 }
 
+// All bits set.
+std::uint32_t HighestOf(Extent extent) {
+  const unsigned width = WidthOf(extent);
+  return width < 32 ? (std::uint32_t{1} << width) - 1 : 0xFFFFFFFFU;
+}
+
 double SingleOf(std::uint32_t raw) {
   float number = 0.0F;
   std::memcpy(&number, &raw, sizeof(number));
@@ -84,17 +90,14 @@ void SetVersion(ModuleInfo& info, Field field, std::uint32_t raw) {
 
 void SetNumber(Decoding& to, const MapField& line, std::uint32_t raw) {
   const Format& format = line.format;
-  const unsigned width = WidthOf(line.extent);
-  const std::uint32_t highest = width < 32 ? (std::uint32_t{1} << width) - 1 : 0xFFFFFFFFU;
   if (format.zero_is_none && raw == 0) {
     return to.info.SetState(line.field, FieldState::kNotImplemented);
   }
-  const double value = ValueOf(format, line.extent, raw);
-  if (format.highest_is_more && raw == highest) {
+  if (format.highest_is_more && raw == HighestOf(line.extent)) {
     to.info.SetState(line.field, FieldState::kNotImplemented);
     return WarnMoreThan(to, line.field, (raw - 1) * format.times / format.per);
   }
-  to.info.SetNumber(line.field, value);
+  to.info.SetNumber(line.field, ValueOf(format, line.extent, raw));
 }
 
 // The extent of one lane's value, and the byte that has it.
@@ -544,10 +547,11 @@ void WarnOfFlags(Decoding& to, Lines<LaneMapField> map) {
 
 void AddNames(const ModuleImage& image, Lines<NamedBit> bits, std::vector<std::string_view>& to,
               unsigned revision, Advertised (*ask)(const ModuleImage& image, Page page)) {
+  HalfFinder half_of(image);
   for (const NamedBit* bit = bits.begin(); bit != bits.end();) {
     const Page page = bit->page;
     const std::size_t byte = bit->byte;
-    unsigned value = image.HalfOf(page, byte)[byte];
+    unsigned value = half_of(page, byte)[byte];
     if (value != 0 && ask != nullptr && ask(image, page) == Advertised::kNo) value = 0;
     for (; bit != bits.end() && bit->byte == byte && bit->page == page; ++bit) {
       const bool is_set = (value >> bit->bit & 1U) != 0;

@@ -1,8 +1,7 @@
 #include "cable_info/module_memory/module_info.h"
 
-#include <algorithm>
-
 #include "cable_info/module_memory/sff8024.h"
+#include "cable_info/module_memory/text_encoding.h"
 
 namespace cable_info {
 
@@ -92,7 +91,7 @@ void ModuleInfo::SetText(Field field, std::string_view latin1) {
   constexpr unsigned kLowBits = 0x3F;
   const std::size_t begin = texts_.size();
   const auto is_ascii = [](char c) { return static_cast<unsigned char>(c) < kContinuation; };
-  if (std::all_of(latin1.begin(), latin1.end(), is_ascii)) {
+  if (module_memory::IsAscii(latin1)) {
     texts_.append(latin1);
   } else {
     for (const char c : latin1) {

@@ -24,6 +24,19 @@ constexpr Utf8Form kForms[] = {
 
 }  // namespace
 
+bool IsAscii(std::string_view text) {
+  constexpr std::uint64_t kHighBits = 0x8080808080808080;
+  std::uint64_t any = 0;
+  std::uint64_t bytes = 0;
+  std::size_t at = 0;
+  for (; at + sizeof(bytes) <= text.size(); at += sizeof(bytes)) {
+    std::memcpy(&bytes, text.data() + at, sizeof(bytes));
+    any |= bytes;
+  }
+  for (; at < text.size(); ++at) any |= static_cast<unsigned char>(text[at]);
+  return (any & kHighBits) == 0;
+}
+
 std::size_t PlainLength(std::string_view text) {
   std::size_t at = 0;
   std::uint64_t bytes = 0;

@@ -15,6 +15,9 @@ namespace [[gnu::visibility("hidden")]] module_memory {
 /// The size of the well-formed UTF-8 character at the beginning of `text`; 0 if there is none.
 std::size_t Utf8Length(std::string_view text);
 
+/// True if no character needs more than one byte.
+bool IsAscii(std::string_view text);
+
 /// \name Plain characters: ASCII, but no control characters, double quotes or backslashes
 /// Nearly all texts of modules are plain and short, so they are examined eight characters at a time
 /// while they are copied.
@@ -62,12 +65,10 @@ inline bool CopyIfPlain(char* to, std::string_view text) {
 std::size_t PlainLength(std::string_view text);
 /// @}
 
-/// Appends `text` as UTF-8; bytes that are not UTF-8 become U+FFFD. Control characters, double
-/// quotes and backslashes are passed to `special` instead.
+/// `AppendUtf8` of texts that are not plain, out of the way of those that are.
 template <typename Special>
-void AppendUtf8(text::TextBuffer& out, std::string_view text, const Special& special) {
-  char* const to = out.Reserve(text.size());
-  if (CopyIfPlain(to, text)) return out.EndAt(to + text.size());
+[[gnu::cold, gnu::noinline]] void AppendUnplain(text::TextBuffer& out, std::string_view text,
+                                                const Special& special) {
   std::size_t plain = PlainLength(text);  // characters to append verbatim
   const auto flush = [&](std::size_t dropped) {
     out.Append(text.substr(0, plain));
@@ -89,6 +90,15 @@ void AppendUtf8(text::TextBuffer& out, std::string_view text, const Special& spe
     }
   }
   out.Append(text);
+}
+
+/// Appends `text` as UTF-8; bytes that are not UTF-8 become U+FFFD. Control characters, double
+/// quotes and backslashes are passed to `special` instead.
+template <typename Special>
+void AppendUtf8(text::TextBuffer& out, std::string_view text, const Special& special) {
+  char* const to = out.Reserve(text.size());
+  if (CopyIfPlain(to, text)) return out.EndAt(to + text.size());
+  AppendUnplain(out, text, special);
 }
 
 }  // namespace module_memory
