@@ -61,12 +61,12 @@ class FieldSet {
   std::size_t NextFrom(std::size_t at) const {
     if (at >= kCount) return kCount;
     std::size_t word = at / kWordBits;
-    std::uint64_t bits = words_[word] >> at % kWordBits << at % kWordBits;
-    while (bits == 0) {
-      if (++word == kWords) return kCount;
-      bits = words_[word];
+    const std::uint64_t rest = words_[word] >> at % kWordBits;
+    if (rest != 0) return at + LowestOf(rest);
+    while (++word < kWords) {
+      if (words_[word] != 0) return word * kWordBits + LowestOf(words_[word]);
     }
-    return word * kWordBits + static_cast<std::size_t>(__builtin_ctzll(bits));
+    return kCount;
   }
   /// The first field.
   Iterator begin() const { return {*this, NextFrom(0)}; }
@@ -99,6 +99,9 @@ class FieldSet {
   static constexpr std::size_t kWordBits = 64;
   static constexpr std::size_t kWords = (kCount + kWordBits - 1) / kWordBits;
 
+  static std::size_t LowestOf(std::uint64_t bits) {
+    return static_cast<std::size_t>(__builtin_ctzll(bits));
+  }
   static constexpr std::size_t WordOf(FieldType field) {
     return static_cast<std::size_t>(field) / kWordBits;
   }

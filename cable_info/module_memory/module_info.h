@@ -122,6 +122,8 @@ class Lane {
     const bool is_present = state == FieldState::kPresent;
     return {state, is_present ? numbers_[static_cast<std::size_t>(field)] : 0.0};
   }
+  /// The number of a field that is present; without meaning for others.
+  double NumberOf(LaneField field) const { return numbers_[static_cast<std::size_t>(field)]; }
   /// The fields whose values have a state.
   FieldSet<LaneField> FieldsIn(FieldState state) const { return states_.In(state); }
   /// Sets the value of a field.

@@ -18,14 +18,14 @@ namespace cable_info {
 namespace {
 
 using module_memory::AppendShortest;
-using module_memory::AppendUtf8;
+using module_memory::AppendUnplain;
 
 constexpr std::string_view kNull = "null";
 
 template <typename Fields>
 constexpr std::size_t kSizeOf = std::tuple_size_v<Fields>;
 
-constexpr std::size_t kUsualSize = 24576;  // of the JSON of a module
+constexpr std::size_t kUsualSize = 49152;  // of the JSON of a large module
 
 // Fields that follow each other: those of an object that is null when none of them is present, or
 // those between two such objects.
@@ -119,15 +119,9 @@ auto KeysOf(const Fields& fields) {
   return keys;
 }
 
-void AppendString(text::TextBuffer& out, std::string_view utf8) {
-  char* const to = out.Reserve(utf8.size() + 2);
-  *to = '"';
-  if (module_memory::CopyIfPlain(to + 1, utf8)) {
-    to[utf8.size() + 1] = '"';
-    return out.EndAt(to + utf8.size() + 2);
-  }
+[[gnu::cold, gnu::noinline]] void AppendEscaped(text::TextBuffer& out, std::string_view utf8) {
   out.Append('"');
-  AppendUtf8(out, utf8, [&out](unsigned char control) {
+  AppendUnplain(out, utf8, [&out](unsigned char control) {
     constexpr int kDigits = 4;
     if (control == '"' || control == '\\') {
       out.Append('\\').Append(static_cast<char>(control));
@@ -136,6 +130,14 @@ void AppendString(text::TextBuffer& out, std::string_view utf8) {
     }
   });
   out.Append('"');
+}
+
+void AppendString(text::TextBuffer& out, std::string_view utf8) {
+  char* const to = out.Reserve(utf8.size() + 2);
+  *to = '"';
+  if (!module_memory::CopyIfPlain(to + 1, utf8)) return AppendEscaped(out, utf8);
+  to[utf8.size() + 1] = '"';
+  out.EndAt(to + utf8.size() + 2);
 }
 
 void AppendTextOrNull(text::TextBuffer& out, std::string_view text) {
@@ -172,15 +174,30 @@ void AppendValue(text::TextBuffer& out, FieldKind kind, double number, std::stri
 constexpr std::array<std::string_view, kAlarmLevels> kLevelKeys = {
     "\"high_alarm\":", "\"low_alarm\":", "\"high_warning\":", "\"low_warning\":"};
 
+// A key with the brace or the comma before it, for a copy of known size.
+struct LevelKey {
+  std::array<char, 16> text = {};
+  std::size_t size = 0;
+};
+
+constexpr std::array<LevelKey, kAlarmLevels> SeparatedKeys() {
+  std::array<LevelKey, kAlarmLevels> keys = {};
+  for (std::size_t i = 0; i < kAlarmLevels; ++i) {
+    LevelKey& key = keys[i];
+    key.text[key.size++] = i == 0 ? '{' : ',';
+    for (const char c : kLevelKeys[i]) key.text[key.size++] = c;
+  }
+  return keys;
+}
+
 void AppendThresholds(text::TextBuffer& out, const Thresholds& thresholds) {
   if (thresholds.given == 0) {
     out.Append(R"({"high_alarm":null,"low_alarm":null,"high_warning":null,"low_warning":null})");
     return;
   }
-  char separator = '{';
+  static constexpr std::array<LevelKey, kAlarmLevels> kKeys = SeparatedKeys();
   for (std::size_t i = 0; i < kAlarmLevels; ++i) {
-    out.Append(separator).Append(kLevelKeys[i]);
-    separator = ',';
+    out.AppendPart(kKeys[i].text, kKeys[i].size);
     const std::optional<double> value = thresholds.At(static_cast<AlarmLevel>(i));
     if (value) {
       AppendShortest(out, *value);
@@ -361,42 +378,13 @@ class Json {
     AppendMonitor(out_, ",\"tx_power_mw\":{", lane.tx_power);
     AppendMonitor(out_, ",\"tx_bias_ma\":{", lane.tx_bias);
     const FieldSet<LaneField> present = lane.FieldsIn(FieldState::kPresent);
-    if (lane_ != nullptr && present == lane_->FieldsIn(FieldState::kPresent)) {
-      ChangedLaneValues(lane, present);
+    if (lane_text_.end != 0 && present == present_) {
+      ChangedLaneValues(lane);
     } else {
-      LaneValues(lane, present);
+      present_ = present;
+      LaneValues(lane);
     }
     out_.Append('}');
-  }
-
-  void LaneValues(const Lane& lane, const FieldSet<LaneField>& present) {
-    static const auto kKeys = KeysOf(LaneFields());
-    lane_ = &lane;
-    lane_text_.begin = out_.size();
-    Members(kKeys, present, [this, &lane](std::size_t i) {
-      values_[i].begin = out_.size();
-      AppendLaneValue(lane, static_cast<LaneField>(i));
-      values_[i].end = out_.size();
-    });
-    lane_text_.end = out_.size();
-  }
-
-  // Most lanes differ from the first one in few values. All other text is copied.
-  void ChangedLaneValues(const Lane& lane, const FieldSet<LaneField>& present) {
-    std::size_t done = lane_text_.begin;
-    for (const LaneField field : present) {
-      if (lane[field].number == (*lane_)[field].number) continue;
-      const Part& value = values_[static_cast<std::size_t>(field)];
-      Repeat({done, value.begin});
-      AppendLaneValue(lane, field);
-      done = value.end;
-    }
-    Repeat({done, lane_text_.end});
-  }
-
-  void AppendLaneValue(const Lane& lane, LaneField field) {
-    const LaneValue value = lane[field];
-    AppendValue(out_, DescribeField(field).kind, value.number, LaneCodeName(field, value));
   }
 
   // A part of the text.
@@ -408,6 +396,44 @@ class Json {
   void Repeat(const Part& part) {
     out_.Reserve(part.end - part.begin);  // before a view of the text is taken
     out_.Append(out_.view().substr(part.begin, part.end - part.begin));
+  }
+
+  // A value of a lane, and where its text is.
+  struct WrittenValue {
+    LaneField field;
+    double number;
+    Part text;
+  };
+
+  void LaneValues(const Lane& lane) {
+    static const auto kKeys = KeysOf(LaneFields());
+    values_.clear();
+    values_.reserve(kUsualFields);
+    lane_text_.begin = out_.size();
+    Members(kKeys, present_, [this, &lane](std::size_t i) {
+      const auto field = static_cast<LaneField>(i);
+      const std::size_t begin = out_.size();
+      AppendLaneValue(lane, field);
+      values_.push_back({field, lane.NumberOf(field), {begin, out_.size()}});
+    });
+    lane_text_.end = out_.size();
+  }
+
+  // Most lanes differ from the first one in few values. All other text is copied.
+  void ChangedLaneValues(const Lane& lane) {
+    std::size_t done = lane_text_.begin;
+    for (const WrittenValue& value : values_) {
+      if (lane.NumberOf(value.field) == value.number) continue;
+      Repeat({done, value.text.begin});
+      AppendLaneValue(lane, value.field);
+      done = value.text.end;
+    }
+    Repeat({done, lane_text_.end});
+  }
+
+  void AppendLaneValue(const Lane& lane, LaneField field) {
+    const LaneValue value = lane[field];
+    AppendValue(out_, DescribeField(field).kind, value.number, LaneCodeName(field, value));
   }
 
   void Vdm(const VdmSample& sample) {
@@ -429,11 +455,13 @@ class Json {
     });
   }
 
+  static constexpr std::size_t kUsualFields = 32;  // of a lane
+
   text::TextBuffer& out_;
   const ModuleInfo& info_;
-  const Lane* lane_ = nullptr;  // whose values are in lane_text_
+  FieldSet<LaneField> present_;       // the fields in values_
+  std::vector<WrittenValue> values_;  // those of a lane, whose text is lane_text_
   Part lane_text_;
-  std::array<Part, kLaneFieldCount> values_;  // those of its present fields
 };
 
 void AppendModuleJson(text::TextBuffer& out, const ModuleInfo& info, std::string_view label) {

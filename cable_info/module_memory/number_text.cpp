@@ -40,14 +40,16 @@ char* WriteExact(char* to, double value) {
     return nullptr;
   }
   // The quotients below show whether the rounded products are right.
+  // Signed, since conversions of unsigned numbers take several instructions.
   // NOLINTNEXTLINE(bugprone-incorrect-roundings)
-  const auto few = static_cast<std::uint64_t>(magnitude * kFewDecimals + 0.5);
+  const auto few = static_cast<std::int64_t>(magnitude * kFewDecimals + 0.5);
   const bool is_few = static_cast<double>(few) / kFewDecimals == magnitude;
   // NOLINTNEXTLINE(bugprone-incorrect-roundings)
-  const auto many = is_few ? 0 : static_cast<std::uint64_t>(magnitude * kManyDecimals + 0.5);
+  const auto many = is_few ? 0 : static_cast<std::int64_t>(magnitude * kManyDecimals + 0.5);
   if (!is_few && static_cast<double>(many) / kManyDecimals != magnitude) return nullptr;
   if (std::signbit(value) && value != 0.0) *to++ = '-';
-  return is_few ? WriteDecimals<2>(to, few) : WriteDecimals<4>(to, many);
+  return is_few ? WriteDecimals<2>(to, static_cast<std::uint64_t>(few))
+                : WriteDecimals<4>(to, static_cast<std::uint64_t>(many));
 }
 
 }  // namespace
