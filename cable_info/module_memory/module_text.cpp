@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstring>
 #include <iterator>
-#include <numeric>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -67,10 +66,7 @@ std::string_view StateWords(FieldState state) {
 
 // How many characters a UTF-8 text has.
 std::size_t WidthOf(std::string_view text) {
-  const bool is_ascii = std::accumulate(text.begin(), text.end(), 0U, [](unsigned any, char c) {
-                          return any | static_cast<unsigned char>(c);
-                        }) < 0x80U;
-  if (is_ascii) return text.size();
+  if (module_memory::IsAscii(text)) return text.size();
   return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
     return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
   }));
@@ -165,6 +161,49 @@ std::array<FieldSet<Field>, std::size(kGroups)> FieldsByGroup() {
   return groups;
 }
 
+// The first column of a line: a label with its indentation, its unit and the blanks after it.
+class LabelColumn {
+ public:
+  LabelColumn() = default;
+  // At least `blanks` blanks, and as many as fill `width` characters.
+  LabelColumn(std::string_view label, std::string_view unit, std::size_t width,
+              std::size_t blanks) {
+    const std::string_view separator = unit.empty() ? "" : ", ";
+    for (const std::string_view part : {kIndent, label, separator, unit}) Add(part);
+    for (; size_ < text_.size() && (size_ < width || blanks != 0); ++size_) {
+      text_[size_] = ' ';
+      if (blanks != 0) --blanks;
+    }
+  }
+
+  void AppendTo(text::TextBuffer& out) const { out.AppendPart(text_, size_); }
+
+ private:
+  void Add(std::string_view part) {
+    part = part.substr(0, text_.size() - size_);
+    size_ += part.copy(text_.data() + size_, part.size());
+  }
+
+  std::array<char, 64> text_ = {};  // more than the longest label needs
+  std::size_t size_ = 0;
+};
+
+std::array<LabelColumn, kFieldCount> FieldColumns() {
+  std::array<LabelColumn, kFieldCount> columns;
+  for (const FieldInfo& field : ModuleFields()) {
+    columns[static_cast<std::size_t>(field.field)] = {field.label, "", kLabelWidth + 1, 1};
+  }
+  return columns;
+}
+
+std::array<LabelColumn, kLaneFieldCount> LaneFieldColumns() {
+  std::array<LabelColumn, kLaneFieldCount> columns;
+  for (const LaneFieldInfo& field : LaneFields()) {
+    columns[static_cast<std::size_t>(field.field)] = {field.label, field.unit, kLabelWidth, 0};
+  }
+  return columns;
+}
+
 class Sheet {
  public:
   Sheet(text::TextBuffer& out, const ModuleInfo& info) : out_(out), info_(info) {}
@@ -216,13 +255,6 @@ class Sheet {
 
   void Heading(std::string_view heading) { out_.Append("  ").Append(heading).Append('\n'); }
 
-  // Begins a line with its label in the first column; `EndLine` ends it.
-  void Label(std::string_view label) {
-    BeginLine();
-    out_.Append(kIndent).Append(label);
-    PadTo(kLabelWidth + 1, 1);
-  }
-
   void Title(std::string_view label) {
     Text(label);
     out_.Append(": ");
@@ -256,7 +288,8 @@ class Sheet {
   }
 
   void FieldLine(const FieldInfo& field, const FieldValue& value) {
-    Label(field.label);
+    static const auto kLabels = FieldColumns();
+    kLabels[static_cast<std::size_t>(field.field)].AppendTo(out_);
     Value(field, value);
     out_.Append('\n');
   }
@@ -350,6 +383,13 @@ class Sheet {
     } else {
       out_.Append(StateWords(monitor.state));
     }
+    Limits(monitor);
+    EndLine();
+  }
+
+  // Nothing after the last one, since blanks at the end of the line would be removed one by one.
+  void Limits(const Monitor& monitor) {
+    if (monitor.thresholds.given == 0 && monitor.flags.raised == 0) return;
     std::size_t column = kFirstThreshold;
     for (const AlarmLevel level : kColumns) {
       PadTo(column, 1);
@@ -357,9 +397,9 @@ class Sheet {
       const std::optional<double> threshold = monitor.thresholds.At(level);
       if (threshold) AppendRounded(out_, *threshold);
     }
+    if (monitor.flags.raised == 0) return;
     PadTo(column, 1);
     AppendRaised(out_, monitor.flags);
-    EndLine();
   }
 
   template <typename AppendValue>
@@ -420,7 +460,12 @@ class Sheet {
   // A row per setting, a column per lane.
   void Lanes() {
     FieldSet<LaneField> shown;
-    for (const Lane& lane : info_.lanes) shown |= lane.FieldsIn(FieldState::kPresent);
+    everywhere_ = ~shown;
+    for (const Lane& lane : info_.lanes) {
+      const FieldSet<LaneField> present = lane.FieldsIn(FieldState::kPresent);
+      shown |= present;
+      everywhere_ &= present;
+    }
     bool has_heading = false;
     for (const LaneField field : shown) {
       if (!has_heading) LaneHeading();
@@ -460,34 +505,41 @@ class Sheet {
     static constexpr Cell kAbsent = {' ', '-', ' ', ' ', ' ', ' ', ' '};
     static constexpr Cell kNo = {' ', 'n', 'o', ' ', ' ', ' ', ' '};
     static constexpr Cell kYes = {' ', 'y', 'e', 's', ' ', ' ', ' '};
+    const bool is_everywhere = everywhere_.Has(field);
+    char* to = out_.Reserve(info_.lanes.size() * kNo.size());
     for (const Lane& lane : info_.lanes) {
-      const LaneValue value = lane[field];
-      out_.AppendPart(!value.IsPresent() ? kAbsent : value.number != 0.0 ? kYes : kNo);
+      const bool is_present = is_everywhere || lane[field].IsPresent();
+      const Cell& cell = !is_present ? kAbsent : lane.NumberOf(field) != 0.0 ? kYes : kNo;
+      to = std::copy(cell.begin(), cell.end(), to);
     }
+    out_.EndAt(to);
+  }
+
+  // True if all lanes have a value, and the same.
+  bool IsShared(LaneField field) const {
+    if (!everywhere_.Has(field)) return false;
+    const double number = info_.lanes.front().NumberOf(field);
+    return std::all_of(info_.lanes.begin(), info_.lanes.end(), [field, number](const Lane& lane) {
+      return lane.NumberOf(field) == number;
+    });
   }
 
   void LaneRow(const LaneFieldInfo& field) {
     // Values that all lanes share are written once, unless they are as short as this.
     constexpr std::size_t kMaxRepeatedSize = 6;
+    static const auto kLabels = LaneFieldColumns();
     BeginLine();
-    out_.Append(kIndent).Append(field.label);
-    if (!field.unit.empty()) out_.Append(", ").Append(field.unit);
-    PadTo(kLabelWidth);
+    kLabels[static_cast<std::size_t>(field.field)].AppendTo(out_);
     if (field.kind == FieldKind::kFlag) {
       FlagRow(field.field);
       return EndLine();
     }
-    const LaneValue first = info_.lanes.front()[field.field];
-    const bool is_same =
-        std::all_of(info_.lanes.begin(), info_.lanes.end(), [&field, &first](const Lane& lane) {
-          const LaneValue value = lane[field.field];
-          return value.state == first.state && value.number == first.number;
-        });
+    const bool is_shared = IsShared(field.field);
     const std::size_t row = out_.size();
     for (const Lane& lane : info_.lanes) {
       const std::size_t cell = out_.size() + 1;
       LaneColumn(field, lane[field.field]);
-      if (is_same && row + 1 == cell && out_.size() - cell > kMaxRepeatedSize) {
+      if (is_shared && row + 1 == cell && out_.size() - cell > kMaxRepeatedSize) {
         if (info_.lanes.size() > 1) out_.Append(" (all lanes)");
         break;
       }
@@ -562,7 +614,8 @@ class Sheet {
 
   text::TextBuffer& out_;
   const ModuleInfo& info_;
-  std::size_t line_ = 0;  // where the line begins
+  std::size_t line_ = 0;            // where the line begins
+  FieldSet<LaneField> everywhere_;  // the fields that all lanes have
 };
 
 void AppendModuleText(text::TextBuffer& out, const ModuleInfo& info, std::string_view label) {
