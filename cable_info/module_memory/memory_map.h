@@ -148,11 +148,13 @@ constexpr Advertisement By(Advertised (*rule)(const ModuleImage&), std::string_v
 constexpr Advertised AdvertisedIf(bool is_advertised) {
   return is_advertised ? Advertised::kYes : Advertised::kNo;
 }
-/// Yes if any bit of the mask is set.
-inline Advertised AskBits(const ModuleImage& image, Page page, std::size_t byte, unsigned mask) {
-  const ModuleImage::Half& half = image.HalfOf(page, byte);
+/// Yes if any bit of the mask is set; `half` contains the byte.
+inline Advertised AskBits(const ModuleImage::Half& half, std::size_t byte, unsigned mask) {
   if (!half.Has(byte)) return Advertised::kUnknown;
   return AdvertisedIf((half[byte] & mask) != 0);
+}
+inline Advertised AskBits(const ModuleImage& image, Page page, std::size_t byte, unsigned mask) {
+  return AskBits(image.HalfOf(page, byte), byte, mask);
 }
 /// Yes if the bit is set.
 inline Advertised AskBit(const ModuleImage& image, Page page, std::size_t byte, unsigned bit) {
@@ -164,6 +166,7 @@ inline Advertised Ask(const ModuleImage& image, const Advertisement& advertiseme
   if (advertisement.rule != nullptr) return advertisement.rule(image);
   return AskBit(image, advertisement.page, advertisement.byte, advertisement.bit);
 }
+
 /// Finds the half pages of an image. Lines of a map that follow each other mostly have the same
 /// one.
 class HalfFinder {
@@ -195,9 +198,8 @@ class Asker {
   Advertised operator()(const Advertisement& advertisement) {
     if (advertisement.is_always) return Advertised::kYes;
     if (advertisement.rule == nullptr) {
-      const ModuleImage::Half& half = half_of_(advertisement.page, advertisement.byte);
-      if (!half.Has(advertisement.byte)) return Advertised::kUnknown;
-      return AdvertisedIf((half[advertisement.byte] >> advertisement.bit & 1U) != 0);
+      return AskBits(half_of_(advertisement.page, advertisement.byte), advertisement.byte,
+                     1U << advertisement.bit);
     }
     if (advertisement.rule != rule_) {
       rule_ = advertisement.rule;

@@ -943,7 +943,7 @@ TEST(ModuleMemory, SplitsImagesOfModulesWithoutARecord) {
   }
 }
 
-// Identifiers from 80h on are the vendors' own; the revision tells CMIS from other maps.
+// Identifiers from 80h on are the vendors' own; the revision distinguishes CMIS from other maps.
 TEST(ModuleMemory, SplitsImagesOfCmisModulesWithACustomIdentifier) {
   Memory memory = cmis::Optic(0x80);
   Texts remarks;
