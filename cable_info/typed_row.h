@@ -1,8 +1,9 @@
 #pragma once
 
 // The sink that passes the cells of a row to a `CellSink` as values. It has the members of
-// `CsvRow`, which document the cells; comments here describe only the differences. Internal; not
-// installed.
+// `CsvRow`, which document the cells; comments here describe only the differences.
+//
+// Internal; not installed.
 
 #include <cstdint>
 #include <string_view>
