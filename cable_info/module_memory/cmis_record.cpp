@@ -7,6 +7,7 @@
 #include "cable_info/module_memory/record_map.h"
 #include "cable_info/module_memory/records.h"
 #include "cable_info/module_memory/sff_codes.h"
+#include "cable_info/shared_decoders.h"
 #include "cable_info/value_format.h"
 
 namespace cable_info::module_memory {
@@ -249,13 +250,10 @@ void MultiplyBias(Draft& draft, std::vector<std::string>& remarks) {
 void NarrowTechnology(ModuleRecord& module) {
   constexpr std::uint8_t kOthers = 8;
   constexpr std::uint8_t kLinearActive = 15;
-  constexpr std::uint8_t kFirstLinear = 18;
-  constexpr std::uint8_t kLastLinear = 20;
   if (module.cable_technology <= kLinearActive || module.cable_technology == kUnknownTechnology) {
     return;
   }
-  const bool is_copper =
-      module.cable_technology >= kFirstLinear && module.cable_technology <= kLastLinear;
+  const bool is_copper = decode::IsCopperTechnology(module.cable_technology);
   module.cable_technology = is_copper ? kLinearActive : kOthers;
 }
 
