@@ -8,6 +8,7 @@
 #include "cable_info/readings/rules.h"
 #include "cli/commands/commands.h"
 #include "cli/commands/judging_writer.h"
+#include "cli/commands/message_log.h"
 #include "cli/commands/port_command.h"
 #include "cli/commands/rule_options.h"
 #include "cli/input/input_form.h"
@@ -73,8 +74,10 @@ ExitStatus DiffInputs(const DiffOptions& options) {
   const ExitStatus old_status = WritePorts(old_options, writer, &old_collector);
   if (old_status >= ExitStatus::kUsage) return old_status;
   NewCollector new_collector(options, before, after);
-  return Worse(old_status,
-               WritePorts(WithInput(options.ports, options.after), writer, &new_collector));
+  const ExitStatus new_status =
+      WritePorts(WithInput(options.ports, options.after), writer, &new_collector);
+  if (!options.ports.quiet) PrintRepeatedPorts(before.repeated_ports() + after.repeated_ports());
+  return Worse(old_status, new_status);
 }
 
 }  // namespace

@@ -50,20 +50,11 @@ SnapshotNumbers NumbersOf(const Port& port, const Readings& readings) {
   return numbers;
 }
 
-// The identity of a port across snapshots.
-using Key = std::tuple<std::uint64_t, std::uint32_t, std::string>;
-
-Key KeyOf(const SnapshotPort& port) {
+Snapshot::Key KeyOf(const SnapshotPort& port) {
   const SnapshotNumbers& numbers = port.numbers;
   if (numbers.port_guid != 0) return {numbers.port_guid, numbers.number, ""};
   if (!port.label.empty()) return {0, 0, port.label};
   return {0, numbers.number, ""};
-}
-
-std::map<Key, const SnapshotPort*> ByKey(const Snapshot& snapshot) {
-  std::map<Key, const SnapshotPort*> ports;
-  for (const SnapshotPort& port : snapshot.ports()) ports.emplace(KeyOf(port), &port);
-  return ports;
 }
 
 std::string NumberText(float value) {
@@ -248,20 +239,25 @@ void Snapshot::Add(std::string_view ports) {
     port.part_number = TakeText(ports);
     port.serial_number = TakeText(ports);
     port.firmware = TakeText(ports);
-    ports_.push_back(std::move(port));
+    all_ports_.push_back(std::move(port));
   }
 }
 
 void Snapshot::Finish() {
   judged_.Finish();
-  for (std::size_t i = 0; i < ports_.size(); ++i) ports_[i].verdict = judged_.VerdictOf(i);
+  for (std::size_t i = 0; i < all_ports_.size(); ++i) {
+    SnapshotPort& port = all_ports_[i];
+    port.verdict = judged_.VerdictOf(i);
+    const bool is_new = by_key_.emplace(KeyOf(port), &port).second;
+    if (!is_new) ++repeated_ports_;
+  }
 }
 
 std::vector<ChangedPort> Compare(const Snapshot& before, const Snapshot& after,
                                  const Tolerances& tolerances) {
-  const std::map<Key, const SnapshotPort*> old_ports = ByKey(before);
-  const std::map<Key, const SnapshotPort*> new_ports = ByKey(after);
-  std::map<Key, const SnapshotPort*> all = new_ports;
+  const auto& old_ports = before.ports();
+  const auto& new_ports = after.ports();
+  auto all = new_ports;
   all.insert(old_ports.begin(), old_ports.end());
   std::vector<ChangedPort> changed;
   for (const auto& [key, port] : all) {

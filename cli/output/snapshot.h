@@ -1,10 +1,13 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <iosfwd>
+#include <map>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "cable_info/readings/rules.h"
@@ -52,11 +55,18 @@ class Snapshot {
   /// Judges the ports. No port may be added after that.
   void Finish();
 
-  const std::vector<SnapshotPort>& ports() const { return ports_; }
+  /// The identity of a port across snapshots: GUID and number, or the label of a port without GUID.
+  using Key = std::tuple<std::uint64_t, std::uint32_t, std::string>;
+  /// The ports, the first one of each identity; after `Finish`.
+  const std::map<Key, const SnapshotPort*>& ports() const { return by_key_; }
+  /// The number of ports that have the identity of another one, and are left out; after `Finish`.
+  std::size_t repeated_ports() const { return repeated_ports_; }
 
  private:
   CheckResult judged_;
-  std::vector<SnapshotPort> ports_;
+  std::vector<SnapshotPort> all_ports_;
+  std::map<Key, const SnapshotPort*> by_key_;
+  std::size_t repeated_ports_ = 0;
 };
 
 /// How far a reading may move without being reported.

@@ -84,6 +84,13 @@ class Diff(ProgramTest):
         lines, _ = self.diff(before, after)
         self.assertEqual([(line["label"], line["presence"]) for line in lines], [("b", "changed")])
 
+    def test_repeated_ports_are_reported(self):
+        inputs = self.inputs([port(1), port(1)], [port(1)] * 3)
+        result = run("diff", *inputs)
+        self.assert_run(result, 0, "cableinfo: 3 ports left out: others have the same GUID and number\n")
+        self.assertEqual(result.stdout, b"0 appeared, 0 gone, 0 changed\n")
+        self.assert_run(run("diff", "-q", *inputs))
+
     def test_dumps(self):
         memory = bytearray(256)
         memory[0] = memory[128] = 0x11
