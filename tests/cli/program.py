@@ -9,6 +9,7 @@ import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 FABRIC = ROOT / "examples" / "fabric.jsonl"
+FAULTS = ROOT / "examples" / "faults.jsonl"
 EXPECTED = pathlib.Path(__file__).resolve().parent / "expected"
 
 

@@ -8,7 +8,7 @@ import re
 import subprocess
 import unittest
 
-from program import FABRIC, ROOT, ProgramTest, program, run
+from program import FABRIC, FAULTS, ROOT, ProgramTest, program, run
 
 DOCS = ROOT / "docs"
 OK, UNKNOWN, WARNING, CRITICAL = "ok", "unknown", "warning", "critical"
@@ -103,10 +103,8 @@ class Verdicts(ProgramTest):
 class Sample(ProgramTest):
     """examples/faults.jsonl has ports with faults of each kind; their labels name the rules that find them."""
 
-    FAULTS = ROOT / "examples" / "faults.jsonl"
-
     def test_each_port_has_the_faults_that_its_label_names(self):
-        *ports, summary = map(json.loads, run("check", "-q", "--json", self.FAULTS).stdout.splitlines())
+        *ports, summary = map(json.loads, run("check", "-q", "--json", FAULTS).stdout.splitlines())
         for port in ports:
             expected = set() if port["label"] == "ok" else set(port["label"].split())
             self.assertEqual({finding["rule"] for finding in port["findings"]}, expected, port)
@@ -114,7 +112,7 @@ class Sample(ProgramTest):
 
     def test_dark_lanes_are_critical(self):
         ports = {port["label"]: port for port in
-                 map(json.loads, run("check", "-q", "--json", self.FAULTS).stdout.splitlines()[:-1])}
+                 map(json.loads, run("check", "-q", "--json", FAULTS).stdout.splitlines()[:-1])}
         self.assertEqual(ports["rx-los"]["verdict"], WARNING)
         self.assertEqual(ports["rx-los lane-imbalance"]["verdict"], CRITICAL)
         self.assertEqual(ports["tx-fault"]["verdict"], CRITICAL)

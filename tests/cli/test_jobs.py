@@ -1,10 +1,12 @@
 """Any number of threads writes the same as one, in the same order."""
 
 import json
+import os
 import random
+import resource
 import unittest
 
-from program import ProgramTest, run, summary
+from program import FABRIC, FAULTS, ProgramTest, run, summary
 
 JOBS = (2, 3, 8, 32)
 LINES = 3000  # several times what is decoded at once
@@ -60,6 +62,18 @@ class Jobs(ProgramTest):
             self.assertGreater(result.stderr.count(b"\n"), 300)
             self.assertGreater(result.stdout.count(b"\n"), 2000)
 
+    def test_every_command_writes_the_same(self):
+        samples = [json.loads(line) for path in (FABRIC, FAULTS) for line in path.read_bytes().splitlines()]
+        ports = [{**samples[number % len(samples)], "port_num": number} for number in range(1500)]
+        path = self.file("ports.jsonl", b"".join(json.dumps(port).encode() + b"\n" for port in ports))
+        for command, *options in (("module",), ("module", "--json"), ("check",), ("check", "--json"),
+                                  ("diff", FABRIC), ("metrics",)):
+            result = self.assert_same(command, *options, path, status=6 if command == "check" else 0)
+            self.assertGreater(result.stdout.count(b"\n"), 20, command)
+
+    def test_messages_are_limited_alike(self):
+        self.assert_same("table", status=1, stdin=(b'{"portnum":1}\n' * 3 + b'{"port_num":1}\n') * 3000)
+
     def test_ports_keep_the_order_of_the_input(self):
         table = self.assert_same("table", "--no-header", self.first, self.second, status=1)
         numbers = [int(row.split(b",")[2]) for row in table.stdout.splitlines()]
@@ -97,6 +111,27 @@ class Jobs(ProgramTest):
         self.assertEqual(len(headings), 1000)
         for number, heading in enumerate(headings):
             self.assertTrue(heading.rstrip().endswith(b"PortNum: %d" % number), heading)
+
+    def test_a_run_goes_on_with_the_threads_that_it_gets(self):
+        ports = b'{"port_num":1}\n' * 5000
+        if os.getuid() == 0:
+            # The limit does not hold for root; another user can do without permissions here.
+            def become_nobody():
+                resource.setrlimit(resource.RLIMIT_NPROC, (1, 1))
+                os.setgid(65534)
+                os.setuid(65534)
+        else:
+            def become_nobody():
+                resource.setrlimit(resource.RLIMIT_NPROC, (1, 1))
+        # At its end the address sanitizer would search for leaks in a process that it cannot create.
+        environment = {**os.environ, "ASAN_OPTIONS": "detect_leaks=0"}
+        try:
+            result = run("table", "--no-header", "-j", "32", stdin=ports, preexec_fn=become_nobody,
+                         env=environment)
+        except PermissionError:
+            self.skipTest("another user may not run the program where it is")
+        self.assert_run(result)
+        self.assertEqual(result.stdout.count(b"\n"), 5000)
 
     def test_the_number_of_threads_is_limited(self):
         for jobs in ("0", "33", "-1", "two", ""):

@@ -6,9 +6,8 @@ import json
 import re
 import unittest
 
-from program import FABRIC, ROOT, ProgramTest, run
+from program import FABRIC, FAULTS, ProgramTest, run
 
-FAULTS = ROOT / "examples" / "faults.jsonl"
 HOSTILE = "</script><img src=x onerror=alert(1)>&<!--\u2028\u2029"
 
 OPTIC = {"Identifier": 0x11, "VendorName": "Acme", "PartNumber": "P1", "SerialNumber": "S1",

@@ -6,9 +6,8 @@ import sqlite3
 import subprocess
 import unittest
 
-from program import FABRIC, ROOT, ProgramTest, program, run
+from program import FABRIC, FAULTS, ProgramTest, program, run
 
-FAULTS = ROOT / "examples" / "faults.jsonl"
 COMMANDS = (("table",), ("table", "--json"), ("report",), ("export",), ("check", "--json"), ("check",), ("metrics",))
 
 
