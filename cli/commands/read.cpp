@@ -200,7 +200,7 @@ std::optional<std::vector<LivePort>> Ports(const ReadOptions& options) {
   std::string names;
   for (const LivePort& port : all) names += (names.empty() ? "" : ", ") + port.Name();
   for (const std::string& name : unknown) {
-    PrintError("cableinfo: no port \"" + name + "\"; " +
+    PrintError("cableinfo: no port or EEPROM file \"" + name + "\"; " +
                (names.empty() ? "none was found" : "the ports are " + names));
   }
   return std::nullopt;

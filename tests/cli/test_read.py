@@ -127,7 +127,7 @@ class Scan(ReadTest):
 
     def test_unknown_names_are_answered_with_the_known_ones(self):
         self.adapter("hca0", 0x1000, interfaces=[("ib0", 0)])
-        self.assert_run(self.read("--scan", "ib7"), 2, 'cableinfo: no port "ib7"; the ports are ib0\n')
+        self.assert_run(self.read("--scan", "ib7"), 2, 'cableinfo: no port or EEPROM file "ib7"; the ports are ib0\n')
         for name in ("..", ".", "", "/no/such/file"):
             self.assertEqual(self.read("--scan", name).returncode, 2, name)
 
