@@ -132,6 +132,12 @@ std::optional<double> BiasMultiplierOf(unsigned code) {
   return code < std::size(kMultipliers) ? std::optional<double>(kMultipliers[code]) : std::nullopt;
 }
 
+// Of 01h:163.3-0; none for the reserved codes.
+std::optional<double> CdbEplPages(unsigned code) {
+  constexpr double kPages[] = {0, 1, 2, 3, 4, 8, 12, 16};
+  return code < std::size(kPages) ? std::optional<double>(kPages[code]) : std::nullopt;
+}
+
 // Four masks with that of the high alarm in bit 3, not in bit 0.
 unsigned HighAlarmFirst(unsigned masks) {
   unsigned reversed = 0;
@@ -153,6 +159,10 @@ std::optional<double> NumberOf(Decoding& to, Field field, unsigned raw) {
       return static_cast<double>((raw & 0x1FU) << (raw >> 5U));
     case Field::kPageChangeTime:  // ms
       return 10.0 / static_cast<double>(1U << raw);
+    case Field::kCdbEplPages:
+      return CdbEplPages(raw);
+    case Field::kCdbAccessSize:
+      return 8 * (raw + 1.0);
     case Field::kBanks:
       return BanksOf(to.image);
     case Field::kNadBanks:
@@ -619,7 +629,9 @@ LaneValue OwnLaneField(const ModuleImage& image, const LaneMapField& line, Adver
       if (value.IsPresent() && is_power_up) value.number = 1 - value.number;
       return value;
     }
-    case LaneField::kDataPathFirstLane: {
+    case LaneField::kDataPathFirstLane:
+    case LaneField::kProvisionedTxFirstLane:
+    case LaneField::kProvisionedRxFirstLane: {
       LaneValue value = ReadLaneField(image, line, advertised, at.lane, at.bank);
       if (value.IsPresent()) value.number += 1 + at.bank * kLanesPerBank;
       return value;
@@ -682,6 +694,17 @@ void DecodeBank(Decoding& to, const LaneLayout& layout, unsigned bank, Lane* lan
   }
 }
 
+// The application of a lane is one of the 15 of its block.
+void AddApplicationBlocks(std::vector<Lane>& lanes) {
+  for (Lane& lane : lanes) {
+    const LaneValue block = lane[LaneField::kApplicationBlock];
+    LaneValue application = lane[LaneField::kApplication];
+    if (!block.IsPresent() || !application.IsPresent() || application.number == 0) continue;
+    application.number += kApplications * block.number;
+    lane.Set(LaneField::kApplication, application);
+  }
+}
+
 void DecodeLanes(Decoding& to, const LaneLayout& layout, bool is_flat) {
   static const Lane kLane;  // a copy is cheaper than a new one
   to.info.lanes.reserve(std::size_t{layout.banks} * kLanesPerBank);
@@ -696,6 +719,7 @@ void DecodeLanes(Decoding& to, const LaneLayout& layout, bool is_flat) {
   for (unsigned bank = 0; bank < layout.banks; ++bank) {
     DecodeBank(to, layout, bank, to.info.lanes.data() + bank * per_bank, per_bank);
   }
+  if (Ask(to.image, kApplicationBlocks) == Advertised::kYes) AddApplicationBlocks(to.info.lanes);
 }
 
 // ---------------------------------------------------------------------------------------------

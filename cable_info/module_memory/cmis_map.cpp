@@ -212,6 +212,8 @@ constexpr MapField kFields[] = {
     {Field::kTxEqBuffers, Page::k01, 161, Bits(6, 5), kNumber, kAlways, "4.0"},
     {Field::kRxOutputEqControls, Page::k01, 162, Bits(4, 3), Code(kRxEqControls), kAlways, "4.0"},
     {Field::kCdbInstances, Page::k01, 163, Bits(7, 6), Code(kCdbInstances), kAlways, "4.0"},
+    {Field::kCdbEplPages, Page::k01, 163, Bits(3, 0), kOwn, kCdb1, "4.0"},
+    {Field::kCdbAccessSize, Page::k01, 164, kByte, kOwn, kCdb1, "4.0"},
     {Field::kModulePowerDownTime, Page::k01, 167, Bits(7, 4), Code(kDurations), kAlways, "4.0"},
     {Field::kModulePowerUpTime, Page::k01, 167, Bits(3, 0), Code(kDurations), kAlways, "4.0"},
     {Field::kTxTurnOffTime, Page::k01, 168, Bits(7, 4), Code(kDurations), kAlways, "4.0"},
@@ -261,6 +263,12 @@ constexpr MapField kFields[] = {
     {Field::kFirmwareFixed, kPage0D, 220, Bytes(4), kOwn, kFirmwareFixed, "5.4"},
     {Field::kFirmwareFixedText, kPage0D, 224, Bytes(32), kText, kFirmwareFixed, "5.4"},
 
+    // Pages 1Dh and 6Dh
+    {Field::kHostLaneSwitchingTime, kPage1D, 128, Bits(7, 4), Code(kDurations), kHostLaneSwitching, "5.3"},
+    {Field::kHostLaneSwitching, kPage1D, 152, Bit(0), kFlag, kHostLaneSwitching, "5.3"},
+    {Field::kMediaLaneSwitchingTime, kPage6D, 128, Bits(7, 4), Code(kDurations), kMediaLaneSwitching, "5.4"},
+    {Field::kMediaLaneSwitching, kPage6D, 152, Bit(0), kFlag, kMediaLaneSwitching, "5.4"},
+
     // Pages 13h and 14h
     {Field::kGatingSupport, Page::k13, 129, Bits(7, 6), Code(kGatings), kDiagnostics, "4.0"},
     {Field::kHostGeneratorPatterns, Page::k13, 132, kWord, kOwn, kDiagnostics, "4.0"},
@@ -292,6 +300,7 @@ constexpr MapField kFields[] = {
 constexpr auto kByLane = LaneOrder::kBitsUp;
 constexpr auto kNibbles = LaneOrder::kLowNibbleFirst;
 constexpr auto kApart = LaneOrder::kApart;
+constexpr auto kQuads = LaneOrder::kQuads;
 constexpr auto kOfAll = LaneOrder::kModule;
 constexpr auto kHost = LaneSide::kHost;
 constexpr auto kMedia = LaneSide::kMedia;
@@ -381,9 +390,27 @@ constexpr LaneMapField kLaneFields[] = {
     {LaneField::kNetworkPathInitPending, kPage16, 204, kByte, kByLane, kFlag, kNetworkPath, "5.4", kHost},
     {LaneField::kNetworkPathStateChanged, kPage17, 128, kByte, kByLane, kFlag, kNetworkPath, "5.4", kHost},
     {LaneField::kNetworkPathStateMask, kPage17, 192, kByte, kByLane, kFlag, kNetworkPath, "5.4", kHost},
+    // Page 19h
+    {LaneField::kProvisionedTxApplication, kPage19, 128, Bits(7, 4), kApart, kNumber, kUnidirectional, "5.2", kHost},
+    {LaneField::kProvisionedTxFirstLane, kPage19, 128, Bits(3, 1), kApart, kOwn, kUnidirectional, "5.2", kHost},
+    {LaneField::kProvisionedRxApplication, kPage19, 136, Bits(7, 4), kApart, kNumber, kUnidirectional, "5.2", kHost},
+    {LaneField::kProvisionedRxFirstLane, kPage19, 136, Bits(3, 1), kApart, kOwn, kUnidirectional, "5.2", kHost},
+    {LaneField::kApplicationBlock, kPage19, 144, kByte, kApart, kNumber, kApplicationBlocks, "5.3", kHost},
+    // Pages 1Dh and 6Dh
+    {LaneField::kSwitchedHostLane, kPage1D, 136, kByte, kApart, kNumber, kHostLaneSwitching, "5.3", kHost},
+    {LaneField::kSwitchedMediaLane, kPage6D, 136, kByte, kApart, kNumber, kMediaLaneSwitching, "5.4", kMedia},
     // Page 60h
     {LaneField::kTxInverted, kPage60, 128, kByte, kByLane, kFlag, kLaneExtensions, "5.4", kHost},
     {LaneField::kRxInverted, kPage60, 129, kByte, kByLane, kFlag, kLaneExtensions, "5.4", kHost},
+    // Pages 61h and 62h
+    {LaneField::kTxHostAcquisitions, kPage61, 128, kWord, kApart, kNumber, kAcquisitionCounters, "5.4", kHost},
+    {LaneField::kRxMediaAcquisitions, kPage61, 144, kWord, kApart, kNumber, kAcquisitionCounters, "5.4", kMedia},
+    {LaneField::kTxDataPathAcquisitions, kPage61, 160, kWord, kApart, kNumber, kAcquisitionCounters, "5.4", kHost},
+    {LaneField::kRxDataPathAcquisitions, kPage61, 176, kWord, kApart, kNumber, kAcquisitionCounters, "5.4", kHost},
+    {LaneField::kTxPowerHighAlarm, kPage62, 128, kWord, kQuads, Signed(Per(100)), kLaneThresholds, "5.4", kMedia},
+    {LaneField::kTxPowerLowAlarm, kPage62, 130, kWord, kQuads, Signed(Per(100)), kLaneThresholds, "5.4", kMedia},
+    {LaneField::kTxPowerHighWarning, kPage62, 132, kWord, kQuads, Signed(Per(100)), kLaneThresholds, "5.4", kMedia},
+    {LaneField::kTxPowerLowWarning, kPage62, 134, kWord, kQuads, Signed(Per(100)), kLaneThresholds, "5.4", kMedia},
     // Pages 13h and 14h
     {LaneField::kHostGenerator, Page::k13, 144, kByte, kByLane, kFlag, kDiagnostics, "4.0", kHost},
     {LaneField::kHostGeneratorInverted, Page::k13, 145, kByte, kByLane, kFlag, By(HasDiagnosticsBit<141, 0>, "01h:142.5 and 13h:141.0"), "4.0", kHost},

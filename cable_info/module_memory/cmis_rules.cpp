@@ -82,6 +82,10 @@ unsigned ApplicationBanksOf(const ModuleImage& image) {
   return IsSince(image, 0x54) == Advertised::kYes ? banks : banks & kFourBits;
 }
 
+Advertised HasApplicationBlocks(const ModuleImage& image) {
+  return Both(IsSince(image, 0x53), AdvertisedBy(BitsOf(image, Page::k01, 175), IsNotZero));
+}
+
 Advertised HasPasswordResult(const ModuleImage& image) {
   constexpr unsigned kSupported = 2;
   return Both(IsSince(image, 0x53),

@@ -20,12 +20,17 @@ inline constexpr Page kPage0D = PageOf(0x0D);
 inline constexpr Page kPage15 = PageOf(0x15);
 inline constexpr Page kPage16 = PageOf(0x16);
 inline constexpr Page kPage17 = PageOf(0x17);
+inline constexpr Page kPage19 = PageOf(0x19);
 inline constexpr Page kPage1C = PageOf(0x1C);
+inline constexpr Page kPage1D = PageOf(0x1D);
 inline constexpr Page kPage2C = PageOf(0x2C);
 inline constexpr Page kPage2F = PageOf(0x2F);
 inline constexpr Page kPage34 = PageOf(0x34);
 inline constexpr Page kPage35 = PageOf(0x35);
 inline constexpr Page kPage60 = PageOf(0x60);
+inline constexpr Page kPage61 = PageOf(0x61);
+inline constexpr Page kPage62 = PageOf(0x62);
+inline constexpr Page kPage6D = PageOf(0x6D);
 
 /// The bits `high`..`low` of a byte; none when it was not read.
 inline std::optional<unsigned> BitsOf(const ModuleImage& image, Page page, std::size_t byte,
@@ -93,6 +98,9 @@ Advertised HasGrid(const ModuleImage& image) {
   return HasTunableBit(image, kByteNumber, kBit, kRevision);
 }
 
+/// Lanes may use applications of page 1Ch: 01h:175 is not 0, CMIS 5.3 or later.
+Advertised HasApplicationBlocks(const ModuleImage& image);
+
 /// \name The pages of a function
 /// @{
 inline constexpr Advertisement kTunable =
@@ -111,6 +119,18 @@ inline constexpr Advertisement kFirmwarePage =
     By(BitSince<Page::k01, 173, 6, 0x54>, "01h:173.6, CMIS 5.4 or later");
 inline constexpr Advertisement kLaneExtensions =
     By(BitSince<Page::k01, 174, 7, 0x54>, "01h:174.7, CMIS 5.4 or later");
+inline constexpr Advertisement kAcquisitionCounters =
+    By(BitSince<Page::k01, 174, 6, 0x54>, "01h:174.6, CMIS 5.4 or later");
+inline constexpr Advertisement kLaneThresholds =
+    By(BitSince<Page::k01, 174, 5, 0x54>, "01h:174.5, CMIS 5.4 or later");
+inline constexpr Advertisement kUnidirectional =
+    By(BitSince<Page::k01, 162, 6, 0x52>, "01h:162.6, CMIS 5.2 or later");
+inline constexpr Advertisement kHostLaneSwitching =
+    By(BitSince<Page::k01, 252, 7, 0x53>, "01h:252.7, CMIS 5.3 or later");
+inline constexpr Advertisement kMediaLaneSwitching =
+    By(BitSince<Page::k01, 252, 5, 0x54>, "01h:252.5, CMIS 5.4 or later");
+inline constexpr Advertisement kApplicationBlocks =
+    By(HasApplicationBlocks, "01h:175 is not 0, CMIS 5.3 or later");
 /// @}
 
 /// A bit of page 13h, of a module with diagnostic pages.

@@ -124,6 +124,8 @@ LanePlace PlaceOf(const LaneMapField& line, unsigned lane) {
       return {line.byte + n / 2, n % 2 == 0 ? Bits(3, 0) : Bits(7, 4)};
     case LaneOrder::kApart:
       return {line.byte + std::size_t{n} * line.extent.bytes, line.extent};
+    case LaneOrder::kQuads:
+      return {line.byte + std::size_t{n} * 4 * line.extent.bytes, line.extent};
     case LaneOrder::kModule:
       break;
   }

@@ -30,13 +30,27 @@ constexpr AdvertisedPages kSff8636Pages[] = {
     {0x03, 0x03, Banks::kOne, kAlways},
 };
 
+Advertised HasPage19(const ModuleImage& image) {
+  return Either(Ask(image, kUnidirectional), Ask(image, kApplicationBlocks));
+}
+
 // CMIS 5.4, table 8-1. Page 01h precedes the others because it advertises them.
 constexpr AdvertisedPages kCmisPages[] = {
-    {0x01, 0x02, Banks::kOne, kAlways},       {0x10, 0x11, Banks::kAll, kAlways},
-    {0x04, 0x04, Banks::kOne, kTunable},      {0x0C, 0x0C, Banks::kOne, kPageMap},
-    {0x0D, 0x0D, Banks::kOne, kFirmwarePage}, {0x12, 0x12, Banks::kAll, kTunable},
-    {0x13, 0x14, Banks::kAll, kDiagnostics},  {0x15, 0x15, Banks::kAll, kTiming},
-    {0x16, 0x17, Banks::kAll, kNetworkPath},  {0x60, 0x60, Banks::kAll, kLaneExtensions},
+    {0x01, 0x02, Banks::kOne, kAlways},
+    {0x10, 0x11, Banks::kAll, kAlways},
+    {0x04, 0x04, Banks::kOne, kTunable},
+    {0x0C, 0x0C, Banks::kOne, kPageMap},
+    {0x0D, 0x0D, Banks::kOne, kFirmwarePage},
+    {0x12, 0x12, Banks::kAll, kTunable},
+    {0x13, 0x14, Banks::kAll, kDiagnostics},
+    {0x15, 0x15, Banks::kAll, kTiming},
+    {0x16, 0x17, Banks::kAll, kNetworkPath},
+    {0x19, 0x19, Banks::kAll, By(HasPage19, "01h:162.6, or 01h:175 is not 0")},
+    {0x1D, 0x1D, Banks::kAll, kHostLaneSwitching},
+    {0x60, 0x60, Banks::kAll, kLaneExtensions},
+    {0x61, 0x61, Banks::kAll, kAcquisitionCounters},
+    {0x62, 0x62, Banks::kAll, kLaneThresholds},
+    {0x6D, 0x6D, Banks::kAll, kMediaLaneSwitching},
 };
 
 constexpr std::uint8_t kHalfSize = ModuleImage::kHalf;

@@ -113,6 +113,18 @@ std::set<std::string> AllKeys() {
   return keys;
 }
 
+// All lane fields of tuning but the thresholds of page 62h.
+const std::vector<std::string> kFieldsOfPage12 = {
+    "lanes.tuning.grid",         "lanes.tuning.fine_*",     "lanes.tuning.channel*",
+    "lanes.tuning.laser_*",      "lanes.tuning.target_*",   "lanes.tuning.tuning_*",
+    "lanes.tuning.wavelength_*", "lanes.tuning.invalid_*",  "lanes.tuning.flags_*",
+    "lanes.tuning.relative_*"};
+
+std::vector<std::string> Joined(std::vector<std::string> a, const std::vector<std::string>& b) {
+  a.insert(a.end(), b.begin(), b.end());
+  return a;
+}
+
 // Bits of a byte that are cleared, and the fields that are then not implemented.
 struct Bits {
   Page page;
@@ -132,7 +144,7 @@ std::vector<Bits> Page01() {
       {kPage, 145, 0x10, {}},
       {kPage, 145, 0x08, {"lanes.details.rx_latency_ns", "lanes.details.tx_latency_ns"}},
       {kPage, 155, 0x80, {}},
-      {kPage, 155, 0x40, {"tuning.*", "lanes.tuning.*"}},
+      {kPage, 155, 0x40, Joined({"tuning.*"}, kFieldsOfPage12)},
       {kPage, 155, 0x10, {"details.tx_squelch"}},  // not 3
       {kPage, 155, 0x20, {"details.tx_squelch"}},
       {kPage, 155, 0x08, {"lanes.details.tx_force_squelch"}},
@@ -165,22 +177,27 @@ std::vector<Bits> Page01() {
       {kPage, 161, 0x04, {"lanes.controls.tx_input_eq", "details.max_tx_input_eq_db"}},
       {kPage, 161, 0x02, {}},
       {kPage, 161, 0x01, {"lanes.controls.tx_cdr"}},
-      {kPage, 162, 0xE0, {}},
+      {kPage, 162, 0xA0, {}},
+      {kPage, 162, 0x40, {"lanes.data_path.provisioned_*"}},
       {kPage, 162, 0x10, {"lanes.controls.rx_post_cursor", "details.max_rx_post_cursor"}},
       {kPage, 162, 0x08, {"lanes.controls.rx_pre_cursor", "details.max_rx_pre_cursor"}},
       {kPage, 162, 0x04, {"lanes.controls.rx_amplitude", "details.rx_amplitudes"}},
       {kPage, 162, 0x02, {}},
       {kPage, 162, 0x01, {"lanes.controls.rx_cdr"}},
       {kPage, 163, 0x80, {"details.cdb2_*"}},  // one instance
-      {kPage, 163, 0xC0, {"details.cdb1_*", "details.cdb2_*"}},
+      {kPage, 163, 0xC0, {"details.cdb1_*", "details.cdb2_*", "details.cdb_epl_pages", "details.cdb_access_bytes"}},
       {kPage, 163, 0x3F, {}},
       {kPage, 173, 0x80, {"details.pages_supported"}},
       {kPage, 173, 0x40, {"details.firmware_*"}},
       {kPage, 174, 0x80, {"lanes.details.tx_inverted", "lanes.details.rx_inverted"}},
-      {kPage, 174, 0x60, {}},
+      {kPage, 174, 0x40, {"lanes.data_path.tx_host_acquisitions", "lanes.data_path.rx_media_acquisitions", "lanes.data_path.tx_acquisitions", "lanes.data_path.rx_acquisitions"}},
+      {kPage, 174, 0x20, {"lanes.tuning.power_high_alarm_dbm", "lanes.tuning.power_low_alarm_dbm", "lanes.tuning.power_high_warning_dbm", "lanes.tuning.power_low_warning_dbm"}},
+      {kPage, 175, 0x01, {"lanes.data_path.application_block"}},
       {kPage, 251, 0x08, {"details.password_result"}},  // not 2
       {kPage, 251, 0xA2, {}},
-      {kPage, 252, 0xE0, {}},
+      {kPage, 252, 0x80, {"details.host_lane_switching", "details.host_lane_switching_time", "lanes.data_path.switched_host_lane"}},
+      {kPage, 252, 0x40, {}},
+      {kPage, 252, 0x20, {"details.media_lane_switching", "details.media_lane_switching_time", "lanes.data_path.switched_media_lane"}},
   };
 }
 
@@ -330,7 +347,7 @@ std::vector<MissingPage> MissingPages() {
         "lanes.data_path.explicit_control",
         "lanes.data_path.tx_eq_recalled_buffer",
         "lanes.data_path.init_pending"}},
-      {0x12, {"lanes.tuning.*"}},
+      {0x12, kFieldsOfPage12},
       {0x14,
        {"diagnostics.selector", "diagnostics.reference_clock_lost",
         "lanes.diagnostics.host_generator_lol", "lanes.diagnostics.host_checker_lol",
@@ -342,7 +359,20 @@ std::vector<MissingPage> MissingPages() {
         "lanes.data_path.network_path_init_pending"}},
       {0x17,
        {"lanes.data_path.network_path_state_changed", "lanes.data_path.network_path_state_mask"}},
+      {0x19, {"lanes.data_path.provisioned_*", "lanes.data_path.application_block"}},
+      {0x1D,
+       {"details.host_lane_switching", "details.host_lane_switching_time",
+        "lanes.data_path.switched_host_lane"}},
       {0x60, {"lanes.details.tx_inverted", "lanes.details.rx_inverted"}},
+      {0x61,
+       {"lanes.data_path.tx_host_acquisitions", "lanes.data_path.rx_media_acquisitions",
+        "lanes.data_path.tx_acquisitions", "lanes.data_path.rx_acquisitions"}},
+      {0x62,
+       {"lanes.tuning.power_high_alarm_dbm", "lanes.tuning.power_low_alarm_dbm",
+        "lanes.tuning.power_high_warning_dbm", "lanes.tuning.power_low_warning_dbm"}},
+      {0x6D,
+       {"details.media_lane_switching", "details.media_lane_switching_time",
+        "lanes.data_path.switched_media_lane"}},
   };
 }
 
@@ -393,7 +423,10 @@ TEST(CmisRevisions, AddTheirFieldsAndNoOthers) {
         "details.pages_supported", "details.firmware_*", "lanes.details.tx_default_inverted",
         "lanes.details.rx_default_inverted", "lanes.details.tx_inverted",
         "lanes.details.rx_inverted", "tuning.grid_300ghz_*", "lanes.tuning.relative_*",
-        "lanes.data_path.network_path_*", "details.vdm_duty_cycle_percent"}},
+        "lanes.tuning.power_*", "lanes.data_path.network_path_*", "details.vdm_duty_cycle_percent",
+        "details.media_lane_switching*", "lanes.data_path.switched_media_lane",
+        "lanes.data_path.tx_host_acquisitions", "lanes.data_path.rx_media_acquisitions",
+        "lanes.data_path.tx_acquisitions", "lanes.data_path.rx_acquisitions"}},
       {0x52,
        0x53,
        {"details.auto_commissioning", "details.state_machines", "details.function_type",
@@ -401,8 +434,9 @@ TEST(CmisRevisions, AddTheirFieldsAndNoOthers) {
         "details.password_result", "media.attenuation_db.53p1ghz", "details.page_change_time_ms",
         "details.nad_banks", "details.scratch_pad", "details.password_entry",
         "details.password_entry_result", "details.full_page_read", "tuning.grid_150ghz_*",
-        "details.vdm_power_saving"}},
-      {0x51, 0x52, {"details.bank_broadcast"}},
+        "details.vdm_power_saving", "details.host_lane_switching*",
+        "lanes.data_path.switched_host_lane", "lanes.data_path.application_block"}},
+      {0x51, 0x52, {"details.bank_broadcast", "lanes.data_path.provisioned_*"}},
       {0x50, 0x51, {}},
       {0x4F,
        0x50,
@@ -413,8 +447,8 @@ TEST(CmisRevisions, AddTheirFieldsAndNoOthers) {
       {0x40, 0x4F, {}},
       {0x30,
        0x40,
-       {"details.low_power_pin_enabled", "details.cdb1_*", "details.cdb2_*", "tuning.*",
-        "lanes.tuning.*", "diagnostics.*", "lanes.diagnostics.*", "details.vdm_*"}},
+       {"details.low_power_pin_enabled", "details.cdb1_*", "details.cdb2_*", "details.cdb_epl_pages",
+        "details.cdb_access_bytes", "tuning.*", "lanes.tuning.*", "diagnostics.*", "lanes.diagnostics.*", "details.vdm_*"}},
   };
   const std::set<std::string> all = AllKeys();
   std::set<std::string> absent;  // in all older revisions

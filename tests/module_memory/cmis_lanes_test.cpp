@@ -169,6 +169,11 @@ constexpr double kNone = std::numeric_limits<double>::infinity();  // not presen
 
 // clang-format off
 std::vector<LaneCase> StateCases() {
+  // The first word of the quad of each lane
+  const std::vector<unsigned> powers = {
+      0x01, 0x5E, 0, 0, 0, 0, 0, 0, 0xFF, 0xFF, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0xFA, 0x88, 0, 0, 0, 0, 0, 0,
+      0x00, 0x64, 0, 0, 0, 0, 0, 0, 0x00, 0x00, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 0x80, 0x00};
+  const std::vector<double> power_values = {3.5, -0.01, 0.01, -14, 1, 0, 2.56, -327.68};
   return {
       // Nibbles: the low one is the odd lane's
       {LaneField::kDataPathState, Page::k11, 128, {0x21, 0x43, 0x65, 0x17}, {1, 2, 3, 4, 5, 6, 7, 1}},
@@ -191,6 +196,23 @@ std::vector<LaneCase> StateCases() {
       // Words
       {LaneField::kRxLatency, PageOf(0x15), 224, {1, 2, 0, 10, 0, 1, 1, 0, 0xFF, 0xFF, 0x80, 0, 0, 0, 3, 4}, {258, 10, 1, 256, 65535, 32768, 0, 772}},
       {LaneField::kTxLatency, PageOf(0x15), 240, {0, 10, 1, 2, 1, 0, 0, 1, 0x80, 0, 0xFF, 0xFF, 3, 4, 0, 0}, {10, 258, 256, 1, 32768, 65535, 772, 0}},
+      {LaneField::kTxHostAcquisitions, PageOf(0x61), 128, {0, 1, 0, 2, 1, 0, 0xFF, 0xFF, 0, 0, 0, 10, 0x80, 0, 0, 3}, {1, 2, 256, 65535, 0, 10, 32768, 3}},
+      {LaneField::kRxMediaAcquisitions, PageOf(0x61), 144, {0, 9, 0, 8, 0, 7, 0, 6, 0, 5, 0, 4, 0, 3, 2, 1}, {9, 8, 7, 6, 5, 4, 3, 513}},
+      {LaneField::kTxDataPathAcquisitions, PageOf(0x61), 160, {1, 1, 0, 0, 0, 7, 0, 6, 0, 5, 0, 4, 0, 3, 0, 0}, {257, 0, 7, 6, 5, 4, 3, 0}},
+      {LaneField::kRxDataPathAcquisitions, PageOf(0x61), 176, {0, 0, 2, 2, 0, 7, 0, 6, 0, 5, 0, 4, 0, 3, 0xFF, 0xFE}, {0, 514, 7, 6, 5, 4, 3, 65534}},
+      // Bits 7..4 and 3..1 of a byte per lane, as on page 11h
+      {LaneField::kProvisionedTxApplication, PageOf(0x19), 128, {0x10, 0x20, 0x34, 0x44, 0x58, 0x68, 0xFC, 0x0F}, {1, 2, 3, 4, 5, 6, 15, 0}},
+      {LaneField::kProvisionedTxFirstLane, PageOf(0x19), 128, {0x10, 0x21, 0x34, 0xF5, 0x58, 0x68, 0xFC, 0x0F}, {1, 1, 3, 3, 5, 5, 7, 8}},
+      {LaneField::kProvisionedRxApplication, PageOf(0x19), 136, {0x0F, 0x20, 0x34, 0x44, 0x58, 0x68, 0xFC, 0x10}, {0, 2, 3, 4, 5, 6, 15, 1}},
+      {LaneField::kProvisionedRxFirstLane, PageOf(0x19), 136, {0x0F, 0x21, 0x34, 0xF5, 0x58, 0x68, 0xFC, 0x10}, {8, 1, 3, 3, 5, 5, 7, 1}},
+      {LaneField::kApplicationBlock, PageOf(0x19), 144, {0, 1, 2, 3, 4, 0xFF, 6, 7}, {0, 1, 2, 3, 4, 255, 6, 7}},
+      {LaneField::kSwitchedHostLane, PageOf(0x1D), 136, {8, 7, 6, 5, 4, 3, 2, 1}, {8, 7, 6, 5, 4, 3, 2, 1}},
+      {LaneField::kSwitchedMediaLane, PageOf(0x6D), 136, {2, 1, 4, 3, 0, 8, 16, 5}, {2, 1, 4, 3, 0, 8, 16, 5}},
+      // Four words of each lane: high alarm, low alarm, high warning and low warning
+      {LaneField::kTxPowerHighAlarm, PageOf(0x62), 128, powers, power_values},
+      {LaneField::kTxPowerLowAlarm, PageOf(0x62), 130, powers, power_values},
+      {LaneField::kTxPowerHighWarning, PageOf(0x62), 132, powers, power_values},
+      {LaneField::kTxPowerLowWarning, PageOf(0x62), 134, powers, power_values},
       // The four masks from high alarm down; one byte per level with one bit per lane
       {LaneField::kTxPowerMask, Page::k10, 218, {0x81, 0x02, 0x04, 0x88}, {8, 4, 2, 1, 0, 0, 0, 9}},
       {LaneField::kTxBiasMask, Page::k10, 222, {0x80, 0x40, 0x20, 0x01}, {1, 0, 0, 0, 0, 2, 4, 8}},
@@ -300,7 +322,8 @@ std::vector<LaneCase> LaneCases() {
 Memory TwoBanks() {
   Memory memory = FullModule();
   memory.Put(Page::kLower, 0, {0x21}).Put(Page::k00, 128, {0x21}).Put(Page::k01, 142, {0xFD});
-  for (const unsigned page : {0x10U, 0x11U, 0x12U, 0x13U, 0x14U, 0x15U, 0x16U, 0x17U, 0x60U}) {
+  for (const unsigned page : {0x10U, 0x11U, 0x12U, 0x13U, 0x14U, 0x15U, 0x16U, 0x17U, 0x19U, 0x1DU,
+                              0x60U, 0x61U, 0x62U, 0x6DU}) {
     memory.Add(PageOf(static_cast<std::uint8_t>(page), 1));
   }
   return memory;
@@ -314,9 +337,28 @@ void ExpectValues(const ModuleInfo& info, const LaneCase& expected, unsigned ban
     const LaneValue& value = info.lanes[at][expected.field];
     EXPECT_EQ(value.IsPresent(), expected.values[n] != kNone);
     if (!value.IsPresent()) continue;
-    const bool is_lane = expected.field == LaneField::kDataPathFirstLane;
+    const bool is_lane = expected.field == LaneField::kDataPathFirstLane ||
+                         expected.field == LaneField::kProvisionedTxFirstLane ||
+                         expected.field == LaneField::kProvisionedRxFirstLane;
     EXPECT_DOUBLE_EQ(value.number, expected.values[n] + (is_lane ? bank * kLanes : 0));
   }
+}
+
+// Application number = 15 x block + AppSel; AppSel 0 is no application.
+TEST(CmisLanes, ApplicationsAreThoseOfTheirBlock) {
+  Memory memory = FullModule();
+  memory.Put(Page::k11, 206, {0x10, 0x20, 0xF0, 0x00, 0x30}).Put(PageOf(0x19), 144, {0, 1, 2, 3});
+  const auto applications = [](const ModuleInfo& info) {
+    std::vector<double> numbers;
+    for (const Lane& lane : info.lanes) numbers.push_back(lane[LaneField::kApplication].number);
+    return numbers;
+  };
+  EXPECT_EQ(applications(memory.Decode()), (std::vector<double>{1, 17, 45, 0, 3, 0, 0, 0}));
+  const std::vector<double> of_page_11h = {1, 2, 15, 0, 3, 0, 0, 0};
+  memory.Put(Page::k01, 175, {0});  // no blocks
+  EXPECT_EQ(applications(memory.Decode()), of_page_11h);
+  memory.Put(Page::k01, 175, {1}).Drop(PageOf(0x19));
+  EXPECT_EQ(applications(memory.Decode()), of_page_11h);
 }
 
 TEST(CmisLanes, NumbersOfAllLanesAndBanksHaveTheirPlaceAndUnit) {

@@ -83,8 +83,8 @@ inline Memory BareModule() {
 /// The same with everything advertised, and the pages of it.
 inline Memory FullModule() {
   Memory memory = BareModule();
-  for (const unsigned page :
-       {0x04U, 0x0CU, 0x0DU, 0x12U, 0x13U, 0x14U, 0x15U, 0x16U, 0x17U, 0x2FU, 0x60U}) {
+  for (const unsigned page : {0x04U, 0x0CU, 0x0DU, 0x12U, 0x13U, 0x14U, 0x15U, 0x16U, 0x17U, 0x19U,
+                              0x1DU, 0x2FU, 0x60U, 0x61U, 0x62U, 0x6DU}) {
     memory.Add(PageOf(static_cast<std::uint8_t>(page)));
   }
   memory.Put(Page::kLower, 2, {0x40});   // stepped configuration only
@@ -92,7 +92,7 @@ inline Memory FullModule() {
   memory.Put(Page::k01, 142, {0xFC});
   memory.Put(Page::k01, 155, {0xFF, 0x87, 0x0F, 0x06, 0x3F, 0x07, 0x7F, 0xFF, 0xC0});
   memory.Put(Page::k01, 145, {0x18});  // 15h is there, observables are temperatures
-  memory.Put(Page::k01, 173, {0xC0, 0xE0});
+  memory.Put(Page::k01, 173, {0xC0, 0xE0, 0x01});
   memory.Put(Page::k01, 251, {0xAA, 0xE0});
   memory.Put(Page::k04, 128, {0xFF, 0xE0});
   memory.Put(Page::k04, 196, {0xC0});

@@ -121,12 +121,24 @@ TEST(PagePlan, CoherentPagesHaveABankForEachMediaLane) {
 TEST(PagePlan, PagesOfLaterRevisions) {
   Memory memory = Cmis(0x80).Put(Page::kLower, 1, {0x54});
   memory.Put(Page::k01, 145, {0x08}).Put(Page::k01, 173, {0xC0, 0xE0, 0x02});
-  EXPECT_EQ(Plan(memory.image()), "lower 00 01 02 10 11 0c 0d 15 16 17 60 1c 1c.1");
+  EXPECT_EQ(Plan(memory.image()), "lower 00 01 02 10 11 0c 0d 15 16 17 19 60 61 62 1c 1c.1");
   memory.Put(Page::kLower, 1, {0x53});
-  EXPECT_EQ(Plan(memory.image()), "lower 00 01 02 10 11 15 1c 1c.1");
+  EXPECT_EQ(Plan(memory.image()), "lower 00 01 02 10 11 15 19 1c 1c.1");
   memory.Put(Page::kLower, 1, {0x52});
   EXPECT_EQ(Plan(memory.image()), "lower 00 01 02 10 11 15");
   memory.Put(Page::kLower, 1, {0x4F});
+  EXPECT_EQ(Plan(memory.image()), "lower 00 01 02 10 11");
+}
+
+TEST(PagePlan, LaneSwitchingAndUnidirectionalDataPaths) {
+  Memory memory = Cmis(0).Put(Page::kLower, 1, {0x54});
+  memory.Put(Page::k01, 162, {0x40}).Put(Page::k01, 252, {0xA0});
+  EXPECT_EQ(Plan(memory.image()), "lower 00 01 02 10 11 19 1d 6d");
+  memory.Put(Page::kLower, 1, {0x53});
+  EXPECT_EQ(Plan(memory.image()), "lower 00 01 02 10 11 19 1d");
+  memory.Put(Page::kLower, 1, {0x52});
+  EXPECT_EQ(Plan(memory.image()), "lower 00 01 02 10 11 19");
+  memory.Put(Page::kLower, 1, {0x51});
   EXPECT_EQ(Plan(memory.image()), "lower 00 01 02 10 11");
 }
 
