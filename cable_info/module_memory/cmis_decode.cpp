@@ -217,6 +217,8 @@ void DecodeOwnField(Decoding& to, const MapField& line, Advertised advertised) {
 }
 
 // Flat memory is the lower page and page 00h.
+enum class MemoryModel : std::uint8_t { kFlat, kPaged };
+
 bool IsInFlatMemory(Page page) { return page == Page::kLower || page == Page::k00; }
 
 // Flat memory lacks the other pages, and what they advertise of the lower page.
@@ -227,11 +229,12 @@ Advertised AskFlat(const ModuleImage& image, const MapField& line) {
   return is_elsewhere ? Advertised::kNo : advertised;
 }
 
-void DecodeModule(Decoding& to, bool is_flat) {
+void DecodeModule(Decoding& to, MemoryModel memory) {
   Asker ask(to.image);
   HalfFinder half_of(to.image);
   for (const MapField& line : CmisMap().fields) {
-    const Advertised advertised = is_flat ? AskFlat(to.image, line) : ask(line.advertised);
+    const Advertised advertised =
+        memory == MemoryModel::kFlat ? AskFlat(to.image, line) : ask(line.advertised);
     if (advertised == Advertised::kNo) continue;  // as all fields are before
     if (line.format.type == RawType::kOwn) {
       DecodeOwnField(to, line, advertised);
@@ -328,11 +331,11 @@ void DecodeNormalizedApplications(Decoding& to, const CodeTable* media_interface
   }
 }
 
-void DecodeApplications(Decoding& to, bool is_flat) {
+void DecodeApplications(Decoding& to, MemoryModel memory) {
   const CodeTable* media_interfaces =
       MediaInterfacesOf(BitsOf(to.image, Page::kLower, 85).value_or(0));
   DecodeBasicApplications(to, media_interfaces);
-  if (!is_flat) DecodeNormalizedApplications(to, media_interfaces);
+  if (memory == MemoryModel::kPaged) DecodeNormalizedApplications(to, media_interfaces);
 }
 
 void AddSpeeds(ModuleInfo& info) {
@@ -402,7 +405,8 @@ std::uint64_t LanesWithoutMedia(const LaneLayout& layout) {
   return ~(layout.media * kEveryBank);
 }
 
-void DecodeMonitors(Decoding& to, const LaneLayout& layout, bool is_flat) {
+void DecodeMonitors(Decoding& to, const LaneLayout& layout, MemoryModel memory) {
+  const bool is_flat = memory == MemoryModel::kFlat;
   const double bias_multiplier = is_flat ? 1 : BiasMultiplier(to);
   MonitorScope scope;
   scope.absent_lanes = LanesWithoutMedia(layout);
@@ -705,7 +709,7 @@ void AddApplicationBlocks(std::vector<Lane>& lanes) {
   }
 }
 
-void DecodeLanes(Decoding& to, const LaneLayout& layout, bool is_flat) {
+void DecodeLanes(Decoding& to, const LaneLayout& layout, MemoryModel memory) {
   static const Lane kLane;  // a copy is cheaper than a new one
   to.info.lanes.reserve(std::size_t{layout.banks} * kLanesPerBank);
   for (unsigned bank = 0; bank < layout.banks; ++bank) {
@@ -714,7 +718,7 @@ void DecodeLanes(Decoding& to, const LaneLayout& layout, bool is_flat) {
       to.info.lanes.emplace_back(kLane).number = bank * kLanesPerBank + n;
     }
   }
-  if (is_flat) return;
+  if (memory == MemoryModel::kFlat) return;
   const std::size_t per_bank = to.info.lanes.size() / layout.banks;
   for (unsigned bank = 0; bank < layout.banks; ++bank) {
     DecodeBank(to, layout, bank, to.info.lanes.data() + bank * per_bank, per_bank);
@@ -937,17 +941,18 @@ void AddOptions(Decoding& to) {
 }  // namespace
 
 void DecodeCmis(Decoding& to) {
-  const bool is_flat = IsPaged(to.image) == Advertised::kNo;
-  DecodeModule(to, is_flat);
-  DecodeApplications(to, is_flat);
+  const MemoryModel memory =
+      IsPaged(to.image) == Advertised::kNo ? MemoryModel::kFlat : MemoryModel::kPaged;
+  DecodeModule(to, memory);
+  DecodeApplications(to, memory);
   AddSpeeds(to.info);
   const LaneLayout layout = LanesOf(to.image, to.info.applications);
-  DecodeLanes(to, layout, is_flat);
-  DecodeMonitors(to, layout, is_flat);
+  DecodeLanes(to, layout, memory);
+  DecodeMonitors(to, layout, memory);
   WarnOfFlags(to, CmisMap().lane_fields);
   AddOptions(to);
   DecodeVdm(to, layout);
-  if (!is_flat) DecodeCoherent(to);
+  if (memory == MemoryModel::kPaged) DecodeCoherent(to);
   AddChecksums(to, CmisMap().checksums);
 }
 
