@@ -40,7 +40,9 @@ check_headers() {
   "${compile[@]}" tests/consumer/*.cpp
 }
 
-for compiler in "$@"; do
+# Each compiler has a core.
+check_compiler() {
+  local compiler=$1 standard name build
   for standard in 17 20 23; do
     echo "$compiler, C++$standard"
     name=$standard
@@ -54,9 +56,18 @@ for compiler in "$@"; do
         -DCMAKE_CXX_STANDARD="$standard" -DCMAKE_CXX_STANDARD_REQUIRED=ON \
         -DCMAKE_CXX_FLAGS="${warnings[*]}" -DCABLE_INFO_SOURCE="$PWD" &&
         cmake --build "$build" -j "$(nproc)" && "$build/consumer"
-    } >"$temporary/log" 2>&1 || {
-      cat "$temporary/log" >&2
-      exit 1
+    } >"$build.log" 2>&1 || {
+      cat "$build.log" >&2
+      return 1
     }
   done
+}
+
+checks=()
+for compiler in "$@"; do
+  check_compiler "$compiler" &
+  checks+=($!)
+done
+for check in "${checks[@]}"; do
+  wait "$check"
 done

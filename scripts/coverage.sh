@@ -9,6 +9,7 @@ need g++ cmake ninja-build libgtest-dev gcovr
 cmake --preset coverage >/dev/null
 cmake --build --preset coverage --target cable_info_tests
 find build/coverage -name '*.gcda' -delete  # the counts of former runs
-build/coverage/tests/cable_info_tests --gtest_brief=1
+seq 0 $(($(nproc) - 1)) | GTEST_TOTAL_SHARDS=$(nproc) xargs -P "$(nproc)" -I '{}' \
+  env GTEST_SHARD_INDEX='{}' build/coverage/tests/cable_info_tests --gtest_brief=1
 gcovr --root . --filter 'cable_info/' --object-directory build/coverage \
   --exclude-throw-branches --fail-under-line "${1:-98}"
