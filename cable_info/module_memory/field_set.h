@@ -3,8 +3,8 @@
 /// \file
 /// Sets of fields, and the states of all fields of a module or a lane as such sets.
 ///
-/// Few of the fields that the standards define are present in a module: about 40 of 229, and 15 of
-/// the 129 of a lane. A bit per field finds them without looking at the others:
+/// Few of the fields that the standards define are present in a module: about 40 of 235, and 15 of
+/// the 144 of a lane. A bit per field finds them without looking at the others:
 ///
 ///     for (const Field field : info.FieldsIn(FieldState::kPresent)) Show(info[field]);
 

@@ -115,9 +115,9 @@ std::set<std::string> AllKeys() {
 
 // All lane fields of tuning but the thresholds of page 62h.
 const std::vector<std::string> kFieldsOfPage12 = {
-    "lanes.tuning.grid",         "lanes.tuning.fine_*",     "lanes.tuning.channel*",
-    "lanes.tuning.laser_*",      "lanes.tuning.target_*",   "lanes.tuning.tuning_*",
-    "lanes.tuning.wavelength_*", "lanes.tuning.invalid_*",  "lanes.tuning.flags_*",
+    "lanes.tuning.grid",         "lanes.tuning.fine_*",    "lanes.tuning.channel*",
+    "lanes.tuning.laser_*",      "lanes.tuning.target_*",  "lanes.tuning.tuning_*",
+    "lanes.tuning.wavelength_*", "lanes.tuning.invalid_*", "lanes.tuning.flags_*",
     "lanes.tuning.relative_*"};
 
 std::vector<std::string> Joined(std::vector<std::string> a, const std::vector<std::string>& b) {
@@ -419,14 +419,26 @@ TEST(CmisRevisions, AddTheirFieldsAndNoOthers) {
   const std::vector<Revision> revisions = {
       {0x53,
        0x54,
-       {"details.abnormal_firmware", "details.abnormal_firmware_mask", "details.heatsink",
-        "details.pages_supported", "details.firmware_*", "lanes.details.tx_default_inverted",
-        "lanes.details.rx_default_inverted", "lanes.details.tx_inverted",
-        "lanes.details.rx_inverted", "tuning.grid_300ghz_*", "lanes.tuning.relative_*",
-        "lanes.tuning.power_*", "lanes.data_path.network_path_*", "details.vdm_duty_cycle_percent",
-        "details.media_lane_switching*", "lanes.data_path.switched_media_lane",
-        "lanes.data_path.tx_host_acquisitions", "lanes.data_path.rx_media_acquisitions",
-        "lanes.data_path.tx_acquisitions", "lanes.data_path.rx_acquisitions"}},
+       {"details.abnormal_firmware",
+        "details.abnormal_firmware_mask",
+        "details.heatsink",
+        "details.pages_supported",
+        "details.firmware_*",
+        "lanes.details.tx_default_inverted",
+        "lanes.details.rx_default_inverted",
+        "lanes.details.tx_inverted",
+        "lanes.details.rx_inverted",
+        "tuning.grid_300ghz_*",
+        "lanes.tuning.relative_*",
+        "lanes.tuning.power_*",
+        "lanes.data_path.network_path_*",
+        "details.vdm_duty_cycle_percent",
+        "details.media_lane_switching*",
+        "lanes.data_path.switched_media_lane",
+        "lanes.data_path.tx_host_acquisitions",
+        "lanes.data_path.rx_media_acquisitions",
+        "lanes.data_path.tx_acquisitions",
+        "lanes.data_path.rx_acquisitions"}},
       {0x52,
        0x53,
        {"details.auto_commissioning", "details.state_machines", "details.function_type",
@@ -447,8 +459,9 @@ TEST(CmisRevisions, AddTheirFieldsAndNoOthers) {
       {0x40, 0x4F, {}},
       {0x30,
        0x40,
-       {"details.low_power_pin_enabled", "details.cdb1_*", "details.cdb2_*", "details.cdb_epl_pages",
-        "details.cdb_access_bytes", "tuning.*", "lanes.tuning.*", "diagnostics.*", "lanes.diagnostics.*", "details.vdm_*"}},
+       {"details.low_power_pin_enabled", "details.cdb1_*", "details.cdb2_*",
+        "details.cdb_epl_pages", "details.cdb_access_bytes", "tuning.*", "lanes.tuning.*",
+        "diagnostics.*", "lanes.diagnostics.*", "details.vdm_*"}},
   };
   const std::set<std::string> all = AllKeys();
   std::set<std::string> absent;  // in all older revisions
