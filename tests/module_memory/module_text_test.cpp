@@ -365,4 +365,16 @@ TEST(ModuleText, LongListsGoOnInTheNextLine) {
   EXPECT_TRUE(sheet.Has(" 10h bank 11\n"));
 }
 
+// The values of all lines begin in the same column.
+TEST(ModuleText, LabelsFitTheirColumn) {
+  constexpr std::size_t kWidth = 40;
+  for (const auto& field : cable_info::ModuleFields()) {
+    EXPECT_LE(field.label.size(), kWidth) << field.label;
+  }
+  for (const auto& field : cable_info::LaneFields()) {
+    const std::size_t unit = field.unit.empty() ? 0 : std::string_view(", ").size();
+    EXPECT_LE(field.label.size() + unit + field.unit.size(), kWidth) << field.label;
+  }
+}
+
 }  // namespace
