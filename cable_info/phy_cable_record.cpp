@@ -49,7 +49,7 @@ std::string PhyCableRecord::MaxPowerToStr(bool csv) const {
 }
 
 std::string PhyCableRecord::FWVersionToStr(bool csv) const {
-  return ToText(phy::AppendFWVersion, *this, FormOf(csv));
+  return ToText(phy::AppendFwVersion, *this, FormOf(csv));
 }
 
 std::string PhyCableRecord::DateCodeToStr(bool csv) const {
@@ -112,10 +112,10 @@ std::string PhyCableRecord::VendorPnToStr() const { return ToText(phy::AppendPn,
 
 std::string PhyCableRecord::VendorSnToStr() const { return ToText(phy::AppendSn, *this); }
 
-std::string PhyCableRecord::VendorOUIToStr() const { return ToText(phy::AppendOUI, *this); }
+std::string PhyCableRecord::VendorOUIToStr() const { return ToText(phy::AppendOui, *this); }
 
 std::string PhyCableRecord::LengthSMFiberToStr() const {
-  return ToText(phy::AppendLengthSMFiber, *this);
+  return ToText(phy::AppendLengthSmf, *this);
 }
 
 std::string PhyCableRecord::LengthOmxToStr(std::uint8_t om) const {

@@ -17,22 +17,23 @@ namespace {
 struct FormFactorEntry {
   std::string_view name;
   bool is_cmis;
+  std::uint8_t lanes;
 };
 
 // By cable identifier; see `FormFactor`.
 constexpr std::array<FormFactorEntry, 12> kFormFactors = {{
-    {"QSFP28", false},
-    {"QSFP+", false},
-    {"SFP28/SFP+", false},
-    {"QSA (QSFP->SFP)", false},
-    {"Backplane", false},
-    {"SFP-DD", true},
-    {"QSFP-DD", true},
-    {"QSFP_CMIS", true},
-    {"OSFP", true},
-    {"C2C", false},
-    {"DSFP", true},
-    {"QSFP_Split_Cable", false},
+    {"QSFP28", false, 4},
+    {"QSFP+", false, 4},
+    {"SFP28/SFP+", false, 1},
+    {"QSA (QSFP->SFP)", false, 1},
+    {"Backplane", false, 4},
+    {"SFP-DD", true, 2},
+    {"QSFP-DD", true, 8},
+    {"QSFP_CMIS", true, 4},
+    {"OSFP", true, 8},
+    {"C2C", false, 8},
+    {"DSFP", true, 2},
+    {"QSFP_Split_Cable", false, 4},
 }};
 
 // A fibre length of the module and the metres in one unit of it.
@@ -51,8 +52,10 @@ constexpr std::array<FibreLength, 5> kFibreLengths = {{
     {&ModuleRecord::length_om5, 2, 2},
 }};
 
-constexpr std::uint32_t kWattUnits = 4;  // the unit of the maximum power is 0.25 W
-constexpr std::array<std::string_view, kWattUnits> kQuarterTexts = {"", ".25", ".5", ".75"};
+constexpr int kMetresPerKilometre = 1000;
+
+constexpr auto kUnitsPerWatt = static_cast<std::uint32_t>(1 / module::kWattsPerUnit);
+constexpr std::array<std::string_view, kUnitsPerWatt> kQuarterTexts = {"", ".25", ".5", ".75"};
 
 // Four missing attenuations: in CSV as cells, in the report for a module that is not passive, and
 // without a module.
@@ -90,6 +93,29 @@ CableLength LengthOf(const ModuleRecord& m) {
   return {m.cable_length & 0x3F, kCmisMultipliers[m.cable_length >> 6]};
 }
 
+int LaneCount(const ModuleRecord& m) {
+  return m.cable_identifier < kFormFactors.size() ? kFormFactors[m.cable_identifier].lanes
+                                                  : kPhyLanes;
+}
+
+SmfLength SmfLengthOf(const ModuleRecord& m) {
+  const int value = m.smf_length & 0xFF;
+  switch (static_cast<SmfLengthUnit>((m.smf_length >> 8) & 0x3)) {
+    case SmfLengthUnit::kKilometre:
+      return {value, kMetresPerKilometre};
+    case SmfLengthUnit::kTenthOfKilometre:
+      return {value, kMetresPerKilometre / 10};
+  }
+  return {};
+}
+
+int OmMetres(const ModuleRecord& m, std::uint8_t om) {
+  if (om == 0 || om > kFibreLengths.size()) return 0;
+  const FibreLength& length = kFibreLengths[om - 1U];
+  const bool is_sfp = m.cable_identifier == static_cast<std::uint8_t>(FormFactor::kSfp28OrSfpPlus);
+  return m.*length.field * (is_sfp ? length.sfp_metres : length.other_metres);
+}
+
 bool HasDateCode(const ModuleRecord& m) {
   return std::all_of(std::begin(m.date_code), std::end(m.date_code),
                      [](char c) { return c >= '0' && c <= '9'; });
@@ -113,31 +139,24 @@ void AppendLength(TextBuffer& out, const ModuleRecord& m, Form form, std::string
   }
 }
 
-void AppendLengthSMFiber(TextBuffer& out, const ModuleRecord& m) {
-  const unsigned value = m.smf_length & 0xFF;
-  const auto unit = static_cast<SmfLengthUnit>((m.smf_length >> 8) & 0x3);
-  if (value != 0 && unit == SmfLengthUnit::kKilometre) {
-    out.AppendDecimal(value).Append(" km");
-  } else if (value != 0 && unit == SmfLengthUnit::kTenthOfKilometre) {
-    out.AppendTenths(value).Append(" km");
-  } else {
+void AppendLengthSmf(TextBuffer& out, const ModuleRecord& m) {
+  const SmfLength length = SmfLengthOf(m);
+  if (length.value == 0) {
     out.Append(kReportNa);
+  } else if (length.unit == kMetresPerKilometre) {
+    out.AppendDecimal(length.value).Append(" km");
+  } else {
+    out.AppendTenths(static_cast<std::uint32_t>(length.value)).Append(" km");
   }
 }
 
-void AppendLengthOMX(TextBuffer& out, const ModuleRecord& m, std::uint8_t om) {
-  if (om == 0 || om > kFibreLengths.size()) {
+void AppendLengthOmx(TextBuffer& out, const ModuleRecord& m, std::uint8_t om) {
+  const int metres = OmMetres(m, om);
+  if (metres == 0) {
     out.Append(kReportNa);
-    return;
+  } else {
+    out.AppendDecimal(metres).Append(" m");
   }
-  const FibreLength& length = kFibreLengths[om - 1U];
-  const int value = m.*length.field;
-  if (value == 0) {
-    out.Append(kReportNa);
-    return;
-  }
-  const bool is_sfp = m.cable_identifier == static_cast<std::uint8_t>(FormFactor::kSfp28OrSfpPlus);
-  out.AppendDecimal(value * (is_sfp ? length.sfp_metres : length.other_metres)).Append(" m");
 }
 
 void AppendTechnology(TextBuffer& out, const ModuleRecord& m, std::string_view na) {
@@ -150,7 +169,7 @@ void AppendRevision(TextBuffer& out, const ModuleRecord& m) {
   }
 }
 
-void AppendFWVersion(TextBuffer& out, const ModuleRecord& m, std::string_view na) {
+void AppendFwVersion(TextBuffer& out, const ModuleRecord& m, std::string_view na) {
   std::uint8_t major = 0;
   std::uint8_t minor = 0;
   std::uint16_t sub_minor = 0;
@@ -228,11 +247,11 @@ void AppendMaxPower(TextBuffer& out, const ModuleRecord& m, std::string_view na)
     out.Append(na);
     return;
   }
-  out.AppendDecimal(m.max_power / kWattUnits);
-  out.Append(kQuarterTexts[m.max_power % kWattUnits]).Append(" W");
+  out.AppendDecimal(m.max_power / kUnitsPerWatt);
+  out.Append(kQuarterTexts[m.max_power % kUnitsPerWatt]).Append(" W");
 }
 
-void AppendIBComplianceCode(TextBuffer& out, const ModuleRecord& m, std::string_view na) {
+void AppendSupportedSpeed(TextBuffer& out, const ModuleRecord& m, std::string_view na) {
   decode::AppendSupportedSpeed(out, m.ib_compliance_code, na);
 }
 
@@ -302,8 +321,8 @@ void AppendMaxPower(TextBuffer& out, const PhyCableRecord& r, Form form) {
   AppendWithFallback(out, r, form, module::AppendMaxPower);
 }
 
-void AppendFWVersion(TextBuffer& out, const PhyCableRecord& r, Form form) {
-  AppendWithFallback(out, r, form, module::AppendFWVersion);
+void AppendFwVersion(TextBuffer& out, const PhyCableRecord& r, Form form) {
+  AppendWithFallback(out, r, form, module::AppendFwVersion);
 }
 
 void AppendDateCode(TextBuffer& out, const PhyCableRecord& r, Form form) {
@@ -333,7 +352,7 @@ void AppendTechnology(TextBuffer& out, const PhyCableRecord& r, Form form) {
 }
 
 void AppendSupportedSpeed(TextBuffer& out, const PhyCableRecord& r, Form form) {
-  AppendQuotedWithFallback(out, r, form, module::AppendIBComplianceCode);
+  AppendQuotedWithFallback(out, r, form, module::AppendSupportedSpeed);
 }
 
 void AppendAttenuation(TextBuffer& out, const PhyCableRecord& r, Form form) {
@@ -380,13 +399,13 @@ void AppendTemperature(TextBuffer& out, const PhyCableRecord& r, std::uint16_t M
   });
 }
 
-void AppendLengthSMFiber(TextBuffer& out, const PhyCableRecord& r) {
-  AppendOfModule(out, r, kReportNa, module::AppendLengthSMFiber);
+void AppendLengthSmf(TextBuffer& out, const PhyCableRecord& r) {
+  AppendOfModule(out, r, kReportNa, module::AppendLengthSmf);
 }
 
 void AppendLengthOmx(TextBuffer& out, const PhyCableRecord& r, std::uint8_t om) {
   AppendOfModule(out, r, kReportNa,
-                 [=](TextBuffer& o, const ModuleRecord& m) { module::AppendLengthOMX(o, m, om); });
+                 [=](TextBuffer& o, const ModuleRecord& m) { module::AppendLengthOmx(o, m, om); });
 }
 
 void AppendCdrEnable(TextBuffer& out, const PhyCableRecord& r) {
@@ -426,7 +445,7 @@ void AppendVendor(TextBuffer& out, const PhyCableRecord& r) {
   });
 }
 
-void AppendOUI(TextBuffer& out, const PhyCableRecord& r) {
+void AppendOui(TextBuffer& out, const PhyCableRecord& r) {
   AppendOfModule(out, r, kBareNa, [](TextBuffer& o, const ModuleRecord& m) {
     o.AppendPrefixedHex(m.vendor_oui, 1);
   });

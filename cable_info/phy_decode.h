@@ -50,11 +50,26 @@ struct CableLength {
   double Metres() const { return multiplier == 0 ? base * 0.1 : base * multiplier; }
 };
 
+/// A length of single-mode fibre: `value` times `unit` metres.
+struct SmfLength {
+  int value = 0;  ///< 0: unknown
+  int unit = 0;   ///< 100 or 1000
+
+  /// The length in metres.
+  int Metres() const { return value * unit; }
+};
+
 bool HasCmis(const ModuleRecord& m);
 inline std::uint8_t TechnologyNibble(const ModuleRecord& m) { return m.cable_technology >> 4; }
 /// "NA" for codes without a name.
 std::string_view FormFactorName(const ModuleRecord& m);
 CableLength LengthOf(const ModuleRecord& m);
+/// The number of lanes of the form factor; `kPhyLanes` for codes without a name.
+int LaneCount(const ModuleRecord& m);
+/// The longest single-mode link.
+SmfLength SmfLengthOf(const ModuleRecord& m);
+/// The longest link over fibre of grade OM1 to OM5, in metres; 0 if unknown, and for other grades.
+int OmMetres(const ModuleRecord& m, std::uint8_t om);
 /// Whether the date consists of digits.
 bool HasDateCode(const ModuleRecord& m);
 /// The value of lane 1..8.
@@ -88,11 +103,11 @@ inline constexpr double kWattsPerUnit = 0.25;
 
 void AppendMetres(TextBuffer& out, CableLength length);
 void AppendLength(TextBuffer& out, const ModuleRecord& m, Form form, std::string_view na);
-void AppendLengthSMFiber(TextBuffer& out, const ModuleRecord& m);
-void AppendLengthOMX(TextBuffer& out, const ModuleRecord& m, std::uint8_t om);
+void AppendLengthSmf(TextBuffer& out, const ModuleRecord& m);
+void AppendLengthOmx(TextBuffer& out, const ModuleRecord& m, std::uint8_t om);
 void AppendTechnology(TextBuffer& out, const ModuleRecord& m, std::string_view na);
 void AppendRevision(TextBuffer& out, const ModuleRecord& m);
-void AppendFWVersion(TextBuffer& out, const ModuleRecord& m, std::string_view na);
+void AppendFwVersion(TextBuffer& out, const ModuleRecord& m, std::string_view na);
 void AppendDateCode(TextBuffer& out, const ModuleRecord& m, std::string_view na);
 void AppendCdrEnable(TextBuffer& out, const ModuleRecord& m, Direction direction, CdrShown shown,
                      std::string_view na);
@@ -103,7 +118,7 @@ void AppendLaneSetting(TextBuffer& out, const ModuleRecord& m, std::uint8_t valu
 void AppendTemperature(TextBuffer& out, const ModuleRecord& m, std::uint16_t raw, Form form);
 void AppendVoltage(TextBuffer& out, std::uint16_t raw, Form form);
 void AppendMaxPower(TextBuffer& out, const ModuleRecord& m, std::string_view na);
-void AppendIBComplianceCode(TextBuffer& out, const ModuleRecord& m, std::string_view na);
+void AppendSupportedSpeed(TextBuffer& out, const ModuleRecord& m, std::string_view na);
 
 }  // namespace module
 
@@ -116,7 +131,7 @@ void AppendIdentifier(TextBuffer& out, const PhyCableRecord& r, Form form);
 void AppendBitrate(TextBuffer& out, const PhyCableRecord& r, Form form);
 void AppendPowerClass(TextBuffer& out, const PhyCableRecord& r, Form form);
 void AppendMaxPower(TextBuffer& out, const PhyCableRecord& r, Form form);
-void AppendFWVersion(TextBuffer& out, const PhyCableRecord& r, Form form);
+void AppendFwVersion(TextBuffer& out, const PhyCableRecord& r, Form form);
 void AppendDateCode(TextBuffer& out, const PhyCableRecord& r, Form form);
 void AppendLot(TextBuffer& out, const PhyCableRecord& r, Form form);
 void AppendComplianceCode(TextBuffer& out, const PhyCableRecord& r, Form form);
@@ -130,7 +145,7 @@ void AppendLaneSetting(TextBuffer& out, const PhyCableRecord& r,
                        std::uint8_t ModuleRecord::*setting, Form form);
 void AppendTemperature(TextBuffer& out, const PhyCableRecord& r, std::uint16_t ModuleRecord::*word,
                        Form form);
-void AppendLengthSMFiber(TextBuffer& out, const PhyCableRecord& r);
+void AppendLengthSmf(TextBuffer& out, const PhyCableRecord& r);
 void AppendLengthOmx(TextBuffer& out, const PhyCableRecord& r, std::uint8_t om);
 void AppendCdrEnable(TextBuffer& out, const PhyCableRecord& r);
 void AppendRxPowerType(TextBuffer& out, const PhyCableRecord& r);
@@ -138,7 +153,7 @@ void AppendRxPowerType(TextBuffer& out, const PhyCableRecord& r);
 /// `text` trimmed, with "-" for commas; `blank` when nothing is left.
 void AppendDescription(TextBuffer& out, std::string_view text, std::string_view blank);
 void AppendVendor(TextBuffer& out, const PhyCableRecord& r);
-void AppendOUI(TextBuffer& out, const PhyCableRecord& r);
+void AppendOui(TextBuffer& out, const PhyCableRecord& r);
 void AppendPn(TextBuffer& out, const PhyCableRecord& r);
 void AppendSn(TextBuffer& out, const PhyCableRecord& r);
 void AppendRevision(TextBuffer& out, const PhyCableRecord& r);

@@ -1,6 +1,7 @@
 #include "cable_info/phy_output.h"
 
 #include <cmath>
+#include <iterator>
 
 #include "cable_info/csv_columns.h"
 #include "cable_info/phy_decode.h"
@@ -156,7 +157,7 @@ void FWVersionCell(Row& row, const ModuleRecord& m) {
   std::uint8_t minor = 0;
   std::uint16_t sub_minor = 0;
   if (m.GetFWVersion(major, minor, sub_minor)) {
-    row.BareTextOf(module::AppendFWVersion, m, na_val);
+    row.BareTextOf(module::AppendFwVersion, m, na_val);
   } else {
     row.Missing();
   }
@@ -322,6 +323,8 @@ void AppendTransmitterCells(Row& row, const PhyCableRecord& r) {
   const ModuleCells<Row> cells(row, r.module);
   cells.Cell([](Row& o, const ModuleRecord& m) { VoltageCell(o, m.voltage); });
   cells.Cell([](Row& o, const ModuleRecord& m) { o.Hex(m.SelectTransmitterTechnology(), 2); });
+  // From bit 0 up, although active wavelength control is bit 3 of the byte: the cells of this
+  // source are published in this order. The row of the cable pages has them from bit 3 down.
   cells.Cells(kTransmitterFlags, [=](Row& o, const ModuleRecord& m) {
     o.FlagsUpwards(m.cable_technology, 0, kTransmitterFlags);
   });
@@ -455,7 +458,7 @@ void AppendSettingLines(FlushedReport& lines, const PhyCableRecord& r) {
   lines.Line(label::kInputEq, AppendLaneSetting, r, &ModuleRecord::tx_input_eq, Form::kReport);
   lines.Line(label::kOutputAmp, AppendLaneSetting, r, &ModuleRecord::rx_output_amp, Form::kReport);
   lines.Text(label::kOutputEmp, kReportNa);
-  lines.Line(label::kFwVersion, AppendFWVersion, r, Form::kReport);
+  lines.Line(label::kFwVersion, AppendFwVersion, r, Form::kReport);
   lines.Line(label::kPhyAttenuation, AppendAttenuation, r, Form::kReport);
 }
 

@@ -1,6 +1,5 @@
 #include "cable_info/phy_registers.h"
 
-#include <array>
 #include <type_traits>
 
 #include "cable_info/phy_decode.h"
@@ -144,11 +143,11 @@ std::string ModuleRecord::ConvertCableLengthToStr(bool csv, const std::string& n
 }
 
 std::string ModuleRecord::ConvertCableLengthSMFiberToStr() const {
-  return ToText(phy::module::AppendLengthSMFiber, *this);
+  return ToText(phy::module::AppendLengthSmf, *this);
 }
 
 std::string ModuleRecord::ConvertCableLengthOMXToStr(std::uint8_t om) const {
-  return ToText(phy::module::AppendLengthOMX, *this, om);
+  return ToText(phy::module::AppendLengthOmx, *this, om);
 }
 
 std::string ModuleRecord::ConvertTransmitterTechnologyToStr(const std::string& na) const {
@@ -160,7 +159,7 @@ std::string ModuleRecord::ConvertRevisionToStr() const {
 }
 
 std::string ModuleRecord::ConvertFWVersionToStr(const std::string& na) const {
-  return ToText(phy::module::AppendFWVersion, *this, na);
+  return ToText(phy::module::AppendFwVersion, *this, na);
 }
 
 std::string ModuleRecord::ConvertDateCodeToStr(const std::string& na) const {
@@ -195,7 +194,7 @@ std::string ModuleRecord::ConvertMaxPowerToStr(const std::string& na) const {
 }
 
 std::string ModuleRecord::ConvertIBComplianceCodeToStr(const std::string& na) const {
-  return ToText(phy::module::AppendIBComplianceCode, *this, na);
+  return ToText(phy::module::AppendSupportedSpeed, *this, na);
 }
 
 }  // namespace cable_info

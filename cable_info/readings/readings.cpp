@@ -1,14 +1,15 @@
 #include "cable_info/readings/readings.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cmath>
 #include <cstdlib>
+#include <iterator>
 
 #include "cable_info/cable_record.h"
 #include "cable_info/combined_cable_info.h"
 #include "cable_info/module_memory/sff8024.h"
 #include "cable_info/phy_cable_record.h"
+#include "cable_info/phy_decode.h"
 #include "cable_info/readings/medium.h"
 #include "cable_info/shared_decoders.h"
 #include "cable_info/text/text_buffer.h"
@@ -18,13 +19,9 @@ namespace cable_info {
 
 namespace {
 
-using ModuleRecord = PhyCableRecord::ModuleRecord;
-using LatchedFlagsPage = PhyCableRecord::LatchedFlagsPage;
-
 constexpr std::uint8_t kAllLanes = 0xFF;
-constexpr double kVoltsPerUnit = 0.0001;       // voltages come in units of 100 uV
-constexpr double kMilliwattsPerUnit = 0.0001;  // and powers in units of 0.1 uW
-constexpr double kBiasUnitsPerMilliampere = 500.0;
+// Volts in one unit of a voltage word.
+constexpr double kVoltsPerUnit = decode::kMicrovoltsPerUnit / 1e6;
 
 // ---------------------------------------------------------------------------------------------
 // Shared by all sources
@@ -190,7 +187,7 @@ void SettleModule(Readings& port, std::uint16_t voltage, std::uint16_t temperatu
 // The cable-information pages
 // ---------------------------------------------------------------------------------------------
 
-constexpr int kCableLanes = 4;
+constexpr int kPageLanes = 4;
 
 // SFF-8636 lower page, bytes 6 and 7: bits 7..4 are the four bounds in order.
 Flags BoundsDownwards(std::uint8_t byte) {
@@ -201,15 +198,15 @@ Flags BoundsDownwards(std::uint8_t byte) {
 // SFF-8636 lower page, bytes 9 to 14: one nibble per lane, lane 1 in the top nibble.
 Flags BoundsOfLane(std::uint16_t word, int lane) {
   constexpr std::uint8_t kKnown = 0x0F;
-  return {kKnown, Reversed4(static_cast<unsigned>(word) >> (4 * (kCableLanes - lane)) & 0xF)};
+  return {kKnown, Reversed4(static_cast<unsigned>(word) >> (4 * (kPageLanes - lane)) & 0xF)};
 }
 
 Flags FourLanes(unsigned bits) { return {0x0F, static_cast<std::uint8_t>(bits & 0xF)}; }
 
 LaneValues NibblesFromTop(std::uint16_t word) {
   LaneValues values;
-  for (int lane = 1; lane <= kCableLanes; ++lane) {
-    const unsigned nibble = static_cast<unsigned>(word) >> (4 * (kCableLanes - lane)) & 0xF;
+  for (int lane = 1; lane <= kPageLanes; ++lane) {
+    const unsigned nibble = static_cast<unsigned>(word) >> (4 * (kPageLanes - lane)) & 0xF;
     values[static_cast<std::size_t>(lane) - 1] = static_cast<std::uint8_t>(nibble);
   }
   return values;
@@ -219,7 +216,7 @@ int LanesOf(const CableRecord& r) {
   constexpr std::uint8_t kSfpDd = 0x1A;
   constexpr std::uint8_t kDsfp = 0x1B;
   constexpr int kTwoLanes = 2;
-  return r.Identifier == kSfpDd || r.Identifier == kDsfp ? kTwoLanes : kCableLanes;
+  return r.Identifier == kSfpDd || r.Identifier == kDsfp ? kTwoLanes : kPageLanes;
 }
 
 std::string OuiOf(const CableRecord& r) {
@@ -290,7 +287,7 @@ void SetModuleReadings(Readings& port, const CableRecord& r) {
 }
 
 void SetLanes(Readings& port, const CableRecord& r) {
-  for (int lane = 1; lane <= kCableLanes; ++lane) {
+  for (int lane = 1; lane <= kPageLanes; ++lane) {
     const int index = lane - 1;
     SetValue(port.Of(Quantity::kRxPower, lane), static_cast<double>(r.RxPower[index]));
     SetValue(port.Of(Quantity::kTxPower, lane), static_cast<double>(r.TxPower[index]));
@@ -326,36 +323,16 @@ Flags BoundsOfLane(const LaneMasks& masks, int lane) {
   return flags;
 }
 
-// The number of lanes of a form factor, by its code in the register.
-int LanesOf(const ModuleRecord& m) {
-  constexpr std::array<std::uint8_t, 12> kLanes = {
-      4,  // QSFP28
-      4,  // QSFP+
-      1,  // SFP28/SFP+
-      1,  // QSA
-      4,  // backplane
-      2,  // SFP-DD
-      8,  // QSFP-DD
-      4,  // QSFP_CMIS
-      8,  // OSFP
-      8,  // C2C
-      2,  // DSFP
-      4,  // QSFP split cable
-  };
-  return m.cable_identifier < kLanes.size() ? kLanes[m.cable_identifier] : kMaxLanes;
-}
-
 // A power of a lane, or its threshold, in milliwatts; empty if there is none.
 std::optional<double> LanePower(std::uint16_t raw, const ModuleRecord& m) {
-  if (m.power_unit_flag != 0) return raw * kMilliwattsPerUnit;
-  if (raw == 0) return std::nullopt;
-  constexpr double kTenth = 10.0;
-  return std::pow(10.0, raw / kTenth);
+  const bool is_dbm = phy::module::IsDbm(m.power_unit_flag);
+  if (is_dbm && raw == 0) return std::nullopt;
+  return phy::module::Milliwatts(raw, m.power_unit_flag);
 }
 
 std::optional<double> PowerThreshold(std::uint16_t raw, const ModuleRecord& m) {
   constexpr std::uint16_t kHighestDbm = 40;
-  if (m.power_unit_flag == 0 && raw > kHighestDbm) return std::nullopt;
+  if (phy::module::IsDbm(m.power_unit_flag) && raw > kHighestDbm) return std::nullopt;
   return LanePower(raw, m);
 }
 
@@ -374,20 +351,21 @@ void SetLanePowers(Readings& port, Quantity quantity, const std::uint16_t (&lane
   }
   for (int lane = 1; lane <= kMaxLanes; ++lane) {
     Reading& reading = port.Of(quantity, lane);
-    const std::optional<double> power = LanePower(lanes[PhyLaneIndex(lane)], m);
+    const std::optional<double> power = LanePower(phy::module::LaneValue(lanes, lane), m);
     if (power) SetValue(reading, *power);
     SetAlarms(reading, high_power, low_power);
   }
 }
 
 void SetLaneBias(Readings& port, const ModuleRecord& m) {
+  using phy::module::Milliamperes;
   const bool has_thresholds = m.tx_bias_high_threshold != 0 || m.tx_bias_low_threshold != 0;
   for (int lane = 1; lane <= kMaxLanes; ++lane) {
     Reading& reading = port.Of(Quantity::kTxBias, lane);
-    SetValue(reading, m.tx_bias[PhyLaneIndex(lane)] / kBiasUnitsPerMilliampere);
+    SetValue(reading, Milliamperes(phy::module::LaneValue(m.tx_bias, lane)));
     if (!has_thresholds) continue;
-    SetAlarms(reading, m.tx_bias_high_threshold / kBiasUnitsPerMilliampere,
-              m.tx_bias_low_threshold / kBiasUnitsPerMilliampere);
+    SetAlarms(reading, Milliamperes(m.tx_bias_high_threshold),
+              Milliamperes(m.tx_bias_low_threshold));
   }
 }
 
@@ -395,7 +373,7 @@ void SetModuleReadings(Readings& port, const ModuleRecord& m) {
   constexpr std::size_t kAlarmBounds = 2;  // the register has no warning thresholds
   SetTemperature(port.Of(Quantity::kTemperature), m.temperature,
                  {m.temp_high_threshold, m.temp_low_threshold, 0, 0}, kAlarmBounds,
-                 m.cable_technology >> 4);
+                 phy::module::TechnologyNibble(m));
   SetVoltage(port.Of(Quantity::kVoltage), m.voltage,
              {m.voltage_high_threshold, m.voltage_low_threshold, 0, 0}, kAlarmBounds);
   SetLanePowers(port, Quantity::kRxPower, m.rx_power, m.rx_power_high_threshold,
@@ -440,32 +418,17 @@ void SetIdentity(Identity& identity, const ModuleRecord& m) {
   identity.lot = m.lot;
 }
 
-// The stated length of a cable, in metres.
-std::optional<float> CableLength(const ModuleRecord& m) {
-  constexpr std::array<double, 4> kCmisUnits = {0.1, 1, 10, 100};
-  if (!m.IsCMISCable()) return NonZero(m.cable_length);
-  return NonZero((m.cable_length & 0x3F) * kCmisUnits[m.cable_length >> 6]);
-}
-
-std::optional<float> SmfLength(const ModuleRecord& m) {
-  const unsigned value = m.smf_length & 0xFF;
-  const auto unit = static_cast<SmfLengthUnit>(m.smf_length >> 8 & 3);
-  if (unit == SmfLengthUnit::kKilometre) return NonZero(value * 1000);
-  if (unit == SmfLengthUnit::kTenthOfKilometre) return NonZero(value * 100);
-  return std::nullopt;
-}
-
 void SetLengths(Lengths& lengths, const ModuleRecord& m, Medium medium) {
-  constexpr auto kSfp = static_cast<std::uint8_t>(FormFactor::kSfp28OrSfpPlus);
-  constexpr int kTen = 10;
-  const bool is_sfp = m.cable_identifier == kSfp;
-  if (IsCopper(medium) || m.connector_type == kNoSeparableConnector) lengths.cable = CableLength(m);
-  lengths.smf = SmfLength(m);
-  lengths.om5 = NonZero(m.length_om5 * 2);
-  lengths.om4 = NonZero(m.length_om4 * (is_sfp ? kTen : 2));
-  lengths.om3 = NonZero(m.length_om3 * (is_sfp ? kTen : 2));
-  lengths.om2 = NonZero(m.length_om2 * (is_sfp ? kTen : 1));
-  lengths.om1 = NonZero(m.length_om1 * kTen);
+  using phy::module::OmMetres;
+  if (IsCopper(medium) || m.connector_type == kNoSeparableConnector) {
+    lengths.cable = NonZero(phy::module::LengthOf(m).Metres());
+  }
+  lengths.smf = NonZero(phy::module::SmfLengthOf(m).Metres());
+  lengths.om5 = NonZero(OmMetres(m, 5));
+  lengths.om4 = NonZero(OmMetres(m, 4));
+  lengths.om3 = NonZero(OmMetres(m, 3));
+  lengths.om2 = NonZero(OmMetres(m, 2));
+  lengths.om1 = NonZero(OmMetres(m, 1));
 }
 
 LaneValues Everywhere(std::uint8_t value, int lanes) {
@@ -496,7 +459,6 @@ Medium MediumOf(const ModuleRecord& m) {
 }
 
 void SetModule(Readings& port, const ModuleRecord& m) {
-  constexpr double kWattsPerUnit = 0.25;
   SetIdentity(port.identity, m);
   const std::string identifier = m.ConvertCableIdentifierToStr();
   port.identifier = Named(m.cable_identifier, identifier == kBareNa ? "" : identifier);
@@ -508,9 +470,9 @@ void SetModule(Readings& port, const ModuleRecord& m) {
   port.speeds = m.ib_compliance_code;
   port.nominal_bitrate_gbps = NonZero(static_cast<double>(m.SelectNominalBR()));
   port.power_class = m.power_class;
-  port.max_power_w = NonZero(m.max_power * kWattsPerUnit);
+  port.max_power_w = NonZero(m.max_power * phy::module::kWattsPerUnit);
   port.rx_power_is_average = m.rx_power_type != 0;
-  port.lanes = LanesOf(m);
+  port.lanes = phy::module::LaneCount(m);
   SetLengths(port.lengths, m, port.medium);
   SetControls(port.controls, m, port.lanes);
   if (IsCopper(port.medium)) {
