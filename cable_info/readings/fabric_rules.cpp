@@ -183,16 +183,16 @@ void FabricRules::JudgeLoss(std::size_t index, const Kept& far, const Found& fou
 }
 
 void FabricRules::JudgeEnds(std::size_t index, const Kept& far, const Found& found) const {
-  constexpr std::uint8_t kPartNumber = 1;
-  constexpr std::uint8_t kSerialNumber = 2;
   const Kept& near = ports_[index];
   if (near.is_separable || far.is_separable) return;
   Finding finding = cable_info::Found(settings_, Rule::kEndMismatch);
-  if (near.part != 0 && far.part != 0 && near.part != far.part) finding.detail |= kPartNumber;
+  if (near.part != 0 && far.part != 0 && near.part != far.part) {
+    finding.detail |= kPartNumberDiffers;
+  }
   const std::string_view near_serial = SerialNumber(near);
   const std::string_view far_serial = SerialNumber(far);
   if (!near_serial.empty() && !far_serial.empty() && near_serial != far_serial) {
-    finding.detail |= kSerialNumber;
+    finding.detail |= kSerialNumberDiffers;
   }
   if (finding.detail != 0) found(index, finding);
 }

@@ -100,7 +100,7 @@ struct RuleTexts {
   std::string meaning;
 };
 
-// "temperature", "voltage", "RX power", "TX power" or "TX bias".
+// Quantities and levels as sentences name them.
 constexpr std::array<std::string_view, kQuantities> kQuantityWords = {
     "temperature", "supply voltage", "RX power", "TX power", "TX bias"};
 constexpr std::array<std::string_view, kAlarmLevels> kLevelWords = {"high alarm", "low alarm",
@@ -372,8 +372,9 @@ std::string MonitorSentence(const Finding& finding, const MonitorRule& rule) {
 std::string LightSentence(const Finding& finding, std::string_view what, Quantity quantity) {
   std::string text(what);
   text += OfLane(finding) + " is latched; ";
-  if (!Has(finding.value))
+  if (!Has(finding.value)) {
     return text + "the " + std::string(Words(quantity)) + " is not known now.";
+  }
   if (finding.value <= finding.limit) {
     return text + "there is no light now (" + Shown(quantity, finding.value) + ").";
   }
@@ -400,11 +401,10 @@ std::string FlagSentence(const Finding& finding) {
 }
 
 std::string MismatchSentence(const Finding& finding) {
-  constexpr unsigned kPartNumber = 1;
-  constexpr unsigned kBoth = 3;
-  const std::string_view what = finding.detail == kBoth         ? "part and serial numbers"
-                                : finding.detail == kPartNumber ? "part numbers"
-                                                                : "serial numbers";
+  constexpr unsigned kBoth = kPartNumberDiffers | kSerialNumberDiffers;
+  const std::string_view what = finding.detail == kBoth                ? "part and serial numbers"
+                                : finding.detail == kPartNumberDiffers ? "part numbers"
+                                                                       : "serial numbers";
   return "The two ends of the cable report different " + std::string(what) + '.';
 }
 
@@ -450,8 +450,9 @@ std::optional<Rule> FindRule(std::string_view name) {
 }
 
 std::string_view RuleUnit(Rule rule) {
-  if (const std::optional<MonitorRule> monitor = MonitorRuleOf(rule))
+  if (const std::optional<MonitorRule> monitor = MonitorRuleOf(rule)) {
     return QuantityUnit(monitor->quantity);
+  }
   return FindSingleRule(rule)->unit;
 }
 

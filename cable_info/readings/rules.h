@@ -141,6 +141,12 @@ class RuleSettings {
   std::array<float, kRuleParameters.size()> parameter_limits_{};
 };
 
+/// \name Bits of `Finding::detail`
+/// @{
+inline constexpr std::uint8_t kPartNumberDiffers = 1;    ///< the ends name different part numbers
+inline constexpr std::uint8_t kSerialNumberDiffers = 2;  ///< the ends name different serial numbers
+/// @}
+
 /// A finding of a rule. Numbers that it does not have are NaN.
 struct Finding {
   /// A number that the finding does not have.
@@ -149,7 +155,7 @@ struct Finding {
   Rule rule = Rule::kNoData;               ///< the rule
   Severity severity = Severity::kUnknown;  ///< its severity
   std::uint8_t lane = 0;                   ///< 1..8; 0 is the module
-  std::uint8_t detail = 0;  ///< of `kEndMismatch`: bit 0 the part number, bit 1 the serial number
+  std::uint8_t detail = 0;  ///< of `kEndMismatch`: `kPartNumberDiffers`, `kSerialNumberDiffers`
   /// In `RuleUnit`; for `kQueryFailed` the status, for `kChecksum` the number of wrong checksums.
   float value = kNone;
   float limit = kNone;      ///< in `RuleUnit`
