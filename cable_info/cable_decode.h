@@ -38,7 +38,7 @@ std::string_view FwVersion(const CableRecord& r, Form form);
 
 void AppendCableType(TextBuffer& out, const CableRecord& r);
 void AppendSupportedSpeed(TextBuffer& out, const CableRecord& r);
-/// Unquoted, as are all temperatures and voltages here.
+/// Temperatures and voltages are never quoted.
 void AppendTemperature(TextBuffer& out, const CableRecord& r, std::uint16_t word, Form form);
 void AppendDateCode(TextBuffer& out, const CableRecord& r);
 void AppendAttenuation(TextBuffer& out, const CableRecord& r, Form form);

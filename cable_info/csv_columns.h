@@ -292,7 +292,7 @@ constexpr std::array<CsvColumn, 177> MakeCsvColumns() {
 
 /// The columns of the cable table, in order. The host writes the first three cells of a row, the
 /// port's record the other 174.
-inline constexpr std::array<CsvColumn, 177> kCsvColumns = MakeCsvColumns();
+inline constexpr auto kCsvColumns = MakeCsvColumns();
 
 /// The number of columns that a port's record writes.
 inline constexpr int kRecordColumnCount =

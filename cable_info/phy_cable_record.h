@@ -16,7 +16,6 @@
 #include <iosfwd>
 #include <memory>
 #include <string>
-#include <string_view>
 
 #include "cable_info/phy_registers.h"
 #include "cable_info/value_format.h"

@@ -1058,7 +1058,7 @@ TEST_P(CableRecordPort, HasItsIdentity) {
   EXPECT_EQ(id.revision, GetParam().id.revision);
 }
 
-TEST_P(CableRecordPort, TellsOfItsHeat) {
+TEST_P(CableRecordPort, ReportsItsTemperatureAlarms) {
   EXPECT_EQ(record_.GetTemperatureAlarms(), GetParam().temperature_alarms);
   EXPECT_EQ(record_.GetTemperatureErrorsByTreshold(), GetParam().temperature_errors);
 }

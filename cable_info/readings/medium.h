@@ -1,5 +1,6 @@
 #pragma once
 
+// The medium of a module by its technology code, for the readings of all sources.
 // Internal; not installed.
 
 #include "cable_info/readings/readings.h"

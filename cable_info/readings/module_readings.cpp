@@ -5,6 +5,7 @@
 #include <string>
 
 #include "cable_info/module_memory/module_info.h"
+#include "cable_info/module_memory/module_memory.h"
 #include "cable_info/readings/medium.h"
 #include "cable_info/value_format.h"
 
@@ -216,7 +217,7 @@ Readings ReadingsOf(const ModuleInfo& module) {
   Readings port;
   port.has_data = module.family != ModuleFamily::kUnknown;
   if (!port.has_data) return port;
-  port.source = "MODULE";
+  port.source = module_memory::kModuleSource;
   port.checksum_mismatches = static_cast<int>(
       std::count_if(module.checksums.begin(), module.checksums.end(),
                     [](const PageChecksum& sum) { return sum.stored != sum.computed; }));

@@ -9,7 +9,7 @@
 //
 // would do. Written like that, the 78 lines of a report cost 156 stream operations, each with a
 // sentry that locks, checks and unlocks: 73 % of the whole report. Here one sentry prepares the
-// stream for all of them, lines are collected while there is room, and then written directly to the
+// stream for all of them, lines are collected while they fit, and then written directly to the
 // stream's buffer. If the buffer fails or throws, the stream ends in the state that `write` and
 // `flush` would have left, and the remaining lines are written with those.
 //
