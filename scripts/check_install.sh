@@ -4,19 +4,11 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh
+. scripts/checks.sh
 
 need "${build_packages[@]}" pkg-config binutils
-version=$(sed -n 's/.*kVersion = "\(.*\)".*/\1/p' cable_info/version.h)
 temporary=$(mktemp -d)
 trap 'rm -rf "$temporary"' EXIT
-
-fail() {
-  printf 'error: %s\n' "$*" >&2
-  exit 1
-}
-
-# Runs a command and shows its output only if it fails.
-quietly() { "$@" >"$temporary/log" 2>&1 || { cat "$temporary/log" >&2; fail "$*"; }; }
 
 # consume NAME [CMAKE-OPTION...]: builds the consumer and its plug-in with CMake, and runs them.
 consume() {

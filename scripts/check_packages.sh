@@ -4,12 +4,12 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/need.sh
+. scripts/checks.sh
 
 need "${build_packages[@]}" debhelper dpkg-dev lintian pkg-config binutils
 as_root=()
 [ "$(id -u)" -eq 0 ] || as_root=(sudo)
 
-version=$(sed -n 's/.*kVersion = "\(.*\)".*/\1/p' cable_info/version.h)
 interface=${version%.*}
 names=(cableinfo cableinfo-doc libcable-info-dev "libcable-info$interface")
 temporary=$(mktemp -d)
@@ -21,14 +21,6 @@ clean_up() {
 }
 trap clean_up EXIT
 
-fail() {
-  printf 'error: %s\n' "$*" >&2
-  exit 1
-}
-
-# Runs a command and shows its output only if it fails.
-quietly() { "$@" >"$temporary/log" 2>&1 || { cat "$temporary/log" >&2; fail "$*"; }; }
-
 for name in "${names[@]}"; do
   if dpkg-query -W "$name" >/dev/null 2>&1; then
     fail "$name is installed on this system; remove it first, as this check installs its own"
@@ -36,7 +28,7 @@ for name in "${names[@]}"; do
 done
 
 packages=$temporary/packages
-# Both builds at a time: their steps for one core fill the gaps of each other.
+# Run both builds at once: while one runs a sequential step, the other uses the idle core.
 check_reproducibility() {
   local again=$temporary/a/longer/folder package first
   scripts/package.sh "$packages" >"$temporary/first.log" 2>&1 &
