@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Changes one number, text, comparison or pair of adjacent lines at a time in cable_info/ and
-cable_info/text/, without the other folders of the library, and reports whether the tests detect it.
+"""Changes one number, text, comparison or pair of adjacent lines of the library at a time, in the
+folders cable_info/ and cable_info/text/, and reports whether the tests detect it.
 
 A change that no test detects shows a gap in the tests, unless it has no observable effect; changes
 without one are listed in scripts/mutation_equivalents.txt with the reason.

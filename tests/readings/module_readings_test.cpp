@@ -13,6 +13,8 @@
 namespace cable_info {
 namespace {
 
+using readings_cases::Measured;
+
 // A module of two lanes.
 ModuleInfo Module() {
   ModuleInfo module;

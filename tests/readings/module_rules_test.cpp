@@ -16,6 +16,10 @@
 namespace cable_info {
 namespace {
 
+using readings_cases::Measured;
+using readings_cases::Shown;
+using readings_cases::Texts;
+
 constexpr unsigned kLanes = 2;
 
 // A healthy optical module.

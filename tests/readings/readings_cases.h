@@ -8,7 +8,7 @@
 #include "cable_info/module_memory/module_info.h"
 #include "cable_info/readings/rules.h"
 
-namespace cable_info {
+namespace cable_info::readings_cases {
 
 /// A monitor with a value, without thresholds and flags.
 inline Monitor Measured(double value) {
@@ -32,4 +32,4 @@ inline Texts Shown(const std::vector<Finding>& findings) {
   return shown;
 }
 
-}  // namespace cable_info
+}  // namespace cable_info::readings_cases

@@ -20,6 +20,9 @@
 namespace cable_info {
 namespace {
 
+using readings_cases::Shown;
+using readings_cases::Texts;
+
 using ModuleRecord = PhyCableRecord::ModuleRecord;
 using LatchedFlagsPage = PhyCableRecord::LatchedFlagsPage;
 
