@@ -52,8 +52,8 @@ struct CableLength {
 
 /// A length of single-mode fibre: `value` times `unit` metres.
 struct SmfLength {
-  int value = 0;  ///< 0: unknown
-  int unit = 0;   ///< 100 or 1000
+  int value;  ///< 0: unknown
+  int unit;   ///< 100 or 1000
 
   /// The length in metres.
   int Metres() const { return value * unit; }
