@@ -753,7 +753,8 @@ Monitor VdmMonitor(const ModuleImage& image, const VdmObservable& observable,
   return ReadSample(
       {page(kVdmValues), 128 + 2 * at.instance, page(kVdmThresholds),
        128 + kThresholdSetSize * threshold_set, image.HalfOf(InBank(kPage2C, at.bank), 128),
-       128 + kFlagBytes * at.group + at.instance / 2, at.instance % 2 != 0, false},
+       128 + kFlagBytes * at.group + at.instance / 2,
+       at.instance % 2 != 0 ? Nibble::kHigh : Nibble::kLow, FlagOrder::kUp},
       observable);
 }
 

@@ -65,8 +65,6 @@ void ToApplications(Draft& draft, const FieldBytes& value) {
   }
 }
 
-constexpr bool kText = true;
-
 constexpr Place kApplicationDescriptors = {Page::kLower, kFirstDescriptor, Bytes(kDescriptorBytes)};
 
 // The fields, and what takes them. The places are those of the family's map.
@@ -87,11 +85,11 @@ const auto& Map() {
         F{P.Value(Quantity::kTemperature), ToModule<&ModuleRecord::temperature>},
         F{P.Value(Quantity::kVoltage), ToModule<&ModuleRecord::voltage>},
         F{P.Of(Field::kFirmwareActive), ToFirmware},
-        F{P.Of(Field::kVendor), ToText<&ModuleRecord::vendor_name>, kText},
+        F{P.Of(Field::kVendor), ToText<&ModuleRecord::vendor_name>, Partial::kAccepted},
         F{P.Of(Field::kOui), ToModule<&ModuleRecord::vendor_oui>},
-        F{P.Of(Field::kPartNumber), ToText<&ModuleRecord::vendor_pn>, kText},
-        F{P.Of(Field::kVendorRevision), ToText<&ModuleRecord::vendor_rev>, kText},
-        F{P.Of(Field::kSerialNumber), ToText<&ModuleRecord::vendor_sn>, kText},
+        F{P.Of(Field::kPartNumber), ToText<&ModuleRecord::vendor_pn>, Partial::kAccepted},
+        F{P.Of(Field::kVendorRevision), ToText<&ModuleRecord::vendor_rev>, Partial::kAccepted},
+        F{P.Of(Field::kSerialNumber), ToText<&ModuleRecord::vendor_sn>, Partial::kAccepted},
         F{P.Of(Field::kDateCode), SetDate<Draft>},
         F{P.Of(Field::kLot), ToModule<&ModuleRecord::lot>},
         F{P.Of(Field::kPowerClass), ToPowerClass},

@@ -92,12 +92,18 @@ class Places {
   const MemoryMap& map_;
 };
 
+/// The treatment of a field of which only the first bytes are known.
+enum class Partial : std::uint8_t {
+  kRefused,   ///< the record's field is unchanged
+  kAccepted,  ///< the record's field is set from those: a text that is cut short is still one
+};
+
 /// A line of a record's map: the position of a field, and its setter.
 template <typename Target>
 struct RecordField {
   Place place;
   void (*set)(Target& target, const FieldBytes& value) = nullptr;
-  bool is_text = false;  ///< a text that is cut short is still one
+  Partial partial = Partial::kRefused;
 };
 
 /// \name Setters: of a member of the target, or of a member of a part of the target
@@ -152,7 +158,8 @@ void SetFields(const ModuleImage& image, const std::array<RecordField<Target>, N
     if (half->IsEmpty()) continue;
     std::size_t known = place.extent.bytes;
     if (!half->Has(place.byte, known)) known = half->KnownFrom(place.byte, known);
-    if (known == 0 || (known < place.extent.bytes && !field.is_text)) continue;
+    if (known == 0) continue;
+    if (known < place.extent.bytes && field.partial == Partial::kRefused) continue;
     field.set(target, FieldBytes(half->From(place.byte), known, place.extent));
   }
 }

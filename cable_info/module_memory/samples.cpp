@@ -30,10 +30,11 @@ Thresholds ReadThresholds(const ModuleImage::Half& half, std::size_t byte,
 
 AlarmFlags ReadFlags(const SamplePlace& place) {
   if (!place.flags.Has(place.flag)) return {};
-  const unsigned nibble = place.flags[place.flag] >> (place.is_flag_high ? 4U : 0U) & 0xFU;
+  const unsigned shift = place.nibble == Nibble::kHigh ? 4U : 0U;
+  const unsigned nibble = place.flags[place.flag] >> shift & 0xFU;
   AlarmFlags flags;
   for (unsigned level = 0; level < kAlarmLevels; ++level) {
-    const unsigned bit = place.is_high_alarm_highest ? 3U - level : level;
+    const unsigned bit = place.order == FlagOrder::kDown ? 3U - level : level;
     flags.known |= static_cast<std::uint8_t>(1U << level);
     flags.raised |= static_cast<std::uint8_t>((nibble >> bit & 1U) << level);
   }

@@ -5,11 +5,19 @@
 // Internal; not installed.
 
 #include <cstddef>
+#include <cstdint>
 
 #include "cable_info/module_memory/cmis_vdm.h"
 #include "cable_info/module_memory/memory_map.h"
 
-namespace cable_info::module_memory {
+namespace cable_info {
+namespace [[gnu::visibility("hidden")]] module_memory {
+
+/// The half of a byte that has the four flags of a sample.
+enum class Nibble : std::uint8_t { kLow, kHigh };
+
+/// The order of the four flags in it: that of `AlarmLevel` from bit 0 up, or from bit 3 down.
+enum class FlagOrder : std::uint8_t { kUp, kDown };
 
 /// A word of a page that is the value of a sample, its four flags and its four thresholds.
 struct SamplePlace {
@@ -18,9 +26,9 @@ struct SamplePlace {
   const ModuleImage::Half& thresholds;
   std::size_t threshold;  ///< the first of four words, in the order of `AlarmLevel`
   const ModuleImage::Half& flags;
-  std::size_t flag;            ///< the byte
-  bool is_flag_high;           ///< the flags are the high nibble
-  bool is_high_alarm_highest;  ///< the flag of the high alarm is bit 3 of the nibble, else bit 0
+  std::size_t flag;  ///< the byte
+  Nibble nibble;
+  FlagOrder order;
 };
 
 /// Reads a sample of an observable.
@@ -31,4 +39,5 @@ Monitor ReadSample(const SamplePlace& place, const VdmObservable& observable);
 VdmSample SampleOf(const VdmObservable* observable, unsigned type, unsigned lane,
                    const Monitor& monitor);
 
-}  // namespace cable_info::module_memory
+}  // namespace module_memory
+}  // namespace cable_info

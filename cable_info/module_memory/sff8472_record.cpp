@@ -56,8 +56,6 @@ void ToLane1(Draft& draft, const FieldBytes& value) {
   LaneOf(draft.module.*kMember, 1) = value.Word(0);
 }
 
-constexpr bool kText = true;
-
 // The fields, and what takes them. The places are those of the family's map.
 // NOLINTNEXTLINE(readability-function-size): a table
 const auto& Map() {
@@ -72,15 +70,15 @@ const auto& Map() {
         F{P.Of(Field::kLengthOm1), ToModule<&ModuleRecord::length_om1>},
         F{P.Of(Field::kLengthCable), ToDraft<&Draft::om4_or_cable>},
         F{P.Of(Field::kLengthOm3), ToDraft<&Draft::om3>},
-        F{P.Of(Field::kVendor), ToText<&ModuleRecord::vendor_name>, kText},
+        F{P.Of(Field::kVendor), ToText<&ModuleRecord::vendor_name>, Partial::kAccepted},
         F{P.Of(Field::kExtendedCompliance), ToModule<&ModuleRecord::compliance_code>},
         F{P.Of(Field::kOui), ToModule<&ModuleRecord::vendor_oui>},
-        F{P.Of(Field::kPartNumber), ToText<&ModuleRecord::vendor_pn>, kText},
-        F{P.Of(Field::kVendorRevision), ToText<&ModuleRecord::vendor_rev>, kText},
+        F{P.Of(Field::kPartNumber), ToText<&ModuleRecord::vendor_pn>, Partial::kAccepted},
+        F{P.Of(Field::kVendorRevision), ToText<&ModuleRecord::vendor_rev>, Partial::kAccepted},
         F{P.Of(Field::kWavelength), ToDraft<&Draft::wavelength>},
         F{P.Of(Field::kPowerClass), ToDraft<&Draft::options>},
         F{P.Of(Field::kExtendedBitrate), ToDraft<&Draft::extended_rate>},
-        F{P.Of(Field::kSerialNumber), ToText<&ModuleRecord::vendor_sn>, kText},
+        F{P.Of(Field::kSerialNumber), ToText<&ModuleRecord::vendor_sn>, Partial::kAccepted},
         F{P.Of(Field::kDateCode), SetDate<Draft>},
         F{P.Of(Field::kLot), ToModule<&ModuleRecord::lot>},
         F{P.Of(Field::kRxPowerType), ToModule<&ModuleRecord::rx_power_type>},

@@ -641,7 +641,7 @@ void DecodeParameter(Decoding& to, unsigned number, unsigned configuration) {
   const Monitor monitor = ReadSample(
       {page20, kValues + 2 * std::size_t{number}, to.image.HalfOf(Page::k21, kThresholds),
        kThresholds + kThresholdSetSize * threshold_set, page20, kFlags + number / 2,
-       number % 2 == 0, true},
+       number % 2 == 0 ? Nibble::kHigh : Nibble::kLow, FlagOrder::kDown},
       observable != nullptr ? *observable : kUnknownObservable);
   to.info.vdm.push_back(SampleOf(observable, type, lane, monitor));
 }

@@ -69,7 +69,6 @@ void ToLanes(Draft& draft, const FieldBytes& value) {
 
 constexpr int kPowerUnit = 100;  // 0.1 uW
 constexpr int kBiasUnit = 2000;  // 2 uA
-constexpr bool kText = true;
 
 // The fields, and what takes them. The places are those of the family's map.
 // NOLINTNEXTLINE(readability-function-size): a table
@@ -105,15 +104,15 @@ const auto& Map() {
         F{P.Of(Field::kLengthOm1), ToRecord<&CableRecord::LengthOm1>},
         F{P.Of(Field::kLengthCable), ToRecord<&CableRecord::LengthCopperOrActive>},
         F{P.Of(Field::kTechnology, kByte), ToTechnology},
-        F{P.Of(Field::kVendor), ToText<&CableRecord::VendorName>, kText},
+        F{P.Of(Field::kVendor), ToText<&CableRecord::VendorName>, Partial::kAccepted},
         F{P.Of(Field::kSpeedMask), ToRecord<&CableRecord::SupportedSpeedMask>},
         F{P.Of(Field::kOui), ToOui},
-        F{P.Of(Field::kPartNumber), ToText<&CableRecord::PartNumber>, kText},
-        F{P.Of(Field::kVendorRevision), ToText<&CableRecord::Revision>, kText},
+        F{P.Of(Field::kPartNumber), ToText<&CableRecord::PartNumber>, Partial::kAccepted},
+        F{P.Of(Field::kVendorRevision), ToText<&CableRecord::Revision>, Partial::kAccepted},
         F{P.Of(Field::kAttenuation2p5, Bytes(4)), ToAttenuation},
         F{P.Of(Field::kExtendedCompliance), ToRecord<&CableRecord::ExtSpecCompliance>},
-        F{P.Of(Field::kSerialNumber), ToText<&CableRecord::SerialNumber>, kText},
-        F{P.Of(Field::kDateCode), ToDate, kText},
+        F{P.Of(Field::kSerialNumber), ToText<&CableRecord::SerialNumber>, Partial::kAccepted},
+        F{P.Of(Field::kDateCode), ToDate, Partial::kAccepted},
         F{P.Of(Field::kLot), ToRecord<&CableRecord::Lot>},
         F{P.Of(Field::kRxPowerType), ToRecord<&CableRecord::RxPowerIsAverage>},
         F{P.Of(Field::kExtendedBitrate), ToDraft<&Draft::extended_rate>},
