@@ -309,7 +309,7 @@ void DecodeNormalizedApplications(Decoding& to, const CodeTable* media_interface
   constexpr std::size_t kSize = 8;
   const unsigned banks = ApplicationBanksOf(to.image);
   for (unsigned bank = 0; bank < banks; ++bank) {
-    const ModuleImage::Half& half = to.image.HalfOf(PageOf(NumberOf(kPage1C), bank), 128);
+    const ModuleImage::Half& half = to.image.HalfOf(InBank(kPage1C, bank), 128);
     for (unsigned n = 1; n <= kApplications; ++n) {
       const std::size_t byte = 128 + kSize * (n - 1);
       if (!half.Has(byte, kSize) || half[byte] == kEndOfList) break;
@@ -429,8 +429,6 @@ struct LanePosition {
   unsigned lane;  // of the bank, from 1
   unsigned bank;
 };
-
-Page InBank(Page page, unsigned bank) { return PageOf(NumberOf(page), bank); }
 
 LaneValue Present(double number) { return {FieldState::kPresent, number}; }
 LaneValue Absent(FieldState state) { return {state, 0.0}; }
@@ -684,7 +682,7 @@ void DecodeBank(Decoding& to, const LaneLayout& layout, unsigned bank, Lane* lan
       LaneReader(half, line, advertised).Read(lanes, count, LanesWith(layout, line.side));
     } else {
       for (Lane* lane = lanes; lane != lanes + count; ++lane) {
-        const LanePosition at = {(lane->number - 1) % kLanesPerBank + 1, bank};
+        const LanePosition at = {LaneInBank(lane->number), bank};
         if (!HasSide(layout, line.side, at.lane)) continue;
         lane->Set(line.field, OwnLaneField(to.image, line, advertised, at));
       }
@@ -692,7 +690,7 @@ void DecodeBank(Decoding& to, const LaneLayout& layout, unsigned bank, Lane* lan
   }
   for (const LaneSide side : kSides) {
     for (Lane* lane = lanes; lane != lanes + count; ++lane) {
-      if (!HasSide(layout, side, (lane->number - 1) % kLanesPerBank + 1)) continue;
+      if (!HasSide(layout, side, LaneInBank(lane->number))) continue;
       lane->SetState(not_read[static_cast<std::size_t>(side)], FieldState::kNotRead);
     }
   }

@@ -23,9 +23,6 @@ std::uint32_t WordAt(const ModuleImage::Half& half, std::size_t byte) {
 
 bool IsBlank(char c) { return c == ' ' || c == '\0'; }
 
-// The page of a line in another bank.
-Page InBank(Page page, unsigned bank) { return bank == 0 ? page : PageOf(NumberOf(page), bank); }
-
 std::int32_t SignedOf(std::uint32_t raw, unsigned bits) {
   if (bits == 0) return 0;
   const unsigned unused = 32 - bits;
@@ -415,9 +412,6 @@ Monitor ReadMonitor(const ModuleImage& image, const MapMonitor& line, const Conv
 }
 
 namespace {
-
-unsigned BankOfLane(unsigned lane) { return (lane - 1) / kLanesPerBank; }
-unsigned LaneInBank(unsigned lane) { return (lane - 1) % kLanesPerBank + 1; }
 
 std::string_view NameOf(const MapMonitor& line) {
   switch (line.quantity) {

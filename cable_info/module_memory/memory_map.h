@@ -418,6 +418,13 @@ class LaneReader {
 };
 /// The banks of lanes: eight lanes each.
 inline constexpr unsigned kLanesPerBank = 8;
+/// The bank of lane `lane` of the module (from 1), and its number in that bank (from 1).
+constexpr unsigned BankOfLane(unsigned lane) { return (lane - 1) / kLanesPerBank; }
+constexpr unsigned LaneInBank(unsigned lane) { return (lane - 1) % kLanesPerBank + 1; }
+/// A page of a map, which lists those of bank 0, in another bank.
+constexpr Page InBank(Page page, unsigned bank) {
+  return bank == 0 ? page : PageOf(NumberOf(page), bank);
+}
 /// Decodes the fields of all lanes of `to`, which are in bank 0, in the same way, all but those of
 /// `RawType::kOwn`. Bit n of `absent`: lane n + 1 has none of them.
 void DecodeLanes(Decoding& to, Lines<LaneMapField> map, std::uint64_t absent);

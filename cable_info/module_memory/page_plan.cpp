@@ -121,7 +121,7 @@ class Plan {
     if (Ask(image_, kVdm) != Advertised::kYes) return;
     constexpr std::uint8_t kTables[] = {0x20, 0x24, 0x28};
     for (unsigned bank = 0; bank < banks; ++bank) {
-      const Page control = PageOf(NumberOf(kPage2F), bank);
+      const Page control = InBank(kPage2F, bank);
       Add(control);
       const std::optional<unsigned> last_group = BitsOf(image_, control, 128, 1, 0);
       if (!last_group) continue;
@@ -130,14 +130,14 @@ class Plan {
           Add(PageOf(static_cast<std::uint8_t>(table + group), bank));
         }
       }
-      Add(PageOf(NumberOf(kPage2C), bank));
+      Add(InBank(kPage2C, bank));
     }
   }
 
   // Page 1Ch, with more applications, has its own banks.
   void AddApplications() {
     const unsigned banks = ApplicationBanksOf(image_);
-    for (unsigned bank = 0; bank < banks; ++bank) Add(PageOf(NumberOf(kPage1C), bank));
+    for (unsigned bank = 0; bank < banks; ++bank) Add(InBank(kPage1C, bank));
   }
 
   // Each bank of the coherent pages is one media lane; 00h:210 marks unsupported ones.
@@ -146,8 +146,8 @@ class Plan {
     const unsigned absent = BitsOf(image_, Page::k00, 210).value_or(0);
     for (unsigned bank = 0; bank < kLanesPerBank; ++bank) {
       if ((absent >> bank & 1U) != 0) continue;
-      Add(PageOf(NumberOf(kPage34), bank));
-      Add(PageOf(NumberOf(kPage35), bank));
+      Add(InBank(kPage34, bank));
+      Add(InBank(kPage35, bank));
     }
   }
 
