@@ -21,31 +21,20 @@ namespace {
 
 // 00h:202. All bits set: longer than 6300 m.
 std::optional<double> CableLength(Decoding& to, unsigned raw) {
-  constexpr double kTimes[] = {1, 10, 100, 1000};  // tenths of a metre
   constexpr unsigned kMore = 0xFF;
   if (raw == kMore) {
     WarnMoreThan(to, Field::kLengthCable, 6300);
     return std::nullopt;
   }
-  const unsigned base = raw & 0x3FU;
-  if (base == 0) return std::nullopt;
-  return base * kTimes[raw >> 6U] / 10;
+  const double metres = CableLengthOf(static_cast<std::uint8_t>(raw));
+  return metres != 0 ? std::optional<double>(metres) : std::nullopt;
 }
 
-// 01h:132, and 137.7-6 for the longest from CMIS 5.3 on; metres.
+// Metres.
 std::optional<double> SmfLength(Decoding& to, unsigned raw) {
-  constexpr double kTimes[] = {100, 1000, 10000};
-  constexpr double kLongTimes[] = {50000, 100000, 200000, 500000};
-  const unsigned base = raw & 0x3FU;
-  const unsigned code = raw >> 6U;
-  if (base == 0) return std::nullopt;
-  if (code < 3) return base * kTimes[code];
-  const std::optional<unsigned> long_code = BitsOf(to.image, Page::k01, 137, 7, 6);
-  if (IsSince(to.image, 0x53) == Advertised::kYes && long_code) {
-    return base * kLongTimes[*long_code];
-  }
-  to.Warn("Length, SMF: multiplier 3 is not defined before CMIS 5.3");
-  return std::nullopt;
+  const std::optional<unsigned> metres = SmfLengthOf(to.image, raw);
+  if (!metres) to.Warn("Length, SMF: multiplier 3 is not defined before CMIS 5.3");
+  return metres.value_or(0) != 0 ? std::optional<double>(*metres) : std::nullopt;
 }
 
 // The names of the bits that are set in the bytes of a field, low byte and low bit first, with
@@ -124,12 +113,6 @@ std::string TextOf(const ModuleImage& image, const MapField& line, std::uint32_t
     default:  // the patterns
       return NamesOfBits(image, line, PatternName);
   }
-}
-
-// Of 01h:160.4-3; none for the reserved code.
-std::optional<double> BiasMultiplierOf(unsigned code) {
-  constexpr double kMultipliers[] = {1, 2, 4};
-  return code < std::size(kMultipliers) ? std::optional<double>(kMultipliers[code]) : std::nullopt;
 }
 
 // Of 01h:163.3-0; none for the reserved codes.
@@ -256,10 +239,9 @@ struct DescriptorPlace {
   std::size_t byte;
 };
 DescriptorPlace PlaceOfDescriptor(unsigned number) {
-  constexpr unsigned kInLowerPage = 8;
-  constexpr std::size_t kSize = 4;
-  if (number <= kInLowerPage) return {Page::kLower, kFirstDescriptor + kSize * (number - 1)};
-  return {Page::k01, 223 + kSize * (number - kInLowerPage - 1)};
+  constexpr std::size_t kSize = kDescriptorSize;
+  if (number <= kLowerDescriptors) return {Page::kLower, kFirstDescriptor + kSize * (number - 1)};
+  return {Page::k01, 223 + kSize * (number - kLowerDescriptors - 1)};
 }
 
 NamedCode Named(unsigned code, const CodeTable* names) {
@@ -278,8 +260,6 @@ Application DescribedBy(const std::uint8_t* descriptor, unsigned number,
   return application;
 }
 
-constexpr unsigned kEndOfList = 0xFF;
-
 // Byte 3 of flat modules is something else from CMIS 5.4 on.
 std::optional<unsigned> HostAssignment(const ModuleImage& image, unsigned options) {
   const bool is_other =
@@ -292,8 +272,8 @@ void DecodeBasicApplications(Decoding& to, const CodeTable* media_interfaces) {
   for (unsigned number = 1; number <= kApplications; ++number) {
     const DescriptorPlace place = PlaceOfDescriptor(number);
     const ModuleImage::Half& half = to.image.HalfOf(place.page, place.byte);
-    if (!half.Has(place.byte, 4) || half[place.byte] == kEndOfList) return;
-    const std::uint32_t descriptor = RawNumber(half, place.byte, Bytes(4));
+    if (!half.Has(place.byte, kDescriptorSize) || half[place.byte] == kEndOfList) return;
+    const std::uint32_t descriptor = RawNumber(half, place.byte, Bytes(kDescriptorSize));
     if (descriptor == 0) continue;  // unused; the list should have ended with FFh
     Application application = DescribedBy(half.From(place.byte), number, media_interfaces);
     application.host_assignment = HostAssignment(to.image, half[place.byte + 3]);
@@ -356,18 +336,16 @@ void AddSpeeds(ModuleInfo& info) {
 // Monitors
 // ---------------------------------------------------------------------------------------------
 
-// 01h:160.4-3.
 double BiasMultiplier(Decoding& to) {
-  const std::optional<unsigned> code = BitsOf(to.image, Page::k01, 160, 4, 3);
+  static const MapField& kLine = *FindLine(CmisMap(), Field::kTxBiasMultiplier);
+  const std::optional<std::uint32_t> code = RawOf(to.image, kLine);
   if (!code) {
-    if (to.image.Has(Page::k02) || to.image.Has(Page::k11)) {
-      to.Warn("page 01h with the multiplier of the bias currents is missing; it is taken as 1");
-    }
+    if (HasBiasPages(to.image)) to.Warn(kMissingBiasMultiplier);
     return 1;
   }
-  if (const std::optional<double> multiplier = BiasMultiplierOf(*code)) return *multiplier;
-  to.Warn("the multiplier of the bias currents has a reserved code; it is taken as 1");
-  return 1;
+  const std::optional<unsigned> multiplier = BiasMultiplierOf(*code);
+  if (!multiplier) to.Warn(kReservedBiasMultiplier);
+  return multiplier.value_or(1);
 }
 
 // An auxiliary monitor that the module does not advertise has no name, but must not be missed.
@@ -430,6 +408,13 @@ struct LanePosition {
   unsigned bank;
 };
 
+// The line of a field that the map has.
+const LaneMapField& LineOf(LaneField field) {
+  const Lines<LaneMapField> lines = CmisMap().lane_fields;
+  return *std::find_if(lines.begin(), lines.end(),
+                       [field](const LaneMapField& line) { return line.field == field; });
+}
+
 LaneValue Present(double number) { return {FieldState::kPresent, number}; }
 LaneValue Absent(FieldState state) { return {state, 0.0}; }
 
@@ -443,12 +428,10 @@ LaneValue Cdr(const ModuleImage& image, const LaneMapField& line, Advertised adv
   return ReadLaneField(image, line, advertised, at.lane, at.bank);
 }
 
-// A module that controls the pre-cursor alone keeps it in the field of the post-cursor.
 LaneValue PreCursor(const ModuleImage& image, const LaneMapField& line, Advertised advertised,
                     LanePosition at) {
-  constexpr unsigned kPreCursorOnly = 1;
-  LaneMapField place = line;
-  if (BitsOf(image, Page::k01, 162, 4, 3) == kPreCursorOnly) place.byte += 4;
+  static const LaneMapField& kPostCursor = LineOf(LaneField::kRxPostCursor);
+  const LaneMapField& place = ControlsPreCursorOnly(image) ? kPostCursor : line;
   return ReadLaneField(image, place, advertised, at.lane, at.bank);
 }
 
@@ -472,8 +455,9 @@ LaneValue Grid(const ModuleImage& image, const LaneMapField& line, Advertised ad
   constexpr double k75 = 7;
   LaneValue value = ReadLaneField(image, line, advertised, at.lane, at.bank);
   const bool is_swapped = value.number == k33 || value.number == k75;
-  if (is_swapped && IsSince(image, 0x50) == Advertised::kNo)
+  if (is_swapped && IsSince(image, 0x50) == Advertised::kNo) {
     value.number = k33 + k75 - value.number;
+  }
   return value;
 }
 
@@ -497,16 +481,11 @@ std::optional<double> ChannelFrequency(unsigned grid, double channel) {
   }
 }
 
-LaneValue TunedFrequency(const ModuleImage& image, const LaneMapField& line, Advertised advertised,
-                         LanePosition at) {
-  const LaneMapField grid_line = {
-      LaneField::kGrid, line.page,       128, Bits(7, 4), LaneOrder::kApart,
-      kNumber,          line.advertised, {},  line.side};
-  const LaneMapField channel_line = {LaneField::kChannel, line.page,  line.byte,
-                                     line.extent,         line.order, Signed(Times(1)),
-                                     line.advertised,     {},         line.side};
-  const LaneValue grid = Grid(image, grid_line, advertised, at);
-  const LaneValue channel = ReadLaneField(image, channel_line, advertised, at.lane, at.bank);
+LaneValue TunedFrequency(const ModuleImage& image, Advertised advertised, LanePosition at) {
+  static const LaneMapField& kGrid = LineOf(LaneField::kGrid);
+  static const LaneMapField& kChannel = LineOf(LaneField::kChannel);
+  const LaneValue grid = Grid(image, kGrid, advertised, at);
+  const LaneValue channel = ReadLaneField(image, kChannel, advertised, at.lane, at.bank);
   if (!grid.IsPresent()) return Absent(grid.state);
   if (!channel.IsPresent()) return Absent(channel.state);
   const std::optional<double> frequency =
@@ -535,37 +514,6 @@ constexpr unsigned kSelectHostCounters = 2;   // of lanes 1 to 4; the next one o
 constexpr unsigned kSelectMediaCounters = 4;  // the same
 constexpr unsigned kSelectSnr = 6;
 
-struct DiagnosticsPlace {
-  unsigned selector;
-  std::size_t byte;
-  std::size_t count;
-};
-
-DiagnosticsPlace PlaceOfDiagnostics(LaneField field, unsigned lane) {
-  const std::size_t n = lane - 1;
-  const unsigned half = lane > 4 ? 1 : 0;
-  const std::size_t pair = 192 + 16 * (n % 4);
-  switch (field) {
-    case LaneField::kHostBer:
-      return {kSelectBer, 192 + 2 * n, 2};
-    case LaneField::kMediaBer:
-      return {kSelectBer, 208 + 2 * n, 2};
-    case LaneField::kHostSnr:
-      return {kSelectSnr, 208 + 2 * n, 2};
-    case LaneField::kMediaSnr:
-      return {kSelectSnr, 240 + 2 * n, 2};
-    case LaneField::kHostErrors:
-      return {kSelectHostCounters + half, pair, 8};
-    case LaneField::kHostBits:
-    case LaneField::kHostSyncLost:
-      return {kSelectHostCounters + half, pair + 8, 8};
-    case LaneField::kMediaErrors:
-      return {kSelectMediaCounters + half, pair, 8};
-    default:  // kMediaBits, kMediaSyncLost
-      return {kSelectMediaCounters + half, pair + 8, 8};
-  }
-}
-
 std::uint64_t LittleEndian(const ModuleImage::Half& half, std::size_t byte, std::size_t count) {
   std::uint64_t number = 0;
   for (std::size_t i = count; i-- != 0;) number = number << 8U | half[byte + i];
@@ -582,15 +530,34 @@ bool IsSnr(LaneField field) {
   return field == LaneField::kHostSnr || field == LaneField::kMediaSnr;
 }
 
+struct DiagnosticsPlace {
+  unsigned selector;
+  std::size_t byte;
+};
+
+// The line has the place of lane 1. Words of lanes follow each other; counters are pairs, of errors
+// and bits, and a selector shows those of four lanes.
+DiagnosticsPlace PlaceOfDiagnostics(const LaneMapField& line, unsigned lane) {
+  constexpr unsigned kLanesPerSelector = 4;
+  const std::size_t size = line.extent.bytes;
+  const unsigned n = lane - 1;
+  if (IsBer(line.field)) return {kSelectBer, line.byte + size * n};
+  if (IsSnr(line.field)) return {kSelectSnr, line.byte + size * n};
+  const bool is_host = line.side == LaneSide::kHost;
+  const unsigned first = is_host ? kSelectHostCounters : kSelectMediaCounters;
+  return {first + n / kLanesPerSelector, line.byte + 2 * size * (n % kLanesPerSelector)};
+}
+
 LaneValue Diagnostics(const ModuleImage& image, const LaneMapField& line, Advertised advertised,
                       LanePosition at) {
-  const DiagnosticsPlace place = PlaceOfDiagnostics(line.field, at.lane);
-  const ModuleImage::Half& half = image.HalfOf(InBank(Page::k14, at.bank), 128);
+  const DiagnosticsPlace place = PlaceOfDiagnostics(line, at.lane);
+  const std::size_t size = line.extent.bytes;
+  const ModuleImage::Half& half = image.HalfOf(InBank(line.page, at.bank), line.byte);
   // Ratios and counters may be gated.
   const unsigned selector = IsSnr(line.field) ? half[128] : half[128] & ~kGated;
   const bool is_selected = half.Has(128) && selector == place.selector;
-  const bool is_known = is_selected && half.Has(place.byte, place.count);
-  const std::uint64_t raw = is_known ? LittleEndian(half, place.byte, place.count) : 0;
+  const bool is_known = is_selected && half.Has(place.byte, size);
+  const std::uint64_t raw = is_known ? LittleEndian(half, place.byte, size) : 0;
   const FieldState state = StateOf(advertised, is_known, raw != 0);
   if (state != FieldState::kPresent) return Absent(state);
   if (IsBer(line.field)) {
@@ -619,7 +586,7 @@ LaneValue OwnLaneField(const ModuleImage& image, const LaneMapField& line, Adver
     case LaneField::kGrid:
       return Grid(image, line, advertised, at);
     case LaneField::kChannelFrequency:
-      return TunedFrequency(image, line, advertised, at);
+      return TunedFrequency(image, advertised, at);
     case LaneField::kRelativeHighAlarm:
     case LaneField::kRelativeLowAlarm:
     case LaneField::kRelativeHighWarning:
@@ -730,9 +697,6 @@ void DecodeLanes(Decoding& to, const LaneLayout& layout, MemoryModel memory) {
 
 constexpr unsigned kVdmGroups = 4;
 constexpr unsigned kVdmInstances = 64;
-constexpr std::uint8_t kVdmDescriptors = 0x20;
-constexpr std::uint8_t kVdmValues = 0x24;
-constexpr std::uint8_t kVdmThresholds = 0x28;
 
 // An instance of a group: the bank and number of its pages, and its place in them.
 struct VdmPlace {
@@ -789,8 +753,7 @@ void DecodeVdm(Decoding& to, const LaneLayout& layout) {
     return to.Warn("pages 20h to 2Fh (VDM) were read, but the module does not advertise them");
   }
   for (unsigned bank = 0; bank < layout.banks; ++bank) {
-    const std::optional<unsigned> last = BitsOf(to.image, InBank(kPage2F, bank), 128, 1, 0);
-    const unsigned groups = last ? *last + 1 : kVdmGroups;
+    const unsigned groups = VdmGroupsOf(to.image, bank).value_or(kVdmGroups);
     for (std::uint8_t group = 0; group < groups; ++group) {
       const Page page = PageOf(static_cast<std::uint8_t>(kVdmDescriptors + group), bank);
       const ModuleImage::Half& half = to.image.HalfOf(page, 128);

@@ -56,11 +56,9 @@ void ToPowerClass(Draft& draft, const FieldBytes& value) {
   draft.module.power_class = static_cast<std::uint8_t>(value.Number() + 1);
 }
 
-// Descriptors of four bytes, the host interface first; 0xFF ends their list.
+// Descriptors, the host interface first.
 void ToApplications(Draft& draft, const FieldBytes& value) {
-  constexpr std::uint8_t kEndOfList = 0xFF;
-  constexpr std::size_t kDescriptor = 4;
-  for (std::size_t i = 0; i < value.size() && value[i] != kEndOfList; i += kDescriptor) {
+  for (std::size_t i = 0; i < value.size() && value[i] != kEndOfList; i += kDescriptorSize) {
     draft.module.ib_compliance_code |= InfiniBandSpeedOfHostInterface(value[i]);
   }
 }
@@ -167,33 +165,24 @@ const auto& Map() {
   return kMap;
 }
 
-// Kilometres of multiplier 3: by 01h:137.7-6 from CMIS 5.3 on, not defined before.
-std::optional<unsigned> LongSmfLength(const ModuleImage& image, unsigned base) {
-  constexpr unsigned kKilometres[] = {50, 100, 200, 500};
-  const std::optional<unsigned> code = BitsOf(image, Page::k01, 137, 7, 6);
-  if (!code || IsSince(image, 0x53) != Advertised::kYes) return std::nullopt;
-  return base * kKilometres[*code];
-}
-
 // The record's unit codes are kilometres and tenths of them, its value has eight bits; what does
 // not fit stays unknown.
 std::uint16_t SmfLength(const ModuleImage& image, const Draft& draft,
                         std::vector<std::string>& remarks) {
   constexpr unsigned kHighest = 0xFF;
-  constexpr unsigned kKilometres[] = {0, 1, 10};
-  const unsigned base = draft.smf_length & 0x3FU;
-  const unsigned multiplier = draft.smf_length >> 6U;
-  if (base == 0) return 0;
-  if (multiplier == 0) return SmfLengthWord(base, SmfLengthUnit::kTenthOfKilometre);
-  const std::optional<unsigned> length = multiplier < std::size(kKilometres)
-                                             ? base * kKilometres[multiplier]
-                                             : LongSmfLength(image, base);
-  if (!length) {
+  constexpr unsigned kKilometre = 1000;
+  constexpr unsigned kTenth = 100;
+  const std::optional<unsigned> metres = SmfLengthOf(image, draft.smf_length);
+  if (!metres) {
     remarks.emplace_back(
         "multiplier 3 of the length of single-mode fibre is not defined before CMIS 5.3");
     return 0;
   }
-  if (*length <= kHighest) return SmfLengthWord(*length, SmfLengthUnit::kKilometre);
+  if (*metres == 0) return 0;
+  const bool is_in_tenths = draft.smf_length >> 6U == 0;
+  if (is_in_tenths) return SmfLengthWord(*metres / kTenth, SmfLengthUnit::kTenthOfKilometre);
+  const unsigned kilometres = *metres / kKilometre;
+  if (kilometres <= kHighest) return SmfLengthWord(kilometres, SmfLengthUnit::kKilometre);
   remarks.emplace_back(
       "the length of single-mode fibre is above 255 km, for which rows and "
       "reports have no place");
@@ -215,14 +204,9 @@ std::string BiasText(std::uint32_t units) {
 }
 
 void MultiplyBias(Draft& draft, std::vector<std::string>& remarks) {
-  constexpr unsigned kMultipliers[] = {1, 2, 4, 1};
-  constexpr unsigned kReserved = 3;
-  const unsigned multiplier = kMultipliers[draft.bias_multiplier_code & 3U];
-  if (draft.bias_multiplier_code == kReserved) {
-    remarks.emplace_back(
-        "the multiplier of the bias currents has a reserved code; it is taken as "
-        "1");
-  }
+  const std::optional<unsigned> own = BiasMultiplierOf(draft.bias_multiplier_code);
+  const unsigned multiplier = own.value_or(1);
+  if (!own) remarks.emplace_back(kReservedBiasMultiplier);
   ModuleRecord& module = draft.module;
   for (int lane = 1; lane <= kPhyLanes; ++lane) {
     std::uint16_t& bias = LaneOf(module.tx_bias, static_cast<std::size_t>(lane));
@@ -296,10 +280,8 @@ void DropMonitors(Draft& draft) {
   draft.flags.latched_voltage_flags = 0;
 }
 
-// A module that controls the pre-cursor alone keeps it in the field of the post-cursor.
 void MovePreCursor(const ModuleImage& image, ModuleRecord& module) {
-  constexpr unsigned kPreCursorOnly = 1;
-  if (BitsOf(image, Page::k01, 162, 4, 3) != kPreCursorOnly) return;
+  if (!ControlsPreCursorOnly(image)) return;
   module.rx_output_pre_emp = module.rx_output_post_emp;
   module.rx_output_post_emp = 0;
 }
@@ -337,12 +319,7 @@ std::unique_ptr<PhyCableRecord> CableFromCmis(const ModuleImage& image, std::uin
   RemarkOnHigherLanes(draft.flags, remarks);
   RemarkOnAttenuation(image, remarks);
   DropTemperaturesOfPassiveCopper(draft.module);
-  const bool shows_bias = image.Has(Page::k02) || image.Has(Page::k11);
-  if (shows_bias && !image.Has(Page::k01)) {
-    remarks.emplace_back(
-        "page 01h with the multiplier of the bias currents is missing; it is "
-        "taken as 1");
-  }
+  if (HasBiasPages(image) && !image.Has(Page::k01)) remarks.emplace_back(kMissingBiasMultiplier);
 
   auto record = std::make_unique<PhyCableRecord>();
   record->SetModule(std::make_unique<ModuleRecord>(draft.module));

@@ -1,5 +1,7 @@
 #include "cable_info/module_memory/cmis_rules.h"
 
+#include <iterator>
+
 #include "cable_info/module_memory/cmis_lanes.h"
 #include "cable_info/shared_decoders.h"
 
@@ -106,5 +108,35 @@ Advertised HasAuxOf(const ModuleImage& image, unsigned monitor, unsigned observa
                                            [value](unsigned own) { return own == value; });
   return Both(AskBit(image, Page::k01, 159, monitor), measures);
 }
+
+std::optional<unsigned> VdmGroupsOf(const ModuleImage& image, unsigned bank) {
+  const std::optional<unsigned> last = BitsOf(image, InBank(kPage2F, bank), 128, 1, 0);
+  return last ? std::optional<unsigned>(*last + 1) : std::nullopt;
+}
+
+std::optional<unsigned> SmfLengthOf(const ModuleImage& image, unsigned raw) {
+  constexpr unsigned kMetres[] = {100, 1000, 10000};
+  constexpr unsigned kLongMetres[] = {50000, 100000, 200000, 500000};
+  const unsigned base = raw & 0x3FU;
+  const unsigned multiplier = raw >> 6U;
+  if (base == 0) return 0;
+  if (multiplier < std::size(kMetres)) return base * kMetres[multiplier];
+  const std::optional<unsigned> code = BitsOf(image, Page::k01, 137, 7, 6);
+  if (!code || IsSince(image, 0x53) != Advertised::kYes) return std::nullopt;
+  return base * kLongMetres[*code];
+}
+
+bool ControlsPreCursorOnly(const ModuleImage& image) {
+  constexpr unsigned kPreCursorOnly = 1;
+  return BitsOf(image, Page::k01, 162, 4, 3) == kPreCursorOnly;
+}
+
+std::optional<unsigned> BiasMultiplierOf(unsigned code) {
+  constexpr unsigned kMultipliers[] = {1, 2, 4};
+  return code < std::size(kMultipliers) ? std::optional<unsigned>(kMultipliers[code])
+                                        : std::nullopt;
+}
+
+bool HasBiasPages(const ModuleImage& image) { return image.Has(Page::k02) || image.Has(Page::k11); }
 
 }  // namespace cable_info::module_memory

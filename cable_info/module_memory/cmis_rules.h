@@ -1,19 +1,36 @@
 #pragma once
 
-// Advertisements of CMIS modules that depend on more than a single bit.
+// The rules of CMIS that decoding, conversion to records and page plans share: advertisements that
+// depend on more than a single bit, and fields that depend on others.
 //
 // Internal; not installed.
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <string_view>
 
 #include "cable_info/module_memory/memory_map.h"
 
 namespace cable_info {
 namespace [[gnu::visibility("hidden")]] module_memory {
 
-/// The byte of the lower page where the eight application descriptors of four bytes begin.
-inline constexpr std::uint8_t kFirstDescriptor = 86;
-inline constexpr std::uint8_t kDescriptorBytes = 32;
+/// \name Application descriptors: the lower page has those of applications 1 to 8
+/// @{
+inline constexpr std::uint8_t kFirstDescriptor = 86;  ///< byte of the lower page
+inline constexpr std::uint8_t kDescriptorSize = 4;
+inline constexpr std::uint8_t kLowerDescriptors = 8;
+inline constexpr std::uint8_t kDescriptorBytes = kLowerDescriptors * kDescriptorSize;
+/// The host interface of a descriptor that ends the list.
+inline constexpr std::uint8_t kEndOfList = 0xFF;
+/// @}
+
+/// \name The first of the pages of VDM that have a group each
+/// @{
+inline constexpr std::uint8_t kVdmDescriptors = 0x20;
+inline constexpr std::uint8_t kVdmValues = 0x24;
+inline constexpr std::uint8_t kVdmThresholds = 0x28;
+/// @}
 
 inline constexpr Page kPage0C = PageOf(0x0C);
 inline constexpr Page kPage0D = PageOf(0x0D);
@@ -66,7 +83,7 @@ Advertised BitSince(const ModuleImage& image) {
 /// Lower byte 2.1-0 applies: the module supports stepped configuration only (2.6), CMIS 5.3 or
 /// later.
 Advertised HasAutoCommissioning(const ModuleImage& image);
-/// Bank `kBank` of a module with paged memory.
+/// Bank `bank` of a module with paged memory.
 Advertised HasBankOf(const ModuleImage& image, unsigned bank);
 template <unsigned kBank>
 Advertised HasBank(const ModuleImage& image) {
@@ -74,7 +91,7 @@ Advertised HasBank(const ModuleImage& image) {
 }
 /// Flat modules leave their state 0.
 Advertised HasModuleState(const ModuleImage& image);
-/// Instance `kInstance` of the command data block: 01h:163.7-6 is at least that, CMIS 4.0 or later.
+/// Instance `instance` of the command data block: 01h:163.7-6 is at least that, CMIS 4.0 or later.
 Advertised HasCdbInstance(const ModuleImage& image, unsigned instance);
 template <unsigned kInstance>
 Advertised HasCdb(const ModuleImage& image) {
@@ -161,14 +178,38 @@ unsigned ApplicationBanksOf(const ModuleImage& image);
 /// The result of a password entry is reported: 01h:251.3-2.
 Advertised HasPasswordResult(const ModuleImage& image);
 
-/// An auxiliary monitor (bit `kMonitor` of 01h:159) with the observable given by the value `kValue`
-/// of bit `kObservable` of 01h:145.
+/// An auxiliary monitor (bit `monitor` of 01h:159) with the observable given by the value `value`
+/// of bit `observable` of 01h:145.
 Advertised HasAuxOf(const ModuleImage& image, unsigned monitor, unsigned observable,
                     unsigned value);
 template <unsigned kMonitor, unsigned kObservable, unsigned kValue>
 Advertised HasAux(const ModuleImage& image) {
   return HasAuxOf(image, kMonitor, kObservable, kValue);
 }
+
+/// The groups of VDM in a bank: 2Fh:128.1-0, plus 1; none if it was not read.
+std::optional<unsigned> VdmGroupsOf(const ModuleImage& image, unsigned bank);
+
+/// The length of single-mode fibre that 01h:132 states as `raw`, in metres: bits 5..0 times 100,
+/// 1000 or 10000, or from CMIS 5.3 on a multiplier of 01h:137.7-6. 0 if none is stated; none if the
+/// multiplier is not defined or was not read.
+std::optional<unsigned> SmfLengthOf(const ModuleImage& image, unsigned raw);
+
+/// The module controls the RX pre-cursor alone, and keeps it in the field of the post-cursor:
+/// 01h:162.4-3 is 1.
+bool ControlsPreCursorOnly(const ModuleImage& image);
+
+/// \name The multiplier of the bias currents and their thresholds: 01h:160.4-3
+/// @{
+/// None for the reserved code.
+std::optional<unsigned> BiasMultiplierOf(unsigned code);
+/// Pages with bias currents, or their thresholds, were read.
+bool HasBiasPages(const ModuleImage& image);
+inline constexpr std::string_view kMissingBiasMultiplier =
+    "page 01h with the multiplier of the bias currents is missing; it is taken as 1";
+inline constexpr std::string_view kReservedBiasMultiplier =
+    "the multiplier of the bias currents has a reserved code; it is taken as 1";
+/// @}
 
 }  // namespace module_memory
 }  // namespace cable_info

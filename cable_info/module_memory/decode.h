@@ -46,6 +46,13 @@ Sff8472Medium Sff8472MediumOf(const ModuleImage& image);
 /// The power level of a module, 1 to 4, by byte 64 of A0h of SFF-8472.
 unsigned Sff8472PowerLevel(unsigned options);
 
+/// The length of a cable in metres, stated in one byte: bits 5..0 times 0.1, 1, 10 or 100 m, by
+/// bits 7..6 (CMIS 00h:202; SFF-8472 rev 12.4, A0h byte 19).
+constexpr double CableLengthOf(std::uint8_t byte) {
+  constexpr unsigned kTenths[] = {1, 10, 100, 1000};
+  return (byte & 0x3FU) * kTenths[byte >> 6U] / 10.0;
+}
+
 /// The constants of external calibration of SFF-8472 (A2h bytes 56 to 91), neutral by default.
 /// Raw numbers and results are in units of the registers.
 struct Sff8472Calibration {

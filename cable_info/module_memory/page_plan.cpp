@@ -119,14 +119,13 @@ class Plan {
   // Page 2Fh gives the number of groups of descriptors, values and thresholds.
   void AddVdm(unsigned banks) {
     if (Ask(image_, kVdm) != Advertised::kYes) return;
-    constexpr std::uint8_t kTables[] = {0x20, 0x24, 0x28};
+    constexpr std::uint8_t kTables[] = {kVdmDescriptors, kVdmValues, kVdmThresholds};
     for (unsigned bank = 0; bank < banks; ++bank) {
-      const Page control = InBank(kPage2F, bank);
-      Add(control);
-      const std::optional<unsigned> last_group = BitsOf(image_, control, 128, 1, 0);
-      if (!last_group) continue;
+      Add(InBank(kPage2F, bank));
+      const std::optional<unsigned> groups = VdmGroupsOf(image_, bank);
+      if (!groups) continue;
       for (const std::uint8_t table : kTables) {
-        for (unsigned group = 0; group <= *last_group; ++group) {
+        for (unsigned group = 0; group < *groups; ++group) {
           Add(PageOf(static_cast<std::uint8_t>(table + group), bank));
         }
       }

@@ -421,19 +421,13 @@ void DecodeSmfLength(Decoding& to) {
   if (*hundreds != 0) to.info.SetNumber(Field::kLengthSmf, *hundreds * 100.0);
 }
 
-// Byte 19 of cables, rev 12.4 on: a base in bits 5..0 times 0.1, 1, 10 or 100 m.
-double LengthOfByte19(unsigned byte) {
-  constexpr double kTenthMetres[] = {1.0, 10.0, 100.0, 1000.0};
-  constexpr double kTenths = 10.0;
-  return (byte & 0x3FU) * kTenthMetres[byte >> 6U] / kTenths;
-}
-
+// Metres in byte 18; of cables, rev 12.4 on, also in byte 19.
 void DecodeCableLength(Decoding& to) {
   constexpr unsigned kMore = 255;
   if (IsOptical(to.image) == Advertised::kYes) return;
   const std::optional<std::uint8_t> metres = to.image.At(A0, 18);
   if (!metres) return to.info.SetState(Field::kLengthCable, FieldState::kNotRead);
-  const double newer = LengthOfByte19(to.image.At(A0, 19).value_or(0));
+  const double newer = CableLengthOf(to.image.At(A0, 19).value_or(0));
   const bool has_newer =
       IsCable(to.image) == Advertised::kYes && newer != 0 && Since124(to.image) == Advertised::kYes;
   if (has_newer) return to.info.SetNumber(Field::kLengthCable, newer);
