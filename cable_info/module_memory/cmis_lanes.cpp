@@ -1,6 +1,7 @@
 #include "cable_info/module_memory/cmis_lanes.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "cable_info/module_memory/cmis_rules.h"
 
@@ -47,8 +48,8 @@ unsigned CountOf(unsigned bits) {
   return count;
 }
 
-// Where a descriptor leaves the number of lanes to its interfaces, it may be any of the host side,
-// and is taken to be the same on both sides.
+// A descriptor without lane counts leaves them to its interfaces: assume all host lanes, and as
+// many media lanes.
 unsigned HostLaneCount(const Application& application) {
   return application.host_lanes != 0 ? application.host_lanes : kLanesPerBank;
 }
@@ -70,7 +71,7 @@ unsigned MediaLanes(const Application& application) {
   return LowestLanes(MediaLaneCount(application) * times);
 }
 
-// A bank of a page that every module has.
+// The highest bank of which any page was read.
 unsigned HighestBankRead(const ModuleImage& image) {
   unsigned highest = 0;
   for (const ModuleImage::Half& half : image.halves()) {

@@ -4,7 +4,6 @@
 //
 // Internal; not installed.
 
-#include <cstdint>
 #include <vector>
 
 #include "cable_info/module_memory/module_info.h"
@@ -19,8 +18,8 @@ struct LaneLayout {
   unsigned media = 0;
 };
 
-/// The banks of lanes: 01h:142.1-0, and 01h:174.4-0 from CMIS 5.4 on. Those that were read when
-/// page 01h was not.
+/// The banks of lanes: 01h:142.1-0, and 01h:174.4-0 from CMIS 5.4 on. If page 01h was not read: the
+/// banks that were.
 unsigned BanksOf(const ModuleImage& image);
 
 /// The lanes on which an application can run, limited to those of the form factor; all lanes of the

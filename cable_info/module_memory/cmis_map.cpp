@@ -2,7 +2,6 @@
 // advertises it, and the standard's first revision that has it.
 
 #include "cable_info/module_memory/cmis_rules.h"
-#include "cable_info/module_memory/decode.h"
 #include "cable_info/module_memory/sff8024.h"
 
 namespace cable_info::module_memory {

@@ -1,9 +1,15 @@
-#include <algorithm>
+// The record of a CMIS module.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "cable_info/module_memory/cmis_rules.h"
-#include "cable_info/module_memory/decode.h"
 #include "cable_info/module_memory/record_map.h"
 #include "cable_info/module_memory/records.h"
 #include "cable_info/module_memory/sff_codes.h"
@@ -13,8 +19,6 @@
 namespace cable_info::module_memory {
 
 namespace {
-
-using cable_info::PhyCableRecord;
 
 constexpr std::uint8_t kUnknownTechnology = 0xF0;  // not in the table; flags clear
 
@@ -295,8 +299,8 @@ void RemarkOnAttenuation(const ModuleImage& image, std::vector<std::string>& rem
 
 // Passive copper has no sensor; its bytes are zero.
 void DropTemperaturesOfPassiveCopper(ModuleRecord& module) {
-  const bool is_passive = module.cable_technology == cable_info::kUnequalizedCopper ||
-                          module.cable_technology == cable_info::kPassiveEqualizedCopper;
+  const bool is_passive = module.cable_technology == kUnequalizedCopper ||
+                          module.cable_technology == kPassiveEqualizedCopper;
   if (!is_passive) return;
   module.temperature = kNoTemperature;
   module.temp_high_threshold = kNoTemperature;

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <iterator>
 
-namespace cable_info {
+namespace cable_info::module_memory {
 
 namespace {
 
@@ -176,4 +176,4 @@ double Float16(std::uint16_t raw) {
                                           : mantissa * kPowersOfTen[exponent]);
 }
 
-}  // namespace cable_info
+}  // namespace cable_info::module_memory

@@ -1,7 +1,6 @@
 #pragma once
 
-/// \file
-/// Observables of the versatile diagnostics monitoring (VDM) of CMIS, pages 20h to 2Fh.
+// Observables of versatile diagnostics monitoring (VDM): CMIS pages 20h to 2Fh, SFF-8636 page 20h.
 //
 // Internal; not installed.
 
@@ -9,7 +8,8 @@
 #include <optional>
 #include <string_view>
 
-namespace [[gnu::visibility("hidden")]] cable_info {
+namespace cable_info {
+namespace [[gnu::visibility("hidden")]] module_memory {
 
 /// The encoding of the 16 bits of a VDM sample or threshold.
 enum class VdmNumberType : std::uint8_t {
@@ -51,4 +51,5 @@ std::optional<double> VdmThreshold(const VdmObservable& observable, std::uint16_
 /// mantissa (CMIS type F16).
 double Float16(std::uint16_t raw);
 
+}  // namespace module_memory
 }  // namespace cable_info

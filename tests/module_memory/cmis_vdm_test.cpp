@@ -13,11 +13,11 @@
 
 namespace {
 
-using cable_info::FindVdmObservable;
-using cable_info::Float16;
-using cable_info::VdmObservable;
-using cable_info::VdmThreshold;
-using cable_info::VdmValue;
+using cable_info::module_memory::FindVdmObservable;
+using cable_info::module_memory::Float16;
+using cable_info::module_memory::VdmObservable;
+using cable_info::module_memory::VdmThreshold;
+using cable_info::module_memory::VdmValue;
 
 TEST(Float16, IsMantissaTimesAPowerOfTen) {
   // Bits 15..11 hold the exponent plus 24.
