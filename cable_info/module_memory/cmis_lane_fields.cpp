@@ -253,12 +253,12 @@ bool HasFixedValue(LaneField field) {
 
 // Decodes the fields of the lanes of a bank, which begin at `lanes`. Those of pages that were not
 // read, often many, are collected by side and marked at the end.
-void DecodeBank(Decoding& to, const LaneLayout& layout, unsigned bank, Lane* lanes,
+void DecodeBank(const ModuleImage& image, const LaneLayout& layout, unsigned bank, Lane* lanes,
                 std::size_t count) {
   constexpr LaneSide kSides[] = {LaneSide::kBoth, LaneSide::kHost, LaneSide::kMedia};
   std::array<FieldSet<LaneField>, std::size(kSides)> not_read;
-  Asker ask(to.image);
-  HalfFinder half_of(to.image);
+  Asker ask(image);
+  HalfFinder half_of(image);
   for (const LaneMapField& line : CmisMap().lane_fields) {
     if (bank != 0 && !IsBanked(line.page)) continue;
     const Advertised advertised = ask(line.advertised);
@@ -272,7 +272,7 @@ void DecodeBank(Decoding& to, const LaneLayout& layout, unsigned bank, Lane* lan
       for (Lane* lane = lanes; lane != lanes + count; ++lane) {
         const LanePosition at = {LaneInBank(lane->number), bank};
         if (!HasSide(layout, line.side, at.lane)) continue;
-        lane->Set(line.field, OwnLaneField(to.image, line, advertised, at));
+        lane->Set(line.field, OwnLaneField(image, line, advertised, at));
       }
     }
   }
@@ -299,19 +299,19 @@ void AddApplicationBlocks(std::vector<Lane>& lanes) {
 
 void DecodeLaneFields(Decoding& to, const LaneLayout& layout, MemoryModel memory) {
   static const Lane kLane;  // a copy is cheaper than a new one
-  to.info.lanes.reserve(std::size_t{layout.banks} * kLanesPerBank);
+  std::vector<Lane>& lanes = to.info.lanes;
+  lanes.reserve(std::size_t{layout.banks} * kLanesPerBank);
   for (unsigned bank = 0; bank < layout.banks; ++bank) {
+    const std::size_t first = lanes.size();
     for (unsigned n = 1; n <= kLanesPerBank; ++n) {
       if (!HasSide(layout, LaneSide::kBoth, n)) continue;
-      to.info.lanes.emplace_back(kLane).number = bank * kLanesPerBank + n;
+      lanes.emplace_back(kLane).number = bank * kLanesPerBank + n;
+    }
+    if (memory == MemoryModel::kPaged) {
+      DecodeBank(to.image, layout, bank, lanes.data() + first, lanes.size() - first);
     }
   }
-  if (memory == MemoryModel::kFlat) return;
-  const std::size_t per_bank = to.info.lanes.size() / layout.banks;
-  for (unsigned bank = 0; bank < layout.banks; ++bank) {
-    DecodeBank(to, layout, bank, to.info.lanes.data() + bank * per_bank, per_bank);
-  }
-  if (Ask(to.image, kApplicationBlocks) == Advertised::kYes) AddApplicationBlocks(to.info.lanes);
+  if (Ask(to.image, kApplicationBlocks) == Advertised::kYes) AddApplicationBlocks(lanes);
 }
 
 }  // namespace cable_info::module_memory
