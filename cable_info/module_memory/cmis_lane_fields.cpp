@@ -246,7 +246,7 @@ bool HasSide(const LaneLayout& layout, LaneSide side, unsigned lane) {
   return (LanesWith(layout, side) >> (lane - 1U) & 1U) != 0;
 }
 
-// A CDR that cannot be bypassed is on.
+// May have a value although its page was not read: see `Cdr`.
 bool HasFixedValue(LaneField field) {
   return field == LaneField::kTxCdr || field == LaneField::kRxCdr;
 }

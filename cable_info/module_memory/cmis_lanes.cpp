@@ -110,7 +110,7 @@ LaneLayout LanesOf(const ModuleImage& image, const std::vector<Application>& app
   if (layout.host == 0) layout.host = all;
   if (layout.media == 0) layout.media = layout.host;
   if (form_factor_lanes <= kLanesPerBank && layout.banks == 1) {
-    layout.media &= ~BitsOf(image, Page::k00, 210).value_or(0);
+    layout.media &= ~MissingMediaLanes(image);
   }
   return layout;
 }

@@ -187,6 +187,11 @@ Advertised HasAux(const ModuleImage& image) {
   return HasAuxOf(image, kMonitor, kObservable, kValue);
 }
 
+/// The media lanes that the module lacks: bit n is lane n + 1 (00h:210; 0 if it was not read).
+inline unsigned MissingMediaLanes(const ModuleImage& image) {
+  return BitsOf(image, Page::k00, 210).value_or(0);
+}
+
 /// The groups of VDM in a bank: 2Fh:128.1-0, plus 1; none if it was not read.
 std::optional<unsigned> VdmGroupsOf(const ModuleImage& image, unsigned bank);
 

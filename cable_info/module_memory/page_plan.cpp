@@ -139,10 +139,10 @@ class Plan {
     for (unsigned bank = 0; bank < banks; ++bank) Add(InBank(kPage1C, bank));
   }
 
-  // Each bank of the coherent pages is one media lane; 00h:210 marks unsupported ones.
+  // Each bank of the coherent pages is one media lane.
   void AddCoherent() {
     if (HasCoherentPages(image_) != Advertised::kYes) return;
-    const unsigned absent = BitsOf(image_, Page::k00, 210).value_or(0);
+    const unsigned absent = MissingMediaLanes(image_);
     for (unsigned bank = 0; bank < kLanesPerBank; ++bank) {
       if ((absent >> bank & 1U) != 0) continue;
       Add(InBank(kPage34, bank));
