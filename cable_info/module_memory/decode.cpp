@@ -108,6 +108,19 @@ bool IsCustomCmis(std::optional<std::uint8_t> identifier, std::optional<std::uin
          *revision >= kOldestRevision && *revision <= kNewestRevision;
 }
 
+void DecodeNominalBitrate(Decoding& to, std::optional<std::uint8_t> rate,
+                          std::optional<std::uint8_t> extended) {
+  constexpr unsigned kHighest = (kSeeExtendedBitrate - 1) * kBitrateUnit;
+  if (!rate || (*rate == kSeeExtendedBitrate && !extended)) {
+    return to.info.SetState(Field::kNominalBitrate, FieldState::kNotRead);
+  }
+  if (*rate == kSeeExtendedBitrate && *extended == 0) {
+    return WarnMoreThan(to, Field::kNominalBitrate, kHighest);
+  }
+  if (*rate == 0) return;
+  to.info.SetNumber(Field::kNominalBitrate, NominalBitrate(*rate, extended.value_or(0)));
+}
+
 ModuleMemory::ModuleMemory(const ModuleImage& image) : image_(&image) {
   constexpr std::uint8_t kUnanswered = 0xFF;
   Drop([](const ModuleImage::Half& half) { return half.IsUniform(kUnanswered); });

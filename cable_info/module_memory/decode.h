@@ -30,6 +30,23 @@ const ModuleIdentifier* FindIdentifier(std::optional<std::uint8_t> code);
 bool IsCustomCmis(std::optional<std::uint8_t> identifier, std::optional<std::uint8_t> revision,
                   std::optional<std::uint8_t> copy);
 
+/// The warning of a module whose values are not valid yet.
+inline constexpr std::string_view kNotReadyText = "the module says that its data is not ready";
+
+/// \name The nominal bit rate of SFF-8636 (bytes 140 and 222) and SFF-8472 (A0h bytes 12 and 66)
+/// @{
+/// The units of the two bytes, in Mb/s. `extended` counts if `rate` is `kSeeExtendedBitrate`.
+inline constexpr unsigned kBitrateUnit = 100;
+inline constexpr unsigned kExtendedBitrateUnit = 250;
+/// In Mb/s.
+constexpr unsigned NominalBitrate(std::uint8_t rate, std::uint8_t extended) {
+  return rate == kSeeExtendedBitrate ? extended * kExtendedBitrateUnit : rate * kBitrateUnit;
+}
+/// Decodes the rate from the bytes, which may be missing.
+void DecodeNominalBitrate(Decoding& to, std::optional<std::uint8_t> rate,
+                          std::optional<std::uint8_t> extended);
+/// @}
+
 /// The power class of a module, 1 to 8, by bytes 129 and 107 of SFF-8636. Class 8 requires a
 /// maximum power, because older revisions reserve its bit, and some modules set it.
 unsigned Sff8636PowerClass(unsigned extended_identifier, unsigned maximum_power);

@@ -6,6 +6,7 @@
 #include "cable_info/module_memory/cmis_rules.h"
 #include "cable_info/module_memory/decode.h"
 #include "cable_info/module_memory/memory_map.h"
+#include "cable_info/module_memory/sff8472_rules.h"
 
 namespace cable_info {
 
@@ -151,14 +152,10 @@ class Plan {
   }
 
   void AddSff8472() {
-    constexpr unsigned kDiagnosticsBit = 6;
-    constexpr unsigned kAddressChangeBit = 2;
     Add(Page::kA0, 0);
     if (IsDecoded(Sff8472Map(), {Page::kA0, kHalfSize})) Add(Page::kA0);
-    const bool has_diagnostics =
-        AskBit(image_, Page::kA0, 92, kDiagnosticsBit) == Advertised::kYes &&
-        AskBit(image_, Page::kA0, 92, kAddressChangeBit) != Advertised::kYes;
-    if (!has_diagnostics) return;
+    if (HasDiagnostics(image_) != Advertised::kYes) return;
+    if (NeedsAddressChange(image_) == Advertised::kYes) return;
     Add(Page::kA2, 0);
     if (IsDecoded(Sff8472Map(), {Page::kA2, kHalfSize})) Add(Page::kA2);
   }

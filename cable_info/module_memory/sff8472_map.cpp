@@ -1,10 +1,11 @@
-// The memory map of SFF-8472 rev 12.5.
+// The memory map of SFF-8472 rev 12.4.
 
 #include <algorithm>
 #include <cmath>
 #include <iterator>
 
 #include "cable_info/module_memory/decode.h"
+#include "cable_info/module_memory/sff8472_rules.h"
 #include "cable_info/module_memory/sff_codes.h"
 #include "cable_info/phy_registers.h"
 
@@ -67,14 +68,11 @@ Advertised HasExtendedBitrate(const ModuleImage& image) {
 }
 Advertised HasUpperRateMargin(const ModuleImage& image) { return Not(HasExtendedBitrate(image)); }
 
-// Diagnostics at A2h, of a kind that can be read.
-Advertised HasDiagnostics(const ModuleImage& image) { return AskBit(image, A0, 92, 6); }
-
 Advertised HasCalibration(const ModuleImage& image) {
-  return Both(HasDiagnostics(image), AskBit(image, A0, 92, 4));
+  return Both(HasDiagnostics(image), IsCalibratedExternally(image));
 }
 Advertised HasEnhancedFeatures(const ModuleImage& image) {
-  return Both(HasDiagnostics(image), Both(Not(AskBit(image, A0, 92, 4)), Since124(image)));
+  return Both(HasDiagnostics(image), Both(Not(IsCalibratedExternally(image)), Since124(image)));
 }
 
 template <unsigned kBit>
@@ -108,8 +106,6 @@ Advertised HasPam4(const ModuleImage& image) {
   return Either(Has64gfc(image), Both(HasDiagnostics(image), AdvertisedIf(is_50g)));
 }
 
-Advertised IsNotReady(const ModuleImage& image) { return AskBit(image, A2, 110, 0); }
-
 // A module with valid data whose supply voltage reads 0 does not monitor it.
 Advertised HasVoltage(const ModuleImage& image) {
   const ModuleImage::Half& a2 = image.HalfOf(A2, 98);
@@ -136,7 +132,8 @@ Advertised HasRxCursors(const ModuleImage& image) {
 
 // Laser temperature and TEC current: internal calibration and a cooled laser only.
 Advertised HasLaserMonitors(const ModuleImage& image) {
-  return Both(HasDiagnostics(image), Both(AskBit(image, A0, 64, 2), Not(AskBit(image, A0, 92, 4))));
+  return Both(HasDiagnostics(image),
+              Both(AskBit(image, A0, 64, 2), Not(IsCalibratedExternally(image))));
 }
 
 constexpr Advertisement kOptical =
@@ -205,7 +202,7 @@ constexpr MapField kFields[] = {
     {Field::kPowerClass,                  A0,  64, kByte,      kOwn,                                  kAlways,          ""},
     {Field::kCooledTransmitter,           A0,  64, Bit(2),     kFlag,                                 kOptical,         ""},
     {Field::kTunableTransmitter,          A0,  65, Bit(6),     kFlag,                                 kOptical,         ""},
-    {Field::kExtendedBitrate,             A0,  66, kByte,      Number(Times(250)).ZeroIsNone(),       By(HasExtendedBitrate, "A0h:12 is 255"), ""},
+    {Field::kExtendedBitrate,             A0,  66, kByte,      Number(Times(kExtendedBitrateUnit)).ZeroIsNone(), By(HasExtendedBitrate, "A0h:12 is 255"), ""},
     {Field::kBitrateMax,                  A0,  66, kByte,      kNumber.ZeroIsNone(),                  By(HasUpperRateMargin, "A0h:12 is not 255"), ""},
     {Field::kBitrateMax,                  A0,  67, kByte,      kNumber.ZeroIsNone(),                  By(HasExtendedBitrate, "A0h:12 is 255"), ""},
     {Field::kBitrateMin,                  A0,  67, kByte,      kNumber.ZeroIsNone(),                  kAlways,          ""},
@@ -392,20 +389,6 @@ void DecodePower(Decoding& to) {
   if (*maximum != 0) to.info.SetNumber(Field::kMaxPower, *maximum / kTenths);
 }
 
-void DecodeNominalBitrate(Decoding& to) {
-  const std::optional<std::uint8_t> rate = to.image.At(A0, 12);
-  const std::optional<std::uint8_t> extended = to.image.At(A0, 66);
-  if (!rate || (*rate == kSeeExtendedBitrate && !extended)) {
-    return to.info.SetState(Field::kNominalBitrate, FieldState::kNotRead);
-  }
-  if (*rate == kSeeExtendedBitrate && *extended == 0) {
-    return WarnMoreThan(to, Field::kNominalBitrate, 25400);
-  }
-  if (*rate == 0) return;
-  to.info.SetNumber(Field::kNominalBitrate,
-                    *rate == kSeeExtendedBitrate ? *extended * 250.0 : *rate * 100.0);
-}
-
 // Kilometres in byte 14; below one, hundreds of metres in byte 15.
 void DecodeSmfLength(Decoding& to) {
   constexpr unsigned kMore = 255;
@@ -584,7 +567,7 @@ void DecodeMonitors(Decoding& to) {
     if (!uncalibrated.empty()) to.Warn(UncalibratedText(uncalibrated));
   }
   if (!is_ready) {
-    to.Warn("the module says that its data is not ready");
+    to.Warn(kNotReadyText);
     return DropFlags(to.info);
   }
   if (AskBit(to.image, A0, 93, 7) != Advertised::kNo) return;
@@ -686,7 +669,7 @@ void DecodeSff8472(Decoding& to) {
   DecodeFields(to, kFields);
   DecodeRevision(to);
   DecodePower(to);
-  DecodeNominalBitrate(to);
+  DecodeNominalBitrate(to, to.image.At(A0, 12), to.image.At(A0, 66));
   DecodeSmfLength(to);
   DecodeCableLength(to);
   DecodeWavelength(to);
@@ -700,7 +683,7 @@ void DecodeSff8472(Decoding& to) {
   } else {
     DecodeMonitors(to);
     WarnOfFlags(to, kLaneFields);
-    if (AskBit(to.image, A0, 92, 2) == Advertised::kYes) {
+    if (NeedsAddressChange(to.image) == Advertised::kYes) {
       to.Warn("the diagnostics need a change of the address (A0h byte 92 bit 2)");
     }
   }

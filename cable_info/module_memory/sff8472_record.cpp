@@ -7,6 +7,7 @@
 #include "cable_info/module_memory/decode.h"
 #include "cable_info/module_memory/record_map.h"
 #include "cable_info/module_memory/records.h"
+#include "cable_info/module_memory/sff8472_rules.h"
 
 namespace cable_info::module_memory {
 
@@ -284,17 +285,15 @@ std::unique_ptr<PhyCableRecord> CableFromSff8472(const ModuleImage& image,
   // A2h itself determines whether there are diagnostics: some modules have them without stating it.
   if (image.Has(Page::kA2)) {
     const bool has_readings = image.At(Page::kA2, kLastReading).has_value();
-    const bool is_external = AskBit(image, Page::kA0, 92, 4) == Advertised::kYes &&
-                             AskBit(image, Page::kA0, 92, 5) != Advertised::kYes;
+    const bool is_external = IsCalibratedExternally(image) == Advertised::kYes &&
+                             IsCalibratedInternally(image) != Advertised::kYes;
     if (has_readings && is_external) {
       CalibrateExternally(draft.module, Sff8472CalibrationOf(image), remarks);
     }
     draft.flags.latched_temperature_flags = ModuleFlags(draft.temperature);
     draft.flags.latched_voltage_flags = ModuleFlags(draft.voltage);
     record->SetLatchedFlags(std::make_unique<LatchedFlagsPage>(draft.flags));
-    if (AskBit(image, Page::kA2, 110, 0) == Advertised::kYes) {
-      remarks.emplace_back("the module says that its data is not ready");
-    }
+    if (IsNotReady(image) == Advertised::kYes) remarks.emplace_back(kNotReadyText);
   }
   record->SetModule(std::make_unique<ModuleRecord>(draft.module));
   return record;

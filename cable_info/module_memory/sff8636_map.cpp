@@ -7,6 +7,7 @@
 #include "cable_info/module_memory/samples.h"
 #include "cable_info/module_memory/sff_codes.h"
 #include "cable_info/phy_registers.h"
+#include "cable_info/shared_decoders.h"
 #include "cable_info/value_format.h"
 
 namespace cable_info::module_memory {
@@ -34,9 +35,6 @@ constexpr unsigned kRevision28 = 0x08;
 
 unsigned RevisionCode(const ModuleImage& image) { return image.At(L, 1).value_or(0); }
 
-constexpr unsigned kFirstCopper = 10;
-constexpr unsigned kLastCopper = 15;
-
 // The technology, bits 7..4 of byte 147; none when it was not read.
 std::optional<unsigned> Technology(const ModuleImage& image) {
   const std::optional<std::uint8_t> byte = image.At(P00, 147);
@@ -46,7 +44,7 @@ std::optional<unsigned> Technology(const ModuleImage& image) {
 Advertised IsCopper(const ModuleImage& image) {
   const std::optional<unsigned> technology = Technology(image);
   if (!technology) return Advertised::kUnknown;
-  return AdvertisedIf(*technology >= kFirstCopper && *technology <= kLastCopper);
+  return AdvertisedIf(decode::IsCopperTechnology(*technology));
 }
 
 Advertised IsOptical(const ModuleImage& image) { return Not(IsCopper(image)); }
@@ -287,7 +285,7 @@ constexpr MapField kFields[] = {
     {Field::kDateCode,                     P00, 212, Bytes(6),   kText,                            kAlways,            ""},
     {Field::kLot,                          P00, 218, Bytes(2),   kText,                            kAlways,            ""},
     {Field::kRxPowerType,                  P00, 220, Bit(3),     Code(kRxPowerTypes),              By(HasRxPower, "as RX power"), ""},
-    {Field::kExtendedBitrate,              P00, 222, kByte,      Number(Times(250)).ZeroIsNone(),  By(HasExtendedBitrate, "00h:140 is 255"), "1.5"},
+    {Field::kExtendedBitrate,              P00, 222, kByte,      Number(Times(kExtendedBitrateUnit)).ZeroIsNone(), By(HasExtendedBitrate, "00h:140 is 255"), "1.5"},
 
     {Field::kClei,                         P02, 128, Bytes(10),  kText,                            On(P00, 129, 4),    ""},
 
@@ -440,20 +438,6 @@ void DecodePower(Decoding& to) {
   } else {
     to.info.SetState(Field::kMaxPower, FieldState::kNotRead);
   }
-}
-
-void DecodeNominalBitrate(Decoding& to) {
-  const std::optional<std::uint8_t> rate = to.image.At(P00, 140);
-  const std::optional<std::uint8_t> extended = to.image.At(P00, 222);
-  if (!rate || (*rate == kSeeExtendedBitrate && !extended)) {
-    return to.info.SetState(Field::kNominalBitrate, FieldState::kNotRead);
-  }
-  if (*rate == kSeeExtendedBitrate && *extended == 0) {
-    return WarnMoreThan(to, Field::kNominalBitrate, 25400);
-  }
-  if (*rate == 0) return;
-  to.info.SetNumber(Field::kNominalBitrate,
-                    *rate == kSeeExtendedBitrate ? *extended * 250.0 : *rate * 100.0);
 }
 
 // Byte 146: OM4 in units of 2 m for separable 850 nm modules, the length of a cable for all others.
@@ -615,7 +599,7 @@ void DecodeMonitors(Decoding& to) {
   for (const MapMonitor& line : kMonitors) {
     DecodeMonitor(to, line, {line.format}, Ask(to.image, line.advertised), scope);
   }
-  if (!is_ready) to.Warn("the module says that its data is not ready");
+  if (!is_ready) to.Warn(kNotReadyText);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -695,7 +679,7 @@ void DecodeSff8636(Decoding& to) {
   DecodeFields(to, kFields);
   DecodeRevision(to);
   DecodePower(to);
-  DecodeNominalBitrate(to);
+  DecodeNominalBitrate(to, to.image.At(P00, 140), to.image.At(P00, 222));
   DecodeCableLength(to);
   DecodeLowPowerModes(to);
   DecodeNearEndLanes(to);

@@ -2,9 +2,11 @@
 #include <iterator>
 #include <utility>
 
+#include "cable_info/missing_values.h"
 #include "cable_info/module_memory/decode.h"
 #include "cable_info/module_memory/record_map.h"
 #include "cable_info/module_memory/records.h"
+#include "cable_info/shared_decoders.h"
 #include "cable_info/text/text_buffer.h"
 #include "cable_info/value_format.h"
 
@@ -14,10 +16,7 @@ namespace {
 
 using cable_info::CableRecord;
 
-constexpr std::string_view kUnknown = "NA";
-constexpr std::string_view kUnknownDate = "N/A";
 constexpr std::uint8_t kUnknownTechnology = 0xFF;  // not in the table: shown as missing
-constexpr std::uint8_t kLastCopperTechnology = 15;
 constexpr std::uint16_t kUnread = 0xFFFF;
 
 // The record under construction, and bytes that form a field only together with others.
@@ -25,8 +24,8 @@ struct Draft {
   CableRecord record;
   std::uint16_t extended_identifier = kUnread;
   std::uint8_t maximum_power = 0;  // 0.1 W
-  std::uint8_t rate = 0;           // 100 Mb/s
-  std::uint8_t extended_rate = 0;  // 250 Mb/s
+  std::uint8_t rate = 0;
+  std::uint8_t extended_rate = 0;
   std::uint8_t attenuation[4] = {};
 };
 
@@ -45,7 +44,7 @@ void ToOui(Draft& draft, const FieldBytes& value) {
 void ToDate(Draft& draft, const FieldBytes& value) {
   char text[kMaxFieldSize];
   const std::string_view date = value.Text(text);
-  draft.record.DateCodeText = date.empty() ? kUnknownDate : date;
+  draft.record.DateCodeText = date.empty() ? kReportNa : date;
 }
 
 void ToTechnology(Draft& draft, const FieldBytes& value) {
@@ -141,8 +140,7 @@ const auto& Map() {
 }
 
 bool IsCopper(const CableRecord& record) {
-  return record.TransmitterTechnologyCode >= cable_info::kUnequalizedCopper &&
-         record.TransmitterTechnologyCode <= kLastCopperTechnology;
+  return decode::IsCopperTechnology(record.TransmitterTechnologyCode);
 }
 
 std::uint8_t PowerClass(const Draft& draft) {
@@ -151,9 +149,9 @@ std::uint8_t PowerClass(const Draft& draft) {
       Sff8636PowerClass(draft.extended_identifier, draft.maximum_power));
 }
 
-// Whole Gb/s.
-std::uint8_t NominalBitrate(const Draft& draft) {
-  return draft.rate == kSeeExtendedBitrate ? draft.extended_rate / 4 : draft.rate / 10;
+std::uint8_t WholeGigabits(const Draft& draft) {
+  constexpr unsigned kMegabits = 1000;
+  return static_cast<std::uint8_t>(NominalBitrate(draft.rate, draft.extended_rate) / kMegabits);
 }
 
 std::string LengthText(const CableRecord& record) {
@@ -163,7 +161,7 @@ std::string LengthText(const CableRecord& record) {
   };
   const bool is_cable = IsCopper(record) || record.Connector == cable_info::kNoSeparableConnector;
   if (is_cable) {
-    return record.LengthCopperOrActive == 0 ? std::string(kUnknown)
+    return record.LengthCopperOrActive == 0 ? std::string(kBareNa)
                                             : text(record.LengthCopperOrActive, " m");
   }
   if (record.LengthSmf != 0) return text(record.LengthSmf, " km");
@@ -173,7 +171,7 @@ std::string LengthText(const CableRecord& record) {
        {om4, record.LengthOm3 * 2U, unsigned{record.LengthOm2}, unsigned{record.LengthOm1}}) {
     if (metres != 0) return text(metres, " m");
   }
-  return std::string(kUnknown);
+  return std::string(kBareNa);
 }
 
 // A record with all values unknown, as far as it can represent that.
@@ -184,9 +182,9 @@ Draft UnknownCable(std::uint8_t identifier) {
   for (std::string CableRecord::*text :
        {&CableRecord::VendorName, &CableRecord::Oui, &CableRecord::PartNumber,
         &CableRecord::SerialNumber, &CableRecord::Revision, &CableRecord::LengthText}) {
-    record.*text = kUnknown;
+    record.*text = kBareNa;
   }
-  record.DateCodeText = kUnknownDate;
+  record.DateCodeText = kReportNa;
   record.TransmitterTechnologyCode = kUnknownTechnology;
   for (std::uint16_t CableRecord::*temperature :
        {&CableRecord::Temperature, &CableRecord::TempHighAlarmThresh,
@@ -229,7 +227,7 @@ std::unique_ptr<CableRecord> CableFromSff8636(const ModuleImage& image, std::uin
   SetFields<Draft>(image, Map(), draft);
   CableRecord& record = draft.record;
   record.PowerClass = PowerClass(draft);
-  record.NominalBitrate = NominalBitrate(draft);
+  record.NominalBitrate = WholeGigabits(draft);
   record.LengthText = LengthText(record);
   if (IsCopper(record)) {  // optics keep wavelength and tolerance there
     std::copy(std::begin(draft.attenuation), std::end(draft.attenuation), record.Attenuation);
@@ -237,9 +235,7 @@ std::unique_ptr<CableRecord> CableFromSff8636(const ModuleImage& image, std::uin
     MoveAttenuation(record, remarks);
   }
   RemarkOnPower(draft, remarks);
-  if (AskBit(image, Page::kLower, 2, 0) == Advertised::kYes) {
-    remarks.emplace_back("the module says that its data is not ready");
-  }
+  if (AskBit(image, Page::kLower, 2, 0) == Advertised::kYes) remarks.emplace_back(kNotReadyText);
   return std::make_unique<CableRecord>(std::move(record));
 }
 
