@@ -5,6 +5,8 @@
 #include <cstring>
 #include <numeric>
 
+#include "cable_info/text/numbers.h"
+
 namespace cable_info::module_memory {
 
 namespace {
@@ -69,14 +71,13 @@ void DecodeText(Decoding& to, const MapField& line, const ModuleImage::Half& hal
 }
 
 void SetOui(ModuleInfo& info, Field field, std::uint32_t raw) {
-  constexpr std::string_view kDigits = "0123456789abcdef";
   constexpr std::size_t kOuiDigits = 6;
   if (raw == 0) return info.SetState(field, FieldState::kNotImplemented);
-  char text[kOuiDigits];
+  char digits[kOuiDigits];
   for (std::size_t i = 0; i < kOuiDigits; ++i) {
-    text[kOuiDigits - 1 - i] = kDigits[raw >> 4 * i & 0xFU];
+    digits[kOuiDigits - 1 - i] = text::kHexDigits[raw >> 4 * i & 0xFU];
   }
-  info.SetText(field, {text, kOuiDigits});
+  info.SetText(field, {digits, kOuiDigits});
 }
 
 void SetVersion(ModuleInfo& info, Field field, std::uint32_t raw) {
@@ -129,21 +130,15 @@ LanePlace PlaceOf(const LaneMapField& line, unsigned lane) {
   return {line.byte, line.extent};
 }
 
-// The number of the bit of a flag in its page, bit 7 of a byte first.
-int FirstBit(const FlagPlaces& places) { return places.byte * 8 + (7 - places.bit); }
-
 // `half` is the one of the flags.
 AlarmFlags ReadFlags(const ModuleImage::Half& half, const FlagPlaces& places, unsigned lane) {
   if (half.IsEmpty()) return {};
-  const int first = FirstBit(places) + static_cast<int>(lane - 1) * places.lane;
   unsigned known = 0;
   unsigned raised = 0;
   for (unsigned level = 0; level < kAlarmLevels; ++level) {
-    const auto at = static_cast<unsigned>(first + static_cast<int>(level & 1U) * places.low +
-                                          static_cast<int>(level >> 1U) * places.warning);
-    const std::size_t byte = at / kBitsPerByte;
-    const unsigned is_raised = half[byte] >> (7 - at % kBitsPerByte) & 1U;  // a missing byte is 0
-    known |= (half.Has(byte) ? 1U : 0U) << level;
+    const BitPlace flag = FlagPlace(places, static_cast<AlarmLevel>(level), lane);
+    const unsigned is_raised = half[flag.byte] >> flag.bit & 1U;  // a missing byte is 0
+    known |= (half.Has(flag.byte) ? 1U : 0U) << level;
     raised |= is_raised << level;
   }
   return {static_cast<std::uint8_t>(known), static_cast<std::uint8_t>(raised)};
@@ -154,13 +149,14 @@ std::optional<AlarmFlags> CommonFlags(const ModuleImage::Half& half, const FlagP
                                       unsigned lanes) {
   constexpr AlarmFlags kClear = {(1U << kAlarmLevels) - 1U, 0};
   if (half.IsEmpty()) return AlarmFlags();
-  const int first = FirstBit(places);
-  const int last_lane = static_cast<int>(lanes - 1) * places.lane;
-  const auto begin = static_cast<std::size_t>(first + std::min(last_lane, 0)) / kBitsPerByte;
-  const auto end =
-      static_cast<std::size_t>(first + std::max(last_lane, 0) + places.low + places.warning) /
-          kBitsPerByte +
-      1;
+  const auto byte_of = [&places](AlarmLevel level, unsigned lane) {
+    return FlagPlace(places, level, lane).byte;
+  };
+  // The flags of the lanes follow each other up or down.
+  constexpr AlarmLevel kFirst = AlarmLevel::kHighAlarm;
+  constexpr AlarmLevel kLast = AlarmLevel::kLowWarning;
+  const std::size_t begin = std::min(byte_of(kFirst, 1), byte_of(kFirst, lanes));
+  const std::size_t end = std::max(byte_of(kLast, 1), byte_of(kLast, lanes)) + 1;
   if (!half.Has(begin, end - begin)) return std::nullopt;
   for (std::size_t byte = begin; byte < end; ++byte) {
     if (half[byte] != 0) return std::nullopt;
@@ -193,8 +189,7 @@ Thresholds ReadThresholds(const ModuleImage& image, const MapMonitor& line,
 }  // namespace
 
 std::string HexText(unsigned byte) {
-  constexpr std::string_view kDigits = "0123456789abcdef";
-  return {'0', 'x', kDigits[byte >> 4U & 0xFU], kDigits[byte & 0xFU]};
+  return {'0', 'x', text::kHexDigits[byte >> 4U & 0xFU], text::kHexDigits[byte & 0xFU]};
 }
 
 void WarnMoreThan(Decoding& to, Field field, double value) {

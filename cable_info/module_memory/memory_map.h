@@ -8,7 +8,10 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "cable_info/module_memory/module_info.h"
 #include "cable_info/module_memory/sff8024.h"
@@ -287,17 +290,32 @@ struct LaneMapField {
 /// The monitored quantities of a module and its lanes.
 enum class Quantity : std::uint8_t { kTemperature, kVoltage, kAux, kTxBias, kTxPower, kRxPower };
 
-/// The position of the four flags of a quantity. Bits are numbered consecutively, bit 7 first: the
-/// flag of `level` of lane n is (level is low) * low + (level is a warning) * warning + (n - 1) *
-/// lane bits after that of the high alarm of lane 1.
+/// The position of the four flags of a quantity: that of the high alarm of lane 1, and the
+/// distances to the others. Bits are numbered consecutively, bit 7 of a byte first.
 struct FlagPlaces {
   Page page;
   std::uint8_t byte;
-  std::uint8_t bit;  ///< of the high alarm of lane 1
-  std::int8_t low;
-  std::int8_t warning;
-  std::int8_t lane;
+  std::uint8_t bit;     ///< of the high alarm of lane 1
+  std::int8_t low;      ///< from a high level to the low one
+  std::int8_t warning;  ///< from an alarm to the warning
+  std::int8_t lane;     ///< from a lane to the next one
 };
+
+/// A bit of a byte of a page.
+struct BitPlace {
+  std::size_t byte;
+  std::uint8_t bit;
+};
+
+/// The flag of a level of lane `lane`.
+constexpr BitPlace FlagPlace(const FlagPlaces& places, AlarmLevel level, unsigned lane = 1) {
+  constexpr unsigned kByteBits = 8;
+  const auto n = static_cast<int>(level);
+  const int from_first =
+      (n & 1) * places.low + (n >> 1) * places.warning + static_cast<int>(lane - 1) * places.lane;
+  const auto at = static_cast<unsigned>(places.byte * 8 + 7 - places.bit + from_first);
+  return {at / kByteBits, static_cast<std::uint8_t>(7 - at % kByteBits)};
+}
 
 /// A line of a map: a monitored quantity with its thresholds and flags. Lanes follow each other
 /// word by word; thresholds are four words in the order of `AlarmLevel`.

@@ -5,6 +5,8 @@
 #include <charconv>
 #include <iterator>
 
+#include "cable_info/text/numbers.h"
+
 namespace cable_info {
 
 namespace {
@@ -189,9 +191,8 @@ std::optional<Page> ParsePageName(std::string_view text) {
 
 std::string PageKey(Page page) {
   if (page == Page::kLower) return "lower";
-  constexpr std::string_view kDigits = "0123456789abcdef";
   const unsigned number = NumberOf(page);
-  std::string key = {kDigits[number >> 4U], kDigits[number & 0xFU]};
+  std::string key = {text::kHexDigits[number >> 4U], text::kHexDigits[number & 0xFU]};
   if (BankOf(page) != 0) key += '.' + std::to_string(BankOf(page));
   return key;
 }

@@ -2,13 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <iterator>
 #include <utility>
 
 #include "cable_info/module_memory/decode.h"
 #include "cable_info/module_memory/records.h"
-#include "cable_info/text/text_buffer.h"
-#include "cable_info/value_format.h"
 
 namespace cable_info::module_memory {
 
@@ -56,13 +53,8 @@ constexpr Layout kLayouts[] = {
     {ModuleFamily::kSff8472, 512, {kA0Lower, kA0Upper, kA2Lower, kA2Upper}},
 };
 
-std::string Hex(std::uint8_t byte) {
-  return cable_info::text::ToText(
-      [byte](cable_info::text::TextBuffer& out) { out.AppendPrefixedHex(byte, 2); });
-}
-
 std::string Shown(const Identifier& identifier) {
-  return std::string(identifier.name) + " (" + Hex(identifier.code) + ')';
+  return std::string(identifier.name) + " (" + HexText(identifier.code) + ')';
 }
 
 // The identifier of modules that fill a record.
@@ -71,7 +63,7 @@ const Identifier* FindModule(DumpByte code) {
   return found == nullptr || found->name.empty() ? nullptr : found;
 }
 
-std::string Shown(DumpByte byte) { return byte ? Hex(*byte) : "missing"; }
+std::string Shown(DumpByte byte) { return byte ? HexText(*byte) : "missing"; }
 
 // The kind of the module by byte 0 or, if that is not a known identifier, by its copy at byte 128,
 // which all families except SFP have.
@@ -134,7 +126,7 @@ const Layout& FindLayout(const Identifier& identifier, std::size_t size,
     sizes += (sizes.empty() ? "" : ", ") + std::to_string(layout.size);
   }
   const std::string kind = identifier.name.empty()
-                               ? "module with identifier " + Hex(identifier.code)
+                               ? "module with identifier " + HexText(identifier.code)
                                : std::string(identifier.name) + " module";
   throw BadModule("an image of " + std::to_string(size) + " bytes is no memory of a " + kind +
                   "; such have " + sizes);

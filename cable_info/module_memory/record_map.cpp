@@ -1,5 +1,6 @@
 #include "cable_info/module_memory/record_map.h"
 
+#include "cable_info/missing_values.h"
 #include "cable_info/value_format.h"
 
 namespace cable_info::module_memory {
@@ -72,11 +73,8 @@ Place Places::Threshold(Quantity quantity, AlarmLevel level) const {
 Place Places::Flag(Quantity quantity, AlarmLevel level) const {
   const MapMonitor* const line = Find(quantity);
   if (line == nullptr) return kNoPlace;
-  const FlagPlaces& flags = line->flags;
-  const auto n = static_cast<int>(level);
-  const int at = flags.byte * 8 + 7 - flags.bit + (n & 1) * flags.low + (n >> 1) * flags.warning;
-  return {flags.page, static_cast<std::uint8_t>(at / 8),
-          Bit(static_cast<std::uint8_t>(7 - at % 8))};
+  const BitPlace flag = FlagPlace(line->flags, level);
+  return {line->flags.page, static_cast<std::uint8_t>(flag.byte), Bit(flag.bit)};
 }
 
 Place Places::FlagNibble(Quantity quantity) const {
@@ -96,7 +94,7 @@ Place Places::FlagBytes(Quantity quantity, AlarmLevel level, std::uint8_t bytes)
 ModuleRecord UnknownModuleRecord(std::uint8_t form_factor) {
   ModuleRecord module;
   module.cable_identifier = form_factor;
-  StoreText(module.vendor_name, "NA");
+  StoreText(module.vendor_name, kBareNa);
   module.power_unit_flag = 1;  // powers are in units of 0.1 uW
   module.temperature = kNoTemperature;
   module.temp_high_threshold = kNoTemperature;
