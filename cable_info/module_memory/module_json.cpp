@@ -171,33 +171,50 @@ void AppendValue(text::TextBuffer& out, FieldKind kind, double number, std::stri
   }
 }
 
-constexpr std::array<std::string_view, kAlarmLevels> kLevelKeys = {
-    "\"high_alarm\":", "\"low_alarm\":", "\"high_warning\":", "\"low_warning\":"};
-
-// A key with the brace or the comma before it, for a copy of known size.
+// The key of a level with the brace or the comma before it, for a copy of known size:
+// `,"low_alarm":`.
 struct LevelKey {
   std::array<char, 16> text = {};
   std::size_t size = 0;
 };
 
-constexpr std::array<LevelKey, kAlarmLevels> SeparatedKeys() {
+constexpr std::array<LevelKey, kAlarmLevels> kLevelKeys = [] {
   std::array<LevelKey, kAlarmLevels> keys = {};
   for (std::size_t i = 0; i < kAlarmLevels; ++i) {
     LevelKey& key = keys[i];
     key.text[key.size++] = i == 0 ? '{' : ',';
-    for (const char c : kLevelKeys[i]) key.text[key.size++] = c;
+    key.text[key.size++] = '"';
+    for (const char c : AlarmLevelName(kAllAlarmLevels[i])) key.text[key.size++] = c;
+    key.text[key.size++] = '"';
+    key.text[key.size++] = ':';
   }
   return keys;
-}
+}();
+
+// The object of a quantity without thresholds: `{"high_alarm":null,...}`.
+constexpr std::size_t kNoThresholdsSize = [] {
+  std::size_t size = 1;
+  for (const LevelKey& key : kLevelKeys) size += key.size + kNull.size();
+  return size;
+}();
+constexpr std::array<char, kNoThresholdsSize> kNoThresholds = [] {
+  std::array<char, kNoThresholdsSize> text = {};
+  std::size_t size = 0;
+  for (const LevelKey& key : kLevelKeys) {
+    for (std::size_t i = 0; i < key.size; ++i) text[size++] = key.text[i];
+    for (const char c : kNull) text[size++] = c;
+  }
+  text[size] = '}';
+  return text;
+}();
 
 void AppendThresholds(text::TextBuffer& out, const Thresholds& thresholds) {
   if (thresholds.given == 0) {
-    out.Append(R"({"high_alarm":null,"low_alarm":null,"high_warning":null,"low_warning":null})");
+    out.AppendPart(kNoThresholds);
     return;
   }
-  static constexpr std::array<LevelKey, kAlarmLevels> kKeys = SeparatedKeys();
   for (std::size_t i = 0; i < kAlarmLevels; ++i) {
-    out.AppendPart(kKeys[i].text, kKeys[i].size);
+    out.AppendPart(kLevelKeys[i].text, kLevelKeys[i].size);
     const std::optional<double> value = thresholds.At(static_cast<AlarmLevel>(i));
     if (value) {
       AppendShortest(out, *value);
@@ -213,8 +230,8 @@ std::string FlagsText(const AlarmFlags& flags) {
   std::string text = ",\"flags\":";
   for (std::size_t i = 0; i < kAlarmLevels; ++i) {
     const std::optional<bool> is_raised = flags.At(static_cast<AlarmLevel>(i));
-    text += i == 0 ? '{' : ',';
-    text.append(kLevelKeys[i]).append(!is_raised ? kNull : *is_raised ? "true" : "false");
+    text.append(kLevelKeys[i].text.data(), kLevelKeys[i].size);
+    text.append(!is_raised ? kNull : *is_raised ? "true" : "false");
   }
   return text + "}}";
 }

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "cable_info/module_memory/alarm_words.h"
 #include "cable_info/module_memory/module_output.h"
 #include "cable_info/module_memory/number_text.h"
 #include "cable_info/module_memory/text_encoding.h"
@@ -31,7 +32,7 @@ constexpr std::size_t kUsualSize = 12288;  // of the sheet of a module
 // Values
 // ---------------------------------------------------------------------------------------------
 
-// A byte or a word of a code: "0x1a".
+// A code of one byte: "0x1a".
 void AppendHexCode(text::TextBuffer& out, unsigned code) { out.AppendPrefixedHex(code & 0xFFU, 2); }
 
 void AppendCode(text::TextBuffer& out, unsigned code, std::string_view name) {
@@ -72,9 +73,6 @@ std::size_t WidthOf(std::string_view text) {
   }));
 }
 
-constexpr std::array<std::string_view, kAlarmLevels> kLevelNames = {"high alarm", "low alarm",
-                                                                    "high warning", "low warning"};
-
 // Thresholds are listed in the order of their values.
 constexpr std::array<AlarmLevel, kAlarmLevels> kColumns = {
     AlarmLevel::kLowAlarm, AlarmLevel::kLowWarning, AlarmLevel::kHighWarning,
@@ -85,9 +83,9 @@ constexpr std::size_t kThresholdWidth = 14;
 
 void AppendRaised(text::TextBuffer& out, const AlarmFlags& flags) {
   std::string_view separator;
-  for (std::size_t i = 0; i < kAlarmLevels; ++i) {
-    if (!flags.At(static_cast<AlarmLevel>(i)).value_or(false)) continue;
-    out.Append(separator).Append(kLevelNames[i]);
+  for (const AlarmLevel level : kAllAlarmLevels) {
+    if (!flags.At(level).value_or(false)) continue;
+    out.Append(separator).Append(module_memory::AlarmLevelWords(level));
     separator = ", ";
   }
 }
@@ -268,7 +266,9 @@ class Sheet {
     if (!family.empty()) out_.Append(", ").Append(family);
     const FieldValue revision = info_[Field::kRevision];
     if (revision.IsPresent()) {
-      out_.Append(family == "SFF-8636" && revision.text.substr(0, 3) == "SFF" ? ", " : " ");
+      const bool is_of_sff8436 =
+          info_.family == ModuleFamily::kSff8636 && revision.text.substr(0, 3) == "SFF";
+      out_.Append(is_of_sff8436 ? ", " : " ");
       Text(revision.text);
     }
     out_.Append('\n');
@@ -367,7 +367,7 @@ class Sheet {
     for (const AlarmLevel level : kColumns) {
       PadTo(column);
       column += kThresholdWidth;
-      out_.Append(kLevelNames[static_cast<std::size_t>(level)]);
+      out_.Append(module_memory::AlarmLevelWords(level));
     }
     PadTo(column);
     out_.Append("raised\n");
