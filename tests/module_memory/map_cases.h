@@ -218,7 +218,7 @@ void ExpectAdvertised(const Memory& memory, const std::vector<AdvertisedBit>& ca
   }
 }
 
-/// All warnings but those of checksums, which no memory of these tests has right.
+/// All warnings except those about checksums, which these memories do not have.
 inline std::vector<std::string> Warnings(const cable_info::ModuleInfo& info) {
   std::vector<std::string> others;
   for (const std::string& warning : info.warnings) {

@@ -27,22 +27,24 @@ struct Place {
 };
 
 /// The memory of a module, all zero except the bytes that are put into it.
-class Memory {
+class ImageBuilder {
  public:
-  explicit Memory(std::vector<Place> halves) : halves_(std::move(halves)) {
+  explicit ImageBuilder(std::vector<Place> halves) : halves_(std::move(halves)) {
     for (const Place& half : halves_) bytes_[half.page].resize(ModuleImage::kWhole);
   }
 
-  Memory& Byte(Place place, unsigned value) {
+  ImageBuilder& Byte(Place place, unsigned value) {
     bytes_.at(place.page).at(place.byte) = static_cast<std::uint8_t>(value);
     return *this;
   }
-  Memory& Bytes(Place place, std::initializer_list<unsigned> values) {
+  ImageBuilder& Bytes(Place place, std::initializer_list<unsigned> values) {
     for (const unsigned value : values) Byte({place.page, place.byte++}, value);
     return *this;
   }
-  Memory& Word(Place place, unsigned value) { return Bytes(place, {value >> 8, value & 0xFF}); }
-  Memory& Words(Place place, std::initializer_list<unsigned> values) {
+  ImageBuilder& Word(Place place, unsigned value) {
+    return Bytes(place, {value >> 8, value & 0xFF});
+  }
+  ImageBuilder& Words(Place place, std::initializer_list<unsigned> values) {
     for (const unsigned value : values) {
       Word(place, value);
       place.byte += 2;
@@ -50,7 +52,7 @@ class Memory {
     return *this;
   }
   /// Filled with blanks to `size`.
-  Memory& Text(Place place, std::size_t size, std::string_view text) {
+  ImageBuilder& Text(Place place, std::size_t size, std::string_view text) {
     for (std::size_t i = 0; i < size; ++i) {
       const char c = i < text.size() ? text[i] : ' ';
       Byte({place.page, place.byte + i}, static_cast<unsigned char>(c));
@@ -58,12 +60,12 @@ class Memory {
     return *this;
   }
   /// Writes the sum of bytes `first` to `last` of the page after them.
-  Memory& Sum(Page page, std::size_t first, std::size_t last) {
+  ImageBuilder& Sum(Page page, std::size_t first, std::size_t last) {
     unsigned sum = 0;
     for (std::size_t i = first; i <= last; ++i) sum += bytes_.at(page).at(i);
     return Byte({page, last + 1}, sum & 0xFF);
   }
-  Memory& Fill(Place half, unsigned value) {
+  ImageBuilder& Fill(Place half, unsigned value) {
     for (std::size_t i = 0; i < ModuleImage::kHalf; ++i) {
       Byte({half.page, half.byte + i}, value);
     }
@@ -144,21 +146,21 @@ inline constexpr Place kEmphasis = {Page::k03, 236};
 inline constexpr Place kAmplitude = {Page::k03, 238};
 inline constexpr Place kOutputDisable = {Page::k03, 241};
 
-inline Memory Blank(unsigned identifier, bool is_flat) {
+inline ImageBuilder Blank(unsigned identifier, bool is_flat) {
   std::vector<Place> halves = {kLowerHalf, {Page::k00, 128}};
   if (!is_flat) halves.push_back({Page::k03, 128});
-  Memory memory(halves);
+  ImageBuilder memory(halves);
   memory.Byte(kIdentifier, identifier).Byte(kIdentifierCopy, identifier);
   return memory.Byte(kStatus, is_flat ? 0x04 : 0x00);
 }
 
-inline Memory Sealed(Memory memory) {
+inline ImageBuilder Sealed(ImageBuilder memory) {
   return memory.Sum(Page::k00, 128, 190).Sum(Page::k00, 192, 222);
 }
 
 /// A 100G optic with every field set.
-inline Memory Optic() {
-  Memory memory = Blank(0x11, false);
+inline ImageBuilder Optic() {
+  ImageBuilder memory = Blank(0x11, false);
   memory.Byte(kLos, 0x21).Byte(kFaults, 0x43).Byte(kLol, 0x84).Byte(kTemperatureAlarms, 0xA1);
   memory.Byte(kVoltageAlarms, 0x50).Word(kRxPowerAlarms, 0x8421).Word(kTxBiasAlarms, 0x1248);
   memory.Word(kTxPowerAlarms, 0xC003).Word(kTemperature, 0x1A80).Word(kVoltage, 32989);
@@ -180,8 +182,8 @@ inline Memory Optic() {
 }
 
 /// A copper cable of 3 m.
-inline Memory Copper() {
-  Memory memory = Blank(0x11, true);
+inline ImageBuilder Copper() {
+  ImageBuilder memory = Blank(0x11, true);
   memory.Byte(kConnector, 0x23).Byte(kLengthCable, 3).Byte(kTechnology, 0xA0);
   memory.Text(kVendor, 16, "Copperworks").Text(kPartNumber, 16, "CW-Q28-3M");
   memory.Text(kRevision, 2, "B").Text(kSerialNumber, 16, "CW23110077");
@@ -238,27 +240,27 @@ inline constexpr Place kPreCursor = {Page::k11, 223};
 inline constexpr Place kPostCursor = {Page::k11, 227};
 inline constexpr Place kAmplitude = {Page::k11, 231};
 
-inline Memory Blank(unsigned identifier, bool is_flat) {
+inline ImageBuilder Blank(unsigned identifier, bool is_flat) {
   std::vector<Place> halves = {kLowerHalf, {Page::k00, 128}};
   if (!is_flat) {
     for (const Page page : {Page::k01, Page::k02, Page::k10, Page::k11}) {
       halves.push_back({page, 128});
     }
   }
-  Memory memory(halves);
+  ImageBuilder memory(halves);
   memory.Byte(kIdentifier, identifier).Byte(kIdentifierCopy, identifier);
   return memory.Byte(kRevisionOfCmis, 0x40).Byte(kStatus, is_flat ? 0x80 : 0x00);
 }
 
-inline Memory SealedFlat(Memory memory) { return memory.Sum(Page::k00, 128, 221); }
+inline ImageBuilder SealedFlat(ImageBuilder memory) { return memory.Sum(Page::k00, 128, 221); }
 
-inline Memory Sealed(Memory memory) {
+inline ImageBuilder Sealed(ImageBuilder memory) {
   return SealedFlat(std::move(memory)).Sum(Page::k01, 130, 254).Sum(Page::k02, 128, 254);
 }
 
 /// A 400G optic with every field set.
-inline Memory Optic(unsigned identifier = 0x18) {
-  Memory memory = Blank(identifier, false);
+inline ImageBuilder Optic(unsigned identifier = 0x18) {
+  ImageBuilder memory = Blank(identifier, false);
   memory.Byte(kModuleFlags, 0x5A).Word(kTemperature, 0x2D40).Word(kVoltage, 32578);
   memory.Bytes(kFirmware, {2, 10});
   memory.Bytes(kApplications, {0x11, 0x1C, 0x88, 0x01, 0x30, 0, 0, 0, 0x32, 0, 0, 0, 0xFF});
@@ -288,8 +290,8 @@ inline Memory Optic(unsigned identifier = 0x18) {
 }
 
 /// A copper cable of 1.5 m.
-inline Memory Copper() {
-  Memory memory = Blank(0x19, true);
+inline ImageBuilder Copper() {
+  ImageBuilder memory = Blank(0x19, true);
   memory.Byte(kConnector, 0x23).Byte(kCableLength, 0x0F).Byte(kTechnology, 0x0A);
   memory.Text(kVendor, 16, "Copperworks").Text(kPartNumber, 16, "CW-O-1M5");
   memory.Text(kRevision, 2, "C").Text(kSerialNumber, 16, "CW0815");
@@ -337,24 +339,26 @@ inline constexpr Place kStatus = {Page::kA2, 110};
 inline constexpr Place kAlarms = {Page::kA2, 112};
 inline constexpr Place kWarnings = {Page::kA2, 116};
 
-inline Memory Blank(bool has_a2) {
+inline ImageBuilder Blank(bool has_a2) {
   std::vector<Place> halves = {{Page::kA0, 0}, {Page::kA0, 128}};
   if (has_a2) {
     halves.push_back({Page::kA2, 0});
     halves.push_back({Page::kA2, 128});
   }
-  return Memory(halves).Byte(kIdentifier, 0x03);
+  return ImageBuilder(halves).Byte(kIdentifier, 0x03);
 }
 
-inline Memory SealedA0(Memory memory) {
+inline ImageBuilder SealedA0(ImageBuilder memory) {
   return memory.Sum(Page::kA0, 0, 62).Sum(Page::kA0, 64, 94);
 }
 
-inline Memory Sealed(Memory memory) { return SealedA0(std::move(memory)).Sum(Page::kA2, 0, 94); }
+inline ImageBuilder Sealed(ImageBuilder memory) {
+  return SealedA0(std::move(memory)).Sum(Page::kA2, 0, 94);
+}
 
 /// A 10G optic with internal calibration and every field set.
-inline Memory Optic() {
-  Memory memory = Blank(true);
+inline ImageBuilder Optic() {
+  ImageBuilder memory = Blank(true);
   memory.Byte(kConnector, 0x07).Byte(kRate, 103).Byte(kSmfKilometres, 10);
   memory.Byte(kSmfHundredMetres, 100).Byte(kLengthOm2, 8).Byte(kLengthOm1, 3);
   memory.Byte(kLengthOm4OrCable, 40).Byte(kLengthOm3, 30);
@@ -374,8 +378,8 @@ inline Memory Optic() {
 }
 
 /// A passive copper cable of 2 m.
-inline Memory Copper() {
-  Memory memory = Blank(false);
+inline ImageBuilder Copper() {
+  ImageBuilder memory = Blank(false);
   memory.Byte(kConnector, 0x21).Byte(kCableBits, 0x04).Byte(kRate, 103);
   memory.Byte(kLengthOm4OrCable, 2).Byte(kLengthOm3, 0x42);
   memory.Text(kVendor, 16, "Copperworks").Text(kPartNumber, 16, "CW-SFP-2M");

@@ -27,7 +27,7 @@ using cable_info::module_memory::DumpBytes;
 using cable_info::module_memory::ModuleReading;
 using cable_info::module_memory::ReadModule;
 using cable_info::module_memory::ReportChecksums;
-using module_images::Memory;
+using module_images::ImageBuilder;
 using module_images::Place;
 namespace cmis = module_images::cmis;
 namespace qsfp = module_images::qsfp;
@@ -49,7 +49,7 @@ Texts RemarksBesidePlaces(const ModuleReading& reading) {
 }
 
 // The record of a module whose memory gives no cause for other remarks.
-CableRecord Cable(const Memory& memory) {
+CableRecord Cable(const ImageBuilder& memory) {
   const ModuleReading reading = ReadModule(memory.Image());
   EXPECT_EQ(reading.mismatches, Texts());
   EXPECT_EQ(RemarksBesidePlaces(reading), Texts());
@@ -66,7 +66,7 @@ std::unique_ptr<PhyCableRecord> Phy(const DumpBytes& image) {
   return std::move(reading.phy);
 }
 
-std::unique_ptr<PhyCableRecord> Phy(const Memory& memory) { return Phy(memory.Image()); }
+std::unique_ptr<PhyCableRecord> Phy(const ImageBuilder& memory) { return Phy(memory.Image()); }
 
 std::string Problem(const DumpBytes& image) {
   try {
@@ -165,7 +165,7 @@ TEST(Sff8636, ReadsFourAttenuationsOfCopper) {
 }
 
 TEST(Sff8636, ReadsTheExtendedRateOnlyIfTheNominalRateIs255) {
-  Memory memory = qsfp::Copper();
+  ImageBuilder memory = qsfp::Copper();
   EXPECT_EQ(Cable(memory).NominalBitrate, 25);
   memory.Byte(qsfp::kRate, 103).Byte(qsfp::kExtendedRate, 200);
   EXPECT_EQ(Cable(qsfp::Sealed(memory)).NominalBitrate, 10);
@@ -179,14 +179,14 @@ TEST(Sff8636, DecodesEightPowerClasses) {
       {0xC2, 6}, {0xC3, 7}, {0x03, 7}, {0x20, 8}, {0xE3, 8},
   };
   for (const auto& [byte, power_class] : kClasses) {
-    Memory memory = qsfp::Optic();
+    ImageBuilder memory = qsfp::Optic();
     memory.Byte(qsfp::kExtendedIdentifier, byte).Byte(qsfp::kMaximumPower, 60);
     EXPECT_EQ(Cable(qsfp::Sealed(memory)).PowerClass, power_class) << byte;
   }
 }
 
 TEST(Sff8636, TakesClass8OnlyWithAMaximumPower) {
-  Memory memory = qsfp::Optic();
+  ImageBuilder memory = qsfp::Optic();
   memory.Byte(qsfp::kExtendedIdentifier, 0xE3).Byte(qsfp::kMaximumPower, 0);
   EXPECT_EQ(Cable(qsfp::Sealed(memory)).PowerClass, 7);
 }
@@ -195,29 +195,29 @@ TEST(Sff8636, TakesClass8OnlyWithAMaximumPower) {
 // Values for which a record has no field
 // ---------------------------------------------------------------------------------------------
 
-Texts RemarksOf(const Memory& memory) { return ReadModule(memory.Image()).remarks; }
+Texts RemarksOf(const ImageBuilder& memory) { return ReadModule(memory.Image()).remarks; }
 
 TEST(ModuleRemarks, ReportTheMaximumPowerOfClass8) {
-  Memory memory = qsfp::Optic();
+  ImageBuilder memory = qsfp::Optic();
   memory.Byte(qsfp::kExtendedIdentifier, 0x20).Byte(qsfp::kMaximumPower, 125);
   EXPECT_EQ(RemarksOf(qsfp::Sealed(memory)),
             Texts{"the maximum power is 12.5 W, which rows and reports do not show"});
 }
 
 TEST(ModuleRemarks, ReportThatDataIsNotReady) {
-  Memory memory = qsfp::Optic();
+  ImageBuilder memory = qsfp::Optic();
   memory.Byte(qsfp::kStatus, 0x01);
   EXPECT_EQ(RemarksOf(memory), Texts{"the module says that its data is not ready"});
 }
 
 TEST(ModuleRemarks, ReportThatDataOfAnSfpIsNotReady) {
-  Memory memory = sfp::Optic();
+  ImageBuilder memory = sfp::Optic();
   memory.Byte(sfp::kStatus, 0x01);
   EXPECT_EQ(RemarksOf(memory), Texts{"the module says that its data is not ready"});
 }
 
 TEST(ModuleRemarks, ReportTheAttenuationOfCopperAt25Gigahertz) {
-  Memory memory = qsfp::Copper();
+  ImageBuilder memory = qsfp::Copper();
   memory.Byte(qsfp::kLengthOm1, 21);
   const ModuleReading reading = ReadModule(qsfp::Sealed(memory).Image());
   EXPECT_EQ(reading.remarks,
@@ -226,7 +226,7 @@ TEST(ModuleRemarks, ReportTheAttenuationOfCopperAt25Gigahertz) {
 }
 
 TEST(ModuleRemarks, ReportABiasAboveTheRangeOfTheRecord) {
-  Memory memory = cmis::Blank(0x18, false);
+  ImageBuilder memory = cmis::Blank(0x18, false);
   memory.Byte(cmis::kMonitors, 0x17);  // times 4
   memory.Words(cmis::kTxBias, {35275});
   const ModuleReading reading = ReadModule(cmis::Sealed(memory).Image());
@@ -236,7 +236,7 @@ TEST(ModuleRemarks, ReportABiasAboveTheRangeOfTheRecord) {
 }
 
 TEST(ModuleRemarks, ReportALongFibre) {
-  Memory memory = cmis::Blank(0x18, false);
+  ImageBuilder memory = cmis::Blank(0x18, false);
   memory.Byte(cmis::kLengthSmf, 0xBF);  // 63 times 10 km
   EXPECT_EQ(RemarksOf(cmis::Sealed(memory)),
             Texts{"the length of single-mode fibre is above 255 km, for which rows and reports "
@@ -244,7 +244,7 @@ TEST(ModuleRemarks, ReportALongFibre) {
 }
 
 TEST(ModuleRemarks, ReportALengthWhoseMultiplierIsNotDefined) {
-  Memory memory = cmis::Blank(0x18, false);
+  ImageBuilder memory = cmis::Blank(0x18, false);
   memory.Byte(cmis::kLengthSmf, 0xC4);
   const ModuleReading reading = ReadModule(cmis::Sealed(memory).Image());
   EXPECT_EQ(reading.phy->module->ConvertCableLengthSMFiberToStr(), "N/A");
@@ -254,7 +254,7 @@ TEST(ModuleRemarks, ReportALengthWhoseMultiplierIsNotDefined) {
 }
 
 TEST(ModuleRemarks, ReportTheAttenuationAt53GigahertzOfCmis) {
-  Memory memory = cmis::Copper();
+  ImageBuilder memory = cmis::Copper();
   memory.Byte(cmis::kRevisionOfCmis, 0x53).Byte({Page::k00, 208}, 21);
   EXPECT_EQ(RemarksOf(cmis::SealedFlat(memory)),
             Texts{"the attenuation at 53.1 GHz is 21 dB, which rows and reports do not show"});
@@ -263,14 +263,14 @@ TEST(ModuleRemarks, ReportTheAttenuationAt53GigahertzOfCmis) {
 }
 
 TEST(ModuleRemarks, ReportFlagsOfTheHigherLanes) {
-  Memory memory = cmis::Blank(0x18, false);
+  ImageBuilder memory = cmis::Blank(0x18, false);
   memory.Bytes(cmis::kRxFlags, {0x90});  // loss of signal on lanes 5 and 8
   EXPECT_EQ(RemarksOf(cmis::Sealed(memory)),
             Texts{"flags are raised that rows and reports do not show: lane 5, 8"});
 }
 
 TEST(ModuleRemarks, ReportAReservedMultiplier) {
-  Memory memory = cmis::Blank(0x18, false);
+  ImageBuilder memory = cmis::Blank(0x18, false);
   memory.Byte(cmis::kMonitors, 0x18);
   EXPECT_EQ(RemarksOf(cmis::Sealed(memory)),
             Texts{"the multiplier of the bias currents has a reserved code; it is taken as 1"});
@@ -280,14 +280,14 @@ TEST(Cmis, CallsTunableLasersOthersAndLinearCopperLinearActive) {
   const std::pair<unsigned, unsigned> kTechnologies[] = {{15, 15}, {16, 8},  {17, 8},
                                                          {18, 15}, {20, 15}, {21, 8}};
   for (const auto& [code, stored] : kTechnologies) {
-    Memory memory = cmis::Blank(0x18, false);
+    ImageBuilder memory = cmis::Blank(0x18, false);
     memory.Byte(cmis::kTechnology, code);
     EXPECT_EQ(Phy(cmis::Sealed(memory))->module->cable_technology, stored) << code;
   }
 }
 
 TEST(Sff8472, TakesByte18OfBaseTAsMetresOfCopper) {
-  Memory memory = sfp::Blank(false);
+  ImageBuilder memory = sfp::Blank(false);
   memory.Byte({Page::kA0, 6}, 0x08).Byte(sfp::kConnector, 0x22);
   memory.Byte(sfp::kLengthOm4OrCable, 100);
   const auto record = Phy(sfp::SealedA0(memory));
@@ -296,13 +296,13 @@ TEST(Sff8472, TakesByte18OfBaseTAsMetresOfCopper) {
   EXPECT_FALSE(record->IsOpticCable());
 }
 
-TEST(Sff8472, TakesOtherModulesForCopperAsThose) {
+TEST(Sff8472, DecodesCopperPigtailAndBaseTModulesAsCables) {
   const std::pair<Place, unsigned> kModules[] = {
       {sfp::kConnector, 0x21},          {sfp::kConnector, 0x22},
       {sfp::kExtendedCompliance, 0x16}, {sfp::kExtendedCompliance, 0x1C},
       {sfp::kExtendedCompliance, 0x1D}, {sfp::kExtendedCompliance, 0x1E}};
   for (const auto& [place, value] : kModules) {
-    Memory memory = sfp::Blank(false);
+    ImageBuilder memory = sfp::Blank(false);
     memory.Byte(place, value).Byte(sfp::kLengthOm4OrCable, 30).Byte(sfp::kLengthOm3, 5);
     const auto record = Phy(sfp::SealedA0(memory));
     EXPECT_EQ(record->module->cable_length, 30) << value;
@@ -313,7 +313,7 @@ TEST(Sff8472, TakesOtherModulesForCopperAsThose) {
 }
 
 TEST(Sff8472, HasNoDiagnosticsWhereA2IsAnAbbreviatedCopyOfA0) {
-  Memory memory = sfp::Optic();
+  ImageBuilder memory = sfp::Optic();
   memory.Byte({Page::kA2, 0}, 0x03).Text({Page::kA2, 20}, 16, "Acme Optics");
   const ModuleReading reading = ReadModule(memory.Image());
   EXPECT_EQ(reading.phy->latched_flags, nullptr);
@@ -321,7 +321,7 @@ TEST(Sff8472, HasNoDiagnosticsWhereA2IsAnAbbreviatedCopyOfA0) {
 }
 
 TEST(Sff8472, HasNoDiagnosticsWhereA2RepeatsA0) {
-  Memory memory = sfp::Optic();
+  ImageBuilder memory = sfp::Optic();
   DumpBytes image = memory.Image();
   std::copy_n(image.begin(), 256, image.begin() + 256);
   const ModuleReading reading = ReadModule(image);
@@ -330,7 +330,7 @@ TEST(Sff8472, HasNoDiagnosticsWhereA2RepeatsA0) {
 }
 
 TEST(Sff8472, KnowsPowerLevel4) {
-  Memory memory = sfp::Optic();
+  ImageBuilder memory = sfp::Optic();
   memory.Byte({Page::kA0, 64}, 0x62);
   EXPECT_EQ(Phy(sfp::Sealed(memory))->module->power_class, 4);
 }
@@ -351,7 +351,7 @@ TEST(ModuleMemory, DropsPage03OfSff8636ThatRepeatsPage00) {
 }
 
 TEST(Sff8636, GivesTheLengthOfTheBestFibre) {
-  Memory memory = qsfp::Blank(0x0D, true);
+  ImageBuilder memory = qsfp::Blank(0x0D, true);
   memory.Byte(qsfp::kTechnology, 0x40);
   EXPECT_EQ(Cable(qsfp::Sealed(memory)).LengthText, "NA");
   memory.Byte(qsfp::kLengthOm1, 33);
@@ -371,7 +371,7 @@ TEST(Sff8636, GivesTheLengthOfTheBestFibre) {
 }
 
 TEST(Sff8636, ShowsNegativeTemperaturesAndTheLowestAsMissing) {
-  Memory memory = qsfp::Optic();
+  ImageBuilder memory = qsfp::Optic();
   memory.Word(qsfp::kTemperature, 0xF680);
   EXPECT_EQ(Cable(memory).GetTemperatureStr(), "-10C");
   memory.Word(qsfp::kTemperature, 0x8000);
@@ -428,7 +428,7 @@ TEST(Sff8636, IgnoresHalfOfAWord) {
 }
 
 TEST(Sff8636, ReplacesControlCharactersInTexts) {
-  Memory memory = qsfp::Optic();
+  ImageBuilder memory = qsfp::Optic();
   memory.Text(qsfp::kVendor, 16, std::string_view("Ac\0me\xE9\n\x7F\0\0\0\0\0\0\0\0", 16));
   EXPECT_EQ(Cable(qsfp::Sealed(memory)).VendorName, "Ac me\xE9??");
   memory.Text(qsfp::kDate, 6, "");
@@ -496,7 +496,7 @@ TEST(Cmis, ShowsEveryLaneInItsPlace) {
 
 TEST(Cmis, MultipliesBiasValuesAndThresholds) {
   for (const auto& [code, multiplier] : {std::pair{0U, 1}, {1U, 2}, {2U, 4}, {3U, 1}}) {
-    Memory memory = cmis::Optic();
+    ImageBuilder memory = cmis::Optic();
     memory.Byte(cmis::kMonitors, code << 3 | 0x07);
     memory.Words(cmis::kTxBias, {4500, 0, 0, 0, 0, 0, 0, 0xFFFF});
     memory.Words(cmis::kTxBiasThresholds, {7500, 500});
@@ -524,7 +524,7 @@ TEST(Cmis, ReadsTheThresholdsInItsOwnOrder) {
 }
 
 TEST(Cmis, ReadsModuleFlagsFromTheLowestBitOn) {
-  Memory memory = cmis::Optic();
+  ImageBuilder memory = cmis::Optic();
   memory.Byte(cmis::kModuleFlags, 0x21);  // temperature high alarm, voltage low alarm
   const auto phy = Phy(memory);
   EXPECT_EQ(phy->latched_flags->latched_temperature_flags, 0x1);
@@ -562,7 +562,7 @@ TEST(Cmis, ConvertsTheUnitsOfTheSingleModeLength) {
       {0x00, "N/A"},    {0x99, "250 km"}, {0x9A, "N/A"},  // 260 km pass the field
   };
   for (const auto& [byte, length] : kLengths) {
-    Memory memory = cmis::Optic();
+    ImageBuilder memory = cmis::Optic();
     memory.Byte(cmis::kLengthSmf, byte);
     EXPECT_EQ(Phy(cmis::Sealed(memory))->module->ConvertCableLengthSMFiberToStr(), length) << byte;
   }
@@ -572,7 +572,7 @@ TEST(Cmis, ReadsTheLongestSmfMultiplierByItsSecondByte) {
   const std::pair<unsigned, const char*> kLengths[] = {
       {0x00, "50 km"}, {0x40, "100 km"}, {0x80, "200 km"}, {0xC0, "N/A"}};  // 500 km
   for (const auto& [byte, length] : kLengths) {
-    Memory memory = cmis::Optic();
+    ImageBuilder memory = cmis::Optic();
     memory.Byte(cmis::kRevisionOfCmis, 0x53).Byte(cmis::kLengthSmf, 0xC1);
     memory.Byte({Page::k01, 137}, byte);
     EXPECT_EQ(Phy(cmis::Sealed(memory))->module->ConvertCableLengthSMFiberToStr(), length) << byte;
@@ -583,7 +583,7 @@ TEST(Cmis, TakesTheOnlyPreCursorFromTheFieldOfThePostCursor) {
   const std::tuple<unsigned, unsigned, unsigned> kControls[] = {
       {0x08, 5, 0}, {0x10, 6, 5}, {0x18, 6, 5}};
   for (const auto& [controls, pre_cursor, post_cursor] : kControls) {
-    Memory memory = cmis::Optic();
+    ImageBuilder memory = cmis::Optic();
     memory.Byte(cmis::kRxControls, controls).Byte(cmis::kPreCursor, 6).Byte(cmis::kPostCursor, 5);
     const auto phy = Phy(cmis::Sealed(memory));
     EXPECT_EQ(phy->module->rx_output_pre_emp, pre_cursor) << controls;
@@ -592,7 +592,7 @@ TEST(Cmis, TakesTheOnlyPreCursorFromTheFieldOfThePostCursor) {
 }
 
 TEST(Cmis, ShowsNoMonitorsOfFlatMemory) {
-  Memory memory = cmis::Copper();
+  ImageBuilder memory = cmis::Copper();
   memory.Byte(cmis::kTechnology, 0x0E);  // an active cable
   memory.Byte(cmis::kModuleFlags, 0xFF).Word(cmis::kTemperature, 0x2D40);
   memory.Word(cmis::kVoltage, 32578);
@@ -624,7 +624,7 @@ TEST(Cmis, ShowsFieldsThatAnImageLacksAsMissing) {
   // Byte 9 has alarms, which must not be lost.
   EXPECT_EQ(phy->LatchedTempAlarmAndWarningToStr(), "0x0a");
 
-  Memory quiet = cmis::Optic();
+  ImageBuilder quiet = cmis::Optic();
   quiet.Byte(cmis::kModuleFlags, 0);
   EXPECT_EQ(Phy(quiet.Image(256))->LatchedTempAlarmAndWarningToStr(), "N/A");
 }
@@ -638,7 +638,7 @@ TEST(Cmis, ShowsAllFieldsOfAMissingPage00AsMissing) {
 }
 
 TEST(Cmis, IgnoresPagesThatFlatMemoryLacks) {
-  Memory memory = cmis::Optic();
+  ImageBuilder memory = cmis::Optic();
   memory.Byte(cmis::kStatus, 0x80);
   const auto phy = Phy(memory);
   EXPECT_EQ(phy->module->length_om3, 0);
@@ -716,7 +716,7 @@ TEST(Sff8472, FillsTheFlags) {
 }
 
 TEST(Sff8472, ReadsTheExtendedRateIfTheNominalRateIs255) {
-  Memory memory = sfp::Optic();
+  ImageBuilder memory = sfp::Optic();
   memory.Byte(sfp::kRate, 255).Byte(sfp::kExtendedRate, 103);
   EXPECT_EQ(Phy(sfp::Sealed(memory))->module->SelectNominalBR(), 25);
 }
@@ -725,11 +725,11 @@ TEST(Sff8472, DerivesTheTechnologyFromCableBitsAndWavelength) {
   const std::pair<unsigned, unsigned> kOptics[] = {{850, 0x00},  {1310, 0x40}, {1490, 0x90},
                                                    {1550, 0x50}, {1270, 0x80}, {0, 0x80}};
   for (const auto& [wavelength, technology] : kOptics) {
-    Memory memory = sfp::Optic();
+    ImageBuilder memory = sfp::Optic();
     memory.Word(sfp::kWavelength, wavelength);
     EXPECT_EQ(Phy(sfp::Sealed(memory))->module->cable_technology, technology) << wavelength;
   }
-  Memory cable = sfp::Copper();
+  ImageBuilder cable = sfp::Copper();
   EXPECT_EQ(Phy(cable)->module->cable_technology, 0xA0);
   cable.Byte(sfp::kCableBits, 0x08);
   EXPECT_EQ(Phy(sfp::SealedA0(cable))->module->cable_technology, 0xC0);
@@ -745,13 +745,13 @@ TEST(Sff8472, ShowsACopperCableWithoutDiagnostics) {
 }
 
 TEST(Sff8472, ReadsShortSingleModeLengthsInHundredsOfMetres) {
-  Memory memory = sfp::Optic();
+  ImageBuilder memory = sfp::Optic();
   memory.Byte(sfp::kSmfKilometres, 0).Byte(sfp::kSmfHundredMetres, 5);
   EXPECT_EQ(Phy(sfp::Sealed(memory))->LengthSMFiberToStr(), "0.5 km");
 }
 
 TEST(Sff8472, ShowsDiagnosticsThatTheModuleDoesNotAdvertise) {
-  Memory memory = sfp::Optic();
+  ImageBuilder memory = sfp::Optic();
   memory.Byte(sfp::kDiagnostics, 0);
   const auto phy = Phy(sfp::Sealed(memory));
   EXPECT_EQ(phy->GetTemperatureStr(), "34C");
@@ -760,7 +760,7 @@ TEST(Sff8472, ShowsDiagnosticsThatTheModuleDoesNotAdvertise) {
 
 TEST(Sff8472, IgnoresBlankDiagnostics) {
   for (const unsigned blank : {0x00U, 0xFFU}) {
-    Memory memory = sfp::Optic();
+    ImageBuilder memory = sfp::Optic();
     memory.Fill({Page::kA2, 0}, blank);
     const auto phy = Phy(memory);
     EXPECT_EQ(phy->GetTemperatureStr(), "N/A") << blank;
@@ -769,13 +769,13 @@ TEST(Sff8472, IgnoresBlankDiagnostics) {
   }
 }
 
-Memory& Single(Memory& memory, Place place, float value) {
+ImageBuilder& Single(ImageBuilder& memory, Place place, float value) {
   const auto bits = std::bit_cast<std::uint32_t>(value);
   return memory.Words(place, {bits >> 16, bits & 0xFFFF});
 }
 
-Memory ExternallyCalibrated() {
-  Memory memory = sfp::Optic();
+ImageBuilder ExternallyCalibrated() {
+  ImageBuilder memory = sfp::Optic();
   memory.Byte(sfp::kDiagnostics, 0x58);
   const float kPowers[] = {1e-8F, 1e-6F, 0.001F, 2.0F, -5.0F};
   Place place = sfp::kRxPowerCalibration;
@@ -805,7 +805,7 @@ TEST(Sff8472, AppliesExternalCalibration) {
 }
 
 TEST(Sff8472, LimitsCalibratedValuesToTheirRange) {
-  Memory memory = ExternallyCalibrated();
+  ImageBuilder memory = ExternallyCalibrated();
   memory.Words(sfp::kReadings, {0x7F00, 65535, 65535, 0, 0});
   memory.Words(sfp::kTxPowerCalibration, {0x0100, 0x8000});
   const auto phy = Phy(sfp::Sealed(memory));
@@ -821,7 +821,7 @@ TEST(Sff8472, KeepsReadingsWhoseConstantsAreInvalid) {
     return "the calibration constants of " + quantity + " are invalid; it is shown uncalibrated";
   };
   for (const unsigned single : {0x7FC0U, 0x7F80U, 0xFF80U}) {  // no number, infinities
-    Memory memory = ExternallyCalibrated();
+    ImageBuilder memory = ExternallyCalibrated();
     memory.Words(sfp::kRxPowerCalibration, {single, 0});
     const ModuleReading reading = ReadModule(sfp::Sealed(memory).Image());
     EXPECT_EQ(reading.remarks, Texts{text("the RX power")});
@@ -829,7 +829,7 @@ TEST(Sff8472, KeepsReadingsWhoseConstantsAreInvalid) {
     EXPECT_EQ(reading.phy->module->rx_power_high_threshold, 20000);
     EXPECT_EQ(reading.phy->module->temperature, 0x1D00);
   }
-  Memory zeros = ExternallyCalibrated();
+  ImageBuilder zeros = ExternallyCalibrated();
   zeros.Words(sfp::kRxPowerCalibration, {0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
   zeros.Words(sfp::kTxBiasCalibration, {0, 0, 0, 0, 0, 0, 0, 0});  // and those after it
   const ModuleReading reading = ReadModule(sfp::Sealed(zeros).Image());
@@ -846,7 +846,7 @@ TEST(Sff8472, KeepsReadingsWhoseConstantsAreInvalid) {
 }
 
 TEST(Sff8472, PrefersInternalCalibration) {
-  Memory memory = ExternallyCalibrated();
+  ImageBuilder memory = ExternallyCalibrated();
   memory.Byte(sfp::kDiagnostics, 0x78);
   EXPECT_EQ(Phy(sfp::Sealed(memory))->module->temperature, 0x1400);
 }
@@ -860,17 +860,17 @@ TEST(Sff8472, NeedsNoUpperHalfOfTheDiagnostics) {
 // ---------------------------------------------------------------------------------------------
 
 TEST(ModuleMemory, ShowsNoLightAsZeroPower) {
-  Memory dark = qsfp::Optic();
+  ImageBuilder dark = qsfp::Optic();
   dark.Words(qsfp::kRxPower, {0, 0, 0, 0});
   EXPECT_EQ(Cable(dark).RxPower[0], 0.0F);
   EXPECT_NE(Cable(dark).c_str(true).find("RX1 Power: 0.000 mW, -999.999 dBm\n"), std::string::npos);
-  Memory dark_cmis = cmis::Optic();
+  ImageBuilder dark_cmis = cmis::Optic();
   dark_cmis.Words(cmis::kRxPower, {0});
   EXPECT_EQ(Phy(dark_cmis)->RX1PowerToStr(false), "0.000 mW, -999.999 dBm");
 }
 
 TEST(ModuleMemory, DecodesByByte0WhereItsCopyDiffers) {
-  Memory memory = qsfp::Optic();
+  ImageBuilder memory = qsfp::Optic();
   memory.Byte(qsfp::kIdentifier, 0x0D);
   const ModuleReading reading = ReadModule(memory.Image());
   EXPECT_EQ(reading.cable->Identifier, 0x0D);
@@ -881,7 +881,7 @@ TEST(ModuleMemory, DecodesByByte0WhereItsCopyDiffers) {
 
 TEST(ModuleMemory, DecodesByByte128WhereByte0IsNoIdentifier) {
   for (const auto& [unknown, shown] : {std::pair{0x00U, "0x00"}, {0x7EU, "0x7e"}}) {
-    Memory memory = cmis::Optic();
+    ImageBuilder memory = cmis::Optic();
     memory.Byte(cmis::kIdentifier, unknown);
     const ModuleReading reading = ReadModule(memory.Image());
     EXPECT_EQ(reading.phy->VendorToStr(), "Acme Optics");
@@ -893,7 +893,7 @@ TEST(ModuleMemory, DecodesByByte128WhereByte0IsNoIdentifier) {
 }
 
 TEST(ModuleMemory, TreatsAnUnansweredLowerPageAsMissing) {
-  Memory memory = qsfp::Optic();
+  ImageBuilder memory = qsfp::Optic();
   memory.Fill(module_images::kLowerHalf, 0xFF);
   const ModuleReading reading = ReadModule(memory.Image());
   EXPECT_EQ(reading.cable->Identifier, 0x11);
@@ -911,7 +911,7 @@ TEST(ModuleMemory, NeverDecodesAFamilyWithTheMapOfAnother) {
 }
 
 TEST(ModuleMemory, RejectsUnknownModules) {
-  Memory memory = qsfp::Blank(0x06, true);
+  ImageBuilder memory = qsfp::Blank(0x06, true);
   EXPECT_EQ(Problem(memory.Image()), "unknown module identifier: byte 0 is 0x06, byte 128 is 0x06");
   EXPECT_EQ(Problem({}), "unknown module identifier: byte 0 is missing, byte 128 is missing");
   EXPECT_EQ(Problem(DumpBytes(256, 0xFF)),
@@ -945,7 +945,7 @@ TEST(ModuleMemory, SplitsImagesOfModulesWithoutARecord) {
 
 // Identifiers from 80h on are the vendors' own; the revision distinguishes CMIS from other maps.
 TEST(ModuleMemory, SplitsImagesOfCmisModulesWithACustomIdentifier) {
-  Memory memory = cmis::Optic(0x80);
+  ImageBuilder memory = cmis::Optic(0x80);
   Texts remarks;
   const ModuleImage pages =
       cable_info::module_memory::SplitImage(memory.Byte({Page::kLower, 1}, 0x50).Image(), remarks);
@@ -980,7 +980,7 @@ TEST(ModuleMemory, RejectsImagesOfImpossibleSize) {
 
 TEST(ModuleMemory, VerifiesEveryChecksum) {
   struct Case {
-    Memory memory;
+    ImageBuilder memory;
     Place changed;
     const char* mismatch;
   };
@@ -995,7 +995,7 @@ TEST(ModuleMemory, VerifiesEveryChecksum) {
       {sfp::Optic(), sfp::kVoltageThresholds, "A2h: the checksum of bytes 0 to 94 is "},
   };
   for (const Case& one : kCases) {
-    Memory memory = one.memory;
+    ImageBuilder memory = one.memory;
     memory.Byte(one.changed, 0x01);
     const ModuleReading reading = ReadModule(memory.Image());
     ASSERT_EQ(reading.mismatches.size(), 1U) << one.mismatch;
@@ -1004,7 +1004,7 @@ TEST(ModuleMemory, VerifiesEveryChecksum) {
 }
 
 TEST(ModuleMemory, NamesBothValuesOfAChecksum) {
-  Memory memory = qsfp::Blank(0x11, true);
+  ImageBuilder memory = qsfp::Blank(0x11, true);
   memory.Byte({Page::k00, 191}, 0x40);  // the sum of the page is that of its identifier
   const ModuleReading reading = ReadModule(memory.Image());
   EXPECT_EQ(reading.mismatches, Texts{"page 00h: the checksum of bytes 128 to 190 is 0x11, but "
@@ -1013,7 +1013,7 @@ TEST(ModuleMemory, NamesBothValuesOfAChecksum) {
 }
 
 TEST(ModuleMemory, SkipsChecksumsOfMissingBytes) {
-  Memory memory = qsfp::Copper();
+  ImageBuilder memory = qsfp::Copper();
   EXPECT_EQ(ReadModule(memory.Image(191)).mismatches, Texts());
   DumpBytes image = memory.Image();
   image[150] = std::nullopt;

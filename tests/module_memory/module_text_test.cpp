@@ -57,7 +57,7 @@ class Sheet {
   std::vector<std::string> lines_;
 };
 
-Sheet SheetOf(const module_images::Memory& memory, std::string_view label = "m") {
+Sheet SheetOf(const module_images::ImageBuilder& memory, std::string_view label = "m") {
   std::vector<std::string> remarks;
   return Sheet(cable_info::Decode(cable_info::module_memory::SplitImage(memory.Image(), remarks)),
                label);
@@ -146,7 +146,7 @@ TEST(ModuleText, SettingsOfLanesHaveAColumnPerLane) {
 }
 
 TEST(ModuleText, ChecksumsAreCorrectOrNameBothValues) {
-  module_images::Memory memory = module_images::qsfp::Copper();
+  module_images::ImageBuilder memory = module_images::qsfp::Copper();
   EXPECT_TRUE(SheetOf(memory).Has(", correct\n"));
   EXPECT_FALSE(SheetOf(memory).Has("wrong"));
   const unsigned sum = memory.Image()[191].value_or(0);  // byte 191 of page 00h
@@ -171,7 +171,7 @@ TEST(ModuleText, WarningsAreSentencesOfTheirOwn) {
 }
 
 TEST(ModuleText, SfpReadsItsSecondMemory) {
-  module_images::Memory memory = module_images::sfp::Optic();
+  module_images::ImageBuilder memory = module_images::sfp::Optic();
   memory.Byte({Page::kA0, 93}, 0x80);  // it has alarm and warning flags
   const Sheet sheet = SheetOf(module_images::sfp::Sealed(memory));
   EXPECT_TRUE(sheet.HasLine("Vendor Acme Optics"));
@@ -195,7 +195,7 @@ TEST(ModuleText, AnSfpWithoutItsSecondMemoryMeasuresNothing) {
 }
 
 TEST(ModuleText, FlagsOfACmisModule) {
-  module_images::Memory memory = module_images::cmis::Optic();
+  module_images::ImageBuilder memory = module_images::cmis::Optic();
   memory.Byte({Page::k01, 159}, 0x03);  // it measures temperature and supply voltage
   const Sheet sheet = SheetOf(module_images::cmis::Sealed(memory));
   EXPECT_TRUE(sheet.HasLine(
