@@ -1,7 +1,8 @@
 #include "cable_info/module_memory/decode.h"
 
 #include <algorithm>
-#include <array>
+#include <utility>
+#include <vector>
 
 namespace cable_info {
 
@@ -60,7 +61,8 @@ void AddPages(const ModuleImage& image, std::vector<Page>& pages) {
     }
   }
   const auto order = [](Page page) {
-    return page == Page::kLower ? -1 : static_cast<int>(NumberOf(page)) << 8 | int(BankOf(page));
+    if (page == Page::kLower) return -1;
+    return static_cast<int>(NumberOf(page)) << 8 | static_cast<int>(BankOf(page));
   };
   std::sort(pages.begin(), pages.end(), [&](Page a, Page b) { return order(a) < order(b); });
 }
@@ -106,6 +108,18 @@ bool IsCustomCmis(std::optional<std::uint8_t> identifier, std::optional<std::uin
   constexpr std::uint8_t kNewestRevision = 0x5F;
   return identifier && *identifier >= kFirstCustom && copy == identifier && revision &&
          *revision >= kOldestRevision && *revision <= kNewestRevision;
+}
+
+std::string DecodedByByte0Text(const std::string& byte0, const std::string& copy) {
+  return "byte 0 names the module " + byte0 + ", byte 128 is " + copy + "; decoded by byte 0";
+}
+
+std::string DecodedByCopyText(const std::string& byte0, const std::string& copy) {
+  return "byte 0 is " + byte0 + "; decoded by byte 128, which names the module " + copy;
+}
+
+std::string UnknownIdentifierText(const std::string& byte0, const std::string& copy) {
+  return "unknown module identifier: byte 0 is " + byte0 + ", byte 128 is " + copy;
 }
 
 void DecodeNominalBitrate(Decoding& to, std::optional<std::uint8_t> rate,
@@ -183,18 +197,15 @@ void ModuleMemory::Identify() {
   if (is_paged(FamilyOf(byte0))) {
     Choose(FamilyOf(byte0), byte0);
     if (!copy || copy == byte0) return;
-    remark_ = "byte 0 names the module " + Shown(byte0) + ", byte 128 is " + Shown(copy) +
-              "; decoded by byte 0";
+    remark_ = DecodedByByte0Text(Shown(byte0), Shown(copy));
   } else if (is_paged(FamilyOf(copy))) {
     Choose(FamilyOf(copy), copy);
-    remark_ = "byte 0 is " + Shown(byte0) + "; decoded by byte 128, which names the module " +
-              Shown(copy);
+    remark_ = DecodedByCopyText(Shown(byte0), Shown(copy));
   } else if (IsCustomCmis(byte0, image_->At(Page::kLower, 1), copy)) {
     Choose(ModuleFamily::kCmis, byte0);
     remark_ = "byte 0 is " + Shown(byte0) + ", an identifier of the vendor's own; decoded as CMIS";
   } else {
-    remark_ =
-        "unknown module identifier: byte 0 is " + Shown(byte0) + ", byte 128 is " + Shown(copy);
+    remark_ = UnknownIdentifierText(Shown(byte0), Shown(copy));
   }
 }
 

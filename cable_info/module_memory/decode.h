@@ -47,6 +47,14 @@ void DecodeNominalBitrate(Decoding& to, std::optional<std::uint8_t> rate,
                           std::optional<std::uint8_t> extended);
 /// @}
 
+/// \name Remarks on the identifiers in byte 0 and in its copy, byte 128
+/// Both are shown as the caller names them: "QSFP28 (0x11)", "0x11", "missing".
+/// @{
+std::string DecodedByByte0Text(const std::string& byte0, const std::string& copy);
+std::string DecodedByCopyText(const std::string& byte0, const std::string& copy);
+std::string UnknownIdentifierText(const std::string& byte0, const std::string& copy);
+/// @}
+
 /// The power class of a module, 1 to 8, by bytes 129 and 107 of SFF-8636. Class 8 requires a
 /// maximum power, because older revisions reserve its bit, and some modules set it.
 unsigned Sff8636PowerClass(unsigned extended_identifier, unsigned maximum_power);

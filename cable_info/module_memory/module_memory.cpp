@@ -71,17 +71,14 @@ const Identifier& Identify(DumpByte byte0, DumpByte byte128, std::vector<std::st
   const Identifier* const first = FindModule(byte0);
   if (first != nullptr) {
     if (first->family == ModuleFamily::kSff8472 || !byte128 || byte128 == byte0) return *first;
-    remarks.push_back("byte 0 names the module " + Shown(*first) + ", byte 128 is " +
-                      Shown(byte128) + "; decoded by byte 0");
+    remarks.push_back(DecodedByByte0Text(Shown(*first), Shown(byte128)));
     return *first;
   }
   const Identifier* const copy = FindModule(byte128);
   if (copy == nullptr || copy->family == ModuleFamily::kSff8472) {
-    throw BadModule("unknown module identifier: byte 0 is " + Shown(byte0) + ", byte 128 is " +
-                    Shown(byte128));
+    throw BadModule(UnknownIdentifierText(Shown(byte0), Shown(byte128)));
   }
-  remarks.push_back("byte 0 is " + Shown(byte0) + "; decoded by byte 128, which names the module " +
-                    Shown(*copy));
+  remarks.push_back(DecodedByCopyText(Shown(byte0), Shown(*copy)));
   return *copy;
 }
 
