@@ -1,5 +1,7 @@
 #pragma once
 
+// Numbers as texts, for the JSON and the data sheet of a module.
+//
 // Internal; not installed.
 
 #include "cable_info/text/text_buffer.h"

@@ -185,9 +185,9 @@ inline constexpr AlarmLevel kHighWarning = AlarmLevel::kHighWarning;
 inline constexpr AlarmLevel kLowWarning = AlarmLevel::kLowWarning;
 /// @}
 
-/// A `PhyCableRecord` under construction: its module record and its page of latched flags.
-using ModuleRecord = cable_info::PhyCableRecord::ModuleRecord;
-using LatchedFlagsPage = cable_info::PhyCableRecord::LatchedFlagsPage;
+/// The two parts of a `PhyCableRecord` that modules fill.
+using ModuleRecord = PhyCableRecord::ModuleRecord;
+using LatchedFlagsPage = PhyCableRecord::LatchedFlagsPage;
 
 /// A module record of `form_factor` with all values unknown, as far as it can represent that.
 ModuleRecord UnknownModuleRecord(std::uint8_t form_factor);

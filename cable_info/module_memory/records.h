@@ -1,5 +1,7 @@
 #pragma once
 
+// Records from the memory of a module, one function per family, for `ReadModule`.
+//
 // Internal; not installed.
 
 #include <cstdint>

@@ -1,8 +1,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <iterator>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "cable_info/module_memory/decode.h"
 #include "cable_info/module_memory/record_map.h"
@@ -12,8 +13,6 @@
 namespace cable_info::module_memory {
 
 namespace {
-
-using cable_info::PhyCableRecord;
 
 constexpr auto kSfpFormFactor = static_cast<std::uint8_t>(FormFactor::kSfp28OrSfpPlus);
 constexpr std::size_t kLastReading = 105;  // the last byte of what is calibrated
@@ -165,8 +164,9 @@ std::uint8_t Technology(const Draft& draft, Sff8472Medium medium) {
   constexpr unsigned kOthers = 8;
   constexpr unsigned k1490NmDfb = 9;
   constexpr unsigned kLimitingActiveCopper = 12;  // near and far end
-  if (medium == Sff8472Medium::kPassiveCable || medium == Sff8472Medium::kCopper)
-    return TechnologyByte(cable_info::kUnequalizedCopper);
+  if (medium == Sff8472Medium::kPassiveCable || medium == Sff8472Medium::kCopper) {
+    return TechnologyByte(kUnequalizedCopper);
+  }
   if (medium == Sff8472Medium::kActiveCable) return TechnologyByte(kLimitingActiveCopper);
   switch (draft.wavelength) {
     case 850:
@@ -221,7 +221,7 @@ std::uint16_t SignedWord(double value) {
 }
 
 void CalibrateTemperature(std::uint16_t& value, const Sff8472Calibration::Line& line) {
-  if (value != kNoTemperature) value = SignedWord(line.At(std::int16_t(value)));
+  if (value != kNoTemperature) value = SignedWord(line.At(static_cast<std::int16_t>(value)));
 }
 
 // A quantity of the record: its value, and its thresholds.

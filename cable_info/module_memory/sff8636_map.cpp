@@ -1,7 +1,7 @@
 // The memory map of SFF-8636 rev 2.11. It also fits SFF-8436 rev 4.9, which reserves the fields
 // that it does not have.
 
-#include <algorithm>
+#include <iterator>
 
 #include "cable_info/module_memory/decode.h"
 #include "cable_info/module_memory/samples.h"
@@ -14,11 +14,11 @@ namespace cable_info::module_memory {
 
 namespace {
 
-constexpr Page L = Page::kLower;
-constexpr Page P00 = Page::k00;
-constexpr Page P02 = Page::k02;
-constexpr Page P03 = Page::k03;
-constexpr Page P20 = Page::k20;
+constexpr Page kLower = Page::kLower;
+constexpr Page kPage00 = Page::k00;
+constexpr Page kPage02 = Page::k02;
+constexpr Page kPage03 = Page::k03;
+constexpr Page kPage20 = Page::k20;
 
 constexpr unsigned kLanes = 4;
 constexpr unsigned kOldQsfp = 0x0C;
@@ -33,11 +33,11 @@ constexpr unsigned kRevision20 = 0x06;
 constexpr unsigned kRevision25 = 0x07;
 constexpr unsigned kRevision28 = 0x08;
 
-unsigned RevisionCode(const ModuleImage& image) { return image.At(L, 1).value_or(0); }
+unsigned RevisionCode(const ModuleImage& image) { return image.At(kLower, 1).value_or(0); }
 
 // The technology, bits 7..4 of byte 147; none when it was not read.
 std::optional<unsigned> Technology(const ModuleImage& image) {
-  const std::optional<std::uint8_t> byte = image.At(P00, 147);
+  const std::optional<std::uint8_t> byte = image.At(kPage00, 147);
   return byte ? std::optional<unsigned>(*byte >> 4U) : std::nullopt;
 }
 
@@ -59,26 +59,28 @@ Advertised HasAttenuation25p8(const ModuleImage& image) {
 
 // The version of extended rate selection, bits 1..0 of byte 141: 0 is none, 3 is reserved.
 Advertised HasRateSelectVersion(const ModuleImage& image) {
-  const std::optional<std::uint8_t> byte = image.At(P00, 141);
+  const std::optional<std::uint8_t> byte = image.At(kPage00, 141);
   if (!byte) return Advertised::kUnknown;
   const unsigned version = *byte & 3U;
   return AdvertisedIf(version == 1 || version == 2);
 }
 
 Advertised HasRateSelect(const ModuleImage& image) {
-  return Both(Both(AskBit(image, P00, 195, 5), AskBit(image, P00, 221, 3)),
+  return Both(Both(AskBit(image, kPage00, 195, 5), AskBit(image, kPage00, 221, 3)),
               HasRateSelectVersion(image));
 }
 
-Advertised HasHighPowerClass(const ModuleImage& image) { return AskBits(image, P00, 129, 0x03); }
+Advertised HasHighPowerClass(const ModuleImage& image) {
+  return AskBits(image, kPage00, 129, 0x03);
+}
 
 Advertised HasExtendedBitrate(const ModuleImage& image) {
-  const std::optional<std::uint8_t> rate = image.At(P00, 140);
+  const std::optional<std::uint8_t> rate = image.At(kPage00, 140);
   return rate ? AdvertisedIf(*rate == kSeeExtendedBitrate) : Advertised::kUnknown;
 }
 
 Advertised Since(const ModuleImage& image, unsigned revision) {
-  const std::optional<std::uint8_t> code = image.At(L, 1);
+  const std::optional<std::uint8_t> code = image.At(kLower, 1);
   return code ? AdvertisedIf(*code >= revision) : Advertised::kUnknown;
 }
 Advertised Since25(const ModuleImage& image) { return Since(image, kRevision25); }
@@ -89,46 +91,47 @@ Advertised HasProperties(const ModuleImage& image) {
   return RevisionCode(image) == 0 ? Advertised::kYes : Since(image, kFirstSff8636);
 }
 Advertised HasLowPowerModes(const ModuleImage& image) {
-  return RevisionCode(image) == 0 ? AskBits(image, L, 110, 0xFF) : Since(image, kFirstSff8636);
+  return RevisionCode(image) == 0 ? AskBits(image, kLower, 110, 0xFF) : Since(image, kFirstSff8636);
 }
 
 Advertised HasMaximumDurations(const ModuleImage& image) {
-  const bool is_micro = image.At(L, 0) == kMicroQsfp || image.At(P00, 128) == kMicroQsfp;
+  const bool is_micro = image.At(kLower, 0) == kMicroQsfp || image.At(kPage00, 128) == kMicroQsfp;
   return Both(AdvertisedIf(is_micro), Since28(image));
 }
 
 // Byte 227 of page 03h, which older revisions reserve and SFF-8436 leaves to vendors.
 template <unsigned kBit>
 Advertised HasControl(const ModuleImage& image) {
-  return Both(Since28(image), AskBit(image, P03, 227, kBit));
+  return Both(Since28(image), AskBit(image, kPage03, 227, kBit));
 }
 
 // No bit advertised the flag before rev 2.5.
 Advertised HasInitializationFlag(const ModuleImage& image) {
   const Advertised is_older = Not(Since25(image));
-  return Either(AskBit(image, P00, 221, 4), Both(is_older, AskBit(image, L, 6, 0)));
+  return Either(AskBit(image, kPage00, 221, 4), Both(is_older, AskBit(image, kLower, 6, 0)));
 }
 
 // The mask of that flag, which SFF-8436 has and SFF-8636 reserves.
 Advertised HasInitializationMask(const ModuleImage& image) {
-  return RevisionCode(image) == 0 ? AskBit(image, L, 103, 0) : Not(Since(image, kFirstSff8636));
+  return RevisionCode(image) == 0 ? AskBit(image, kLower, 103, 0)
+                                  : Not(Since(image, kFirstSff8636));
 }
 
-Advertised IsNotReady(const ModuleImage& image) { return AskBit(image, L, 2, 0); }
+Advertised IsNotReady(const ModuleImage& image) { return AskBit(image, kLower, 2, 0); }
 
 // A monitor that a bit of byte 220 advertises since a revision. Before, its readings decide, and
 // both in modules whose revision code is reserved: some store a wrong one.
 Advertised HasMonitor(const ModuleImage& image, unsigned since, unsigned bit, Advertised readings) {
   const unsigned code = RevisionCode(image);
   if (code < since) return readings;
-  const Advertised is_advertised = AskBit(image, P00, 220, bit);
+  const Advertised is_advertised = AskBit(image, kPage00, 220, bit);
   return code <= kRevision28 ? is_advertised : Either(is_advertised, readings);
 }
 
 // A module without the monitor reads 0000h or FFFFh, and so may an optical one that has no valid
 // data yet.
 Advertised HasModuleMonitor(const ModuleImage& image, std::size_t byte, unsigned bit) {
-  const ModuleImage::Half& half = image.HalfOf(L, byte);
+  const ModuleImage::Half& half = image.HalfOf(kLower, byte);
   Advertised readings = Advertised::kUnknown;
   if (half.Has(byte, 2)) {
     const std::uint32_t raw = RawNumber(half, byte, kWord);
@@ -142,7 +145,7 @@ Advertised HasVoltage(const ModuleImage& image) { return HasModuleMonitor(image,
 
 // Yes if any of the bytes is not 0.
 Advertised IsAnySet(const ModuleImage& image, std::size_t first, std::size_t count) {
-  const ModuleImage::Half& half = image.HalfOf(L, first);
+  const ModuleImage::Half& half = image.HalfOf(kLower, first);
   for (std::size_t byte = first; byte < first + count; ++byte) {
     if (half[byte] != 0) return Advertised::kYes;
   }
@@ -154,7 +157,7 @@ constexpr std::size_t kLaneBytes = std::size_t{2} * kLanes;  // a word per lane
 // A lane without light reads 0, but raises flags.
 Advertised HasRxPower(const ModuleImage& image) {
   const Advertised is_used = Either(IsAnySet(image, 34, kLaneBytes), IsAnySet(image, 9, 2));
-  const Advertised is_monitored = Either(AskBit(image, P00, 220, 3), is_used);
+  const Advertised is_monitored = Either(AskBit(image, kPage00, 220, 3), is_used);
   return Both(IsOptical(image), Either(is_monitored, IsNotReady(image)));
 }
 
@@ -165,8 +168,8 @@ Advertised HasTxPower(const ModuleImage& image) {
 
 // No bit advertises the bias. A module with flat memory that monitors nothing else has none.
 Advertised HasTxBias(const ModuleImage& image) {
-  const bool is_flat = AskBit(image, L, 2, 2) == Advertised::kYes;
-  const bool monitors_nothing = AskBits(image, P00, 220, 0x3C) == Advertised::kNo &&
+  const bool is_flat = AskBit(image, kLower, 2, 2) == Advertised::kYes;
+  const bool monitors_nothing = AskBits(image, kPage00, 220, 0x3C) == Advertised::kNo &&
                                 HasTemperature(image) == Advertised::kNo &&
                                 HasVoltage(image) == Advertised::kNo;
   const bool is_none =
@@ -219,179 +222,179 @@ constexpr CodeTable kInterruptPins("SFF-8636 rev 2.11, byte 99", kInterruptPinNa
 // clang-format off
 constexpr MapField kFields[] = {
     // field, page, byte, extent, format, what advertises it, first revision
-    {Field::kIdentifier,                   L,     0, kByte,      kOwn,                             kAlways,            ""},
-    {Field::kRevision,                     L,     1, kByte,      kOwn,                             kAlways,            ""},
-    {Field::kFlatMemory,                   L,     2, Bit(2),     kFlag,                            kAlways,            ""},
-    {Field::kInterruptAsserted,            L,     2, Bit(1),     kInverseFlag,                     kAlways,            ""},
-    {Field::kDataNotReady,                 L,     2, Bit(0),     kFlag,                            kAlways,            ""},
-    {Field::kCoolerReady,                  L,     6, Bit(1),     kFlag,                            On(P00, 221, 1),    "2.8"},
-    {Field::kInitializationComplete,       L,     6, Bit(0),     kFlag,                            By(HasInitializationFlag, "00h:221.4; before revision code 07h, when set"), "1.9"},
-    {Field::kSoftwareReset,                L,    93, Bit(7),     kFlag,                            On(P00, 221, 0),    "2.10"},
-    {Field::kHighPowerClass8Enable,        L,    93, Bit(3),     kFlag,                            On(P00, 129, 5),    "2.10"},
-    {Field::kHighPowerEnable,              L,    93, Bit(2),     kFlag,                            By(HasHighPowerClass, "00h:129.1-0 is not 0"), "1.9"},
-    {Field::kLowPowerRequest,              L,    93, Bit(1),     kFlag,                            kAlways,            ""},
-    {Field::kLowPowerOverride,             L,    93, Bit(0),     kFlag,                            kAlways,            ""},
-    {Field::kLowPowerPinIsTxDisable,       L,    99, Bit(1),     Code(kLowPowerPins),              On(P00, 193, 6),    "2.10"},
-    {Field::kInterruptPinIsLos,            L,    99, Bit(0),     Code(kInterruptPins),             On(P00, 193, 5),    "2.10"},
-    {Field::kTemperatureMask,              L,   103, Bits(7, 4), kNumber,                          By(HasTemperature, "as the temperature"), ""},
-    {Field::kCoolerReadyMask,              L,   103, Bit(1),     kFlag,                            On(P00, 221, 1),    "2.8"},
-    {Field::kInitializationCompleteMask,   L,   103, Bit(0),     kFlag,                            By(HasInitializationMask, "revision code 01h or 02h; 00h when set"), ""},
-    {Field::kVoltageMask,                  L,   104, Bits(7, 4), kNumber,                          By(HasVoltage, "as the supply voltage"), ""},
-    {Field::kMaxPower,                     L,   107, kByte,      kOwn,                             kAlways,            "2.10"},
-    {Field::kPropagationDelay,             L,   108, kWord,      Number(Times(10)).ZeroIsNone(),   By(HasProperties, "not revision code 01h or 02h"), ""},
-    {Field::kAdvancedLowPower,             L,   110, Bits(7, 4), kOwn,                             kLowPowerModes,     ""},
-    {Field::kFarSideManaged,               L,   110, Bit(3),     kFlag,                            kLowPowerModes,     ""},
-    {Field::kMinOperatingVoltage,          L,   110, Bits(2, 0), kOwn,                             kLowPowerModes,     ""},
-    {Field::kFarEnd,                       L,   113, Bits(6, 4), Code(kFarEnds),                   kSince25,           "2.5"},
-    {Field::kNearEndLanes,                 L,   113, Bits(3, 0), kOwn,                             kSince25,           "2.5"},
-    {Field::kTxTurnOnTime,                 L,   114, Bits(7, 4), kNumber.ZeroIsNone(),             kMaximumDurations,  "2.8"},
-    {Field::kDataPathInitTime,             L,   114, Bits(3, 0), kNumber.ZeroIsNone(),             kMaximumDurations,  "2.8"},
-    {Field::kModselWaitTime,               L,   115, kByte,      kOwn,                             kSince28,           "2.10"},
-    {Field::kSecondaryExtendedCompliance,  L,   116, kByte,      Code(kComplianceCodes).ZeroIsNone(),    kSince28,     "2.10"},
-    {Field::kModuleSubtype,                L,   117, Bits(7, 4), Code(kSubtypes).ZeroIsNone(),     kSince28,           "2.11"},
-    {Field::kFiberFace,                    L,   117, Bits(1, 0), Code(kFiberFaces).ZeroIsNone(),   kSince28,           "2.11"},
+    {Field::kIdentifier,                   kLower,    0, kByte,      kOwn,                             kAlways,                ""},
+    {Field::kRevision,                     kLower,    1, kByte,      kOwn,                             kAlways,                ""},
+    {Field::kFlatMemory,                   kLower,    2, Bit(2),     kFlag,                            kAlways,                ""},
+    {Field::kInterruptAsserted,            kLower,    2, Bit(1),     kInverseFlag,                     kAlways,                ""},
+    {Field::kDataNotReady,                 kLower,    2, Bit(0),     kFlag,                            kAlways,                ""},
+    {Field::kCoolerReady,                  kLower,    6, Bit(1),     kFlag,                            On(kPage00, 221, 1),    "2.8"},
+    {Field::kInitializationComplete,       kLower,    6, Bit(0),     kFlag,                            By(HasInitializationFlag, "00h:221.4; before revision code 07h, when set"), "1.9"},
+    {Field::kSoftwareReset,                kLower,   93, Bit(7),     kFlag,                            On(kPage00, 221, 0),    "2.10"},
+    {Field::kHighPowerClass8Enable,        kLower,   93, Bit(3),     kFlag,                            On(kPage00, 129, 5),    "2.10"},
+    {Field::kHighPowerEnable,              kLower,   93, Bit(2),     kFlag,                            By(HasHighPowerClass, "00h:129.1-0 is not 0"), "1.9"},
+    {Field::kLowPowerRequest,              kLower,   93, Bit(1),     kFlag,                            kAlways,                ""},
+    {Field::kLowPowerOverride,             kLower,   93, Bit(0),     kFlag,                            kAlways,                ""},
+    {Field::kLowPowerPinIsTxDisable,       kLower,   99, Bit(1),     Code(kLowPowerPins),              On(kPage00, 193, 6),    "2.10"},
+    {Field::kInterruptPinIsLos,            kLower,   99, Bit(0),     Code(kInterruptPins),             On(kPage00, 193, 5),    "2.10"},
+    {Field::kTemperatureMask,              kLower,  103, Bits(7, 4), kNumber,                          By(HasTemperature, "as the temperature"), ""},
+    {Field::kCoolerReadyMask,              kLower,  103, Bit(1),     kFlag,                            On(kPage00, 221, 1),    "2.8"},
+    {Field::kInitializationCompleteMask,   kLower,  103, Bit(0),     kFlag,                            By(HasInitializationMask, "revision code 01h or 02h; 00h when set"), ""},
+    {Field::kVoltageMask,                  kLower,  104, Bits(7, 4), kNumber,                          By(HasVoltage, "as the supply voltage"), ""},
+    {Field::kMaxPower,                     kLower,  107, kByte,      kOwn,                             kAlways,                "2.10"},
+    {Field::kPropagationDelay,             kLower,  108, kWord,      Number(Times(10)).ZeroIsNone(),   By(HasProperties, "not revision code 01h or 02h"), ""},
+    {Field::kAdvancedLowPower,             kLower,  110, Bits(7, 4), kOwn,                             kLowPowerModes,         ""},
+    {Field::kFarSideManaged,               kLower,  110, Bit(3),     kFlag,                            kLowPowerModes,         ""},
+    {Field::kMinOperatingVoltage,          kLower,  110, Bits(2, 0), kOwn,                             kLowPowerModes,         ""},
+    {Field::kFarEnd,                       kLower,  113, Bits(6, 4), Code(kFarEnds),                   kSince25,               "2.5"},
+    {Field::kNearEndLanes,                 kLower,  113, Bits(3, 0), kOwn,                             kSince25,               "2.5"},
+    {Field::kTxTurnOnTime,                 kLower,  114, Bits(7, 4), kNumber.ZeroIsNone(),             kMaximumDurations,      "2.8"},
+    {Field::kDataPathInitTime,             kLower,  114, Bits(3, 0), kNumber.ZeroIsNone(),             kMaximumDurations,      "2.8"},
+    {Field::kModselWaitTime,               kLower,  115, kByte,      kOwn,                             kSince28,               "2.10"},
+    {Field::kSecondaryExtendedCompliance,  kLower,  116, kByte,      Code(kComplianceCodes).ZeroIsNone(),    kSince28,         "2.10"},
+    {Field::kModuleSubtype,                kLower,  117, Bits(7, 4), Code(kSubtypes).ZeroIsNone(),     kSince28,               "2.11"},
+    {Field::kFiberFace,                    kLower,  117, Bits(1, 0), Code(kFiberFaces).ZeroIsNone(),   kSince28,               "2.11"},
 
-    {Field::kPowerClass,                   P00, 129, kByte,      kOwn,                             kAlways,            ""},
-    {Field::kConnector,                    P00, 130, kByte,      Code(kConnectors),                kAlways,            ""},
-    {Field::kEncoding,                     P00, 139, kByte,      Code(kSff8636Encodings),          kAlways,            ""},
-    {Field::kNominalBitrate,               P00, 140, kByte,      kOwn,                             kAlways,            ""},
-    {Field::kRateSelectVersion,            P00, 141, Bits(1, 0), kNumber,                          By(HasRateSelectVersion, "00h:141.1-0 is 1 or 2"), ""},
-    {Field::kLengthSmf,                    P00, 142, kByte,      Number(Times(1000)).ZeroIsNone(), kOptical,           ""},
-    {Field::kLengthOm3,                    P00, 143, kByte,      Number(Times(2)).ZeroIsNone(),    kOptical,           ""},
-    {Field::kLengthOm2,                    P00, 144, kByte,      kNumber.ZeroIsNone(),             kOptical,           ""},
-    {Field::kLengthOm1,                    P00, 145, kByte,      kNumber.ZeroIsNone(),             kOptical,           ""},
-    {Field::kAttenuation25p8,              P00, 145, kByte,      kNumber.ZeroIsNone(),             By(HasAttenuation25p8, "00h:147.7-4 is 10, 11, 13 or 15"), "2.8"},
-    {Field::kLengthCable,                  P00, 146, kByte,      kOwn,                             kAlways,            ""},
-    {Field::kLengthOm4,                    P00, 146, kByte,      kOwn,                             kOptical,           ""},
-    {Field::kTechnology,                   P00, 147, Bits(7, 4), Code(kSff8636Technologies),       kAlways,            ""},
-    {Field::kWavelengthControl,            P00, 147, Bit(3),     kFlag,                            kOptical,           ""},
-    {Field::kCooledTransmitter,            P00, 147, Bit(2),     kFlag,                            kOptical,           ""},
-    {Field::kDetector,                     P00, 147, Bit(1),     Code(kDetectors),                 kOptical,           ""},
-    {Field::kTunableTransmitter,           P00, 147, Bit(0),     kFlag,                            kOptical,           ""},
-    {Field::kVendor,                       P00, 148, Bytes(16),  kText,                            kAlways,            ""},
-    {Field::kSpeedMask,                    P00, 164, kByte,      kNumber.ZeroIsNone(),             kAlways,            ""},
-    {Field::kOui,                          P00, 165, Bytes(3),   kOui,                             kAlways,            ""},
-    {Field::kPartNumber,                   P00, 168, Bytes(16),  kText,                            kAlways,            ""},
-    {Field::kVendorRevision,               P00, 184, Bytes(2),   kText,                            kAlways,            ""},
-    {Field::kWavelength,                   P00, 186, kWord,      Number(Per(20)).ZeroIsNone(),     kOptical,           ""},
-    {Field::kWavelengthTolerance,          P00, 188, kWord,      Number(Per(200)).ZeroIsNone(),    kOptical,           ""},
-    {Field::kAttenuation2p5,               P00, 186, kByte,      kNumber.ZeroIsNone(),             kCopper,            ""},
-    {Field::kAttenuation5,                 P00, 187, kByte,      kNumber.ZeroIsNone(),             kCopper,            ""},
-    {Field::kAttenuation7,                 P00, 188, kByte,      kNumber.ZeroIsNone(),             kCopper,            ""},
-    {Field::kAttenuation12p9,              P00, 189, kByte,      kNumber.ZeroIsNone(),             kCopper,            ""},
-    {Field::kMaxCaseTemperature,           P00, 190, kByte,      kOwn,                             kAlways,            ""},
-    {Field::kExtendedCompliance,           P00, 192, kByte,      Code(kComplianceCodes).ZeroIsNone(),    kAlways,      ""},
-    {Field::kSerialNumber,                 P00, 196, Bytes(16),  kText,                            kAlways,            ""},
-    {Field::kDateCode,                     P00, 212, Bytes(6),   kText,                            kAlways,            ""},
-    {Field::kLot,                          P00, 218, Bytes(2),   kText,                            kAlways,            ""},
-    {Field::kRxPowerType,                  P00, 220, Bit(3),     Code(kRxPowerTypes),              By(HasRxPower, "as RX power"), ""},
-    {Field::kExtendedBitrate,              P00, 222, kByte,      Number(Times(kExtendedBitrateUnit)).ZeroIsNone(), By(HasExtendedBitrate, "00h:140 is 255"), "1.5"},
+    {Field::kPowerClass,                   kPage00, 129, kByte,      kOwn,                             kAlways,                ""},
+    {Field::kConnector,                    kPage00, 130, kByte,      Code(kConnectors),                kAlways,                ""},
+    {Field::kEncoding,                     kPage00, 139, kByte,      Code(kSff8636Encodings),          kAlways,                ""},
+    {Field::kNominalBitrate,               kPage00, 140, kByte,      kOwn,                             kAlways,                ""},
+    {Field::kRateSelectVersion,            kPage00, 141, Bits(1, 0), kNumber,                          By(HasRateSelectVersion, "00h:141.1-0 is 1 or 2"), ""},
+    {Field::kLengthSmf,                    kPage00, 142, kByte,      Number(Times(1000)).ZeroIsNone(), kOptical,               ""},
+    {Field::kLengthOm3,                    kPage00, 143, kByte,      Number(Times(2)).ZeroIsNone(),    kOptical,               ""},
+    {Field::kLengthOm2,                    kPage00, 144, kByte,      kNumber.ZeroIsNone(),             kOptical,               ""},
+    {Field::kLengthOm1,                    kPage00, 145, kByte,      kNumber.ZeroIsNone(),             kOptical,               ""},
+    {Field::kAttenuation25p8,              kPage00, 145, kByte,      kNumber.ZeroIsNone(),             By(HasAttenuation25p8, "00h:147.7-4 is 10, 11, 13 or 15"), "2.8"},
+    {Field::kLengthCable,                  kPage00, 146, kByte,      kOwn,                             kAlways,                ""},
+    {Field::kLengthOm4,                    kPage00, 146, kByte,      kOwn,                             kOptical,               ""},
+    {Field::kTechnology,                   kPage00, 147, Bits(7, 4), Code(kSff8636Technologies),       kAlways,                ""},
+    {Field::kWavelengthControl,            kPage00, 147, Bit(3),     kFlag,                            kOptical,               ""},
+    {Field::kCooledTransmitter,            kPage00, 147, Bit(2),     kFlag,                            kOptical,               ""},
+    {Field::kDetector,                     kPage00, 147, Bit(1),     Code(kDetectors),                 kOptical,               ""},
+    {Field::kTunableTransmitter,           kPage00, 147, Bit(0),     kFlag,                            kOptical,               ""},
+    {Field::kVendor,                       kPage00, 148, Bytes(16),  kText,                            kAlways,                ""},
+    {Field::kSpeedMask,                    kPage00, 164, kByte,      kNumber.ZeroIsNone(),             kAlways,                ""},
+    {Field::kOui,                          kPage00, 165, Bytes(3),   kOui,                             kAlways,                ""},
+    {Field::kPartNumber,                   kPage00, 168, Bytes(16),  kText,                            kAlways,                ""},
+    {Field::kVendorRevision,               kPage00, 184, Bytes(2),   kText,                            kAlways,                ""},
+    {Field::kWavelength,                   kPage00, 186, kWord,      Number(Per(20)).ZeroIsNone(),     kOptical,               ""},
+    {Field::kWavelengthTolerance,          kPage00, 188, kWord,      Number(Per(200)).ZeroIsNone(),    kOptical,               ""},
+    {Field::kAttenuation2p5,               kPage00, 186, kByte,      kNumber.ZeroIsNone(),             kCopper,                ""},
+    {Field::kAttenuation5,                 kPage00, 187, kByte,      kNumber.ZeroIsNone(),             kCopper,                ""},
+    {Field::kAttenuation7,                 kPage00, 188, kByte,      kNumber.ZeroIsNone(),             kCopper,                ""},
+    {Field::kAttenuation12p9,              kPage00, 189, kByte,      kNumber.ZeroIsNone(),             kCopper,                ""},
+    {Field::kMaxCaseTemperature,           kPage00, 190, kByte,      kOwn,                             kAlways,                ""},
+    {Field::kExtendedCompliance,           kPage00, 192, kByte,      Code(kComplianceCodes).ZeroIsNone(),    kAlways,          ""},
+    {Field::kSerialNumber,                 kPage00, 196, Bytes(16),  kText,                            kAlways,                ""},
+    {Field::kDateCode,                     kPage00, 212, Bytes(6),   kText,                            kAlways,                ""},
+    {Field::kLot,                          kPage00, 218, Bytes(2),   kText,                            kAlways,                ""},
+    {Field::kRxPowerType,                  kPage00, 220, Bit(3),     Code(kRxPowerTypes),              By(HasRxPower, "as RX power"), ""},
+    {Field::kExtendedBitrate,              kPage00, 222, kByte,      Number(Times(kExtendedBitrateUnit)).ZeroIsNone(), By(HasExtendedBitrate, "00h:140 is 255"), "1.5"},
 
-    {Field::kClei,                         P02, 128, Bytes(10),  kText,                            On(P00, 129, 4),    ""},
+    {Field::kClei,                         kPage02, 128, Bytes(10),  kText,                            On(kPage00, 129, 4),    ""},
 
-    {Field::kMaxTxInputEq,                 P03, 224, Bits(7, 4), kNumber,                          On(P00, 193, 2),    "1.9"},
-    {Field::kMaxRxEmphasis,                P03, 224, Bits(3, 0), kNumber,                          On(P00, 193, 1),    "1.9"},
-    {Field::kRxEmphasisType,               P03, 225, Bits(5, 4), Code(kEmphasisTypes),             On(P00, 193, 1),    "2.5"},
-    {Field::kRxAmplitudes,                 P03, 225, Bits(3, 0), kNumber.ZeroIsNone(),             On(P00, 193, 0),    "1.9"},
-    {Field::kCoolerSettlingTime,           P03, 228, kByte,      kNumber.ZeroIsNone(),             kSince28,           "2.8"},
-    {Field::kAdaptiveEqSettlingTime,       P03, 229, kByte,      Number(Times(100)).ZeroIsNone(),  On(P00, 193, 3),    "2.8"},
-    {Field::kHostFec,                      P03, 230, Bit(7),     kFlag,                            By(HasControl<7>, "03h:227.7, revision code 08h on"),   "2.10"},
-    {Field::kMediaFecBit,                  P03, 230, Bit(6),     kNumber,                          By(HasControl<6>, "03h:227.6, revision code 08h on"),   "2.10"},
+    {Field::kMaxTxInputEq,                 kPage03, 224, Bits(7, 4), kNumber,                          On(kPage00, 193, 2),    "1.9"},
+    {Field::kMaxRxEmphasis,                kPage03, 224, Bits(3, 0), kNumber,                          On(kPage00, 193, 1),    "1.9"},
+    {Field::kRxEmphasisType,               kPage03, 225, Bits(5, 4), Code(kEmphasisTypes),             On(kPage00, 193, 1),    "2.5"},
+    {Field::kRxAmplitudes,                 kPage03, 225, Bits(3, 0), kNumber.ZeroIsNone(),             On(kPage00, 193, 0),    "1.9"},
+    {Field::kCoolerSettlingTime,           kPage03, 228, kByte,      kNumber.ZeroIsNone(),             kSince28,               "2.8"},
+    {Field::kAdaptiveEqSettlingTime,       kPage03, 229, kByte,      Number(Times(100)).ZeroIsNone(),  On(kPage00, 193, 3),    "2.8"},
+    {Field::kHostFec,                      kPage03, 230, Bit(7),     kFlag,                            By(HasControl<7>, "03h:227.7, revision code 08h on"),   "2.10"},
+    {Field::kMediaFecBit,                  kPage03, 230, Bit(6),     kNumber,                          By(HasControl<6>, "03h:227.6, revision code 08h on"),   "2.10"},
 };
 
 constexpr LaneMapField kLaneFields[] = {
     // field, page, byte, extent, order of the lanes, format, what advertises it, first revision
-    {LaneField::kTxLos,                L,     3, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 195, 1), ""},
-    {LaneField::kRxLos,                L,     3, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   kAlways,         ""},
-    {LaneField::kTxAdaptiveEqFault,    L,     4, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 193, 3), "1.9"},
-    {LaneField::kTxFault,              L,     4, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P00, 195, 3), ""},
-    {LaneField::kTxLol,                L,     5, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 194, 5), "1.5"},
-    {LaneField::kRxLol,                L,     5, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P00, 194, 4), "1.5"},
-    {LaneField::kTxDisable,            L,    86, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P00, 195, 4), ""},
-    {LaneField::kRxRateSelect,         L,    87, kByte,      LaneOrder::kPairsUp,         kNumber, By(HasRateSelect, "00h:195.5, 221.3, and 141.1-0 is 1 or 2"), ""},
-    {LaneField::kTxRateSelect,         L,    88, kByte,      LaneOrder::kPairsUp,         kNumber, By(HasRateSelect, "00h:195.5, 221.3, and 141.1-0 is 1 or 2"), ""},
+    {LaneField::kTxLos,                kLower,    3, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(kPage00, 195, 1), ""},
+    {LaneField::kRxLos,                kLower,    3, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   kAlways,             ""},
+    {LaneField::kTxAdaptiveEqFault,    kLower,    4, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(kPage00, 193, 3), "1.9"},
+    {LaneField::kTxFault,              kLower,    4, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(kPage00, 195, 3), ""},
+    {LaneField::kTxLol,                kLower,    5, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(kPage00, 194, 5), "1.5"},
+    {LaneField::kRxLol,                kLower,    5, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(kPage00, 194, 4), "1.5"},
+    {LaneField::kTxDisable,            kLower,   86, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(kPage00, 195, 4), ""},
+    {LaneField::kRxRateSelect,         kLower,   87, kByte,      LaneOrder::kPairsUp,         kNumber, By(HasRateSelect, "00h:195.5, 221.3, and 141.1-0 is 1 or 2"), ""},
+    {LaneField::kTxRateSelect,         kLower,   88, kByte,      LaneOrder::kPairsUp,         kNumber, By(HasRateSelect, "00h:195.5, 221.3, and 141.1-0 is 1 or 2"), ""},
     // Lane 4 comes first.
-    {LaneField::kRxApplicationSelect,  L,    89, kByte,      LaneOrder::kApart,           kOwn,    On(P00, 221, 2), ""},
-    {LaneField::kTxApplicationSelect,  L,    94, kByte,      LaneOrder::kApart,           kOwn,    On(P00, 221, 2), ""},
-    {LaneField::kTxCdr,                L,    98, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 129, 3), "1.5"},
-    {LaneField::kRxCdr,                L,    98, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P00, 129, 2), "1.5"},
-    {LaneField::kTxLosMask,            L,   100, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 195, 1), ""},
-    {LaneField::kRxLosMask,            L,   100, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   kAlways,         ""},
-    {LaneField::kTxAdaptiveEqFaultMask, L,  101, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 193, 3), "1.9"},
-    {LaneField::kTxFaultMask,          L,   101, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P00, 195, 3), ""},
-    {LaneField::kTxLolMask,            L,   102, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 194, 5), "1.5"},
-    {LaneField::kRxLolMask,            L,   102, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P00, 194, 4), "1.5"},
+    {LaneField::kRxApplicationSelect,  kLower,   89, kByte,      LaneOrder::kApart,           kOwn,    On(kPage00, 221, 2), ""},
+    {LaneField::kTxApplicationSelect,  kLower,   94, kByte,      LaneOrder::kApart,           kOwn,    On(kPage00, 221, 2), ""},
+    {LaneField::kTxCdr,                kLower,   98, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(kPage00, 129, 3), "1.5"},
+    {LaneField::kRxCdr,                kLower,   98, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(kPage00, 129, 2), "1.5"},
+    {LaneField::kTxLosMask,            kLower,  100, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(kPage00, 195, 1), ""},
+    {LaneField::kRxLosMask,            kLower,  100, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   kAlways,             ""},
+    {LaneField::kTxAdaptiveEqFaultMask, kLower, 101, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(kPage00, 193, 3), "1.9"},
+    {LaneField::kTxFaultMask,          kLower,  101, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(kPage00, 195, 3), ""},
+    {LaneField::kTxLolMask,            kLower,  102, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(kPage00, 194, 5), "1.5"},
+    {LaneField::kRxLolMask,            kLower,  102, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(kPage00, 194, 4), "1.5"},
 
-    {LaneField::kTxForceSquelch,       P03, 231, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   By(HasControl<3>, "03h:227.3, revision code 08h on"), "2.10"},
-    {LaneField::kTxAdaptiveEqFreeze,   P03, 233, Bits(3, 0), LaneOrder::kBitsDown,        kFlag,   On(P00, 193, 4), "2.9"},
-    {LaneField::kTxInputEq,            P03, 234, kByte,      LaneOrder::kHighNibbleFirst, kNumber, On(P00, 193, 2), ""},
-    {LaneField::kRxEmphasis,           P03, 236, kByte,      LaneOrder::kHighNibbleFirst, kNumber, On(P00, 193, 1), ""},
-    {LaneField::kRxAmplitude,          P03, 238, kByte,      LaneOrder::kHighNibbleFirst, kNumber, On(P00, 193, 0), ""},
-    {LaneField::kRxSquelchDisable,     P03, 240, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 194, 3), ""},
-    {LaneField::kTxSquelchDisable,     P03, 240, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P00, 194, 1), ""},
-    {LaneField::kRxOutputDisable,      P03, 241, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(P00, 194, 2), ""},
-    {LaneField::kTxAdaptiveEq,         P03, 241, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(P00, 193, 3), ""},
-    {LaneField::kRxPowerMask,          P03, 242, kByte,      LaneOrder::kHighNibbleFirst, kNumber, By(HasRxPower, "as RX power"), ""},
-    {LaneField::kTxBiasMask,           P03, 244, kByte,      LaneOrder::kHighNibbleFirst, kNumber, By(HasTxBias, "as TX bias"),   ""},
-    {LaneField::kTxPowerMask,          P03, 246, kByte,      LaneOrder::kHighNibbleFirst, kNumber, By(HasTxPower, "as TX power"), "1.9"},
+    {LaneField::kTxForceSquelch,       kPage03, 231, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   By(HasControl<3>, "03h:227.3, revision code 08h on"), "2.10"},
+    {LaneField::kTxAdaptiveEqFreeze,   kPage03, 233, Bits(3, 0), LaneOrder::kBitsDown,        kFlag,   On(kPage00, 193, 4), "2.9"},
+    {LaneField::kTxInputEq,            kPage03, 234, kByte,      LaneOrder::kHighNibbleFirst, kNumber, On(kPage00, 193, 2), ""},
+    {LaneField::kRxEmphasis,           kPage03, 236, kByte,      LaneOrder::kHighNibbleFirst, kNumber, On(kPage00, 193, 1), ""},
+    {LaneField::kRxAmplitude,          kPage03, 238, kByte,      LaneOrder::kHighNibbleFirst, kNumber, On(kPage00, 193, 0), ""},
+    {LaneField::kRxSquelchDisable,     kPage03, 240, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(kPage00, 194, 3), ""},
+    {LaneField::kTxSquelchDisable,     kPage03, 240, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(kPage00, 194, 1), ""},
+    {LaneField::kRxOutputDisable,      kPage03, 241, Bits(7, 4), LaneOrder::kBitsUp,          kFlag,   On(kPage00, 194, 2), ""},
+    {LaneField::kTxAdaptiveEq,         kPage03, 241, Bits(3, 0), LaneOrder::kBitsUp,          kFlag,   On(kPage00, 193, 3), ""},
+    {LaneField::kRxPowerMask,          kPage03, 242, kByte,      LaneOrder::kHighNibbleFirst, kNumber, By(HasRxPower, "as RX power"), ""},
+    {LaneField::kTxBiasMask,           kPage03, 244, kByte,      LaneOrder::kHighNibbleFirst, kNumber, By(HasTxBias, "as TX bias"),   ""},
+    {LaneField::kTxPowerMask,          kPage03, 246, kByte,      LaneOrder::kHighNibbleFirst, kNumber, By(HasTxPower, "as TX power"), "1.9"},
 
-    {LaneField::kOpticalLane,          P20, 248, kByte,      LaneOrder::kHighNibbleFirst, Code(kOpticalLanes).ZeroIsNone(), On(P00, 195, 0), "2.8"},
+    {LaneField::kOpticalLane,          kPage20, 248, kByte,      LaneOrder::kHighNibbleFirst, Code(kOpticalLanes).ZeroIsNone(), On(kPage00, 195, 0), "2.8"},
 };
 
 constexpr MapMonitor kMonitors[] = {
     // quantity, name, page, byte, format, thresholds, {flags of lane 1: page, byte, bit, steps to low, warning, lane}, what advertises it, first revision
-    {Quantity::kTemperature, "", L, 22, kCelsius,      P03, 128, {L,  6, 7, 1, 2, 0}, By(HasTemperature, "00h:220.5 from revision code 08h on; before, not 0000h or FFFFh, or an optical module that is not ready"), ""},
-    {Quantity::kVoltage,     "", L, 26, kVolts,        P03, 144, {L,  7, 7, 1, 2, 0}, By(HasVoltage, "00h:220.4 from revision code 08h on; before, not 0000h or FFFFh, or an optical module that is not ready"),     ""},
-    {Quantity::kRxPower,     "", L, 34, kMilliwatts,   P03, 176, {L,  9, 7, 1, 2, 4}, By(HasRxPower, "optical; 00h:220.3, any lane not 0, any flag, or not ready"),                               ""},
-    {Quantity::kTxBias,      "", L, 42, kMilliamperes, P03, 184, {L, 11, 7, 1, 2, 4}, By(HasTxBias, "optical"),                                                              ""},
-    {Quantity::kTxPower,     "", L, 50, kMilliwatts,   P03, 192, {L, 13, 7, 1, 2, 4}, By(HasTxPower, "optical; 00h:220.2 from revision code 06h on; before, any lane not 0, or not ready"), "1.9"},
+    {Quantity::kTemperature, "", kLower, 22, kCelsius,      kPage03, 128, {kLower,  6, 7, 1, 2, 0}, By(HasTemperature, "00h:220.5 from revision code 08h on; before, not 0000h or FFFFh, or an optical module that is not ready"), ""},
+    {Quantity::kVoltage,     "", kLower, 26, kVolts,        kPage03, 144, {kLower,  7, 7, 1, 2, 0}, By(HasVoltage, "00h:220.4 from revision code 08h on; before, not 0000h or FFFFh, or an optical module that is not ready"),     ""},
+    {Quantity::kRxPower,     "", kLower, 34, kMilliwatts,   kPage03, 176, {kLower,  9, 7, 1, 2, 4}, By(HasRxPower, "optical; 00h:220.3, any lane not 0, any flag, or not ready"),                               ""},
+    {Quantity::kTxBias,      "", kLower, 42, kMilliamperes, kPage03, 184, {kLower, 11, 7, 1, 2, 4}, By(HasTxBias, "optical"),                                                              ""},
+    {Quantity::kTxPower,     "", kLower, 50, kMilliwatts,   kPage03, 192, {kLower, 13, 7, 1, 2, 4}, By(HasTxPower, "optical; 00h:220.2 from revision code 06h on; before, any lane not 0, or not ready"), "1.9"},
 };
 
 // Bit 7 of byte 131 and bit 1 of byte 138 refer to byte 192.
 constexpr NamedBit kCompliance[] = {
-    {P00, 131, 6, "10GBASE-LRM"}, {P00, 131, 5, "10GBASE-LR"}, {P00, 131, 4, "10GBASE-SR"},
-    {P00, 131, 3, "40GBASE-CR4"}, {P00, 131, 2, "40GBASE-SR4"}, {P00, 131, 1, "40GBASE-LR4"},
-    {P00, 131, 0, "40G Active Cable (XLPPI)"},
-    {P00, 132, 3, "40G OTN (OTU3B/OTU3C)"},
-    {P00, 132, 2, "OC-48, long reach"}, {P00, 132, 1, "OC-48, intermediate reach"}, {P00, 132, 0, "OC-48, short reach"},
-    {P00, 133, 7, "SAS 24.0 Gb/s"}, {P00, 133, 6, "SAS 12.0 Gb/s"}, {P00, 133, 5, "SAS 6.0 Gb/s"}, {P00, 133, 4, "SAS 3.0 Gb/s"},
-    {P00, 134, 3, "1000BASE-T"}, {P00, 134, 2, "1000BASE-CX"}, {P00, 134, 1, "1000BASE-LX"}, {P00, 134, 0, "1000BASE-SX"},
-    {P00, 135, 7, "FC very long distance (V)"}, {P00, 135, 6, "FC short distance (S)"}, {P00, 135, 5, "FC intermediate distance (I)"},
-    {P00, 135, 4, "FC long distance (L)"}, {P00, 135, 3, "FC medium distance (M)"},
-    {P00, 135, 1, "FC longwave laser (LC)"}, {P00, 135, 0, "FC electrical inter-enclosure (EL)"},
-    {P00, 136, 7, "FC electrical intra-enclosure"}, {P00, 136, 6, "FC shortwave laser without OFC (SN)"},
-    {P00, 136, 5, "FC shortwave laser with OFC (SL)"}, {P00, 136, 4, "FC longwave laser (LL)"},
-    {P00, 137, 7, "FC twin axial pair (TW)"}, {P00, 137, 6, "FC shielded twisted pair (TP)"}, {P00, 137, 5, "FC miniature coax (MI)"},
-    {P00, 137, 4, "FC video coax (TV)"}, {P00, 137, 3, "FC multi-mode 62.5 um (M6)"}, {P00, 137, 2, "FC multi-mode 50 um (M5)"},
-    {P00, 137, 1, "FC multi-mode 50 um (OM3)"}, {P00, 137, 0, "FC single mode (SM)"},
-    {P00, 138, 7, "FC 1200 MB/s per lane"}, {P00, 138, 6, "FC 800 MB/s"}, {P00, 138, 5, "FC 1600 MB/s per lane"},
-    {P00, 138, 4, "FC 400 MB/s"}, {P00, 138, 3, "FC 3200 MB/s per lane"}, {P00, 138, 2, "FC 200 MB/s"}, {P00, 138, 0, "FC 100 MB/s"},
+    {kPage00, 131, 6, "10GBASE-LRM"}, {kPage00, 131, 5, "10GBASE-LR"}, {kPage00, 131, 4, "10GBASE-SR"},
+    {kPage00, 131, 3, "40GBASE-CR4"}, {kPage00, 131, 2, "40GBASE-SR4"}, {kPage00, 131, 1, "40GBASE-LR4"},
+    {kPage00, 131, 0, "40G Active Cable (XLPPI)"},
+    {kPage00, 132, 3, "40G OTN (OTU3B/OTU3C)"},
+    {kPage00, 132, 2, "OC-48, long reach"}, {kPage00, 132, 1, "OC-48, intermediate reach"}, {kPage00, 132, 0, "OC-48, short reach"},
+    {kPage00, 133, 7, "SAS 24.0 Gb/s"}, {kPage00, 133, 6, "SAS 12.0 Gb/s"}, {kPage00, 133, 5, "SAS 6.0 Gb/s"}, {kPage00, 133, 4, "SAS 3.0 Gb/s"},
+    {kPage00, 134, 3, "1000BASE-T"}, {kPage00, 134, 2, "1000BASE-CX"}, {kPage00, 134, 1, "1000BASE-LX"}, {kPage00, 134, 0, "1000BASE-SX"},
+    {kPage00, 135, 7, "FC very long distance (V)"}, {kPage00, 135, 6, "FC short distance (S)"}, {kPage00, 135, 5, "FC intermediate distance (I)"},
+    {kPage00, 135, 4, "FC long distance (L)"}, {kPage00, 135, 3, "FC medium distance (M)"},
+    {kPage00, 135, 1, "FC longwave laser (LC)"}, {kPage00, 135, 0, "FC electrical inter-enclosure (EL)"},
+    {kPage00, 136, 7, "FC electrical intra-enclosure"}, {kPage00, 136, 6, "FC shortwave laser without OFC (SN)"},
+    {kPage00, 136, 5, "FC shortwave laser with OFC (SL)"}, {kPage00, 136, 4, "FC longwave laser (LL)"},
+    {kPage00, 137, 7, "FC twin axial pair (TW)"}, {kPage00, 137, 6, "FC shielded twisted pair (TP)"}, {kPage00, 137, 5, "FC miniature coax (MI)"},
+    {kPage00, 137, 4, "FC video coax (TV)"}, {kPage00, 137, 3, "FC multi-mode 62.5 um (M6)"}, {kPage00, 137, 2, "FC multi-mode 50 um (M5)"},
+    {kPage00, 137, 1, "FC multi-mode 50 um (OM3)"}, {kPage00, 137, 0, "FC single mode (SM)"},
+    {kPage00, 138, 7, "FC 1200 MB/s per lane"}, {kPage00, 138, 6, "FC 800 MB/s"}, {kPage00, 138, 5, "FC 1600 MB/s per lane"},
+    {kPage00, 138, 4, "FC 400 MB/s"}, {kPage00, 138, 3, "FC 3200 MB/s per lane"}, {kPage00, 138, 2, "FC 200 MB/s"}, {kPage00, 138, 0, "FC 100 MB/s"},
 };
 
 constexpr NamedBit kOptions[] = {
-    {P00, 129, 4, "CLEI code"}, {P00, 129, 3, "TX CDR"}, {P00, 129, 2, "RX CDR"},
-    {P00, 193, 6, "LPMode/TxDis pin configurable"}, {P00, 193, 5, "IntL/RxLOSL pin configurable"},
-    {P00, 193, 4, "TX adaptive equalization freeze"}, {P00, 193, 3, "TX adaptive equalization"},
-    {P00, 193, 2, "TX input equalization programmable"}, {P00, 193, 1, "RX output emphasis programmable"},
-    {P00, 193, 0, "RX output amplitude programmable"},
-    {P00, 194, 7, "TX CDR on/off control"}, {P00, 194, 6, "RX CDR on/off control"},
-    {P00, 194, 5, "TX CDR loss of lock flag"}, {P00, 194, 4, "RX CDR loss of lock flag"},
-    {P00, 194, 3, "RX squelch disable"}, {P00, 194, 2, "RX output disable"}, {P00, 194, 1, "TX squelch disable"}, {P00, 194, 0, "TX squelch"},
-    {P00, 195, 7, "Page 02h"}, {P00, 195, 6, "Page 01h"}, {P00, 195, 5, "Rate select"}, {P00, 195, 4, "TX disable"},
-    {P00, 195, 3, "TX fault flag"}, {P00, 195, 2, "TX squelch reduces average power"}, {P00, 195, 1, "TX LOS flag"}, {P00, 195, 0, "Pages 20h and 21h"},
-    {P00, 221, 4, "Initialization complete flag"}, {P00, 221, 3, "Extended rate select"}, {P00, 221, 2, "Application select"},
-    {P00, 221, 1, "Cooler readiness flag"}, {P00, 221, 0, "Software reset"},
+    {kPage00, 129, 4, "CLEI code"}, {kPage00, 129, 3, "TX CDR"}, {kPage00, 129, 2, "RX CDR"},
+    {kPage00, 193, 6, "LPMode/TxDis pin configurable"}, {kPage00, 193, 5, "IntL/RxLOSL pin configurable"},
+    {kPage00, 193, 4, "TX adaptive equalization freeze"}, {kPage00, 193, 3, "TX adaptive equalization"},
+    {kPage00, 193, 2, "TX input equalization programmable"}, {kPage00, 193, 1, "RX output emphasis programmable"},
+    {kPage00, 193, 0, "RX output amplitude programmable"},
+    {kPage00, 194, 7, "TX CDR on/off control"}, {kPage00, 194, 6, "RX CDR on/off control"},
+    {kPage00, 194, 5, "TX CDR loss of lock flag"}, {kPage00, 194, 4, "RX CDR loss of lock flag"},
+    {kPage00, 194, 3, "RX squelch disable"}, {kPage00, 194, 2, "RX output disable"}, {kPage00, 194, 1, "TX squelch disable"}, {kPage00, 194, 0, "TX squelch"},
+    {kPage00, 195, 7, "Page 02h"}, {kPage00, 195, 6, "Page 01h"}, {kPage00, 195, 5, "Rate select"}, {kPage00, 195, 4, "TX disable"},
+    {kPage00, 195, 3, "TX fault flag"}, {kPage00, 195, 2, "TX squelch reduces average power"}, {kPage00, 195, 1, "TX LOS flag"}, {kPage00, 195, 0, "Pages 20h and 21h"},
+    {kPage00, 221, 4, "Initialization complete flag"}, {kPage00, 221, 3, "Extended rate select"}, {kPage00, 221, 2, "Application select"},
+    {kPage00, 221, 1, "Cooler readiness flag"}, {kPage00, 221, 0, "Software reset"},
 };
 
 // From revision code 08h on.
 constexpr NamedBit kNewerOptions[] = {
-    {P03, 227, 7, "Host-side FEC control"}, {P03, 227, 6, "Media-side FEC control"}, {P03, 227, 3, "TX forced squelch"},
-    {P03, 227, 2, "RxLOSL fast mode"}, {P03, 227, 1, "TxDis fast mode"},
+    {kPage03, 227, 7, "Host-side FEC control"}, {kPage03, 227, 6, "Media-side FEC control"}, {kPage03, 227, 3, "TX forced squelch"},
+    {kPage03, 227, 2, "RxLOSL fast mode"}, {kPage03, 227, 1, "TxDis fast mode"},
 };
 
 constexpr Checksum kChecksums[] = {
-    {P00, 128, 190, 191},
-    {P00, 192, 222, 223},
+    {kPage00, 128, 190, 191},
+    {kPage00, 192, 222, 223},
 };
 // clang-format on
 
@@ -410,7 +413,7 @@ std::string_view RevisionName(unsigned code) {
 }
 
 void DecodeRevision(Decoding& to) {
-  const std::optional<std::uint8_t> code = to.image.At(L, 1);
+  const std::optional<std::uint8_t> code = to.image.At(kLower, 1);
   if (!code) return to.info.SetState(Field::kRevision, FieldState::kNotRead);
   const std::string_view name = RevisionName(*code);
   if (!name.empty()) return to.info.SetText(Field::kRevision, name);
@@ -422,8 +425,8 @@ void DecodeRevision(Decoding& to) {
 void DecodePower(Decoding& to) {
   constexpr double kWattsOfClass[] = {1.5, 2.0, 2.5, 3.5, 4.0, 4.5, 5.0};
   constexpr double kTenths = 10.0;
-  const std::optional<std::uint8_t> identifier = to.image.At(P00, 129);
-  const unsigned maximum = to.image.At(L, 107).value_or(0);
+  const std::optional<std::uint8_t> identifier = to.image.At(kPage00, 129);
+  const unsigned maximum = to.image.At(kLower, 107).value_or(0);
   if (!identifier) {
     to.info.SetState(Field::kPowerClass, FieldState::kNotRead);
   } else {
@@ -443,9 +446,9 @@ void DecodePower(Decoding& to) {
 // Byte 146: OM4 in units of 2 m for separable 850 nm modules, the length of a cable for all others.
 void DecodeCableLength(Decoding& to) {
   constexpr unsigned kMore = 255;
-  const std::optional<std::uint8_t> length = to.image.At(P00, 146);
+  const std::optional<std::uint8_t> length = to.image.At(kPage00, 146);
   const std::optional<unsigned> technology = Technology(to.image);
-  const std::optional<std::uint8_t> connector = to.image.At(P00, 130);
+  const std::optional<std::uint8_t> connector = to.image.At(kPage00, 130);
   if (!length || !technology || !connector) {
     to.info.SetState(Field::kLengthOm4, FieldState::kNotRead);
     return to.info.SetState(Field::kLengthCable, FieldState::kNotRead);
@@ -471,7 +474,7 @@ void DecodeLowPowerModes(Decoding& to) {
   constexpr double kLowPowers[] = {1.5, 1.0, 0.75, 0.5};
   constexpr double kVoltages[] = {3.3, 2.5, 1.8};
   if (HasLowPowerModes(to.image) == Advertised::kNo) return;
-  const std::optional<std::uint8_t> byte = to.image.At(L, 110);
+  const std::optional<std::uint8_t> byte = to.image.At(kLower, 110);
   const auto bits = [&byte](unsigned low, unsigned mask) {
     return byte ? std::optional<unsigned>(*byte >> low & mask) : std::nullopt;
   };
@@ -482,14 +485,14 @@ void DecodeLowPowerModes(Decoding& to) {
 // Byte 113: the lanes that are not implemented, as bits. All four set is ignored.
 std::uint64_t AbsentLanes(const ModuleImage& image) {
   constexpr unsigned kAll = 0xF;
-  const unsigned lanes = image.At(L, 113).value_or(0) & kAll;
+  const unsigned lanes = image.At(kLower, 113).value_or(0) & kAll;
   return lanes == kAll || Since25(image) != Advertised::kYes ? 0 : lanes;
 }
 
 void DecodeNearEndLanes(Decoding& to) {
   constexpr unsigned kAll = 0xF;
   if (Since25(to.image) == Advertised::kNo) return;
-  const std::optional<std::uint8_t> byte = to.image.At(L, 113);
+  const std::optional<std::uint8_t> byte = to.image.At(kLower, 113);
   if (!byte) return to.info.SetState(Field::kNearEndLanes, FieldState::kNotRead);
   if ((*byte & kAll) == kAll) {
     return to.Warn("byte 113 says that the module has none of its four lanes, which is ignored");
@@ -504,7 +507,7 @@ void DecodeNearEndLanes(Decoding& to) {
 // Byte 115: a mantissa in bits 4..0 and an exponent of 2 in bits 7..5; 0 is none.
 void DecodeModselWaitTime(Decoding& to) {
   if (Since28(to.image) == Advertised::kNo) return;
-  const std::optional<std::uint8_t> wait = to.image.At(L, 115);
+  const std::optional<std::uint8_t> wait = to.image.At(kLower, 115);
   if (!wait) return to.info.SetState(Field::kModselWaitTime, FieldState::kNotRead);
   if (*wait == 0) return;
   to.info.SetNumber(Field::kModselWaitTime, static_cast<double>((*wait & 0x1FU) << (*wait >> 5U)));
@@ -513,7 +516,7 @@ void DecodeModselWaitTime(Decoding& to) {
 // Byte 190; 0 is the ordinary maximum.
 void DecodeMaxCaseTemperature(Decoding& to) {
   constexpr double kUnspecified = 70.0;
-  const std::optional<std::uint8_t> celsius = to.image.At(P00, 190);
+  const std::optional<std::uint8_t> celsius = to.image.At(kPage00, 190);
   if (!celsius) return to.info.SetState(Field::kMaxCaseTemperature, FieldState::kNotRead);
   to.info.SetNumber(Field::kMaxCaseTemperature, *celsius == 0 ? kUnspecified : *celsius);
 }
@@ -533,7 +536,7 @@ void AddOptions(Decoding& to) {
 
 void AddSpeeds(Decoding& to) {
   constexpr std::string_view kSpeeds[] = {"SDR", "DDR", "QDR", "FDR", "EDR", "HDR"};
-  const unsigned mask = to.image.At(P00, 164).value_or(0);
+  const unsigned mask = to.image.At(kPage00, 164).value_or(0);
   for (std::size_t bit = 0; bit < std::size(kSpeeds); ++bit) {
     if ((mask >> bit & 1U) != 0) to.info.supported_speeds.push_back(kSpeeds[bit]);
   }
@@ -545,7 +548,7 @@ void AddSpeeds(Decoding& to) {
 
 // A CDR that cannot be bypassed is on.
 void DecodeCdr(const ModuleImage& image, LaneField field, unsigned control_bit, Lane& lane) {
-  const bool is_fixed = AskBit(image, P00, 194, control_bit) == Advertised::kNo;
+  const bool is_fixed = AskBit(image, kPage00, 194, control_bit) == Advertised::kNo;
   if (lane[field].IsPresent() && is_fixed) lane.Set(field, {FieldState::kPresent, 1.0});
 }
 
@@ -634,7 +637,7 @@ void DecodeParameters(Decoding& to) {
   constexpr std::size_t kConfigurations = 200;
   const ModuleImage::Half& page20 = to.image.HalfOf(Page::k20, kConfigurations);
   if (page20.IsEmpty()) return;
-  if (AskBit(to.image, P00, 195, 0) == Advertised::kNo) {
+  if (AskBit(to.image, kPage00, 195, 0) == Advertised::kNo) {
     return to.Warn("page 20h was read, but the module does not advertise it");
   }
   for (unsigned number = 0; number < kParameters; ++number) {
@@ -660,12 +663,12 @@ namespace {
 // Fields on pages that flat memory does not have are not implemented.
 void DecodeFlat(Decoding& to) {
   for (const MapField& line : kFields) {
-    if (IsUpperPage(line.page) && line.page != P00) {
+    if (IsUpperPage(line.page) && line.page != kPage00) {
       to.info.SetState(line.field, FieldState::kNotImplemented);
     }
   }
   for (const LaneMapField& line : kLaneFields) {
-    if (!IsUpperPage(line.page) || line.page == P00) continue;
+    if (!IsUpperPage(line.page) || line.page == kPage00) continue;
     for (Lane& lane : to.info.lanes) lane.Set(line.field, {});
   }
 }
@@ -679,7 +682,7 @@ void DecodeSff8636(Decoding& to) {
   DecodeFields(to, kFields);
   DecodeRevision(to);
   DecodePower(to);
-  DecodeNominalBitrate(to, to.image.At(P00, 140), to.image.At(P00, 222));
+  DecodeNominalBitrate(to, to.image.At(kPage00, 140), to.image.At(kPage00, 222));
   DecodeCableLength(to);
   DecodeLowPowerModes(to);
   DecodeNearEndLanes(to);
@@ -693,7 +696,7 @@ void DecodeSff8636(Decoding& to) {
   DropReservedEqualizers(to);
   DecodeMonitors(to);
   DecodeParameters(to);
-  if (AskBit(to.image, L, 2, 2) == Advertised::kYes) DecodeFlat(to);
+  if (AskBit(to.image, kLower, 2, 2) == Advertised::kYes) DecodeFlat(to);
   AddChecksums(to, kChecksums);
 }
 

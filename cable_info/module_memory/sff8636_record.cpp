@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <iterator>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "cable_info/missing_values.h"
 #include "cable_info/module_memory/decode.h"
@@ -13,8 +15,6 @@
 namespace cable_info::module_memory {
 
 namespace {
-
-using cable_info::CableRecord;
 
 constexpr std::uint8_t kUnknownTechnology = 0xFF;  // not in the table: shown as missing
 constexpr std::uint16_t kUnread = 0xFFFF;
@@ -159,7 +159,7 @@ std::string LengthText(const CableRecord& record) {
   const auto text = [](unsigned length, std::string_view unit) {
     return std::to_string(length).append(unit);
   };
-  const bool is_cable = IsCopper(record) || record.Connector == cable_info::kNoSeparableConnector;
+  const bool is_cable = IsCopper(record) || record.Connector == kNoSeparableConnector;
   if (is_cable) {
     return record.LengthCopperOrActive == 0 ? std::string(kBareNa)
                                             : text(record.LengthCopperOrActive, " m");

@@ -1,5 +1,7 @@
 #pragma once
 
+// Codes that more than one module family uses, for decoders and records.
+//
 // Internal; not installed.
 
 #include <cstdint>

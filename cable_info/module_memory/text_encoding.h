@@ -1,5 +1,7 @@
 #pragma once
 
+// Texts as UTF-8, for the JSON and the data sheet of a module.
+//
 // Internal; not installed.
 
 #include <cstddef>
@@ -39,7 +41,7 @@ constexpr bool IsPlain(std::uint64_t special_bits) {
   return (special_bits & 0x8080808080808080) == 0;
 }
 
-/// Copies `text` to `to`, which must have room for it; false if it is not plain.
+/// Copies `text` to `to`, where its size must be free; false if it is not plain.
 inline bool CopyIfPlain(char* to, std::string_view text) {
   constexpr std::size_t kGroup = sizeof(std::uint64_t);
   const std::size_t size = text.size();
