@@ -555,7 +555,7 @@ std::string MismatchText(const PageChecksum& sum) {
   // The checksum follows the bytes that it is of.
   return PageName(sum.page) + ": the checksum of bytes " + std::to_string(sum.first) + " to " +
          std::to_string(sum.last) + " is " + HexText(sum.computed) + ", but byte " +
-         std::to_string(sum.last + 1) + " says " + HexText(sum.stored);
+         std::to_string(sum.last + 1) + " is " + HexText(sum.stored);
 }
 
 std::optional<PageChecksum> ReadChecksum(const ModuleImage& image, const Checksum& checksum) {

@@ -125,8 +125,8 @@ const Layout& FindLayout(const Identifier& identifier, std::size_t size,
   const std::string kind = identifier.name.empty()
                                ? "module with identifier " + HexText(identifier.code)
                                : std::string(identifier.name) + " module";
-  throw BadModule("an image of " + std::to_string(size) + " bytes is no memory of a " + kind +
-                  "; such have " + sizes);
+  throw BadModule("an image of " + std::to_string(size) + " bytes is not the memory of a " + kind +
+                  "; valid sizes are " + sizes);
 }
 
 template <typename Bytes>
@@ -228,8 +228,8 @@ ModuleReading ReadModule(const ModuleImage& pages) {
   const DumpByte copy = is_sfp ? DumpByte() : image.At(Page::k00, kUpper);
   const Identifier& identifier = Identify(image.At(first, 0), copy, reading.remarks);
   if (is_sfp != (identifier.family == ModuleFamily::kSff8472)) {
-    throw BadModule("the pages of a module that calls itself " + Shown(identifier) + " are " +
-                    (is_sfp ? "lower, 00, 01 and so on" : "a0 and a2"));
+    throw BadModule("the pages of a module that identifies itself as " + Shown(identifier) +
+                    " are " + (is_sfp ? "lower, 00, 01 and so on" : "a0 and a2"));
   }
   Decode(identifier, image, reading);
   return reading;

@@ -222,7 +222,7 @@ class Modules(ProgramTest):
         data[191] ^= 0x0F
         dump = self.dump(bytes(data))
         warning = ("page 00h: the checksum of bytes 128 to 190 is "
-                   f"0x{data[191] ^ 0x0F:02x}, but byte 191 says 0x{data[191]:02x}\n")
+                   f"0x{data[191] ^ 0x0F:02x}, but byte 191 is 0x{data[191]:02x}\n")
         result = run("report", "--module", dump)
         self.assert_run(result, 0, f"{dump}: warning: {warning}")
         self.assertEqual(lines(result)["Vendor"], "Acme Optics")
@@ -238,8 +238,8 @@ class Modules(ProgramTest):
                 (b"", "the dump is empty"),
                 (b"\n", "the listing holds no bytes"),
                 (b"\x07" + bytes(255), "unknown module identifier: byte 0 is 0x07, byte 128 is 0x00"),
-                (qsfp28() + b"\0", "an image of 385 bytes is no memory of a QSFP28 module; "
-                 "such have 256, 384, 640"),
+                (qsfp28() + b"\0", "an image of 385 bytes is not the memory of a QSFP28 module; "
+                 "valid sizes are 256, 384, 640"),
                 (bytes(5000), "an image of more than 4096 bytes is no module's memory"),
                 (bytes(300000), "a file of more than 262144 bytes is no module's memory"),
                 (b"Vendor: Acme\n",
@@ -290,7 +290,7 @@ class PortRecords(ProgramTest):
         data[191] = (data[191] + 1) & 0xFF
         port = {"port_guid": "0x1f", "port_num": 7, "module_memory": {"hex": data.hex()}}
         remark = ("page 00h: the checksum of bytes 128 to 190 is "
-                  f"0x{(data[191] - 1) & 0xFF:02x}, but byte 191 says 0x{data[191]:02x}\n")
+                  f"0x{(data[191] - 1) & 0xFF:02x}, but byte 191 is 0x{data[191]:02x}\n")
         result = run("table", "--no-header", stdin=[port])
         self.assert_run(result, 0, "<stdin>:1: port 0x000000000000001f/7: " + remark)
         self.assertEqual(result.stdout.count(b"\n"), 1)

@@ -958,24 +958,27 @@ TEST(ModuleMemory, SplitsImagesOfCmisModulesWithACustomIdentifier) {
 TEST(ModuleMemory, RejectsImagesOfImpossibleSize) {
   DumpBytes image = qsfp::Optic().Image();
   image.resize(512);
-  EXPECT_EQ(Problem(image),
-            "an image of 512 bytes is no memory of a QSFP28 module; such have 256, 384, 640");
+  EXPECT_EQ(
+      Problem(image),
+      "an image of 512 bytes is not the memory of a QSFP28 module; valid sizes are 256, 384, 640");
   image.resize(257);
   EXPECT_NE(Problem(image), "");
   image = qsfp::Blank(0x17, true).Image();
   image.resize(512);
-  EXPECT_EQ(Problem(image),
-            "an image of 512 bytes is no memory of a module with identifier 0x17; such have "
-            "256, 384, 640");
+  EXPECT_EQ(
+      Problem(image),
+      "an image of 512 bytes is not the memory of a module with identifier 0x17; valid sizes are "
+      "256, 384, 640");
   image = cmis::Optic().Image();
   image.resize(896);
   EXPECT_EQ(Problem(image),
-            "an image of 896 bytes is no memory of a QSFP-DD module; such have "
+            "an image of 896 bytes is not the memory of a QSFP-DD module; valid sizes are "
             "256, 384, 512, 640, 768");
   image = sfp::Optic().Image();
   image.resize(640);
-  EXPECT_EQ(Problem(image),
-            "an image of 640 bytes is no memory of a SFP module; such have 256, 384, 512");
+  EXPECT_EQ(
+      Problem(image),
+      "an image of 640 bytes is not the memory of a SFP module; valid sizes are 256, 384, 512");
 }
 
 TEST(ModuleMemory, VerifiesEveryChecksum) {
@@ -1008,7 +1011,7 @@ TEST(ModuleMemory, NamesBothValuesOfAChecksum) {
   memory.Byte({Page::k00, 191}, 0x40);  // the sum of the page is that of its identifier
   const ModuleReading reading = ReadModule(memory.Image());
   EXPECT_EQ(reading.mismatches, Texts{"page 00h: the checksum of bytes 128 to 190 is 0x11, but "
-                                      "byte 191 says 0x40"});
+                                      "byte 191 is 0x40"});
   EXPECT_NE(reading.cable, nullptr);
 }
 
@@ -1094,7 +1097,8 @@ TEST(ModulePages, AreNamedA0AndA2ForSfp) {
     ReadModule(lower);
     FAIL();
   } catch (const BadModule& bad) {
-    EXPECT_STREQ(bad.what(), "the pages of a module that calls itself SFP (0x03) are a0 and a2");
+    EXPECT_STREQ(bad.what(),
+                 "the pages of a module that identifies itself as SFP (0x03) are a0 and a2");
   }
 }
 
