@@ -1,5 +1,8 @@
 #pragma once
 
+/// \file
+/// The levels of alarms and warnings, for all code that reads or shows thresholds and flags.
+
 #include <array>
 #include <cstddef>
 #include <cstdint>

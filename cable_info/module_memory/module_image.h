@@ -1,5 +1,9 @@
 #pragma once
 
+/// \file
+/// The bytes of a module's memory by page, for decoders, and the pages' names in options and
+/// messages.
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -191,8 +195,9 @@ class ModuleImage {
     constexpr std::size_t kHighest = 0xFFFF;
     keys_.push_back(key);
     std::uint16_t& slot = slots_[SlotOf(key)];
-    if (slot == 0)
+    if (slot == 0) {
       slot = static_cast<std::uint16_t>(keys_.size() < kHighest ? keys_.size() : kHighest);
+    }
   }
   Half& Add(Page page, std::size_t byte);
   template <typename Byte>

@@ -12,7 +12,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "cable_info/module_memory/alarm_level.h"
@@ -172,7 +171,7 @@ struct VdmSample {
   Monitor monitor;              ///< value, thresholds and flags, in the unit
 };
 
-/// A check code of a page: the low byte of the sum of its bytes `first` to `last`.
+/// A checksum of a page: the low byte of the sum of its bytes `first` to `last`.
 struct PageChecksum {
   Page page = Page::kLower;   ///< the page of all these bytes
   std::uint8_t first = 0;     ///< the first byte of the sum
@@ -191,11 +190,13 @@ class ModuleInfo {
   ModuleFamily family = ModuleFamily::kUnknown;  ///< the standard of the memory map
   Monitor temperature;                           ///< degrees Celsius
   Monitor voltage;                               ///< volts
-  std::vector<AuxMonitor> aux;               ///< the auxiliary monitors that the family can have
-  std::vector<Lane> lanes;                   ///< lanes that the module has, lowest first
-  std::vector<Application> applications;     ///< of CMIS modules, in the order of their numbers
-  std::vector<VdmSample> vdm;                ///< of CMIS modules, in the order of their descriptors
-  std::vector<std::string_view> compliance;  ///< the standards that the module follows
+  std::vector<AuxMonitor> aux;            ///< the auxiliary monitors that the family can have
+  std::vector<Lane> lanes;                ///< lanes that the module has, lowest first
+  std::vector<Application> applications;  ///< of CMIS modules, in the order of their numbers
+  /// VDM samples of CMIS modules, parameters of SFF-8636 (page 20h), in the order in which the
+  /// module describes them.
+  std::vector<VdmSample> vdm;
+  std::vector<std::string_view> compliance;        ///< the standards that the module follows
   std::vector<std::string_view> supported_speeds;  ///< of InfiniBand: "SDR" ... "XDR", lowest first
   std::vector<std::string_view> options;           ///< the names of implemented options
   std::vector<PageChecksum> checksums;             ///< those whose bytes were all read

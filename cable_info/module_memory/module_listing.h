@@ -1,5 +1,8 @@
 #pragma once
 
+/// \file
+/// Dumps of module memories: hex listings and images, as bytes that may be missing.
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -17,16 +20,20 @@ class BadModule : public std::runtime_error {
 
 /// A byte of a dump; none where the dump has none, or where it could not be read.
 using DumpByte = std::optional<std::uint8_t>;
+/// The bytes of a dump, by offset.
 using DumpBytes = std::vector<DumpByte>;
 
-/// The largest offset of a dump.
+/// The size of the largest dump, in bytes.
 inline constexpr std::size_t kMaxDumpSize = 4096;
 
 /// \name EEPROM files of drivers
 /// Their sizes, in the linear layout of all pages: the lower page, then 256 upper pages by number;
 /// of SFP modules A0h, the lower half of A2h, and its 256 pages.
 /// @{
+
+/// The size of those of modules other than SFP, in bytes.
 inline constexpr std::size_t kLinearImage = std::size_t{257} * 128;
+/// The size of those of SFP modules, in bytes.
 inline constexpr std::size_t kLinearSfpImage = std::size_t{259} * 128;
 /// @}
 

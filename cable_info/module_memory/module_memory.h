@@ -22,9 +22,9 @@ inline constexpr std::string_view kModuleSource = "MODULE";
 /// A decoded module: one record, of the kind that corresponds to its family.
 struct ModuleReading {
   /// Of a module with the memory map of SFF-8636; else null.
-  std::unique_ptr<cable_info::CableRecord> cable;
+  std::unique_ptr<CableRecord> cable;
   /// Of a module with the memory map of CMIS or SFF-8472; else null.
-  std::unique_ptr<cable_info::PhyCableRecord> phy;
+  std::unique_ptr<PhyCableRecord> phy;
   /// Checksums that do not match, a sentence each.
   std::vector<std::string> mismatches;
   /// All other remarks.
