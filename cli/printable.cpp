@@ -4,40 +4,18 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <optional>
+
+#include "cli/utf8.h"
 
 namespace cli {
 
 namespace {
 
-// A character of UTF-8 text; `size` is 0 where there is none.
-struct Character {
-  std::uint32_t code = 0;
-  std::size_t size = 0;
-};
-
-bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
-
-// The first character of `text`, which must not be empty.
-Character Decode(std::string_view text) {
-  const auto lead = static_cast<unsigned char>(text.front());
-  if (lead < 0x80) return {lead, 1};
-  constexpr std::uint32_t kLowest[] = {0, 0, 0x80, 0x800, 0x10000};  // by size
-  const std::size_t size = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-  if (lead < 0xC0 || lead > 0xF4 || text.size() < size) return {};
-  std::uint32_t code = lead & (0x7FU >> size);
-  for (const char c : text.substr(1, size - 1)) {
-    if (!IsContinuation(c)) return {};
-    code = code << 6 | (static_cast<unsigned char>(c) & 0x3FU);
-  }
-  const bool is_surrogate = code >= 0xD800 && code <= 0xDFFF;
-  if (code < kLowest[size] || code > 0x10FFFF || is_surrogate) return {};
-  return {code, size};
-}
-
-bool IsControl(std::uint32_t code) { return code < 0x20 || (code >= 0x7F && code < 0xA0); }
+bool IsControl(char32_t code) { return code < 0x20 || (code >= 0x7F && code < 0xA0); }
 
 // Characters that reorder or break the text around them.
-bool IsInvisibleFormat(std::uint32_t code) {
+bool IsInvisibleFormat(char32_t code) {
   return code == 0x061C || code == 0x200E || code == 0x200F || (code >= 0x2028 && code <= 0x202E) ||
          (code >= 0x2066 && code <= 0x2069);
 }
@@ -68,15 +46,15 @@ std::string Printable(std::string_view text, Newlines newlines) {
     out += text.substr(0, plain);
     text.remove_prefix(plain);
     if (text.empty()) break;
-    const Character character = Decode(text);
-    if (character.size == 0) {
+    const std::optional<Utf8Character> character = FirstUtf8Character(text);
+    if (!character) {
       AppendEscape(out, static_cast<unsigned char>(text.front()));
-    } else if (IsControl(character.code) || IsInvisibleFormat(character.code)) {
-      AppendEscape(out, character.code);
+    } else if (IsControl(character->code) || IsInvisibleFormat(character->code)) {
+      AppendEscape(out, character->code);
     } else {
-      out += text.substr(0, character.size);
+      out += text.substr(0, character->size);
     }
-    text.remove_prefix(std::max<std::size_t>(character.size, 1));
+    text.remove_prefix(character ? character->size : 1);
   }
   return out;
 }
@@ -84,7 +62,7 @@ std::string Printable(std::string_view text, Newlines newlines) {
 std::string Shortened(std::string_view text, std::size_t max_size) {
   if (text.size() <= max_size) return std::string(text);
   std::string shown(text.substr(0, max_size));
-  while (!shown.empty() && IsContinuation(text[shown.size()])) shown.pop_back();
+  while (!shown.empty() && IsUtf8Continuation(text[shown.size()])) shown.pop_back();
   return shown + "...";
 }
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "cli/utf8.h"
+
 namespace cli {
 
 namespace {
@@ -12,12 +14,10 @@ bool Contains(const std::vector<T>& values, const T& value) {
   return std::find(values.begin(), values.end(), value) != values.end();
 }
 
-bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
-
 // The size of the first UTF-8 character of a text that is not empty.
 std::size_t CharacterSize(std::string_view text) {
   std::size_t size = 1;
-  while (size < text.size() && IsContinuation(text[size])) ++size;
+  while (size < text.size() && IsUtf8Continuation(text[size])) ++size;
   return size;
 }
 

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cstddef>
 
+#include "cli/utf8.h"
+
 namespace cli {
 
 namespace {
@@ -14,32 +16,6 @@ constexpr std::uint32_t kFirstBeyondAscii = 0x7F;  // DEL is escaped, too
 bool IsPlain(char c) {
   const auto byte = static_cast<unsigned char>(c);
   return byte >= 0x20 && byte < kFirstBeyondAscii && c != '"' && c != '\\';
-}
-
-struct Decoded {
-  std::uint32_t code;
-  std::size_t size;
-};
-
-// The first character of a UTF-8 text; its first byte alone where there is none.
-Decoded FirstCharacter(std::string_view text) {
-  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  const std::uint32_t first = byte(0);
-  const std::size_t size = first < 0x80   ? 1
-                           : first < 0xC2 ? 0
-                           : first < 0xE0 ? 2
-                           : first < 0xF0 ? 3
-                                          : 4;
-  if (size <= 1 || size > text.size() || first > 0xF4) return {first, 1};
-  std::uint32_t code = first & (0x7FU >> size);
-  for (std::size_t i = 1; i < size; ++i) {
-    if ((byte(i) & 0xC0) != 0x80) return {first, 1};
-    code = code << 6 | (byte(i) & 0x3F);
-  }
-  constexpr std::array<std::uint32_t, 5> kLeast = {0, 0, 0x80, 0x800, 0x10000};
-  const bool is_surrogate = code >= 0xD800 && code < 0xE000;
-  if (code < kLeast[size] || is_surrogate || code > 0x10FFFF) return {first, 1};
-  return {code, size};
 }
 
 }  // namespace
@@ -101,8 +77,9 @@ void JsonText::Utf8(std::string_view text) {
   Separate();
   out_.Append('"');
   while (!text.empty()) {
-    const Decoded character = FirstCharacter(text);
-    if (character.size == 1 && IsPlain(text.front())) {
+    const Utf8Character byte{static_cast<unsigned char>(text.front()), 1};
+    const Utf8Character character = FirstUtf8Character(text).value_or(byte);
+    if (IsPlain(text.front())) {
       out_.Append(text.front());
     } else {
       AppendCodePoint(character.code);

@@ -13,6 +13,7 @@
 #include "cli/output/packed_bytes.h"
 #include "cli/output/readings_json.h"
 #include "cli/output/utf8_text.h"
+#include "cli/utf8.h"
 
 namespace cli {
 
@@ -124,15 +125,18 @@ void WriteFamily(std::ostream& os, const Family& family, std::string_view sample
 // Samples
 // ---------------------------------------------------------------------------------------------
 
+// Of the value of a label: UTF-8, or bytes that are written as the code points of their numbers.
+enum class Encoding : std::uint8_t { kUtf8, kBytes };
+
 // The value of a label, between double quotes.
-void AppendLabelValue(TextBuffer& out, std::string_view text, bool is_utf8) {
+void AppendLabelValue(TextBuffer& out, std::string_view text, Encoding encoding) {
   out.Append('"');
   for (const char c : text) {
     if (c == '"' || c == '\\') {
       out.Append('\\').Append(c);
     } else if (c == '\n') {
       out.Append("\\n");
-    } else if (is_utf8 && c != '\0') {
+    } else if (encoding == Encoding::kUtf8 && c != '\0') {
       out.Append(c);
     } else {
       AppendByteAsUtf8(out, static_cast<unsigned char>(c));
@@ -150,7 +154,7 @@ class Sample {
 
   Sample& Label(std::string_view name, std::string_view value) {
     out_.Append(',').Append(name).Append('=');
-    AppendLabelValue(out_, value, false);
+    AppendLabelValue(out_, value, Encoding::kBytes);
     return *this;
   }
   Sample& LabelIfAny(std::string_view name, std::string_view value) {
@@ -175,27 +179,6 @@ class Sample {
   TextBuffer& out_;
 };
 
-// The size of the character of UTF-8 that begins with a byte; 0 for a byte that begins none.
-std::size_t Utf8Size(unsigned char first) {
-  if (first < 0x80) return 1;
-  if (first < 0xC2) return 0;
-  if (first < 0xE0) return 2;
-  if (first < 0xF0) return 3;
-  return first < 0xF5 ? 4 : 0;
-}
-
-bool IsUtf8(std::string_view text) {
-  while (!text.empty()) {
-    const std::size_t size = Utf8Size(static_cast<unsigned char>(text.front()));
-    if (size == 0 || size > text.size()) return false;
-    for (const char c : text.substr(1, size - 1)) {
-      if ((static_cast<unsigned char>(c) & 0xC0U) != 0x80) return false;
-    }
-    text.remove_prefix(size);
-  }
-  return true;
-}
-
 // The labels that all samples of a port begin with.
 std::string PortLabels(std::uint64_t node_guid, cable_info::PortId id, std::string_view label) {
   TextBuffer out;
@@ -206,7 +189,7 @@ std::string PortLabels(std::uint64_t node_guid, cable_info::PortId id, std::stri
   out.Append("\",port_num=\"").AppendDecimal(id.number).Append('"');
   if (!label.empty()) {
     out.Append(",label=");
-    AppendLabelValue(out, label, IsUtf8(label));
+    AppendLabelValue(out, label, IsUtf8(label) ? Encoding::kUtf8 : Encoding::kBytes);
   }
   return std::string(out.view());
 }

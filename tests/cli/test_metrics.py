@@ -125,6 +125,21 @@ class Samples(MetricsTest):
         self.assertIn('label="a\\"b\\\\c\\nd\té\u2400"', info)
         self.assertIn('vendor="a\\"b\\\\c\\nd\tÃ©', info)
 
+    def test_labels_that_are_not_utf8_are_transcribed(self):
+        hostile = {
+            "lone continuation": b"\x80", "cut off": b"\xe2\x82", "never used": b"\xfe\xff",
+            "overlong, 2 bytes": b"\xc1\xbf", "overlong, 3 bytes": b"\xe0\x80\x80",
+            "overlong, 4 bytes": b"\xf0\x80\x80\x80", "surrogate": b"\xed\xa0\x80",
+            "beyond U+10FFFF": b"\xf4\x90\x80\x80", "beyond any lead byte": b"\xf5\x80\x80\x80"}
+        for case, name in hostile.items():
+            with self.subTest(case):
+                path = os.fsencode(self.folder / "x") + name
+                with open(path, "wb") as dump:
+                    dump.write(b"\x11" + bytes(255))
+                text = self.metrics("--module", os.fsdecode(path))  # fails for text that is not UTF-8
+                labels = {dict(pairs)["label"] for _, pairs in parse(text) if "port_guid" in dict(pairs)}
+                self.assertEqual(labels, {"x" + name.decode("latin-1")})
+
     def test_a_repeated_port_is_written_once(self):
         port = {"port_guid": GUID, "port_num": 1, "cable": {"Identifier": 0x11, "Temperature": 0x1900}}
         self.assertEqual(self.metrics(stdin=[port, port]), self.metrics(stdin=[port]))
