@@ -225,7 +225,7 @@ int main() {
         floor);
   std::printf("\n| a port record      | ns       | to parsing | to copying |\n|---|---|---|---|\n");
   Records records(modules);
-  records.Measure("table", cli::TableWriter(cli::TableWriter::Header::kOmitted));
+  records.Measure("table", cli::TableWriter(cli::TableHeader::kOmitted));
   records.Measure("report", cli::ReportWriter());
   records.Measure("module", cli::ModuleWriter(cli::ModuleForm::kText));
   records.Measure("module --json", cli::ModuleWriter(cli::ModuleForm::kJson));

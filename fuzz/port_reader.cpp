@@ -41,7 +41,7 @@ std::string Written(const cli::PortWriter& writer, Port& port) {
 }
 
 void CheckTable(Port& port) {
-  const cli::TableWriter writer(cli::TableWriter::Header::kOmitted);
+  const cli::TableWriter writer(cli::TableHeader::kOmitted);
   const std::string row = Written(writer, port);
   const std::string host_cells = cli::GuidText(port.node_guid) + ',' +
                                  cli::GuidText(port.port_guid) + ',' + std::to_string(port.number) +

@@ -55,13 +55,10 @@ ExitStatus WriteTable(const TableOptions& options) {
   std::optional<ColumnIndices> columns = FindColumns(options);
   if (!columns) return ExitStatus::kUsage;
   if (options.json) return WritePorts(options.ports, JsonTableWriter(std::move(*columns)));
+  const TableHeader header = options.no_header ? TableHeader::kOmitted : TableHeader::kWritten;
   if (options.rfc4180) {
-    const auto header =
-        options.no_header ? Rfc4180Writer::Header::kOmitted : Rfc4180Writer::Header::kWritten;
     return WritePorts(options.ports, Rfc4180Writer(header, std::move(*columns)));
   }
-  const auto header =
-      options.no_header ? TableWriter::Header::kOmitted : TableWriter::Header::kWritten;
   if (options.columns.empty()) return WritePorts(options.ports, TableWriter(header));
   return WritePorts(options.ports, ColumnsWriter(header, std::move(*columns)));
 }

@@ -1,6 +1,7 @@
 #include "cli/output/table_writer.h"
 
 #include <array>
+#include <numeric>
 #include <ostream>
 #include <string>
 
@@ -9,8 +10,14 @@
 
 namespace cli {
 
+ColumnIndices AllColumns() {
+  ColumnIndices all(cable_info::kCsvColumns.size());
+  std::iota(all.begin(), all.end(), std::size_t{0});
+  return all;
+}
+
 void TableWriter::Begin(std::ostream& os) const {
-  if (header_ == Header::kWritten) os << cable_info::CombinedCableInfo::GetCSVHeader();
+  if (header_ == TableHeader::kWritten) os << cable_info::CombinedCableInfo::GetCSVHeader();
 }
 
 void TableWriter::Write(std::ostream& os, Port& port) const {
@@ -24,7 +31,7 @@ void TableWriter::Write(std::ostream& os, Port& port) const {
 }
 
 void ColumnsWriter::Begin(std::ostream& os) const {
-  if (header_ == TableWriter::Header::kOmitted) return;
+  if (header_ == TableHeader::kOmitted) return;
   const char* separator = "";
   for (const std::size_t column : columns_) {
     os << separator << cable_info::kCsvColumns[column].name;

@@ -8,31 +8,38 @@
 
 namespace cli {
 
+/// Whether a table begins with the names of its columns.
+enum class TableHeader { kWritten, kOmitted };
+
+/// Indices into `cable_info::kCsvColumns`, in the order of the output.
+using ColumnIndices = std::vector<std::size_t>;
+
+/// All columns of the table, in its order.
+ColumnIndices AllColumns();
+
 /// The CSV table: the header, then one row per port.
 class TableWriter : public PortWriter {
  public:
-  enum class Header { kWritten, kOmitted };
-
-  explicit TableWriter(Header header) : header_(header) {}
+  explicit TableWriter(TableHeader header) : header_(header) {}
   void Begin(std::ostream& os) const override;
   void Write(std::ostream& os, Port& port) const override;
 
  private:
-  Header header_;
+  TableHeader header_;
 };
 
-/// The same with some columns only, given by their indices in `cable_info::kCsvColumns`, in any
-/// order. Cells that a port without records lacks are empty.
+/// The same with some columns only, in any order. Cells that a port without records lacks are
+/// empty.
 class ColumnsWriter : public PortWriter {
  public:
-  ColumnsWriter(TableWriter::Header header, std::vector<std::size_t> columns)
+  ColumnsWriter(TableHeader header, ColumnIndices columns)
       : header_(header), columns_(std::move(columns)) {}
   void Begin(std::ostream& os) const override;
   void Write(std::ostream& os, Port& port) const override;
 
  private:
-  TableWriter::Header header_;
-  std::vector<std::size_t> columns_;
+  TableHeader header_;
+  ColumnIndices columns_;
 };
 
 }  // namespace cli

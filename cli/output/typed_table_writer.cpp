@@ -4,7 +4,6 @@
 #include "cli/output/typed_table_writer.h"
 
 #include <array>
-#include <numeric>
 #include <ostream>
 #include <string_view>
 #include <utility>
@@ -37,10 +36,6 @@ class RowText {
   std::size_t cells_ = 0;
   std::array<std::size_t, kCsvColumns.size() + 1> ends_{};
 };
-
-void WriteLine(std::ostream& os, const TextBuffer& line) {
-  os.write(line.view().data(), static_cast<std::streamsize>(line.size()));
-}
 
 // ---------------------------------------------------------------------------------------------
 // RFC 4180
@@ -126,17 +121,11 @@ void VisitCells(const Port& port, CellSink& sink) {
   port.cable.VisitCells(sink);
 }
 
-ColumnIndices AllColumns() {
-  ColumnIndices all(kCsvColumns.size());
-  std::iota(all.begin(), all.end(), std::size_t{0});
-  return all;
-}
-
-Rfc4180Writer::Rfc4180Writer(Header header, ColumnIndices columns)
+Rfc4180Writer::Rfc4180Writer(TableHeader header, ColumnIndices columns)
     : header_(header), columns_(std::move(columns)) {}
 
 void Rfc4180Writer::Begin(std::ostream& os) const {
-  if (header_ == Header::kOmitted) return;
+  if (header_ == TableHeader::kOmitted) return;
   std::string_view separator;
   for (const std::size_t column : columns_) {
     os << std::exchange(separator, ",") << kCsvColumns[column].name;
@@ -151,7 +140,7 @@ void Rfc4180Writer::Write(std::ostream& os, Port& port) const {
   for (const std::size_t column : columns_) line.Append(cells.row()[column]).Append(',');
   line.Truncate(line.size() - 1);
   if (line.size() == 0) line.Append(R"("")");  // readers skip an empty line
-  WriteLine(os, line.Append(kCsvLineEnd));
+  os << line.Append(kCsvLineEnd).view();
 }
 
 JsonTableWriter::JsonTableWriter(ColumnIndices columns) : columns_(std::move(columns)) {}
@@ -166,7 +155,7 @@ void JsonTableWriter::Write(std::ostream& os, Port& port) const {
     json.Key(kCsvColumns[column].name).Verbatim(cells.row()[column]);
   }
   json.EndObject();
-  WriteLine(os, line.Append('\n'));
+  os << line.Append('\n').view();
 }
 
 }  // namespace cli

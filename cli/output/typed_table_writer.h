@@ -1,10 +1,8 @@
 #pragma once
 
-#include <cstddef>
-#include <vector>
-
 #include "cable_info/cell_sink.h"
 #include "cli/output/port_writer.h"
+#include "cli/output/table_writer.h"
 
 namespace cli {
 
@@ -12,25 +10,17 @@ namespace cli {
 /// cable.
 void VisitCells(const Port& port, cable_info::CellSink& sink);
 
-/// Indices into `cable_info::kCsvColumns`, in the order of the output.
-using ColumnIndices = std::vector<std::size_t>;
-
-/// All columns of the table, in its order.
-ColumnIndices AllColumns();
-
 /// The table as RFC 4180 defines CSV: every row has all columns, a cell with a comma, a double
 /// quote or a line break is quoted and its quotes are doubled, lines end with CR LF, a missing
 /// value is empty. The encoding is UTF-8.
 class Rfc4180Writer : public PortWriter {
  public:
-  enum class Header { kWritten, kOmitted };
-
-  explicit Rfc4180Writer(Header header, ColumnIndices columns = AllColumns());
+  explicit Rfc4180Writer(TableHeader header, ColumnIndices columns = AllColumns());
   void Begin(std::ostream& os) const override;
   void Write(std::ostream& os, Port& port) const override;
 
  private:
-  Header header_;
+  TableHeader header_;
   ColumnIndices columns_;
 };
 
