@@ -1,11 +1,11 @@
 #include "cli/commands/decoded_block.h"
 
-#include <algorithm>
 #include <ostream>
 #include <streambuf>
 #include <utility>
 
 #include "cli/input/input_name.h"
+#include "cli/split_path.h"
 
 namespace cli {
 
@@ -32,9 +32,7 @@ class StringAppender : public std::streambuf {
 
 // The folder of the file at `path`; empty for the current one.
 std::string FolderOf(const std::string& path) {
-  const std::size_t slash = IsStandardInput(path) ? std::string::npos : path.rfind('/');
-  return slash == std::string::npos ? std::string()
-                                    : path.substr(0, std::max<std::size_t>(slash, 1));
+  return IsStandardInput(path) ? std::string() : Split(path).folder;
 }
 
 bool IsBlank(std::string_view line) {

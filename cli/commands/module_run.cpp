@@ -20,6 +20,7 @@
 #include "cli/input/record_text.h"
 #include "cli/message.h"
 #include "cli/output/whole_output.h"
+#include "cli/split_path.h"
 
 namespace cli {
 
@@ -71,10 +72,7 @@ const std::string& FirstPath(const Dump& dump) {
 std::string Name(const Dump& dump) { return InputName(FirstPath(dump)); }
 
 // The label of its port: the name of that file without its folder.
-std::string Label(const Dump& dump) {
-  const std::string& path = FirstPath(dump);
-  return InputName(path.substr(path.rfind('/') + 1));
-}
+std::string Label(const Dump& dump) { return InputName(Split(FirstPath(dump)).name); }
 
 // A file that could not be read.
 struct Unreadable {
@@ -105,17 +103,17 @@ ModuleReading ReadModuleOf(const Dump& dump, const PortWriter& writer, ModuleInf
 }
 
 // One run over all dumps.
-class Run {
+class ModuleRun {
  public:
-  Run(const PortOptions& options, const PortWriter& writer, PortCollector* collector,
-      OutputFile& output)
+  ModuleRun(const PortOptions& options, const PortWriter& writer, PortCollector* collector,
+            OutputFile& output)
       : options_(options),
         writer_(writer),
         collector_(collector),
         os_(&output),
         log_(LogOf(options)) {}
 
-  Outcome Do() {
+  Outcome Run() {
     writer_.Begin(os_);
     const bool reached_end = std::ranges::all_of(
         Dumps(options_.modules), [this](const Dump& dump) { return WriteModule(dump); });
@@ -206,7 +204,7 @@ std::optional<std::string> UnknownPage(const std::string& argument) {
 ExitStatus RunModules(const PortOptions& options, const PortWriter& writer,
                       PortCollector* collector) {
   return WritePortOutput(options, writer, [&](OutputFile& output, const PortWriter& used) {
-    return Run(options, collector == nullptr ? used : writer, collector, output).Do();
+    return ModuleRun(options, collector == nullptr ? used : writer, collector, output).Run();
   });
 }
 

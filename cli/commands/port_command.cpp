@@ -18,8 +18,7 @@ namespace {
 
 // All files that the run reads.
 std::vector<std::string> InputPaths(const PortOptions& options) {
-  if (!options.modules.empty()) return ModulePaths(options);
-  return options.inputs.empty() ? std::vector<std::string>{kStandardInput} : options.inputs;
+  return options.modules.empty() ? InputsOf(options) : ModulePaths(options);
 }
 
 // Why the options cannot be followed; none when they can.

@@ -14,10 +14,10 @@ bool LeftSomethingOut(const PortCounts& counts) {
 
 // Why the output must not replace a file; null when it may.
 const char* Reason(const Outcome& outcome) {
-  if (outcome.status >= ExitStatus::kFileFailed) return "an input could not be read";
-  if (outcome.end == Outcome::End::kStopped) return "the run stopped at a bad port";
+  if (outcome.status >= ExitStatus::kFileFailed) return kInputNotRead;
+  if (outcome.end == Outcome::End::kStopped) return kStoppedAtBadPort;
   const bool none_was_good = outcome.counts.written == 0 && LeftSomethingOut(outcome.counts);
-  return none_was_good ? "no port could be decoded" : nullptr;
+  return none_was_good ? kNoPortDecoded : nullptr;
 }
 
 }  // namespace

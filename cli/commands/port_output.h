@@ -19,6 +19,13 @@ struct Outcome {
   PortCounts counts;
 };
 
+/// \name Why a run leaves its output as it was, for messages
+/// @{
+inline constexpr const char* kInputNotRead = "an input could not be read";
+inline constexpr const char* kStoppedAtBadPort = "the run stopped at a bad port";
+inline constexpr const char* kNoPortDecoded = "no port could be decoded";
+/// @}
+
 /// Opens the output of the options and calls `write` with it and `writer`, or on a terminal with
 /// one that escapes control characters. Then completes the output, which replaces an old file
 /// unless

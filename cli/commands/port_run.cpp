@@ -58,10 +58,6 @@ std::optional<std::uint64_t> TotalSize(const std::vector<std::string>& inputs) {
   return total;
 }
 
-std::vector<std::string> InputsOf(const PortOptions& options) {
-  return options.inputs.empty() ? std::vector<std::string>{kStandardInput} : options.inputs;
-}
-
 unsigned ThreadsOf(const PortOptions& options) {
   const unsigned wanted = options.jobs == 0 ? std::thread::hardware_concurrency() : options.jobs;
   return std::clamp(wanted, 1U, kMaxJobs);
@@ -88,10 +84,10 @@ struct WorkItem {
   DecodedBlock decoded;
 };
 
-class Run {
+class PortRun {
  public:
-  Run(const PortOptions& options, const PortWriter& writer, PortCollector* collector,
-      OutputFile& output)
+  PortRun(const PortOptions& options, const PortWriter& writer, PortCollector* collector,
+          OutputFile& output)
       : on_bad_port_(options.strict ? OnBadPort::kStop : OnBadPort::kContinue),
         threads_(ThreadsOf(options)),
         reader_options_(ReaderOptionsOf(options, writer)),
@@ -104,7 +100,7 @@ class Run {
         log_(LogOf(options)),
         progress_(MeterOf(options, output), TotalSize(InputsOf(options))) {}
 
-  Outcome Do() {
+  Outcome Run() {
     writer_.Begin(os_);
     std::vector<std::thread> others;
     for (unsigned i = 1; i < threads_; ++i) {
@@ -229,7 +225,7 @@ class Run {
 ExitStatus RunPorts(const PortOptions& options, const PortWriter& writer,
                     PortCollector* collector) {
   return WritePortOutput(options, writer, [&](OutputFile& output, const PortWriter& used) {
-    return Run(options, collector == nullptr ? used : writer, collector, output).Do();
+    return PortRun(options, collector == nullptr ? used : writer, collector, output).Run();
   });
 }
 

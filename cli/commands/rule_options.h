@@ -14,7 +14,7 @@ struct RuleOptions {
   std::string config;                 ///< a file of such settings; empty: none
 };
 
-/// Changes `settings` as the options say, the file first. Prints what is wrong with them.
+/// Changes `settings` as the options specify, the file first. Prints what is wrong with them.
 ExitStatus ApplyRuleOptions(const RuleOptions& options, cable_info::RuleSettings& settings);
 
 }  // namespace cli

@@ -8,13 +8,13 @@
 #include <optional>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "cable_info/readings/rules.h"
 #include "cli/commands/commands.h"
 #include "cli/commands/judging_writer.h"
 #include "cli/commands/message_log.h"
 #include "cli/commands/port_command.h"
+#include "cli/commands/port_output.h"
 #include "cli/commands/rule_options.h"
 #include "cli/input/same_file.h"
 #include "cli/message.h"
@@ -64,10 +64,10 @@ class StoreCollector : public PortCollector {
 
 // Why the snapshot must not be kept; null when it may.
 const char* Reason(const StoreOptions& options, ExitStatus status, bool has_ports) {
-  if (status >= ExitStatus::kFileFailed) return "an input could not be read";
+  if (status >= ExitStatus::kFileFailed) return kInputNotRead;
   if (status == ExitStatus::kGood) return nullptr;
-  if (options.ports.strict) return "the run stopped at a bad port";
-  return has_ports ? nullptr : "no port could be decoded";
+  if (options.ports.strict) return kStoppedAtBadPort;
+  return has_ports ? nullptr : kNoPortDecoded;
 }
 
 // True when the database is to be read, too.

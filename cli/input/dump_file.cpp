@@ -7,11 +7,11 @@
 #include <cerrno>
 #include <cstddef>
 #include <string_view>
-#include <system_error>
 
 #include "cable_info/module_memory/module_image.h"
 #include "cli/input/byte_order_mark.h"
 #include "cli/input/input_name.h"
+#include "cli/system_error.h"
 
 namespace cli {
 
@@ -24,8 +24,6 @@ using cable_info::module_memory::kMaxDumpSize;
 
 // A listing has a few characters for each byte; no dump is larger than this.
 constexpr std::size_t kMaxFile = 64 * kMaxDumpSize;
-
-[[noreturn]] void ThrowError(int error) { throw std::system_error(error, std::generic_category()); }
 
 class File {
  public:

@@ -78,6 +78,10 @@ bool Value::FailAsUnknownKey(std::span<const std::string_view> known_keys) const
   return false;
 }
 
+bool Value::FailAsRepeatedKey() const {
+  return Fail(MessageKind::kRepeatedKey, "key given more than once");
+}
+
 bool AssignInteger(std::uint64_t& target, std::uint64_t highest, const Value& value) {
   std::string_view text;
   const bool is_integer = value.json.get(text) == simdjson::SUCCESS

@@ -54,6 +54,8 @@ class Value {
   bool Expected(const std::string& what) const;
   /// Sets the message of a key that is not one of `known_keys`; returns false.
   bool FailAsUnknownKey(std::span<const std::string_view> known_keys) const;
+  /// Sets the message of a key that an object has twice; returns false.
+  bool FailAsRepeatedKey() const;
 
   simdjson::dom::element json;
 
@@ -183,7 +185,7 @@ bool SetFields(Record& record, const Value& value, const FieldTable<Record, N>& 
     const Value place(member, value, key);
     const std::size_t found = fields.Find(key, next);
     if (found == N) return place.FailAsUnknownKey(fields.keys());
-    if (seen[found]) return place.Fail(MessageKind::kRepeatedKey, "key given more than once");
+    if (seen[found]) return place.FailAsRepeatedKey();
     seen[found] = true;
     if (!member.is_null() && !fields.SetField(found, record, place)) return false;
     next = found + 1;

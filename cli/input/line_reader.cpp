@@ -8,10 +8,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <system_error>
 
 #include "cli/input/byte_order_mark.h"
 #include "cli/input/input_name.h"
+#include "cli/system_error.h"
 
 namespace cli {
 
@@ -25,7 +25,7 @@ constexpr std::size_t kMaxExtra = 4;
 int Open(const std::string& path) {
   if (IsStandardInput(path)) return STDIN_FILENO;
   const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0) throw std::system_error(errno, std::generic_category());
+  if (fd < 0) ThrowError(errno);
   return fd;
 }
 
@@ -96,7 +96,7 @@ void LineReader::Fill() {
       is_at_end_ = count == 0;
       return;
     }
-    if (errno != EINTR) throw std::system_error(errno, std::generic_category());
+    if (errno != EINTR) ThrowError(errno);
   }
 }
 

@@ -368,7 +368,7 @@ bool SetPage(ModuleImage& pages, std::string_view key, const Value& value) {
   if (!page || PageKey(*page) != key) {
     return value.Fail(MessageKind::kUnknownKey, std::string("unknown page; ") + kPageNames);
   }
-  if (pages.Has(*page)) return value.Fail(MessageKind::kRepeatedKey, "key given more than once");
+  if (pages.Has(*page)) return value.FailAsRepeatedKey();
   std::string text;
   if (!Assign(text, value)) return false;
   try {

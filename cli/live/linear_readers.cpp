@@ -11,7 +11,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "cli/live/readers.h"
 

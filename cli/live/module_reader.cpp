@@ -23,19 +23,21 @@ bool IsUnanswered(const PageAnswer& answer) {
                      [](std::uint8_t byte) { return byte == kUnanswered; });
 }
 
-class Reading {
+class LiveReading {
  public:
-  explicit Reading(PageReader& reader) : reader_(reader) {}
+  explicit LiveReading(PageReader& reader) : reader_(reader) {}
 
-  LiveModule Do(Clock::time_point end) {
+  LiveModule Run(Clock::time_point end) {
     while (const std::optional<MemoryPart> part = NextPart()) {
-      if (Clock::now() >= end)
+      if (Clock::now() >= end) {
         return Fail({ReadError::Kind::kTimeLimit, "the module answers too slowly"});
+      }
       tried_.push_back(*part);
       PageAnswer answer = reader_.Read(RequestFor(*part));
       const bool is_first = tried_.size() == 1;
-      if (answer.error && (is_first || EndsAll(answer.error->kind)))
+      if (answer.error && (is_first || EndsAll(answer.error->kind))) {
         return Fail(std::move(*answer.error));
+      }
       if (is_first && IsUnanswered(answer)) {
         return Fail({ReadError::Kind::kNoModule, "the module does not answer"});
       }
@@ -85,7 +87,7 @@ class Reading {
 }  // namespace
 
 LiveModule ReadLiveModule(PageReader& reader, std::chrono::milliseconds limit) {
-  return Reading(reader).Do(Clock::now() + limit);
+  return LiveReading(reader).Run(Clock::now() + limit);
 }
 
 }  // namespace cli

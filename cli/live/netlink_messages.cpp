@@ -71,6 +71,8 @@ std::string Text(const nlattr* attribute) {
   return {text, strnlen(text, size)};
 }
 
+ReadError NoBytes() { return {ReadError::Kind::kPage, "the answer holds no bytes"}; }
+
 // The kernel explains errors in attributes after the header, or after the request if that is
 // repeated.
 ReadError ErrorIn(const nlmsghdr* message) {
@@ -87,7 +89,7 @@ ReadError ErrorIn(const nlmsghdr* message) {
   if ((message->nlmsg_flags & NLM_F_ACK_TLVS) != 0) {
     attributes = AttributesOf<NLMSGERR_ATTR_OFFS + 1>(message, offset);
   }
-  if (error->error == 0) return {ReadError::Kind::kPage, "the answer holds no bytes"};
+  if (error->error == 0) return NoBytes();
   // Numbers that are not an errno become EPROTO; the smallest integer could not be negated.
   const int number = error->error > -4096 && error->error < 0 ? -error->error : EPROTO;
   ReadError result = ErrorOf(number, Text(attributes.by_type[NLMSGERR_ATTR_MSG]));
@@ -129,7 +131,7 @@ PageAnswer BytesIn(const nlmsghdr* message, const PageRequest& request) {
       AttributesOf<ETHTOOL_A_MODULE_EEPROM_DATA + 1>(message, sizeof(genlmsghdr));
   const nlattr* const data = attributes.by_type[ETHTOOL_A_MODULE_EEPROM_DATA];
   if (data == nullptr || mnl_attr_get_payload_len(data) == 0) {
-    return Failed({ReadError::Kind::kPage, "the answer holds no bytes"});
+    return Failed(NoBytes());
   }
   const std::size_t size = mnl_attr_get_payload_len(data);
   if (size > request.length) {

@@ -5,7 +5,10 @@
 
 #include <cerrno>
 #include <functional>
+#include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "cli/live/netlink_messages.h"
 #include "cli/live/readers.h"
@@ -16,8 +19,6 @@ namespace {
 
 using std::chrono::milliseconds;
 using Clock = std::chrono::steady_clock;
-
-ReadError TimeLimit() { return {ReadError::Kind::kTimeLimit, "no answer within the time limit"}; }
 
 class NetlinkReader : public PageReader {
  public:
@@ -80,7 +81,7 @@ class NetlinkReader : public PageReader {
     std::vector<std::uint8_t> buffer(kMaxAnswerSize);
     for (;;) {
       const auto rest = std::chrono::duration_cast<milliseconds>(end - Clock::now());
-      if (rest.count() <= 0) return TimeLimit();
+      if (rest.count() <= 0) return NoAnswerInTime();
       pollfd wait = {socket_, POLLIN, 0};
       const int ready = poll(&wait, 1, static_cast<int>(rest.count()) + 1);
       if (ready < 0 && errno != EINTR) return ErrorOf(errno);

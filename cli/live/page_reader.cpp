@@ -56,4 +56,8 @@ ReadError ErrorOf(int error_number, const std::string& text) {
   return {KindOf(error_number), text.empty() ? meaning : meaning + " (" + text + ')'};
 }
 
+ReadError NoAnswerInTime() {
+  return {ReadError::Kind::kTimeLimit, "no answer within the time limit"};
+}
+
 }  // namespace cli

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "cable_info/module_memory/page_plan.h"
@@ -45,6 +46,9 @@ struct ReadError {
 
 /// The error of a system call or of an answer of the kernel; `text` is shown after the meaning.
 ReadError ErrorOf(int error_number, const std::string& text = {});
+
+/// The error of a request without an answer in time.
+ReadError NoAnswerInTime();
 
 /// The bytes of a request, possibly fewer than requested, or an error.
 struct PageAnswer {

@@ -16,7 +16,7 @@ class TimedReader : public PageReader {
       : reader_(std::move(reader)), limit_(limit) {}
 
   PageAnswer Read(const PageRequest& request) override {
-    if (reader_ == nullptr) return OverLimit();
+    if (reader_ == nullptr) return Failed(NoAnswerInTime());
     std::promise<PageAnswer> promise;
     std::future<PageAnswer> answer = promise.get_future();
     try {
@@ -30,14 +30,10 @@ class TimedReader : public PageReader {
     }
     if (answer.wait_for(limit_) == std::future_status::ready) return answer.get();
     reader_.reset();  // the thread keeps it until its request ends
-    return OverLimit();
+    return Failed(NoAnswerInTime());
   }
 
  private:
-  static PageAnswer OverLimit() {
-    return Failed({ReadError::Kind::kTimeLimit, "no answer within the time limit"});
-  }
-
   std::shared_ptr<PageReader> reader_;
   const std::chrono::milliseconds limit_;
 };

@@ -108,11 +108,6 @@ void WriteCounts(std::ostream& os, const CheckResult& result, Colour colour) {
 // JSON
 // ---------------------------------------------------------------------------------------------
 
-void WriteLine(std::ostream& os, TextBuffer& line) {
-  line.Append('\n');
-  os.write(line.view().data(), static_cast<std::streamsize>(line.size()));
-}
-
 void WriteFinding(JsonText& json, const Finding& finding) {
   const std::string_view unit = RuleUnit(finding.rule);
   json.BeginObject();
@@ -145,7 +140,7 @@ void WritePortLine(std::ostream& os, const CheckResult& result, std::size_t port
   for (const Finding& finding : result.FindingsOf(port)) WriteFinding(json, finding);
   json.EndArray();
   json.EndObject();
-  WriteLine(os, line);
+  os << line.Append('\n').view();
 }
 
 void WriteSummary(std::ostream& os, const CheckResult& result) {
@@ -170,7 +165,7 @@ void WriteSummary(std::ostream& os, const CheckResult& result) {
   json.EndObject();
   json.EndObject();
   json.EndObject();
-  WriteLine(os, line);
+  os << line.Append('\n').view();
 }
 
 // ---------------------------------------------------------------------------------------------

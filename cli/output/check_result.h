@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <deque>
 #include <iosfwd>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>

@@ -227,8 +227,7 @@ void ExportWriter::Write(std::ostream& os, Port& port) const {
   cable_info::text::TextBuffer line;
   JsonText json(line);
   WritePort(json, port);
-  line.Append('\n');
-  os.write(line.view().data(), static_cast<std::streamsize>(line.size()));
+  os << line.Append('\n').view();
 }
 
 }  // namespace cli

@@ -35,8 +35,9 @@ void JsonText::Integer(std::uint32_t value) {
 void JsonText::Number(float value) {
   if (!std::isfinite(value)) return Null();
   Separate();
-  constexpr std::size_t kRoom = 32;
-  out_.AppendWithin(kRoom, [value](char* to) { return std::to_chars(to, to + kRoom, value).ptr; });
+  constexpr std::size_t kCapacity = 32;
+  out_.AppendWithin(kCapacity,
+                    [value](char* to) { return std::to_chars(to, to + kCapacity, value).ptr; });
 }
 
 void JsonText::NumberWithPoint(float value) {
@@ -50,9 +51,9 @@ void JsonText::Rounded(double value) {
   if (!std::isfinite(value)) return Null();
   Separate();
   constexpr int kDecimals = 3;
-  constexpr std::size_t kRoom = 330;
-  out_.AppendWithin(kRoom, [value](char* to) {
-    char* end = std::to_chars(to, to + kRoom, value, std::chars_format::fixed, kDecimals).ptr;
+  constexpr std::size_t kCapacity = 330;
+  out_.AppendWithin(kCapacity, [value](char* to) {
+    char* end = std::to_chars(to, to + kCapacity, value, std::chars_format::fixed, kDecimals).ptr;
     while (*(end - 1) == '0') --end;
     return *(end - 1) == '.' ? end - 1 : end;
   });

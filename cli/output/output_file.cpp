@@ -18,13 +18,14 @@
 #include <string_view>
 #include <system_error>
 
+#include "cli/split_path.h"
+#include "cli/system_error.h"
+
 namespace cli {
 
 namespace {
 
 constexpr std::size_t kBufferSize = 1U << 18;
-
-[[noreturn]] void ThrowError(int error) { throw std::system_error(error, std::generic_category()); }
 
 // ---------------------------------------------------------------------------------------------
 // The named temporary file, which signals must remove
@@ -106,15 +107,9 @@ std::string WithNewName(const Make& make) {
 // Paths
 // ---------------------------------------------------------------------------------------------
 
-struct SplitPath {
-  std::string folder;
-  std::string name;
-};
-
-SplitPath Split(const std::string& path) {
-  const std::size_t slash = path.rfind('/');
-  if (slash == std::string::npos) return {".", path};
-  return {path.substr(0, std::max<std::size_t>(slash, 1)), path.substr(slash + 1)};
+// The folder of a split path, as the system takes it.
+const char* FolderOf(const SplitPath& path) {
+  return path.folder.empty() ? "." : path.folder.c_str();
 }
 
 std::optional<std::string> RealPath(const std::string& path) {
@@ -141,7 +136,7 @@ std::optional<int> NamedDescriptor(std::string path) {
   constexpr int kMaxLinks = 40;  // as the system itself follows
   for (int i = 0; i < kMaxLinks; ++i) {
     const SplitPath split = Split(path);
-    const std::optional<std::string> folder = RealPath(split.folder);
+    const std::optional<std::string> folder = RealPath(FolderOf(split));
     if (!folder) return std::nullopt;
     if (IsDescriptorFolder(*folder)) {
       int descriptor = 0;
@@ -210,7 +205,7 @@ OutputFile::OutputFile(const std::string& path, Temporary temporary) : buffer_(k
 void OutputFile::OpenTemporary(const std::string& path, Temporary temporary) {
   const SplitPath split = Split(path);
   if (split.name.empty()) ThrowError(EISDIR);
-  const int folder = open(split.folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+  const int folder = open(FolderOf(split), O_PATH | O_DIRECTORY | O_CLOEXEC);
   if (folder < 0) ThrowError(errno);
   folder_ = folder;
   name_ = split.name;

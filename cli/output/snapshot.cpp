@@ -69,7 +69,7 @@ class Comparison {
   Comparison(const SnapshotPort& before, const SnapshotPort& after, const Tolerances& tolerances)
       : before_(before), after_(after), tolerances_(tolerances) {}
 
-  std::vector<Change> Do() {
+  std::vector<Change> Compare() {
     const bool is_swapped =
         CompareText("serial_number", before_.serial_number, after_.serial_number);
     CompareText("part_number", before_.part_number, after_.part_number);
@@ -211,11 +211,6 @@ void WriteChange(JsonText& json, const Change& change) {
   json.EndObject();
 }
 
-void WriteLine(std::ostream& os, cable_info::text::TextBuffer& line) {
-  line.Append('\n');
-  os.write(line.view().data(), static_cast<std::streamsize>(line.size()));
-}
-
 }  // namespace
 
 void WriteSnapshotPort(std::ostream& os, const Port& port,
@@ -267,7 +262,7 @@ std::vector<ChangedPort> Compare(const Snapshot& before, const Snapshot& after,
     } else if (old_port == old_ports.end()) {
       changed.push_back({port, Presence::kAppeared, {}});
     } else {
-      std::vector<Change> changes = Comparison(*old_port->second, *port, tolerances).Do();
+      std::vector<Change> changes = Comparison(*old_port->second, *port, tolerances).Compare();
       if (!changes.empty()) changed.push_back({port, Presence::kBoth, std::move(changes)});
     }
   }
@@ -308,7 +303,7 @@ void WriteDiffAsJson(std::ostream& os, const std::vector<ChangedPort>& changes) 
     for (const Change& change : changed.changes) WriteChange(json, change);
     json.EndArray();
     json.EndObject();
-    WriteLine(os, line);
+    os << line.Append('\n').view();
   }
   cable_info::text::TextBuffer line;
   JsonText json(line);
@@ -321,7 +316,7 @@ void WriteDiffAsJson(std::ostream& os, const std::vector<ChangedPort>& changes) 
   }
   json.EndObject();
   json.EndObject();
-  WriteLine(os, line);
+  os << line.Append('\n').view();
 }
 
 }  // namespace cli

@@ -51,8 +51,8 @@ struct Received {
 
 class Responder {
  public:
-  /// Serves `memory`, and the parts named by page in the way that `behaviours` says; the first part
-  /// of a module is that of its page.
+  /// Serves `memory`, and the parts named by page as `behaviours` specifies; the first part of a
+  /// module is that of its page.
   explicit Responder(const cable_info::ModuleImage& memory,
                      std::map<cable_info::Page, Behaviour> behaviours = {},
                      Behaviour of_family = {});
