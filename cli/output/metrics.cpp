@@ -1,11 +1,13 @@
 #include "cli/output/metrics.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
+#include <cstdint>
+#include <iterator>
 #include <optional>
 #include <ostream>
 #include <sstream>
-#include <utility>
 #include <vector>
 
 #include "cable_info/readings/readings.h"
@@ -40,21 +42,21 @@ struct Family {
   std::string_view help;
 };
 
-// Values and thresholds are in the order of `Quantity`.
+// The families that are written port by port. Values and thresholds are in the order of `Quantity`.
+constexpr std::size_t kPowers = 2;
 constexpr std::size_t kFirstValue = 0;
-constexpr std::size_t kFirstDbm = 5;
-constexpr std::size_t kFirstThreshold = 7;
-constexpr std::size_t kFlag = 12;
-constexpr std::size_t kLaneFlag = 13;
-constexpr std::size_t kInfo = 14;
-
-constexpr std::size_t kFirstObservable = 15;  // by `kObservableUnits`, thresholds after values
+constexpr std::size_t kFirstDbm = kFirstValue + cable_info::kQuantities;
+constexpr std::size_t kFirstThreshold = kFirstDbm + kPowers;
+constexpr std::size_t kFlag = kFirstThreshold + cable_info::kQuantities;
+constexpr std::size_t kLaneFlag = kFlag + 1;
+constexpr std::size_t kInfo = kLaneFlag + 1;
+constexpr std::size_t kFirstObservable = kInfo + 1;  // by `kObservableUnits`
 
 constexpr std::string_view kObservableHelp = "Auxiliary monitor or diagnostic of a module.";
 constexpr std::string_view kObservableThresholdHelp =
     "Threshold of an auxiliary monitor or diagnostic.";
 
-constexpr std::array<Family, kPortFamilies> kFamilies = {{
+constexpr Family kFamilies[] = {
     {"cableinfo_temperature_celsius", "celsius", "Temperature of the module."},
     {"cableinfo_voltage_volts", "volts", "Supply voltage of the module."},
     {"cableinfo_rx_power_watts", "watts", "Received optical power of a lane."},
@@ -87,7 +89,8 @@ constexpr std::array<Family, kPortFamilies> kFamilies = {{
     {"cableinfo_observable_threshold_dbm", "dbm", kObservableThresholdHelp},
     {"cableinfo_observable_threshold_hertz", "hertz", kObservableThresholdHelp},
     {"cableinfo_observable_threshold", "", kObservableThresholdHelp},
-}};
+};
+constexpr std::size_t kPortFamilies = std::size(kFamilies);
 
 // The unit of an observable, and the factor to the base unit of its family.
 struct ObservableUnit {
@@ -106,7 +109,9 @@ constexpr std::array<ObservableUnit, 8> kObservableUnits = {{
     {"MHz", 1e6},
     {"", 1},
 }};
-static_assert(kFirstObservable + 2 * kObservableUnits.size() == kPortFamilies);
+constexpr std::size_t kFirstObservableThreshold = kFirstObservable + kObservableUnits.size();
+static_assert(kFirstObservableThreshold + kObservableUnits.size() == kPortFamilies);
+
 constexpr Family kVerdict = {"cableinfo_verdict", "",
                              "Verdict on a port: 0 ok, 1 unknown, 2 warning, 3 critical."};
 constexpr Family kFinding = {"cableinfo_finding", "",
@@ -273,8 +278,7 @@ class PortSamples {
     const auto* const unit =
         std::find_if(kObservableUnits.begin(), kObservableUnits.end() - 1,
                      [&](const ObservableUnit& known) { return known.unit == observable.unit; });
-    const auto family =
-        kFirstObservable + static_cast<std::size_t>(unit - kObservableUnits.begin());
+    const auto index = static_cast<std::size_t>(unit - kObservableUnits.begin());
     const auto begin = [&](std::size_t which) {
       Sample sample = Begin(which);
       sample.Label("observable", observable.name).LabelIfAny("place", observable.place);
@@ -282,12 +286,12 @@ class PortSamples {
       return sample;
     };
     if (reading.IsPresent()) {
-      begin(family).Value(static_cast<double>(reading.value) * unit->factor);
+      begin(kFirstObservable + index).Value(static_cast<double>(reading.value) * unit->factor);
     }
     for (const AlarmLevel level : cable_info::kAllAlarmLevels) {
       const std::optional<float> threshold = reading.Threshold(level);
       if (reading.IsPresent() && threshold) {
-        begin(family + kObservableUnits.size())
+        begin(kFirstObservableThreshold + index)
             .Label("bound", AlarmLevelName(level))
             .Value(static_cast<double>(*threshold) * unit->factor);
       }
@@ -352,13 +356,14 @@ void WritePortMetrics(std::ostream& os, const Port& port,
   PackText(os, judgement.view());
 }
 
+Metrics::Metrics(const cable_info::RuleSettings& settings)
+    : samples_(kPortFamilies), judged_(settings) {}
+
 void Metrics::Add(std::string_view ports) {
   while (!ports.empty()) {
     const auto head = TakeValue<Head>(ports);
     const std::string_view label = TakeText(ports);
-    std::string name(head.guid == 0 ? label : std::string_view());
-    const bool is_new = ports_.emplace(head.guid, head.number, std::move(name)).second;
-    if (!is_new) ++repeated_ports_;
+    const bool is_new = ports_.Add({head.guid, head.number}, label);
     for (std::size_t i = 0; i < kPortFamilies; ++i) {
       const std::string_view text = TakeText(ports);
       if (is_new) samples_[i] += text;

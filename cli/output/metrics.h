@@ -1,22 +1,17 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
-#include <cstdint>
 #include <iosfwd>
-#include <set>
 #include <string>
 #include <string_view>
-#include <tuple>
+#include <vector>
 
 #include "cable_info/readings/rules.h"
 #include "cli/input/port.h"
 #include "cli/output/check_result.h"
+#include "cli/output/port_set.h"
 
 namespace cli {
-
-/// The number of families that are written port by port.
-inline constexpr std::size_t kPortFamilies = 31;
 
 /// Writes the samples of a port, in a form that `Metrics::Add` reads. Any thread may do so.
 void WritePortMetrics(std::ostream& os, const Port& port, const cable_info::RuleSettings& settings);
@@ -26,7 +21,7 @@ void WritePortMetrics(std::ostream& os, const Port& port, const cable_info::Rule
 /// the last port was added.
 class Metrics {
  public:
-  explicit Metrics(const cable_info::RuleSettings& settings) : judged_(settings) {}
+  explicit Metrics(const cable_info::RuleSettings& settings);
 
   /// Adds the ports that `WritePortMetrics` wrote one after the other. Of ports with the same GUID
   /// and number, and the same label if they have no GUID, only the first is kept: a monitoring
@@ -36,12 +31,11 @@ class Metrics {
   void WriteTo(std::ostream& os);
 
   /// The number of ports that were not kept.
-  std::size_t repeated_ports() const { return repeated_ports_; }
+  std::size_t repeated_ports() const { return ports_.repeated(); }
 
  private:
-  std::array<std::string, kPortFamilies> samples_;
-  std::set<std::tuple<std::uint64_t, std::uint32_t, std::string>> ports_;
-  std::size_t repeated_ports_ = 0;
+  std::vector<std::string> samples_;  // by family
+  PortSet ports_;
   CheckResult judged_;
 };
 

@@ -1,6 +1,8 @@
 #include "cli/store/schema.h"
 
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "cable_info/csv_columns.h"
 
@@ -12,49 +14,7 @@ using cable_info::CsvColumn;
 using cable_info::CsvForm;
 using cable_info::kCsvColumns;
 
-constexpr std::string_view kTables = R"(
-CREATE TABLE snapshot (
-  id INTEGER PRIMARY KEY AUTOINCREMENT,
-  taken_at TEXT NOT NULL,
-  input TEXT NOT NULL,
-  version TEXT NOT NULL
-);
-CREATE TABLE reading (
-  snapshot_id INTEGER NOT NULL REFERENCES snapshot (id) ON DELETE CASCADE,
-  node_guid TEXT NOT NULL,
-  port_guid TEXT NOT NULL,
-  port_num INTEGER NOT NULL,
-  label TEXT,
-  quantity TEXT NOT NULL,
-  lane INTEGER NOT NULL,
-  value REAL,
-  unit TEXT NOT NULL,
-  high_alarm REAL,
-  low_alarm REAL,
-  high_warning REAL,
-  low_warning REAL,
-  flags INTEGER
-);
-CREATE TABLE finding (
-  id INTEGER PRIMARY KEY,
-  snapshot_id INTEGER NOT NULL REFERENCES snapshot (id) ON DELETE CASCADE,
-  node_guid TEXT NOT NULL,
-  port_guid TEXT NOT NULL,
-  port_num INTEGER NOT NULL,
-  label TEXT,
-  rule TEXT NOT NULL,
-  severity TEXT NOT NULL,
-  lane INTEGER NOT NULL,
-  value REAL,
-  limit_value REAL,
-  unit TEXT,
-  sentence TEXT NOT NULL
-);
-CREATE TABLE port_record (
-  id INTEGER PRIMARY KEY,
-  snapshot_id INTEGER NOT NULL REFERENCES snapshot (id) ON DELETE CASCADE,
-  record TEXT NOT NULL
-);
+constexpr std::string_view kIndexes = R"(
 CREATE INDEX cable_by_snapshot ON cable (snapshot_id, "PortGuid", "PortNum");
 CREATE INDEX reading_by_snapshot ON reading (snapshot_id, port_guid, port_num, quantity, lane);
 CREATE INDEX finding_by_snapshot ON finding (snapshot_id, port_guid, port_num);
@@ -99,23 +59,113 @@ std::string_view TypeOf(const CsvColumn& column) {
   }
 }
 
+struct Column {
+  std::string name;
+  std::string_view type;
+};
+
+struct Table {
+  std::string_view name;
+  std::vector<Column> columns;
+};
+
+constexpr std::string_view kId = "id";  // given by the database
+
+Column SnapshotId() {
+  return {"snapshot_id", "INTEGER NOT NULL REFERENCES snapshot (id) ON DELETE CASCADE"};
+}
+
+Table CableTable() {
+  Table table{"cable", {SnapshotId(), {"label", "TEXT"}}};
+  for (const CsvColumn& column : kCsvColumns) {
+    table.columns.push_back({'"' + std::string(column.name) + '"', TypeOf(column)});
+  }
+  return table;
+}
+
+Table TableOf(StoreTable table) {
+  switch (table) {
+    case StoreTable::kSnapshot:
+      return {"snapshot",
+              {{std::string(kId), "INTEGER PRIMARY KEY AUTOINCREMENT"},
+               {"taken_at", "TEXT NOT NULL"},
+               {"input", "TEXT NOT NULL"},
+               {"version", "TEXT NOT NULL"}}};
+    case StoreTable::kCable:
+      return CableTable();
+    case StoreTable::kReading:
+      return {"reading",
+              {SnapshotId(),
+               {"node_guid", "TEXT NOT NULL"},
+               {"port_guid", "TEXT NOT NULL"},
+               {"port_num", "INTEGER NOT NULL"},
+               {"label", "TEXT"},
+               {"quantity", "TEXT NOT NULL"},
+               {"lane", "INTEGER NOT NULL"},
+               {"value", "REAL"},
+               {"unit", "TEXT NOT NULL"},
+               {"high_alarm", "REAL"},
+               {"low_alarm", "REAL"},
+               {"high_warning", "REAL"},
+               {"low_warning", "REAL"},
+               {"flags", "INTEGER"}}};
+    case StoreTable::kFinding:
+      return {"finding",
+              {{std::string(kId), "INTEGER PRIMARY KEY"},
+               SnapshotId(),
+               {"node_guid", "TEXT NOT NULL"},
+               {"port_guid", "TEXT NOT NULL"},
+               {"port_num", "INTEGER NOT NULL"},
+               {"label", "TEXT"},
+               {"rule", "TEXT NOT NULL"},
+               {"severity", "TEXT NOT NULL"},
+               {"lane", "INTEGER NOT NULL"},
+               {"value", "REAL"},
+               {"limit_value", "REAL"},
+               {"unit", "TEXT"},
+               {"sentence", "TEXT NOT NULL"}}};
+    case StoreTable::kPortRecord:
+      return {
+          "port_record",
+          {{std::string(kId), "INTEGER PRIMARY KEY"}, SnapshotId(), {"record", "TEXT NOT NULL"}}};
+  }
+  return {};
+}
+
+std::string CreateStatement(StoreTable table) {
+  const Table described = TableOf(table);
+  std::string text = "CREATE TABLE " + std::string(described.name) + " (";
+  std::string_view separator = "\n  ";
+  for (const Column& column : described.columns) {
+    text.append(std::exchange(separator, ",\n  "));
+    text.append(column.name).append(" ").append(column.type);
+  }
+  return text.append("\n);\n");
+}
+
 }  // namespace
 
 std::string StoreSchema() {
-  std::string text =
-      "CREATE TABLE cable (\n"
-      "  snapshot_id INTEGER NOT NULL REFERENCES snapshot (id) ON DELETE CASCADE,\n"
-      "  label TEXT";
-  for (const CsvColumn& column : kCsvColumns) {
-    text.append(",\n  \"").append(column.name).append("\" ").append(TypeOf(column));
+  std::string text;
+  for (const StoreTable table : {StoreTable::kCable, StoreTable::kSnapshot, StoreTable::kReading,
+                                 StoreTable::kFinding, StoreTable::kPortRecord}) {
+    text += CreateStatement(table);
   }
-  return text.append("\n);").append(kTables).append(kViews);
+  return text.append(kIndexes).append(kViews);
 }
 
-std::string InsertCableStatement() {
-  std::string text = "INSERT INTO cable VALUES (?, ?";
-  for (std::size_t i = 0; i < kCsvColumns.size(); ++i) text += ", ?";
-  return text += ')';
+std::string InsertStatement(StoreTable table) {
+  const Table described = TableOf(table);
+  std::string names;
+  std::string parameters;
+  std::string_view separator;
+  for (const Column& column : described.columns) {
+    if (column.name == kId) continue;
+    names.append(separator).append(column.name);
+    parameters.append(std::exchange(separator, ", ")).append("?");
+  }
+  return "INSERT INTO " + std::string(described.name) + " (" + names + ") VALUES (" + parameters +
+         ')';
 }
 
 }  // namespace cli

@@ -15,7 +15,10 @@ inline constexpr std::int64_t kSchemaVersion = 1;
 /// them.
 std::string StoreSchema();
 
-/// The statement that adds a row to the table `cable`: the snapshot, the label and the 177 cells.
-std::string InsertCableStatement();
+enum class StoreTable : std::uint8_t { kSnapshot, kCable, kReading, kFinding, kPortRecord };
+
+/// The statement that adds a row to a table. Its parameters are the columns of the table, in their
+/// order, without `id`.
+std::string InsertStatement(StoreTable table);
 
 }  // namespace cli

@@ -6,10 +6,8 @@
 #include <cmath>
 #include <limits>
 #include <ostream>
-#include <set>
 #include <sstream>
 #include <system_error>
-#include <tuple>
 #include <vector>
 
 #include "cable_info/cell_sink.h"
@@ -18,6 +16,7 @@
 #include "cable_info/version.h"
 #include "cli/output/check_result.h"
 #include "cli/output/packed_bytes.h"
+#include "cli/output/port_set.h"
 #include "cli/output/typed_table_writer.h"
 #include "cli/output/utf8_text.h"
 #include "cli/store/database.h"
@@ -158,12 +157,6 @@ constexpr int kPortGuidParameter = 3;
 constexpr int kPortNumParameter = 4;
 constexpr int kLabelParameter = 5;
 
-std::string PlaceHolders(int count) {
-  std::string text = "(?";
-  for (int i = 1; i < count; ++i) text += ", ?";
-  return text += ')';
-}
-
 void BindText(Statement& statement, int number, std::string_view text) {
   text.empty() ? statement.BindNull(number) : statement.Bind(number, text);
 }
@@ -198,9 +191,6 @@ void AddFinding(Statement& insert, const Finding& finding) {
   insert.Run();
 }
 
-// The identity of a port in a snapshot: GUID and number, and the label of ports without a GUID.
-using PortKey = std::tuple<std::uint64_t, std::uint32_t, std::string>;
-
 }  // namespace
 
 class Store::Writer {
@@ -213,18 +203,15 @@ class Store::Writer {
     database_.Execute("PRAGMA foreign_keys = ON");
     database_.Execute("BEGIN IMMEDIATE");
     CreateTables();
-    Statement insert(database_, "INSERT INTO snapshot (taken_at, input, version) VALUES (?, ?, ?)");
+    Statement insert(database_, InsertStatement(StoreTable::kSnapshot));
     insert.Bind(1, snapshot.taken_at);
     insert.Bind(2, snapshot.input);
     insert.Bind(3, cable_info::kVersion);
     insert.Run();
     snapshot_ = sqlite3_last_insert_rowid(database_.connection());
-    constexpr int kReadingColumns = 14;
-    insert_cable_.emplace(database_, InsertCableStatement());
-    insert_reading_.emplace(database_,
-                            "INSERT INTO reading VALUES " + PlaceHolders(kReadingColumns));
-    insert_record_.emplace(database_,
-                           "INSERT INTO port_record (snapshot_id, record) VALUES (?, ?)");
+    insert_cable_.emplace(database_, InsertStatement(StoreTable::kCable));
+    insert_reading_.emplace(database_, InsertStatement(StoreTable::kReading));
+    insert_record_.emplace(database_, InsertStatement(StoreTable::kPortRecord));
     insert_cable_->Bind(kSnapshotParameter, snapshot_);
     insert_reading_->Bind(kSnapshotParameter, snapshot_);
     insert_record_->Bind(kSnapshotParameter, snapshot_);
@@ -238,7 +225,7 @@ class Store::Writer {
       const std::string_view cells = TakeText(ports);
       const std::string_view readings = TakeText(ports);
       const std::string_view judgement = TakeText(ports);
-      if (!IsNew(head, label)) continue;
+      if (!ports_.Add({head.port_guid, head.number}, label)) continue;
       AddRecord(record);
       AddCable(label, cells);
       AddReadings(head, label, readings);
@@ -248,11 +235,7 @@ class Store::Writer {
 
   void Finish() {
     judged_.Finish();
-    Statement insert(
-        database_,
-        "INSERT INTO finding (snapshot_id, node_guid, port_guid, port_num, label, rule, "
-        "severity, lane, value, limit_value, unit, sentence) VALUES " +
-            PlaceHolders(12));
+    Statement insert(database_, InsertStatement(StoreTable::kFinding));
     insert.Bind(kSnapshotParameter, snapshot_);
     for (std::size_t port = 0; port < judged_.size(); ++port) {
       const std::vector<Finding> findings = judged_.FindingsOf(port);
@@ -272,7 +255,7 @@ class Store::Writer {
     sqlite3_exec(database_.connection(), "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr);
   }
 
-  std::size_t repeated_ports() const { return repeated_ports_; }
+  std::size_t repeated_ports() const { return ports_.repeated(); }
 
  private:
   // The rows of a snapshot are deleted with it.
@@ -288,13 +271,6 @@ class Store::Writer {
     database_.Execute(StoreSchema());
     database_.Execute("PRAGMA application_id = " + std::to_string(kApplicationId));
     database_.Execute("PRAGMA user_version = " + std::to_string(kSchemaVersion));
-  }
-
-  bool IsNew(const Head& head, std::string_view label) {
-    std::string name(head.port_guid == 0 ? label : std::string_view());
-    const bool is_new = ports_.emplace(head.port_guid, head.number, std::move(name)).second;
-    if (!is_new) ++repeated_ports_;
-    return is_new;
   }
 
   static void BindPort(Statement& statement, std::string_view node_guid, std::string_view port_guid,
@@ -345,8 +321,7 @@ class Store::Writer {
   std::optional<Statement> insert_cable_;
   std::optional<Statement> insert_reading_;
   std::optional<Statement> insert_record_;
-  std::set<PortKey> ports_;
-  std::size_t repeated_ports_ = 0;
+  PortSet ports_;
   CheckResult judged_;
 };
 
