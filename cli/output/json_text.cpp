@@ -20,7 +20,7 @@ bool IsPlain(char c) {
 
 }  // namespace
 
-void AppendShortest(cable_info::text::TextBuffer& out, double value) {
+void AppendShortestFixed(cable_info::text::TextBuffer& out, double value) {
   constexpr std::size_t kCapacity = 1100;  // the smallest number has 1074 decimals
   out.AppendWithin(kCapacity, [value](char* to) {
     return std::to_chars(to, to + kCapacity, value, std::chars_format::fixed).ptr;

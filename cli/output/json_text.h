@@ -11,7 +11,7 @@ namespace cli {
 
 /// Appends the shortest decimal number without exponent that reads back as `value`, which must be
 /// finite.
-void AppendShortest(cable_info::text::TextBuffer& out, double value);
+void AppendShortestFixed(cable_info::text::TextBuffer& out, double value);
 
 /// Writes JSON on one line directly into a buffer, in ASCII. Commas are added; the caller must
 /// close every object and array.

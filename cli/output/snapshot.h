@@ -18,6 +18,13 @@ namespace cli {
 
 /// The numbers of a port that are compared between two snapshots. Trivially copyable.
 struct SnapshotNumbers {
+  /// The number of quantities of the module; the others are those of its lanes.
+  static constexpr auto kModuleQuantities =
+      static_cast<std::size_t>(cable_info::Quantity::kRxPower);
+  /// The number of readings of a port.
+  static constexpr std::size_t kReadings =
+      kModuleQuantities + (cable_info::kQuantities - kModuleQuantities) * cable_info::kMaxLanes;
+
   std::uint64_t node_guid;
   std::uint64_t port_guid;
   std::uint32_t number;
@@ -27,7 +34,7 @@ struct SnapshotNumbers {
   std::array<float, cable_info::kMaxLanes> tx_bias;
   /// Latched flags by level: of temperature and voltage, then of RX power, TX power and TX bias of
   /// lanes 1..8 each.
-  std::array<std::uint8_t, 26> bounds;
+  std::array<std::uint8_t, kReadings> bounds;
   std::array<std::uint8_t, cable_info::kAllLaneFlags.size()> lane_flags;
 };
 

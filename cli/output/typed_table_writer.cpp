@@ -60,7 +60,7 @@ class Rfc4180Cells : public CellSink {
     row_.EndCell();
   }
   void Number(double value) override {
-    AppendShortest(row_.out(), value);
+    AppendShortestFixed(row_.out(), value);
     row_.EndCell();
   }
   void Flag(bool is_set) override {
@@ -90,7 +90,7 @@ class JsonCells : public CellSink {
     row_.EndCell();
   }
   void Number(double value) override {
-    AppendShortest(row_.out(), value);
+    AppendShortestFixed(row_.out(), value);
     row_.EndCell();
   }
   void Flag(bool is_set) override {
