@@ -20,6 +20,7 @@
 
 #include "cable_info/version.h"
 #include "cli/commands/commands.h"
+#include "cli/commands/message_log.h"
 #include "cli/message.h"
 #include "cli/output/whole_output.h"
 #include "cli/spelling.h"
@@ -51,6 +52,9 @@ std::string Digits(double number) {
   char text[kCapacity];
   return {text, std::to_chars(text, text + kCapacity, number, std::chars_format::fixed).ptr};
 }
+
+// The end of the description of an option.
+std::string Default(double number) { return "(default: " + Digits(number) + ')'; }
 
 std::optional<double> ParseNumber(const std::string& text) {
   double number = 0.0;
@@ -139,7 +143,8 @@ void AddRunOptions(CLI::App& command, PortOptions& options) {
   command.add_flag("--no-files", options.no_files,
                    "Refuse port records that name files, for untrusted input");
   command.add_flag("--all-messages", options.all_messages,
-                   "Show all messages, not only the first 20 of each kind for an input");
+                   "Show all messages, not only the first " + std::to_string(kMaxOfAKind) +
+                       " of each kind for an input");
   command.add_flag("-q,--quiet", options.quiet, "Show no progress meter, remarks or summary");
 }
 
@@ -286,17 +291,19 @@ void AddDiffCommand(CLI::App& app, Action& action) {
                    "Write one JSON object per port that changed and a summary");
   command
       .add_option("--power-tolerance", options->tolerances.power_db,
-                  "Report powers that changed by more (default: 1)")
+                  "Report powers that changed by more " + Default(options->tolerances.power_db))
       ->type_name("DB")
       ->check(ToleranceProblem, "", "TOLERANCE");
   command
-      .add_option("--temperature-tolerance", options->tolerances.temperature_c,
-                  "Report temperatures that changed by more (default: 10)")
+      .add_option(
+          "--temperature-tolerance", options->tolerances.temperature_c,
+          "Report temperatures that changed by more " + Default(options->tolerances.temperature_c))
       ->type_name("C")
       ->check(ToleranceProblem, "", "TOLERANCE");
   command
-      .add_option("--bias-tolerance", options->tolerances.bias_percent,
-                  "Report bias currents that changed by more (default: 10)")
+      .add_option(
+          "--bias-tolerance", options->tolerances.bias_percent,
+          "Report bias currents that changed by more " + Default(options->tolerances.bias_percent))
       ->type_name("PERCENT")
       ->check(ToleranceProblem, "", "TOLERANCE");
   AddRuleOptions(command, options->rules);
@@ -424,7 +431,8 @@ void AddReadCommand(CLI::App& app, Action& action) {
       ->excludes(scan);
   command
       .add_option("--timeout", options->timeout,
-                  "Wait this long for a page (default: 2), ten times as long for a module")
+                  "Wait this long for a page " + Default(options->timeout) +
+                      ", ten times as long for a module")
       ->type_name("SECONDS")
       ->check(NumberFrom(kMinSeconds, kMaxTimeout));
   command.add_option("--sysfs", options->sysfs, "Look for ports here instead of in /sys")

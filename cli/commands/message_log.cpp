@@ -4,8 +4,6 @@ namespace cli {
 
 namespace {
 
-constexpr std::uint64_t kMaxOfAKind = 20;
-
 // By `MessageKind`, each with the word for one and for several.
 struct KindName {
   std::string_view one;

@@ -21,8 +21,11 @@ struct PortCounts {
   std::uint64_t failed_inputs = 0;  ///< that could not be read to their end
 };
 
-/// The messages of a run on standard error, limited in number: the first 20 of each kind are
-/// written for an input, the others are counted. One line after the input summarizes them:
+/// The most messages of each kind that are written for an input.
+inline constexpr std::uint64_t kMaxOfAKind = 20;
+
+/// The messages of a run on standard error, limited in number: the first of each kind are written
+/// for an input, the others are counted. One line after the input summarizes them:
 ///
 ///     ports.jsonl: 1003 more messages: 1000 unknown keys, 3 values that do not fit (...)
 class MessageLog {
