@@ -22,25 +22,25 @@ namespace {
 
 class EarlierCollector : public PortCollector {
  public:
-  explicit EarlierCollector(Page& page) : page_(page) {}
+  explicit EarlierCollector(PageData& page) : page_(page) {}
 
   void Take(std::string_view ports) override { page_.AddEarlier(ports); }
   void End(std::ostream& /*os*/) override {}
 
  private:
-  Page& page_;
+  PageData& page_;
 };
 
 class PageCollector : public PortCollector {
  public:
-  PageCollector(Page& page, const Page::About& about) : page_(page), about_(about) {}
+  PageCollector(PageData& page, const PageData::About& about) : page_(page), about_(about) {}
 
   void Take(std::string_view ports) override { page_.Add(ports); }
   void End(std::ostream& os) override { page_.WriteTo(os, about_); }
 
  private:
-  Page& page_;
-  const Page::About& about_;
+  PageData& page_;
+  const PageData::About& about_;
 };
 
 // The snapshot that is the only input; none for other inputs.
@@ -61,7 +61,7 @@ std::optional<SnapshotName> EarlierSnapshot(const SnapshotName& snapshot) {
 // Adds what was before the snapshot, and gives the snapshot its number, so that it is the same one
 // even if another is added.
 ExitStatus AddEarlier(JudgedPortOptions& options, const SnapshotName& named,
-                      const PortWriter& writer, Page& page, Page::About& about) {
+                      const PortWriter& writer, PageData& page, PageData::About& about) {
   std::string& input = options.ports.inputs.front();
   try {
     const SnapshotName snapshot = Numbered(named);
@@ -87,8 +87,8 @@ ExitStatus WritePage(JudgedPortOptions options) {
   const ExitStatus usage = ApplyRuleOptions(options.rules, settings);
   if (usage != ExitStatus::kGood) return usage;
   const JudgingWriter writer(WritePagePort, settings);
-  Page page(settings);
-  Page::About about;
+  PageData page(settings);
+  PageData::About about;
   ExitStatus earlier_status = ExitStatus::kGood;
   if (const std::optional<SnapshotName> snapshot = OnlySnapshot(options.ports)) {
     earlier_status = AddEarlier(options, *snapshot, writer, page, about);

@@ -27,6 +27,7 @@
 #include "cli/output/packed_bytes.h"
 #include "cli/output/page_template.h"
 #include "cli/output/readings_json.h"
+#include "cli/output/snapshot.h"
 
 namespace cli {
 
@@ -253,7 +254,17 @@ void WriteShared(std::ostream& os, std::string_view key,
   os << ']';
 }
 
-void WriteAbout(std::ostream& os, const Page::About& about) {
+// The page counts changes that exceed the defaults of `cableinfo diff`.
+void WriteTolerances(JsonText& json) {
+  constexpr Tolerances kTolerances;
+  json.Key("tolerances").BeginObject();
+  json.Key("power_db").Rounded(kTolerances.power_db);
+  json.Key("temperature_c").Rounded(kTolerances.temperature_c);
+  json.Key("bias_percent").Rounded(kTolerances.bias_percent);
+  json.EndObject();
+}
+
+void WriteAbout(std::ostream& os, const PageData::About& about) {
   TextBuffer text;
   JsonText json(text);
   json.BeginObject();
@@ -262,6 +273,8 @@ void WriteAbout(std::ostream& os, const Page::About& about) {
   json.Key("written_at").Plain(about.written_at);
   json.Key("taken_at").BytesOrNull(about.taken_at);
   json.Key("earlier_taken_at").BytesOrNull(about.earlier_taken_at);
+  json.Key("dark_dbm").Rounded(cable_info::kDarkDbm);
+  WriteTolerances(json);
   json.Key("rules").BeginArray();
   for (std::size_t i = 0; i < cable_info::kRules; ++i) {
     const cable_info::Rule rule = cable_info::RuleOf(i);
@@ -320,13 +333,13 @@ void WritePagePort(std::ostream& os, const Port& port, const cable_info::RuleSet
   }
 }
 
-std::size_t Page::Shared::IndexOf(std::string_view text) {
+std::size_t PageData::Shared::IndexOf(std::string_view text) {
   const auto [entry, is_new] = indexes_.emplace(text, texts_.size());
   if (is_new) texts_.push_back(&entry->first);
   return entry->second;
 }
 
-void Page::AddEarlier(std::string_view ports) {
+void PageData::AddEarlier(std::string_view ports) {
   has_earlier_ = true;
   while (!ports.empty()) {
     const Parts port = TakeParts(ports);
@@ -334,7 +347,7 @@ void Page::AddEarlier(std::string_view ports) {
   }
 }
 
-void Page::Add(std::string_view ports) {
+void PageData::Add(std::string_view ports) {
   while (!ports.empty()) {
     const Parts port = TakeParts(ports);
     judged_.Add(port.judged);
@@ -351,7 +364,7 @@ void Page::Add(std::string_view ports) {
 }
 
 // The earlier ports without a current one.
-void Page::WriteGone(std::ostream& os) const {
+void PageData::WriteGone(std::ostream& os) const {
   std::vector<std::string> names;
   for (const auto& [name, readings] : earlier_) names.push_back(name);
   std::sort(names.begin(), names.end());
@@ -364,7 +377,7 @@ void Page::WriteGone(std::ostream& os) const {
   WriteInHtml(os, text);
 }
 
-void Page::WriteTo(std::ostream& os, const About& about) {
+void PageData::WriteTo(std::ostream& os, const About& about) {
   judged_.Finish();
   os << kPageHead;
   WriteAbout(os, about);

@@ -13,12 +13,12 @@
 
 namespace cli {
 
-/// Writes a port in a form that `Page::Add` reads. Any thread may do so.
+/// Writes a port in a form that `PageData::Add` reads. Any thread may do so.
 void WritePagePort(std::ostream& os, const Port& port, const cable_info::RuleSettings& settings);
 
 /// The HTML page of all ports of a run. Parts that many ports share are kept once, so that little
 /// more than its own readings is kept of each.
-class Page {
+class PageData {
  public:
   struct About {
     std::string input;             ///< names of the inputs
@@ -27,7 +27,7 @@ class Page {
     std::string earlier_taken_at;  ///< the same of the earlier ports
   };
 
-  explicit Page(const cable_info::RuleSettings& settings) : judged_(settings) {}
+  explicit PageData(const cable_info::RuleSettings& settings) : judged_(settings) {}
 
   /// Adds the ports of an earlier snapshot, whose readings are shown next to the current ones. To
   /// be called before `Add`.

@@ -9,8 +9,7 @@ const WORST_FIRST = [3, 2, 1, 0];
 const BOUNDS = ['High alarm', 'Low alarm', 'High warning', 'Low warning'];
 const STATES = ['', 'not implemented', 'not read', 'not ready'];
 const LANE_FLAGS = ['RX LOS', 'TX LOS', 'RX LOL', 'TX LOL', 'TX fault', 'Adaptive EQ fault'];
-const DARK_DBM = -40; // powers below the resolution of a module's registers
-const MOST_LANES = 8;
+const MAX_LANES = 8;
 const PAGE_SIZE = 50;
 const WORST_SHOWN = 8;
 const MAX_PRINTED = 1000; // rows and findings
@@ -45,7 +44,7 @@ function laneValue(port, quantity, lane) {
 
 function usedValues(port, quantity) {
   const values = [];
-  for (let lane = 1; lane <= MOST_LANES; ++lane) {
+  for (let lane = 1; lane <= MAX_LANES; ++lane) {
     if (isUsed(port, lane)) values.push(laneValue(port, quantity, lane));
   }
   return known(values);
@@ -87,13 +86,18 @@ function prepareSearch(port) {
     .toLowerCase();
 }
 
-// The changes since the earlier snapshot. The limits are the defaults of `cableinfo diff`: a change
-// by its limit has the size 1. Voltages have no limit.
-const CHANGE_LIMITS = { dBm: 1, mA: 10, '°C': 10, V: Infinity };
+// The changes since the earlier snapshot. A change by its limit has the size 1. Voltages have no
+// limit.
+const CHANGE_LIMITS = {
+  dBm: data.tolerances.power_db,
+  mA: data.tolerances.bias_percent,
+  '°C': data.tolerances.temperature_c,
+  V: Infinity,
+};
 
 function changeOf(name, lane, before, after, unit) {
   if (before === undefined || after === undefined) return [];
-  const dark = (value) => (unit === 'dBm' ? Math.max(value, DARK_DBM) : value);
+  const dark = (value) => (unit === 'dBm' ? Math.max(value, data.dark_dbm) : value);
   const difference = dark(after) - dark(before);
   if (difference === 0) return [{ name, lane, before, after, unit, difference, size: 0 }];
   const amount = unit === 'mA' ? (100 * difference) / Math.abs(before) : difference; // mA: percent
@@ -113,7 +117,7 @@ function changesOf(port) {
     changeOf(name, 0, earlier[key], port[key], unit),
   );
   for (const quantity of QUANTITIES) {
-    for (let lane = 1; lane <= MOST_LANES; ++lane) {
+    for (let lane = 1; lane <= MAX_LANES; ++lane) {
       const before = laneValue(earlier, quantity, lane);
       const after = laneValue(port, quantity, lane);
       changes.push(...changeOf(quantity.name, lane, before, after, quantity.unit));
@@ -374,7 +378,7 @@ const unitOfDifference = (unit) => (unit === 'dBm' ? 'dB' : unit);
 const differenceText = ({ difference, unit }) =>
   signed(difference, unit === 'V' ? 3 : 2, unitOfDifference(unit));
 
-const MOST_CHANGES = 10;
+const MAX_CHANGES = 10;
 
 function showChanges() {
   byId('changes').hidden = !hasEarlier;
@@ -388,12 +392,13 @@ function showChanges() {
     const text = `${name}${place}: ${differenceText({ ...change, unit })} (${values})`;
     return el('li', {}, portLink(port), ' ', text);
   };
-  fill(byId('moved'), ...changed.slice(0, MOST_CHANGES).map(item));
+  fill(byId('moved'), ...changed.slice(0, MAX_CHANGES).map(item));
   const swapped = selected.filter(isSwapped);
   const appeared = selected.filter((port) => !port.earlier);
   byId('changes-about').textContent =
     `Since ${timeText(data.earlier_taken_at)}: ${counted(changed.length, 'port')} changed by more than ` +
-    `1 dB, 10 °C or 10 % of the bias, ${counted(swapped.length, 'module')} swapped, ` +
+    `${CHANGE_LIMITS.dBm} dB, ${CHANGE_LIMITS['°C']} °C or ${CHANGE_LIMITS.mA} % of the bias, ` +
+    `${counted(swapped.length, 'module')} swapped, ` +
     `${counted(appeared.length, 'port')} appeared, ${counted(data.gone.length, 'port')} gone.`;
 }
 
@@ -529,14 +534,14 @@ function showLanePlot(quantity) {
   const values = [];
   let lanes = 0;
   for (const port of selected) {
-    for (let lane = 1; lane <= MOST_LANES; ++lane) {
+    for (let lane = 1; lane <= MAX_LANES; ++lane) {
       const value = isUsed(port, lane) ? laneValue(port, quantity, lane) : undefined;
       if (value === undefined) continue;
       lanes = Math.max(lanes, lane);
       values.push(value);
       const severity = port.verdict === 0 ? 0 : severityOf(port, quantity.about, lane);
       const text = `${port.name}, lane ${lane}: ${shown(value, decimals, unit)}`;
-      const y = Math.max(value, unit === 'dBm' ? DARK_DBM : value);
+      const y = Math.max(value, unit === 'dBm' ? data.dark_dbm : value);
       points.add(severity, lane + 0.7 * jitter(port.index), y, text, port);
     }
   }
@@ -884,7 +889,7 @@ function readingRows(port) {
       const value = port[quantity.key]?.[lane - 1] ?? undefined;
       const format = (v) => shown(quantity.of(v), quantity.decimals, quantity.unit);
       const name = `${quantity.name}, lane ${lane}`;
-      add(2 + number * MOST_LANES + lane - 1, name, quantity, value, format, lane);
+      add(2 + number * MAX_LANES + lane - 1, name, quantity, value, format, lane);
     }
   });
   for (const [name, place, unit, value, thresholds, latched] of port.observables ?? []) {

@@ -43,6 +43,15 @@ class Data(ProgramTest):
         self.assertEqual(model["identifier"], {"code": 0x11, "name": "QSFP28"})
         self.assertEqual(model["thresholds"], {"temperature": [75, -5, 70, 0]})
 
+    def test_limits_are_those_of_the_program(self):
+        data = data_of(page(stdin=[]))
+        options = {"power": "power_db", "temperature": "temperature_c", "bias": "bias_percent"}
+        described = " ".join(run("diff", "--help").stdout.decode().split())
+        for option, key in options.items():
+            default = re.search(rf"--{option}-tolerance .*?\(default: (\d+)\)", described)[1]
+            self.assertEqual(data["tolerances"][key], float(default), option)
+        self.assertEqual(data["dark_dbm"], -40)  # 0.1 uW, the resolution of the registers
+
     def test_the_other_end(self):
         data = data_of(page(stdin=[{"port_num": 1, "peer": {"port_guid": "0x2b", "port_num": 4}}]))
         self.assertEqual(data["ports"][0]["peer"], "0x000000000000002b/4")
