@@ -6,7 +6,7 @@
 
 #include "cable_info/module_memory/module_image.h"
 #include "cable_info/module_memory/module_listing.h"
-#include "cli/output/json_text.h"
+#include "cli/json_text.h"
 
 namespace cli {
 

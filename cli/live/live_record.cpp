@@ -3,7 +3,7 @@
 #include "cli/format_version.h"
 #include "cli/input/port.h"
 #include "cli/input/record_text.h"
-#include "cli/output/json_text.h"
+#include "cli/json_text.h"
 
 namespace cli {
 

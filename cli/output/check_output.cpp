@@ -8,9 +8,9 @@
 
 #include "cable_info/text/text_buffer.h"
 #include "cli/format_version.h"
+#include "cli/json_text.h"
 #include "cli/message.h"
 #include "cli/output/check_result.h"
-#include "cli/output/json_text.h"
 
 namespace cli {
 

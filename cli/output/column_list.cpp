@@ -9,7 +9,7 @@
 #include "cable_info/combined_cable_info.h"
 #include "cable_info/text/text_buffer.h"
 #include "cli/format_version.h"
-#include "cli/output/json_text.h"
+#include "cli/json_text.h"
 
 namespace cli {
 

@@ -9,7 +9,7 @@
 #include "cable_info/text/text_buffer.h"
 #include "cable_info/value_format.h"
 #include "cli/format_version.h"
-#include "cli/output/json_text.h"
+#include "cli/json_text.h"
 #include "cli/output/readings_json.h"
 
 namespace cli {

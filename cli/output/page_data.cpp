@@ -23,7 +23,7 @@
 #include "cable_info/text/text_buffer.h"
 #include "cable_info/value_format.h"
 #include "cable_info/version.h"
-#include "cli/output/json_text.h"
+#include "cli/json_text.h"
 #include "cli/output/packed_bytes.h"
 #include "cli/output/page_template.h"
 #include "cli/output/readings_json.h"

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "cable_info/readings/readings.h"
-#include "cli/output/json_text.h"
+#include "cli/json_text.h"
 
 namespace cli {
 

@@ -10,7 +10,7 @@
 
 #include "cable_info/text/text_buffer.h"
 #include "cli/format_version.h"
-#include "cli/output/json_text.h"
+#include "cli/json_text.h"
 #include "cli/output/packed_bytes.h"
 #include "cli/output/readings_json.h"
 #include "cli/printable.h"

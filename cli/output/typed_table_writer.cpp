@@ -10,7 +10,7 @@
 
 #include "cable_info/csv_columns.h"
 #include "cable_info/text/text_buffer.h"
-#include "cli/output/json_text.h"
+#include "cli/json_text.h"
 #include "cli/output/utf8_text.h"
 
 namespace cli {

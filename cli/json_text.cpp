@@ -1,4 +1,4 @@
-#include "cli/output/json_text.h"
+#include "cli/json_text.h"
 
 #include <array>
 #include <charconv>
