@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "cli/commands/line_block.h"
 #include "cli/commands/message_log.h"
-#include "cli/input/line_block.h"
 #include "cli/input/port_reader.h"
 #include "cli/input/selection.h"
 #include "cli/message.h"

@@ -32,10 +32,10 @@
 #include <vector>
 
 #include "cli/commands/decoded_block.h"
+#include "cli/commands/line_block.h"
 #include "cli/commands/message_log.h"
 #include "cli/commands/port_output.h"
 #include "cli/input/input_name.h"
-#include "cli/input/line_block.h"
 #include "cli/input/port_reader.h"
 #include "cli/message.h"
 #include "cli/output/progress.h"

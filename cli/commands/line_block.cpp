@@ -1,4 +1,4 @@
-#include "cli/input/line_block.h"
+#include "cli/commands/line_block.h"
 
 namespace cli {
 
