@@ -1,6 +1,9 @@
 #include "cli/output/utf8_text.h"
 
 #include <algorithm>
+#include <cstddef>
+
+#include "cli/utf8.h"
 
 namespace cli {
 
@@ -24,6 +27,22 @@ void AppendBytesAsUtf8(cable_info::text::TextBuffer& out, std::string_view bytes
     return;
   }
   for (const char c : bytes) AppendByteAsUtf8(out, static_cast<unsigned char>(c));
+}
+
+std::string Utf8Of(std::string_view text) {
+  if (IsUtf8(text)) return std::string(text);
+  cable_info::text::TextBuffer out;
+  while (!text.empty()) {
+    const auto character = FirstUtf8Character(text);
+    const std::size_t size = character ? character->size : 1;
+    if (character) {
+      out.Append(text.substr(0, size));
+    } else {
+      AppendByteAsUtf8(out, static_cast<unsigned char>(text.front()));
+    }
+    text.remove_prefix(size);
+  }
+  return std::string(out.view());
 }
 
 }  // namespace cli

@@ -7,6 +7,7 @@
 #include <limits>
 #include <ostream>
 #include <sstream>
+#include <string>
 #include <system_error>
 #include <vector>
 
@@ -205,7 +206,8 @@ class Store::Writer {
     CreateTables();
     Statement insert(database_, InsertStatement(StoreTable::kSnapshot));
     insert.Bind(1, snapshot.taken_at);
-    insert.Bind(2, snapshot.input);
+    const std::string input = Utf8Of(snapshot.input);
+    insert.Bind(2, input);
     insert.Bind(3, cable_info::kVersion);
     insert.Run();
     snapshot_ = sqlite3_last_insert_rowid(database_.connection());
@@ -242,7 +244,8 @@ class Store::Writer {
       if (findings.empty()) continue;
       const std::string node_guid = GuidText(judged_.NodeGuidOf(port));
       const std::string port_guid = GuidText(judged_.IdOf(port).guid);
-      BindPort(insert, node_guid, port_guid, judged_.IdOf(port).number, judged_.LabelOf(port));
+      const std::string label = Utf8Of(judged_.LabelOf(port));
+      BindPort(insert, node_guid, port_guid, judged_.IdOf(port).number, label);
       for (const Finding& finding : findings) AddFinding(insert, finding);
     }
   }
@@ -333,8 +336,9 @@ void WriteStoredPort(std::ostream& os, const Port& port, const cable_info::RuleS
   AppendReadings(readings, port_readings);
   std::ostringstream judgement;
   WriteJudgedPort(judgement, port, port_readings, settings);
+  const std::string label = Utf8Of(port.label);
   PackValue(os, Head{port.node_guid, port.port_guid, port.number});
-  for (const std::string_view part : {std::string_view(port.label), std::string_view(port.record),
+  for (const std::string_view part : {std::string_view(label), std::string_view(port.record),
                                       cells.view(), readings.view(), judgement.view()}) {
     PackText(os, part);
   }

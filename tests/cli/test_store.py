@@ -2,6 +2,7 @@
 
 import contextlib
 import json
+import os
 import re
 import signal
 import sqlite3
@@ -113,6 +114,19 @@ class Tables(StoreTest):
         self.store(stdin=[{"label": "it's", "cable": {"VendorName": text}}])
         self.assertEqual(self.query("SELECT label, Vendor FROM cable"),
                          [("it's", text.encode().decode("latin-1").replace("\0", "\u2400"))])
+
+    def test_names_that_are_not_utf8_are_transcribed(self):
+        path = os.fsencode(self.folder / "é") + b"\xff\xed\xa0\x80"
+        dump = bytearray(256)
+        dump[0] = dump[128] = 0x11
+        dump[22], dump[26] = 80, 0x80  # degrees; about 3.3 V
+        with open(path, "wb") as file:
+            file.write(dump)
+        self.store("-q", "--set", "temperature-high-warning=40", "--module", os.fsdecode(path))
+        name = "é\xff\xed\xa0\x80"
+        for table in ("cable", "reading", "finding"):
+            self.assertEqual(self.query(f"SELECT DISTINCT label FROM {table}"), [(name,)], table)
+        self.assertEqual(self.query("SELECT input FROM snapshot"), [(str(self.folder / name),)])
 
     def test_repeated_ports_are_stored_once(self):
         self.store(stdin=BEFORE + BEFORE[:1],
