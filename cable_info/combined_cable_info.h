@@ -77,8 +77,9 @@ class CombinedCableInfo {
   void ToCSVStream(std::ostream& os) const;
   /// Passes the same cells to `sink` as typed values: always 174, all of them missing without
   /// records. Values and units are those of `kCsvColumns`, except NominalBitrate, which is in Gb/s
-  /// for both sources, and lengths, which are in metres. A text that is empty, "NA" or "N/A" is a
-  /// missing value, and so are NaN, infinities and a power that cannot be represented.
+  /// for both sources. LengthDesc, LengthDescByPRTL and LengthDescByReg are in metres; the other
+  /// lengths are codes, as in the row. A text that is empty, "NA" or "N/A" is a missing value, and
+  /// so are NaN, infinities and a power that cannot be represented.
   void VisitCells(CellSink& sink) const;
   /// The cells of that row, in the order of the columns from Source on: each with the quotes that
   /// it has there, but without the comma. None without records.

@@ -103,9 +103,9 @@ struct HEX_T {
   char fill;           ///< the fill character; remains set on the stream
 };
 
-/// For a null value, writes no text and sets the stream's badbit.
+/// For a null value, writes only the opening delimiter and sets the stream's badbit.
 std::ostream& operator<<(std::ostream& os, const QUOTED_T<std::string>& quoted);
-/// Writes the array up to its NUL or its end. For a null value, writes no text and sets the badbit.
+/// Writes the array up to its NUL or its end; a null value in the same way.
 std::ostream& operator<<(std::ostream& os, const QUOTED_T<char[3]>& quoted);
 /// Restores the stream's format flags, but not a precision that was set.
 std::ostream& operator<<(std::ostream& os, const FLOAT_T<float>& number);

@@ -25,6 +25,7 @@ constexpr int VersionNumber(std::string_view version, int dots) {
 }
 
 /// \name The numbers of `kVersion`
+/// Before 1.0.0 a minor version may change texts and columns, too.
 /// @{
 inline constexpr int kVersionMajor = VersionNumber(kVersion, 0);  ///< changed texts or columns
 inline constexpr int kVersionMinor = VersionNumber(kVersion, 1);  ///< additions

@@ -40,6 +40,11 @@ class FieldSet {
       at_ = set_->NextFrom(at_ + 1);
       return *this;
     }
+    Iterator operator++(int) {
+      const Iterator before = *this;
+      ++*this;
+      return before;
+    }
     friend bool operator==(const Iterator& a, const Iterator& b) { return a.at_ == b.at_; }
     friend bool operator!=(const Iterator& a, const Iterator& b) { return a.at_ != b.at_; }
 

@@ -137,17 +137,18 @@ class ModuleImage {
   }
   /// True when any byte of the page is known.
   bool Has(Page page) const;
-  /// The half of the page that contains the byte; an empty one if none of its bytes is known. Valid
-  /// until the image changes.
+  /// The half of the page that contains the byte. If none of its bytes is known, it is empty, and
+  /// its page and first byte are those of no page in particular. Valid until the image changes.
   const Half& HalfOf(Page page, std::size_t byte) const {
     static constexpr Half kNothing;
     const std::size_t at = Find(KeyOf(page, byte));
     return at < keys_.size() ? halves_[at] : kNothing;
   }
-  /// The halves with known bytes, in the order in which they were stored.
+  /// The halves in the order in which they were stored; some may be empty.
   const std::vector<Half>& halves() const { return halves_; }
 
-  /// Stores `bytes` from byte `first` of the page on; bytes after its end are ignored.
+  /// Stores `bytes` from byte `first` of the page on; bytes after its end are ignored. Bytes 0 to
+  /// 127 of a module belong to `Page::kLower`, not to page 00h.
   void Put(Page page, std::size_t first, const module_memory::DumpBytes& bytes) {
     Put(page, first, bytes.data(), bytes.size());
   }
@@ -224,8 +225,8 @@ struct PageFile {
 };
 
 /// The page with the name `text`. The names are "lower", "00" to "ff", optionally with "h"
-/// after or "0x" before it, "a0" and "a2", in any case. A bank other than 0 follows the page:
-/// "11.1".
+/// after or "0x" before it, in any case. A bank other than 0 follows the page: "11.1". "a0" and
+/// "a2" are the devices of SFP modules, with any mark and bank.
 std::optional<Page> ParsePageName(std::string_view text);
 
 /// The name in its shortest form: "lower", "03", "11.1", "a2".
@@ -234,8 +235,8 @@ std::string PageKey(Page page);
 /// Splits "03:page3.bin"; none if the text before the first colon is not the name of a page.
 std::optional<PageFile> ParsePageFile(std::string_view argument);
 
-/// Stores the dump of one page. An upper page may be given alone or after the lower page.
-/// Throws `BadModule`.
+/// Stores the dump of one page. An upper page may be given alone or after the lower page, which is
+/// ignored if the image has one already. Throws `BadModule`.
 void PutPage(ModuleImage& image, Page page, const DumpBytes& bytes);
 
 }  // namespace cable_info::module_memory

@@ -35,7 +35,8 @@ std::string_view StateName(FieldState state) {
 
 std::string_view LaneCodeName(LaneField field, const LaneValue& value) {
   const CodeTable* codes = DescribeField(field).codes;
-  return codes != nullptr ? codes->Name(static_cast<unsigned>(value.number)) : std::string_view();
+  const bool is_named = codes != nullptr && value.IsPresent();
+  return is_named ? codes->Name(static_cast<unsigned>(value.number)) : std::string_view();
 }
 
 FieldValue ModuleInfo::operator[](Field field) const {

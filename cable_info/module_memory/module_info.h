@@ -42,8 +42,8 @@ struct FieldValue {
   FieldState state = FieldState::kNotImplemented;
   /// A number in the unit of its field, a code, or 1 for a flag that is set; 0 for a text.
   double number = 0.0;
-  /// A text in UTF-8, or the name of a code, empty for a code without one. Valid as long as the
-  /// `ModuleInfo` is not changed.
+  /// A text in UTF-8, which may contain control characters, or the name of a code, empty for a code
+  /// without one. Valid as long as the `ModuleInfo` is not changed.
   std::string_view text;
 
   /// True when there is a value.
@@ -144,8 +144,8 @@ struct NamedCode {
   std::string_view name;  ///< valid for the life of the program
 };
 
-/// The name of the code in a field of a lane; empty for codes without a name and for fields that
-/// are not codes.
+/// The name of the code in a field of a lane; empty for codes without a name, for fields that are
+/// not codes, and without a value.
 std::string_view LaneCodeName(LaneField field, const LaneValue& value);
 
 /// An application descriptor of a CMIS module.

@@ -12,7 +12,8 @@
 
 namespace cable_info::module_memory {
 
-/// Thrown for a dump that is not the memory of a module; the message states the reason.
+/// Thrown for a dump that is not the memory of a module, or not of one that fills a record, and for
+/// a wrong checksum that is refused; the message states the reason.
 class BadModule : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -41,7 +42,8 @@ inline constexpr std::size_t kLinearSfpImage = std::size_t{259} * 128;
 bool IsListing(std::string_view content);
 
 /// Parses hexadecimal digits with nothing between or around them, as in port records, into `bytes`.
-/// False for every other text, which may still be a listing for `ParseListing`.
+/// False for every other text, which may still be a listing for `ParseListing`, and for up to eight
+/// digits, which may be an offset; `bytes` is then unspecified.
 bool ParsePlainHex(std::string_view text, std::vector<std::uint8_t>& bytes);
 
 /// The bytes of a hex listing, each at the offset that the listing gives it. Understands plain

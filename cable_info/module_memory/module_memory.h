@@ -38,10 +38,11 @@ ModuleImage SplitImage(const DumpBytes& image, std::vector<std::string>& remarks
 ModuleImage SplitImage(const std::vector<std::uint8_t>& image, std::vector<std::string>& remarks);
 
 /// Decodes an image, in which pages follow each other in the order of the family. Throws
-/// `BadModule` if it is not the memory of a module.
+/// `BadModule` if it is not the memory of a module, or of one that fills no record; `Decode`
+/// decodes more modules than there are records for.
 ModuleReading ReadModule(const DumpBytes& image);
 
-/// Decodes memory given page by page. Throws `BadModule`.
+/// Decodes memory given page by page. Throws `BadModule` in the same cases.
 ModuleReading ReadModule(const ModuleImage& pages);
 
 /// A checksum that does not match, as a sentence.

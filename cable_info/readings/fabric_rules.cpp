@@ -89,7 +89,7 @@ void FabricRules::Add(const FabricPort& port) {
     if (is_new) part_numbers_.push_back(&part->first);
     kept.part = part->second;
   }
-  kept.lanes = static_cast<std::uint8_t>(port.lanes);
+  kept.lanes = static_cast<std::uint8_t>(std::clamp(port.lanes, 0, kMaxLanes));
   kept.is_separable = port.is_separable;
   kept.rx_power = port.rx_power;
   kept.tx_power = port.tx_power;

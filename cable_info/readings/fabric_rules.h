@@ -39,7 +39,11 @@ constexpr bool operator==(const PortId& a, const PortId& b) {
 
 /// The values of a port that the rules use.
 struct FabricPort {
-  FabricPort() = default;
+  /// A port of which nothing is known.
+  FabricPort() {
+    rx_power.fill(Finding::kNone);
+    tx_power.fill(Finding::kNone);
+  }
   /// Copies the values from `readings`; `peer` is the port at the other end, if it is known.
   FabricPort(const PortId& id_in, const std::optional<PortId>& peer_in, const Readings& readings);
 
@@ -48,18 +52,23 @@ struct FabricPort {
   std::string part_number;     ///< empty if unknown
   std::string serial_number;   ///< empty if unknown
   bool is_separable = true;    ///< false for a cable without separable connectors
-  int lanes = 0;               ///< the number of lanes of the form factor
+  int lanes = 0;               ///< the number of lanes of the form factor, up to `kMaxLanes`
   /// Received powers by lane in milliwatts, NaN for lanes without a value or not in use.
-  std::array<float, kMaxLanes> rx_power{};
+  std::array<float, kMaxLanes> rx_power;
   /// Transmitted powers, in the same form.
-  std::array<float, kMaxLanes> tx_power{};
+  std::array<float, kMaxLanes> tx_power;
 };
 
-/// Compares ports with each other.
+/// Compares ports with each other. Can be moved, but not copied.
 class FabricRules {
  public:
   /// Applies the rules that `settings` does not turn off.
   explicit FabricRules(const RuleSettings& settings) : settings_(settings) {}
+  FabricRules(const FabricRules&) = delete;  // part_numbers_ has addresses of the keys of parts_
+  FabricRules& operator=(const FabricRules&) = delete;
+  FabricRules(FabricRules&&) = default;
+  FabricRules& operator=(FabricRules&&) = default;
+  ~FabricRules() = default;
 
   /// Adds a port; its index is the number of ports added before.
   void Add(const FabricPort& port);

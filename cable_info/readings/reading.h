@@ -51,7 +51,7 @@ struct Reading {
   Quantity quantity = Quantity::kTemperature;  ///< what it measures
   std::uint8_t lane = 0;                       ///< 1..8; 0 is the module
   FieldState state = FieldState::kNotRead;     ///< only a present reading has a value
-  Flags latched;                               ///< by level; see `IsLatched`
+  Flags latched;                               ///< by level; see `Latched`
   float value = 0;                             ///< 0 unless present; never NaN or infinite
   std::array<std::optional<float>, kAlarmLevels> thresholds;  ///< by level
 

@@ -6,6 +6,7 @@
 /// flags, swapped lanes or the bit orders of the sources.
 
 #include <array>
+#include <cassert>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -38,6 +39,7 @@ struct CodeAndName {
 };
 
 /// The identity of a cable or module. Texts have no blanks at their ends; an empty text is unknown.
+/// Their bytes are those of the source, in no known encoding.
 struct Identity {
   std::string vendor;         ///< vendor name
   std::string oui;            ///< six lower-case hexadecimal digits
@@ -51,7 +53,7 @@ struct Identity {
 
 /// Lengths in metres; empty ones are not given.
 struct Lengths {
-  std::optional<float> cable;     ///< the stated length of a cable without separable connectors
+  std::optional<float> cable;     ///< the stated length of a cable
   std::optional<float> measured;  ///< by round-trip latency
   std::optional<float> smf;       ///< supported on single-mode fibre
   std::optional<float> om5;       ///< supported on OM5 multi-mode fibre
@@ -117,7 +119,8 @@ class Readings {
   /// Without data.
   Readings();
 
-  /// False if nothing was read from the cable; all other members are empty then.
+  /// False if nothing was read from the cable; only `source`, `lengths.measured`, `lanes` and
+  /// `lanes_in_use` may be set then.
   bool has_data = false;
   /// The name of the data source; empty without data.
   std::string source;
@@ -152,23 +155,27 @@ class Readings {
   /// Received power is an average (true) or an OMA (false).
   std::optional<bool> rx_power_is_average;
 
-  /// The number of lanes of the form factor, 0 to `kMaxLanes`; `kMaxLanes` if it is unknown.
+  /// The number of lanes of the form factor, 0 to `kMaxLanes`; `kMaxLanes` if it is unknown. Of a
+  /// module whose memory was read, its highest lane.
   int lanes = 0;
-  /// Bit n - 1: lane n is offered, and not zero on all three of its monitors.
+  /// Bit n - 1: the port has lane n, and it is not zero on all three of its monitors.
   std::uint8_t lanes_in_use = 0;
   /// The settings of the lanes.
   Controls controls;
   /// Auxiliary monitors and VDM observables of a module.
   std::vector<Observable> observables;
 
-  /// A reading of the module (lane 0) or of a lane from 1 to `kMaxLanes`. Temperature and voltage
-  /// have lane 0 only, the other quantities have the lanes only.
+  /// A reading of the module: its temperature or its voltage.
   /// @{
-  const Reading& Of(Quantity quantity, int lane = 0) const {
-    return readings_[Index(quantity, lane)];
-  }
+  const Reading& Of(Quantity quantity) const { return Of(quantity, 0); }
   /// The same, for modification.
-  Reading& Of(Quantity quantity, int lane = 0) { return readings_[Index(quantity, lane)]; }
+  Reading& Of(Quantity quantity) { return Of(quantity, 0); }
+  /// @}
+  /// A reading of a lane from 1 to `kMaxLanes`, or of the module, which is lane 0.
+  /// @{
+  const Reading& Of(Quantity quantity, int lane) const { return readings_[Index(quantity, lane)]; }
+  /// The same, for modification.
+  Reading& Of(Quantity quantity, int lane) { return readings_[Index(quantity, lane)]; }
   /// @}
 
   /// All readings: temperature, voltage, then RX power, TX power and TX bias of lanes 1..8 each.
@@ -193,7 +200,9 @@ class Readings {
 
   static constexpr std::size_t Index(Quantity quantity, int lane) {
     const auto number = static_cast<std::size_t>(quantity);
-    if (number < kModuleReadings) return number;
+    const bool is_of_module = number < kModuleReadings;
+    assert(is_of_module ? lane == 0 : lane >= 1 && lane <= kMaxLanes);
+    if (is_of_module) return number;
     return kModuleReadings + (number - kModuleReadings) * kMaxLanes +
            static_cast<std::size_t>(lane) - 1;
   }

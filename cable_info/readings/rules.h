@@ -158,8 +158,10 @@ struct Finding {
   std::uint8_t detail = 0;  ///< of `kEndMismatch`: `kPartNumberDiffers`, `kSerialNumberDiffers`
   /// In `RuleUnit`; for `kQueryFailed` the status, for `kChecksum` the number of wrong checksums.
   float value = kNone;
-  float limit = kNone;      ///< in `RuleUnit`
-  float reference = kNone;  ///< the value that it was compared with; see `Sentence`
+  float limit = kNone;  ///< in `RuleUnit`
+  /// The value that it was compared with: of `kLaneImbalance` the strongest lane, of `kOutlier` the
+  /// median in dBm, of `kLengthMismatch` the stated length in metres.
+  float reference = kNone;
 };
 
 /// The finding as one sentence.
