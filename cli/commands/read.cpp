@@ -6,19 +6,23 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstddef>
 #include <ctime>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <ostream>
 #include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 
 #include "cli/commands/commands.h"
 #include "cli/commands/message_log.h"
 #include "cli/input/port.h"
+#include "cli/input/same_file.h"
 #include "cli/live/live_record.h"
 #include "cli/live/module_reader.h"
 #include "cli/live/readers.h"
@@ -82,6 +86,12 @@ class Reader {
 
   ExitStatus status() const { return status_; }
   const PortCounts& counts() const { return counts_; }
+
+  // Ports that were there when the run began, and are not now.
+  void CountUnknown(std::size_t ports) {
+    counts_.left_out += ports;
+    if (ports > 0) status_ = Worse(status_, ExitStatus::kBadPorts);
+  }
 
   // One record per port, until `is_interrupted`. False when the run must end.
   bool ReadAll(const std::vector<LivePort>& ports, const std::string& taken_at, std::ostream& os,
@@ -191,18 +201,36 @@ class Reader {
   PortCounts counts_;
 };
 
-// The ports of the command line; none, with a message, when there is a name without a port.
-std::optional<std::vector<LivePort>> Ports(const ReadOptions& options) {
+// The ports of the command line. Prints a message for each name without a port.
+struct NamedPorts {
+  std::vector<LivePort> ports;
+  std::size_t unknown = 0;
+};
+
+NamedPorts Ports(const ReadOptions& options) {
   const std::vector<LivePort> all = FindPorts(options.sysfs);
   std::vector<std::string> unknown;
   std::vector<LivePort> ports = SelectPorts(all, options.names, options.sysfs, unknown);
-  if (unknown.empty()) return ports;
   std::string names;
   for (const LivePort& port : all) names += (names.empty() ? "" : ", ") + port.Name();
   for (const std::string& name : unknown) {
+    const bool is_file = !name.empty() && std::filesystem::is_regular_file(name);
     PrintError("cableinfo: no port or EEPROM file \"" + name + "\"; " +
-               (names.empty() ? "none was found" : "the ports are " + names));
+               (is_file         ? "for the file in this folder, write ./" + name
+                : names.empty() ? "none was found"
+                                : "the ports are " + names));
   }
+  return {std::move(ports), unknown.size()};
+}
+
+// Why the output cannot be written; none when it can.
+std::optional<std::string> OutputProblem(const ReadOptions& options,
+                                         const std::vector<LivePort>& ports) {
+  if (options.output.empty()) return "expected the name of a file, found an empty one";
+  const auto is_same = [&](const LivePort& port) {
+    return !port.eeprom.empty() && IsSameFile(port.eeprom, options.output);
+  };
+  if (std::ranges::any_of(ports, is_same)) return options.output + " is also an input";
   return std::nullopt;
 }
 
@@ -253,8 +281,9 @@ ExitStatus Watch(const ReadOptions& options, Reader& reader) {
     auto next = std::chrono::steady_clock::now();
     const auto is_interrupted = [&] { return interruption.Within({}); };
     for (;;) {
-      const std::optional<std::vector<LivePort>> ports = Ports(options);
-      if (ports && !reader.ReadAll(*ports, TimeNow(), os, is_interrupted)) break;
+      const NamedPorts named = Ports(options);
+      reader.CountUnknown(named.unknown);
+      if (!reader.ReadAll(named.ports, TimeNow(), os, is_interrupted)) break;
       next = std::max(next + pause, std::chrono::steady_clock::now());
       if (interruption.Within(next - std::chrono::steady_clock::now())) break;
     }
@@ -265,16 +294,23 @@ ExitStatus Watch(const ReadOptions& options, Reader& reader) {
 }  // namespace
 
 ExitStatus ReadModules(const ReadOptions& options) {
-  const std::optional<std::vector<LivePort>> ports = Ports(options);
-  if (!ports) return ExitStatus::kUsage;
-  if (options.scan) return Scan(options, *ports);
-  if (ports->empty() && options.watch == 0) {
+  if (options.names.empty() && !std::filesystem::exists(options.sysfs)) {
+    return FileFailed(options.sysfs, std::make_error_code(std::errc::no_such_file_or_directory));
+  }
+  const NamedPorts named = Ports(options);
+  if (named.unknown > 0) return ExitStatus::kUsage;
+  if (const std::optional<std::string> problem = OutputProblem(options, named.ports)) {
+    PrintError("cableinfo: --output: " + *problem);
+    return ExitStatus::kUsage;
+  }
+  if (options.scan) return Scan(options, named.ports);
+  if (named.ports.empty() && options.watch == 0) {
     PrintError("cableinfo: no port was found under " + options.sysfs);
     return ExitStatus::kBadPorts;
   }
   Reader reader(options);
   const ExitStatus output =
-      options.watch > 0 ? Watch(options, reader) : ReadOnce(options, *ports, reader);
+      options.watch > 0 ? Watch(options, reader) : ReadOnce(options, named.ports, reader);
   if (reader.counts().left_out > 0 && !options.quiet) PrintSummary(reader.counts());
   return Worse(reader.status(), output);
 }

@@ -128,7 +128,7 @@ void AddEepromFiles(const fs::path& sysfs, std::vector<LivePort>& ports) {
     const std::string name = Attribute(devices / device / "port_name");
     if (name.empty() || !Exists(eeprom)) continue;
     const auto same = std::find_if(ports.begin(), ports.end(), [&](const LivePort& port) {
-      return port.interface == name && port.eeprom.empty();
+      return (port.interface == name || port.Name() == name) && port.eeprom.empty();
     });
     LivePort& port = same == ports.end() ? ports.emplace_back() : *same;
     port.eeprom = eeprom.string();

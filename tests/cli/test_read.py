@@ -125,6 +125,29 @@ class Scan(ReadTest):
                                 (["ib2", "dual0", "ib0"], ["ib2", "ib0", "ib1"])):
             self.assertEqual([row[0] for row in self.rows(*names)], expected)
 
+    def test_an_eeprom_file_names_a_port_of_a_device(self):
+        self.adapter("hca0", 0x1000)
+        path = self.eeprom("3-0050", "hca0/1", qsfp())
+        ports = self.read("--scan").stdout.decode().splitlines()[1:]
+        self.assertEqual(len(ports), 1, ports)
+        self.assertTrue(ports[0].startswith("hca0/1") and ports[0].endswith(str(path)), ports)
+        self.assert_run(self.read("hca0/1", "-q"))
+
+    def test_a_file_in_the_folder_needs_a_slash(self):
+        self.file("module.bin", qsfp())
+        result = run("read", "module.bin", cwd=self.folder)
+        self.assert_run(result, 2, 'cableinfo: no port or EEPROM file "module.bin"; '
+                                   "for the file in this folder, write ./module.bin\n")
+
+    def test_an_output_that_is_also_an_input_is_refused(self):
+        path = self.file("module.bin", qsfp())
+        self.assert_run(run("read", path, "-o", path), 2, f"cableinfo: --output: {path} is also an input\n")
+        self.assertEqual(path.read_bytes(), qsfp())
+        self.assertEqual(run("read", path, "-o", "").returncode, 2)
+
+    def test_a_missing_sysfs_is_a_missing_file(self):
+        self.assert_run(run("read", "--sysfs", "/nowhere"), 3, "cableinfo: /nowhere: No such file or directory\n")
+
     def test_unknown_names_are_answered_with_the_known_ones(self):
         self.adapter("hca0", 0x1000, interfaces=[("ib0", 0)])
         self.assert_run(self.read("--scan", "ib7"), 2, 'cableinfo: no port or EEPROM file "ib7"; the ports are ib0\n')
@@ -265,6 +288,7 @@ class Kernel(ReadTest):
             "label": f"{HOST}:hca0/1"})
 
     def test_no_ports(self):
+        self.sys.mkdir()
         self.assert_run(self.read(), 1, f"cableinfo: no port was found under {self.sys}\n")
 
 
@@ -300,6 +324,19 @@ class Watch(ReadTest):
             _, errors = watch.communicate(timeout=20)
             self.assertEqual(watch.returncode, 1)
         self.assertIn(b"port1: the file ends before it", errors)
+
+    def test_a_named_port_that_goes_away_leaves_the_others(self):
+        kept = self.file("kept.bin", qsfp())
+        gone = self.file("gone.bin", qsfp())
+        with self.start("--watch", "0.05", "-q", str(kept), str(gone)) as watch:
+            for _ in range(2):
+                watch.stdout.readline()
+            gone.unlink()
+            labels = [json.loads(watch.stdout.readline())["label"] for _ in range(6)]
+            watch.send_signal(signal.SIGINT)
+            watch.communicate(timeout=20)
+            self.assertEqual(watch.returncode, 1)
+        self.assertEqual(labels[-3:], [f"{HOST}:{kept}"] * 3)
 
     def test_a_reader_that_goes_away_ends_it(self):
         self.eeprom("3-0050", "port1", qsfp())
