@@ -489,7 +489,9 @@ RuleSettings::Outcome RuleSettings::Set(std::string_view name, std::string_view 
     return Outcome::kSet;
   }
   if (!limit || !TakesLimit(*rule)) return Outcome::kBadValue;
-  if (!MonitorRuleOf(*rule) && *limit < 0) return Outcome::kBadValue;
+  const std::optional<MonitorRule> monitor = MonitorRuleOf(*rule);
+  const bool may_be_negative = monitor && monitor->quantity == Quantity::kTemperature;
+  if (*limit < 0 && !may_be_negative) return Outcome::kBadValue;
   limits_[Index(*rule)] = *limit;
   return Outcome::kSet;
 }

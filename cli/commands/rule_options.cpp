@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "cable_info/value_format.h"
+#include "cli/input/byte_order_mark.h"
 #include "cli/message.h"
 #include "cli/output/whole_output.h"
 #include "cli/printable.h"
@@ -59,8 +60,9 @@ ExitStatus ApplyFile(const std::string& path, RuleSettings& settings) {
   ExitStatus status = ExitStatus::kGood;
   int number = 0;
   for (std::string line; std::getline(file, line);) {
-    ++number;
-    const std::string_view setting = Trimmed(std::string_view(line).substr(0, line.find('#')));
+    std::string_view text = line;
+    if (++number == 1) text = WithoutByteOrderMark(text);
+    const std::string_view setting = Trimmed(text.substr(0, text.find('#')));
     if (setting.empty()) continue;
     if (const std::optional<std::string> problem = Apply(setting, settings)) {
       PrintError(path + ':' + std::to_string(number) + ": " + *problem);
@@ -74,8 +76,8 @@ ExitStatus ApplyFile(const std::string& path, RuleSettings& settings) {
 }  // namespace
 
 ExitStatus ApplyRuleOptions(const RuleOptions& options, RuleSettings& settings) {
-  if (!options.config.empty()) {
-    const ExitStatus status = ApplyFile(options.config, settings);
+  if (options.config) {
+    const ExitStatus status = ApplyFile(*options.config, settings);
     if (status != ExitStatus::kGood) return status;
   }
   for (const std::string& setting : options.settings) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,7 +12,7 @@ namespace cli {
 /// The options of the commands that judge ports.
 struct RuleOptions {
   std::vector<std::string> settings;  ///< "RULE=VALUE"
-  std::string config;                 ///< a file of such settings; empty: none
+  std::optional<std::string> config;  ///< a file of such settings
 };
 
 /// Changes `settings` as the options specify, the file first. Prints what is wrong with them.
