@@ -479,7 +479,8 @@ constexpr const char* kDescription =
 
 constexpr const char* kFooter =
     "Exit status: 0 success, 1 some ports were bad and were left out, 2 wrong usage,\n"
-    "3 a file could not be read or written, 4 internal error or out of memory.\n"
+    "3 a file could not be read or written, 4 internal error or out of memory;\n"
+    "of check also 5 when the worst verdict is a warning, 6 when it is critical.\n"
     "'cableinfo COMMAND --help' describes a command; see also the manual page.";
 
 // The message for a word in place of a command; empty if it is a command.

@@ -1,7 +1,9 @@
 // cableinfo check
 
+#include <array>
 #include <cstdlib>
 #include <ostream>
+#include <string>
 #include <string_view>
 
 #include "cable_info/readings/rules.h"
@@ -30,22 +32,35 @@ void WritePort(std::ostream& os, const Port& port, const RuleSettings& settings)
   WriteJudgedPort(os, port, ReadingsOf(port), settings);
 }
 
+// The state that monitoring systems expect of a plugin. Whatever went wrong makes it unknown,
+// unless it is critical already, and so does a run without ports.
+Verdict PluginStateOf(const CheckResult& result, ExitStatus run) {
+  const Verdict verdict = result.verdict();
+  if (verdict == Verdict::kCritical) return verdict;
+  return run != ExitStatus::kGood || result.size() == 0 ? Verdict::kUnknown : verdict;
+}
+
+ExitStatus PluginStatusOf(Verdict state) {
+  constexpr std::array<int, cable_info::kVerdicts> kStatuses = {0, 3, 1, 2};
+  return static_cast<ExitStatus>(kStatuses[static_cast<std::size_t>(state)]);
+}
+
 // Compares the ports with each other once all are read, and writes what was found.
 class FabricJudge : public PortCollector {
  public:
   FabricJudge(const CheckOptions& options, const RuleSettings& settings)
       : options_(options), result_(settings) {}
 
-  Verdict verdict() const { return result_.verdict(); }
+  const CheckResult& result() const { return result_; }
 
   void Take(std::string_view ports) override { result_.Add(ports); }
 
-  void End(std::ostream& os) override {
+  void End(std::ostream& os, const RunEnd& run) override {
     result_.Finish();
     if (options_.as_json) {
       WriteCheckAsJson(os, result_);
     } else if (options_.as_plugin) {
-      WriteCheckAsPlugin(os, result_);
+      WriteCheckAsPlugin(os, result_, PluginStateOf(result_, run.status));
     } else {
       WriteCheckAsText(os, result_, ColourOf(options_));
     }
@@ -69,16 +84,12 @@ ExitStatus StatusOf(Verdict verdict) {
   return ExitStatus::kGood;
 }
 
-// What monitoring systems expect of a plugin. Whatever went wrong makes the result unknown, unless
-// it is bad already.
-ExitStatus PluginStatusOf(Verdict verdict, ExitStatus run) {
-  constexpr auto kOk = static_cast<ExitStatus>(0);
-  constexpr auto kPluginWarning = static_cast<ExitStatus>(1);
-  constexpr auto kPluginCritical = static_cast<ExitStatus>(2);
-  constexpr auto kPluginUnknown = static_cast<ExitStatus>(3);
-  if (verdict == Verdict::kCritical) return kPluginCritical;
-  if (run != ExitStatus::kGood || verdict == Verdict::kUnknown) return kPluginUnknown;
-  return verdict == Verdict::kWarning ? kPluginWarning : kOk;
+ExitStatus ListRules(const std::string& output, const RuleSettings& settings) {
+  return WriteWhole(output, [&](OutputFile& file) {
+    std::ostream os(&file);
+    WriteRules(os, settings);
+    return Ending::kCommit;
+  });
 }
 
 }  // namespace
@@ -86,15 +97,15 @@ ExitStatus PluginStatusOf(Verdict verdict, ExitStatus run) {
 ExitStatus Check(const CheckOptions& options) {
   RuleSettings settings;
   const ExitStatus usage = ApplyRuleOptions(options.rules, settings);
-  if (usage != ExitStatus::kGood) return usage;
-  if (options.lists_rules) {
-    return WriteToStandardOutput([&](std::ostream& os) { WriteRules(os, settings); });
+  if (usage != ExitStatus::kGood) {
+    return options.as_plugin ? PluginStatusOf(Verdict::kUnknown) : usage;
   }
+  if (options.lists_rules) return ListRules(options.ports.output, settings);
   FabricJudge judge(options, settings);
   const ExitStatus run = WritePorts(options.ports, JudgingWriter(WritePort, settings), &judge);
+  if (options.as_plugin) return PluginStatusOf(PluginStateOf(judge.result(), run));
   if (run == ExitStatus::kUsage) return run;
-  if (options.as_plugin) return PluginStatusOf(judge.verdict(), run);
-  return Worse(run, StatusOf(judge.verdict()));
+  return Worse(run, StatusOf(judge.result().verdict()));
 }
 
 }  // namespace cli

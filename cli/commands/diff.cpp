@@ -27,33 +27,46 @@ class OldCollector : public PortCollector {
  public:
   explicit OldCollector(Snapshot& snapshot) : snapshot_(snapshot) {}
   void Take(std::string_view ports) override { snapshot_.Add(ports); }
-  void End(std::ostream& /*os*/) override { snapshot_.Finish(); }
+  void End(std::ostream& /*os*/, const RunEnd& run) override {
+    snapshot_.Finish();
+    is_usable_ = run.is_complete && (run.status == ExitStatus::kGood || !snapshot_.ports().empty());
+  }
+
+  // False if ports are missing because the input could not be read, or because none was good.
+  bool is_usable() const { return is_usable_; }
 
  private:
   Snapshot& snapshot_;
+  bool is_usable_ = false;
 };
 
-// Keeps those of the other one, and writes what is different.
+// Keeps those of the other one, and writes what is different. Nothing if that input could not be
+// read: the ports that are missing then are not gone.
 class NewCollector : public PortCollector {
  public:
-  NewCollector(const DiffOptions& options, const Snapshot& before, Snapshot& after)
-      : options_(options), before_(before), after_(after) {}
+  using CompareFunction = decltype(Compare);
+
+  NewCollector(const DiffOptions& options, CompareFunction& compare, const Snapshot& before,
+               Snapshot& after)
+      : options_(options), compare_(compare), before_(before), after_(after) {}
   void Take(std::string_view ports) override { after_.Add(ports); }
-  void End(std::ostream& os) override {
+  void End(std::ostream& os, const RunEnd& run) override {
     after_.Finish();
-    const std::vector<ChangedPort> changes = Compare(before_, after_, options_.tolerances);
+    if (!run.is_complete) return;
+    const std::vector<ChangedPort> changes = compare_(before_, after_, options_.tolerances);
     options_.as_json ? WriteDiffAsJson(os, changes) : WriteDiffAsText(os, changes);
   }
 
  private:
   const DiffOptions& options_;
+  CompareFunction& compare_;
   const Snapshot& before_;
   Snapshot& after_;
 };
 
-// True for a file that begins as a port record does, is empty or cannot be read.
+// True for a file that begins as a port record does, is empty or cannot be read, and for a stream.
 bool IsPortRecords(const std::string& path) {
-  return IsStandardInput(path) || FirstCharacter(path).value_or('{') == '{';
+  return IsStream(path) || FirstCharacter(path).value_or('{') == '{';
 }
 
 PortOptions WithInput(PortOptions options, const std::string& path) {
@@ -65,6 +78,10 @@ ExitStatus DiffInputs(const DiffOptions& options) {
   cable_info::RuleSettings settings;
   const ExitStatus usage = ApplyRuleOptions(options.rules, settings);
   if (usage != ExitStatus::kGood) return usage;
+  if (IsStandardInput(options.before) && IsStandardInput(options.after)) {
+    PrintError("cableinfo: OLD and NEW are both standard input, which can be read only once");
+    return ExitStatus::kUsage;
+  }
   const JudgingWriter writer(WriteSnapshotPort, settings);
   Snapshot before(settings);
   Snapshot after(settings);
@@ -72,10 +89,11 @@ ExitStatus DiffInputs(const DiffOptions& options) {
   PortOptions old_options = WithInput(options.ports, options.before);
   old_options.output = std::string(kStandardOutput);  // to which nothing is written
   const ExitStatus old_status = WritePorts(old_options, writer, &old_collector);
-  if (old_status >= ExitStatus::kUsage) return old_status;
-  NewCollector new_collector(options, before, after);
-  const ExitStatus new_status =
-      WritePorts(WithInput(options.ports, options.after), writer, &new_collector);
+  if (old_status >= ExitStatus::kUsage || !old_collector.is_usable()) return old_status;
+  const PortOptions new_options = WithInput(options.ports, options.after);
+  const bool are_dumps = !old_options.modules.empty() && !new_options.modules.empty();
+  NewCollector new_collector(options, are_dumps ? CompareModules : Compare, before, after);
+  const ExitStatus new_status = WritePorts(new_options, writer, &new_collector);
   if (!options.ports.quiet) PrintRepeatedPorts(before.repeated_ports() + after.repeated_ports());
   return Worse(old_status, new_status);
 }

@@ -29,7 +29,7 @@ class MetricsCollector : public PortCollector {
   std::size_t repeated_ports() const { return metrics_.repeated_ports(); }
 
   void Take(std::string_view ports) override { metrics_.Add(ports); }
-  void End(std::ostream& os) override {
+  void End(std::ostream& os, const RunEnd& /*run*/) override {
     if (!IsTerminal(output_)) return metrics_.WriteTo(os);
     std::ostringstream text;  // labels may hold control characters
     metrics_.WriteTo(text);

@@ -7,7 +7,6 @@
 #include "cli/commands/commands.h"
 #include "cli/commands/port_command.h"
 #include "cli/input/input_form.h"
-#include "cli/input/input_name.h"
 #include "cli/message.h"
 #include "cli/output/module_writer.h"
 #include "cli/store/snapshot_reader.h"
@@ -17,8 +16,9 @@ namespace cli {
 namespace {
 
 // Port records are lines of JSON objects, which no image and no listing begins like, or a snapshot.
+// A stream is taken for port records.
 bool IsPortRecords(const std::string& path) {
-  return IsStandardInput(path) || FirstCharacter(path) == '{' || FindSnapshot(path);
+  return IsStream(path) || FirstCharacter(path) == '{' || FindSnapshot(path);
 }
 
 bool IsDump(const std::string& argument) {

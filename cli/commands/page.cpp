@@ -25,7 +25,7 @@ class EarlierCollector : public PortCollector {
   explicit EarlierCollector(PageData& page) : page_(page) {}
 
   void Take(std::string_view ports) override { page_.AddEarlier(ports); }
-  void End(std::ostream& /*os*/) override {}
+  void End(std::ostream& /*os*/, const RunEnd& /*run*/) override {}
 
  private:
   PageData& page_;
@@ -36,7 +36,7 @@ class PageCollector : public PortCollector {
   PageCollector(PageData& page, const PageData::About& about) : page_(page), about_(about) {}
 
   void Take(std::string_view ports) override { page_.Add(ports); }
-  void End(std::ostream& os) override { page_.WriteTo(os, about_); }
+  void End(std::ostream& os, const RunEnd& /*run*/) override { page_.WriteTo(os, about_); }
 
  private:
   PageData& page_;

@@ -1,5 +1,6 @@
 #include "cli/commands/port_command.h"
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <vector>
@@ -27,8 +28,12 @@ std::optional<std::string> UsageProblem(const PortOptions& options) {
     if (const auto problem = UnknownPage(module)) return "--module: " + *problem;
   }
   if (options.output.empty()) return "--output: expected the name of a file, found an empty one";
+  const std::vector<std::string> inputs = InputPaths(options);
+  if (std::ranges::find(inputs, "") != inputs.end()) {
+    return "expected the name of a file, found an empty one";
+  }
   if (IsStandardOutput(options.output)) return std::nullopt;
-  for (const std::string& input : InputPaths(options)) {
+  for (const std::string& input : inputs) {
     const std::optional<SnapshotName> snapshot = FindSnapshot(input);
     if (IsSameFile(snapshot ? snapshot->store : input, options.output)) {
       return "--output: " + options.output + " is also an input (" + InputName(input) + ")";

@@ -43,7 +43,7 @@ class StoreCollector : public PortCollector {
       : path_(std::move(path)), snapshot_(std::move(snapshot)), settings_(settings) {}
 
   void Take(std::string_view ports) override { Begun().Add(ports); }
-  void End(std::ostream& /*os*/) override {}
+  void End(std::ostream& /*os*/, const RunEnd& /*run*/) override {}
 
   bool has_ports() const { return store_ != nullptr; }
   Store& Begun() {
@@ -70,6 +70,16 @@ const char* Reason(const StoreOptions& options, ExitStatus status, bool has_port
   return has_ports ? nullptr : kNoPortDecoded;
 }
 
+// Why the database cannot be written; none when it can.
+std::optional<std::string> DatabaseProblem(const std::string& name) {
+  if (name.empty()) return "expected the name of a store, found an empty one";
+  if (IsStandardOutput(name)) return "a store cannot be written to standard output";
+  return std::nullopt;
+}
+
+// SQLite takes names that begin with a colon for databases in memory.
+std::string PathOf(const std::string& name) { return name.front() == ':' ? "./" + name : name; }
+
 // True when the database is to be read, too.
 bool IsInput(const StoreOptions& options) {
   return std::ranges::any_of(options.ports.inputs, [&](const std::string& input) {
@@ -84,13 +94,18 @@ ExitStatus StoreSnapshot(const StoreOptions& options) {
   cable_info::RuleSettings settings;
   const ExitStatus usage = ApplyRuleOptions(options.rules, settings);
   if (usage != ExitStatus::kGood) return usage;
+  if (const std::optional<std::string> problem = DatabaseProblem(options.database)) {
+    PrintError("cableinfo: " + *problem);
+    return ExitStatus::kUsage;
+  }
   if (IsInput(options)) {
     PrintError("cableinfo: " + options.database + " is also an input");
     return ExitStatus::kUsage;
   }
   const std::string taken_at =
       options.taken_at.empty() ? TimeNow() : NormalizedTime(options.taken_at);
-  StoreCollector collector(options.database, {taken_at, InputNames(options.ports)}, settings);
+  StoreCollector collector(PathOf(options.database), {taken_at, InputNames(options.ports)},
+                           settings);
   try {
     const ExitStatus status = WritePorts(options.ports, StoredPortWriter(settings), &collector);
     if (status == ExitStatus::kUsage) return status;

@@ -1,11 +1,14 @@
 #include "cli/input/input_form.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <string>
+#include <system_error>
 
 #include "cable_info/module_memory/module_memory.h"
 #include "cli/input/byte_order_mark.h"
+#include "cli/input/input_name.h"
 
 namespace cli {
 
@@ -65,7 +68,15 @@ InputForm RecognizeForm(std::string_view beginning) {
   return FormOfOpenLine(line, WithoutLeadingBlanks(text.substr(newline)));
 }
 
+bool IsStream(const std::string& path) {
+  if (IsStandardInput(path)) return true;
+  std::error_code error;
+  const std::filesystem::file_status status = std::filesystem::status(path, error);
+  return std::filesystem::is_other(status);
+}
+
 std::optional<char> FirstCharacter(const std::string& path) {
+  if (IsStream(path)) return std::nullopt;
   constexpr std::streamsize kCapacity = 4096;
   std::string beginning(kCapacity, '\0');
   std::ifstream file(path, std::ios::binary);

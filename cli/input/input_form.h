@@ -19,8 +19,11 @@ enum class InputForm {
 /// remedy, instead of once per line.
 InputForm RecognizeForm(std::string_view beginning);
 
+/// True for standard input and for pipes and devices, where reading ahead would lose the beginning.
+bool IsStream(const std::string& path);
+
 /// The first character of a file after a byte order mark and blanks; none if there is no other, or
-/// if the file cannot be read.
+/// if it is a stream or cannot be read.
 std::optional<char> FirstCharacter(const std::string& path);
 
 /// The message about an input of that form; empty for port records.

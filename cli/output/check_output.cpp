@@ -219,10 +219,10 @@ void WriteCheckAsJson(std::ostream& os, const CheckResult& result) {
   WriteSummary(os, result);
 }
 
-void WriteCheckAsPlugin(std::ostream& os, const CheckResult& result) {
+void WriteCheckAsPlugin(std::ostream& os, const CheckResult& result, Verdict state) {
   constexpr std::array<std::string_view, cable_info::kVerdicts> kStates = {"OK", "UNKNOWN",
                                                                            "WARNING", "CRITICAL"};
-  os << "CABLES " << kStates[static_cast<std::size_t>(result.verdict())] << " - "
+  os << "CABLES " << kStates[static_cast<std::size_t>(state)] << " - "
      << Counted(result.size(), "port", "ports");
   for (const Verdict verdict : kWorstFirst) {
     os << ", " << result.CountOf(verdict) << ' ' << VerdictName(verdict);

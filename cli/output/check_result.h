@@ -87,8 +87,8 @@ enum class Colour { kNone, kAnsi };
 void WriteCheckAsText(std::ostream& os, const CheckResult& result, Colour colour);
 /// A line of JSON per port in the order of the input, and a summary.
 void WriteCheckAsJson(std::ostream& os, const CheckResult& result);
-/// One line for a monitoring system.
-void WriteCheckAsPlugin(std::ostream& os, const CheckResult& result);
+/// One line for a monitoring system, which begins with `state`.
+void WriteCheckAsPlugin(std::ostream& os, const CheckResult& result, cable_info::Verdict state);
 /// The rules with their settings.
 void WriteRules(std::ostream& os, const cable_info::RuleSettings& settings);
 /// @}

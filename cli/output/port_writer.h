@@ -3,6 +3,7 @@
 #include <iosfwd>
 #include <string_view>
 
+#include "cli/exit_status.h"
 #include "cli/input/port.h"
 
 namespace cli {
@@ -11,6 +12,13 @@ namespace cli {
 /// functions are called by one thread at a time.
 class PortCollector {
  public:
+  /// How the run over the ports ended.
+  struct RunEnd {
+    ExitStatus status = ExitStatus::kGood;
+    /// All inputs were read to their ends.
+    bool is_complete = true;
+  };
+
   PortCollector() = default;
   PortCollector(const PortCollector&) = delete;
   PortCollector& operator=(const PortCollector&) = delete;
@@ -21,7 +29,7 @@ class PortCollector {
   /// Takes the text of the next ports, in the order of the input.
   virtual void Take(std::string_view ports) = 0;
   /// Writes the output, after the last port.
-  virtual void End(std::ostream& os) = 0;
+  virtual void End(std::ostream& os, const RunEnd& run) = 0;
 };
 
 /// An output format, written port by port. A writer keeps no state of a port, so that several

@@ -269,6 +269,17 @@ std::vector<ChangedPort> Compare(const Snapshot& before, const Snapshot& after,
   return changed;
 }
 
+std::vector<ChangedPort> CompareModules(const Snapshot& before, const Snapshot& after,
+                                        const Tolerances& tolerances) {
+  const bool are_both_there = before.ports().size() == 1 && after.ports().size() == 1;
+  if (!are_both_there) return Compare(before, after, tolerances);
+  const SnapshotPort& port = *after.ports().begin()->second;
+  std::vector<Change> changes =
+      Comparison(*before.ports().begin()->second, port, tolerances).Compare();
+  if (changes.empty()) return {};
+  return {{&port, Presence::kBoth, std::move(changes)}};
+}
+
 void WriteDiffAsText(std::ostream& os, const std::vector<ChangedPort>& changes) {
   for (const ChangedPort& changed : changes) {
     os << PresenceName(changed.presence) << "  " << Heading(*changed.port) << '\n';

@@ -105,6 +105,9 @@ struct ChangedPort {
 /// are, or for ports without a GUID, when their label is.
 std::vector<ChangedPort> Compare(const Snapshot& before, const Snapshot& after,
                                  const Tolerances& tolerances);
+/// The same for two dumps of one module, whatever the labels of their ports.
+std::vector<ChangedPort> CompareModules(const Snapshot& before, const Snapshot& after,
+                                        const Tolerances& tolerances);
 
 /// \name What `cableinfo diff` writes
 /// @{

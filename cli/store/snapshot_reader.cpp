@@ -7,6 +7,8 @@
 #include <fstream>
 #include <string_view>
 
+#include "cli/input/input_name.h"
+
 namespace cli {
 
 namespace {
@@ -54,6 +56,7 @@ std::string SnapshotName::Input() const {
 }
 
 std::optional<SnapshotName> FindSnapshot(const std::string& input) {
+  if (IsStandardInput(input)) return std::nullopt;
   if (IsDatabase(input)) return SnapshotName{input, std::nullopt};
   const std::size_t at = input.rfind('@');
   if (at == std::string::npos || Exists(input)) return std::nullopt;
@@ -94,7 +97,9 @@ std::optional<LineReader::Line> SnapshotReader::Next() {
   const std::string_view record = records_.Text(0);
   ++number_;
   bytes_ += record.size();
-  return LineReader::Line{record, record.size() > LineReader::kMaxLine};
+  // A record has the text of its line, and the dump of the file that the line names.
+  constexpr std::size_t kMaxRecord = 2 * LineReader::kMaxLine;
+  return LineReader::Line{record, record.size() > kMaxRecord};
 }
 
 }  // namespace cli

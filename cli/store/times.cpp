@@ -20,7 +20,10 @@ std::string NormalizedTime(const std::string& text) {
   };
   if (!fits(kDate)) return {};
   const Database memory(":memory:", Database::Mode::kWrite);
-  Statement query(memory, "SELECT strftime('%Y-%m-%dT%H:%M:%SZ', ?)");
+  // Without a modifier SQLite keeps a day that the month does not have.
+  Statement query(memory,
+                  "SELECT strftime('%Y-%m-%dT%H:%M:%SZ', ?1, '+0 days') "
+                  "WHERE date(substr(?1, 1, 10), '+0 days') = substr(?1, 1, 10)");
   query.Bind(1, text);
   return query.Step() ? std::string(query.Text(0)) : std::string();
 }

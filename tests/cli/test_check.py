@@ -181,6 +181,30 @@ unknown  0x0000000000000000/4
         self.assertEqual(run("check", "--plugin", "/nowhere").returncode, 3)
         self.assertEqual(check([HOT, {"x": 1}], "--plugin").returncode, 2)
 
+    def test_the_word_of_a_plugin_is_its_status(self):
+        for result, state in ((check([], "--plugin"), "UNKNOWN"), (check([GOOD, {"x": 1}], "--plugin"), "UNKNOWN"),
+                              (check([GOOD], "--plugin", "--label", "nowhere"), "UNKNOWN"),
+                              (run("check", "--plugin", "/nowhere"), "UNKNOWN"),
+                              (check([HOT, {"x": 1}], "--plugin"), "CRITICAL")):
+            self.assertTrue(result.stdout.startswith(f"CABLES {state} - ".encode()), result.stdout)
+            self.assertEqual(result.returncode, 3 if state == "UNKNOWN" else 2)
+        self.assertEqual(check([GOOD], "--plugin", "--set", "nothing=1").returncode, 3)
+
+    def test_powers_have_no_negative_limits(self):
+        for name in ("rx-power-low-alarm", "tx-power-high-warning", "tx-bias-high-alarm", "voltage-low-alarm"):
+            self.assertEqual(check([GOOD], "--set", f"{name}=-3").returncode, 2, name)
+        self.assertEqual(check([GOOD], "--set", "temperature-low-alarm=-40").returncode, 0)
+
+    def test_the_list_of_rules_can_be_written_to_a_file(self):
+        output = self.folder / "rules.txt"
+        self.assert_run(run("check", "--rules", "-o", output))
+        self.assertEqual(output.read_bytes(), run("check", "--rules").stdout)
+
+    def test_a_configuration_may_begin_with_a_byte_order_mark(self):
+        config = self.file("rules", b"\xef\xbb\xbftemperature-high-alarm=off\n")
+        self.assertEqual(check([GOOD], "--config", str(config)).returncode, 0)
+        self.assertEqual(check([GOOD], "--config", "").returncode, 3)
+
     def test_a_file_is_written_whole(self):
         output = self.folder / "findings.txt"
         self.assertEqual(check([HOT], "-o", output).returncode, 6)

@@ -106,6 +106,41 @@ class Diff(ProgramTest):
         self.assertEqual((line["label"], line["presence"]), ("module.bin", "changed"))
         self.assertIn({"what": "serial_number", "lane": None, "old": "SN-1", "new": "SN-2", "unit": None}, line["changes"])
 
+    def test_dumps_of_one_module_with_different_names(self):
+        memory = bytearray(256)
+        memory[0] = memory[128] = 0x11
+        before = self.file("before.bin", bytes(memory))
+        memory[196:200] = b"SN-2"
+        after = self.file("after.bin", bytes(memory))
+        *lines, summary = map(json.loads, run("diff", "-q", "--json", before, after).stdout.splitlines())
+        self.assertEqual([(line["label"], line["presence"]) for line in lines], [("after.bin", "changed")])
+        self.assertEqual(summary["summary"], {"appeared": 0, "gone": 0, "changed": 1})
+
+    def test_pipes(self):
+        before, after = self.inputs([port(1), port(2)], [port(2), port(3)])
+        for command in (f"cableinfo diff <(cat {before}) <(cat {after})", f"cableinfo diff {before} <(cat {after})",
+                        f"cableinfo diff - {after} < {before}"):
+            result = self.bash(command, capture_output=True)
+            self.assertEqual(result.stdout.decode().splitlines()[-1], "1 appeared, 1 gone, 0 changed", command)
+
+    def test_standard_input_is_read_once(self):
+        self.assert_run(run("diff", "-", "-", stdin=[port(1)]), 2,
+                        "cableinfo: OLD and NEW are both standard input, which can be read only once\n")
+
+    def test_ports_of_an_input_that_was_not_read_are_not_gone(self):
+        good = self.file("good", json.dumps(port(1)).encode() + b"\n")
+        bad = self.file("bad", b"{\n" + json.dumps(port(1)).encode() + b"\n")
+        dump = bytes([0x11]) + bytes(255)
+        for arguments, options, status in (((good, "/nowhere"), {}, 3), (("/nowhere", good), {}, 3),
+                                           ((good, "-"), {"stdin": dump}, 1), (("-", good), {"stdin": dump}, 1),
+                                           (("--strict", good, bad), {}, 1), (("--strict", bad, good), {}, 1)):
+            for form in ((), ("--json",)):
+                result = run("diff", *form, *arguments, **options)
+                self.assertEqual((result.returncode, result.stdout), (status, b""), arguments)
+        output = self.file("old.txt", b"old")
+        run("diff", "--strict", bad, good, "-o", output)
+        self.assertEqual(output.read_bytes(), b"old")
+
     def test_text(self):
         result = run("diff", *self.inputs([port(1), port(2)], [{**port(1, RxPower=[0.5, 1, 1, 1]), "label": "x"}]))
         self.assertEqual(result.stdout.decode(), """\

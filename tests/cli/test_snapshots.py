@@ -275,7 +275,7 @@ class Faults(SnapshotTest):
         with sqlite3.connect(self.path) as connection:
             connection.execute("UPDATE port_record SET record = x'00ff00' WHERE id = 2")
             connection.execute("UPDATE port_record SET record = '' WHERE id = 3")
-            connection.execute("UPDATE port_record SET record = ? WHERE id = 4", ("x" * 200_000,))
+            connection.execute("UPDATE port_record SET record = ? WHERE id = 4", ("x" * 300_000,))
         connection.close()
         result = run("export", self.path)
         self.assertEqual(result.returncode, 1)

@@ -54,6 +54,36 @@ class StoreTest(ProgramTest):
             connection.close()
 
 
+class Names(StoreTest):
+    def test_names_that_keep_nothing_are_refused(self):
+        for name in ("", "-"):
+            result = run("store", name, FABRIC)
+            self.assertEqual((result.returncode, result.stderr.count(b"\n")), (2, 1), name)
+
+    def test_a_name_that_begins_with_a_colon_is_a_file(self):
+        self.assertEqual(run("store", "-q", ":memory:", FABRIC, cwd=self.folder).returncode, 0)
+        stored = run("table", "-q", self.folder / ":memory:")
+        self.assertEqual(stored.stdout, run("table", "-q", FABRIC).stdout)
+
+    def test_standard_input_is_no_store(self):
+        self.store("-q", FABRIC)
+        self.path.rename(self.folder / "-")
+        result = run("table", "--no-header", "-", stdin=b'{"port_num":1}\n', cwd=self.folder)
+        self.assertEqual(result.stdout.count(b"\n"), 1)
+
+    def test_long_records_can_be_read_again(self):
+        self.file("eeprom", bytes([0x11]) + bytes(255))
+        record = {"port_num": 1, "label": "x" * 131000, "module_memory": {"file": "eeprom"}}
+        ports = self.file("ports.jsonl", json.dumps(record).encode() + b"\n")
+        self.assertEqual(run("store", "-q", self.path, ports).returncode, 0)
+        self.assertEqual(run("table", "-q", "--no-header", self.path).stdout.count(b"\n"), 1)
+
+    def test_days_that_a_month_does_not_have_are_refused(self):
+        for time_text in ("2026-02-30", "2026-04-31T10:00:00", "2025-02-29T10:00"):
+            self.assertEqual(run("store", self.path, "--taken-at", time_text, FABRIC).returncode, 2, time_text)
+        self.assertFalse(self.path.exists())
+
+
 class Tables(StoreTest):
     def test_cells_are_those_of_the_json_table(self):
         self.store("-q", FABRIC)
