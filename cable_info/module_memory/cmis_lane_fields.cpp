@@ -284,14 +284,44 @@ void DecodeBank(const ModuleImage& image, const LaneLayout& layout, unsigned ban
   }
 }
 
-// The application of a lane is one of the 15 of its block.
-void AddApplicationBlocks(std::vector<Lane>& lanes) {
-  for (Lane& lane : lanes) {
+// The application of a lane is one of the 15 of its block. It is not known when the block was not
+// read, or does not exist.
+void AddApplicationBlocks(Decoding& to) {
+  const unsigned blocks = ApplicationBanksOf(to.image);
+  if (blocks <= 1) return;
+  for (Lane& lane : to.info.lanes) {
     const LaneValue block = lane[LaneField::kApplicationBlock];
     LaneValue application = lane[LaneField::kApplication];
-    if (!block.IsPresent() || !application.IsPresent() || application.number == 0) continue;
-    application.number += kApplications * block.number;
+    if (!application.IsPresent() || application.number == 0) continue;
+    application = block.IsPresent() && block.number < blocks
+                      ? Present(application.number + kApplications * block.number)
+                      : Absent(FieldState::kNotRead);
     lane.Set(LaneField::kApplication, application);
+    if (!block.IsPresent() || block.number < blocks) continue;
+    to.Warn("lane " + std::to_string(lane.number) + ": block " +
+            std::to_string(static_cast<unsigned>(block.number)) +
+            " of application descriptors does not exist");
+  }
+}
+
+// 62h:128-191: the four thresholds of a lane are not given if all of them are 0000h or FFFFh.
+void DropEmptyThresholds(Decoding& to) {
+  constexpr std::size_t kFirst = 128;
+  constexpr std::size_t kSize = 8;
+  for (Lane& lane : to.info.lanes) {
+    const ModuleImage::Half& half =
+        to.image.HalfOf(InBank(kPage62, BankOfLane(lane.number)), kFirst);
+    const std::size_t first = kFirst + kSize * (LaneInBank(lane.number) - 1);
+    if (!half.Has(first, kSize)) continue;
+    const std::uint8_t* const bytes = half.From(first);
+    const bool is_empty =
+        (bytes[0] == 0 || bytes[0] == 0xFF) &&
+        std::all_of(bytes, bytes + kSize, [bytes](std::uint8_t byte) { return byte == bytes[0]; });
+    if (!is_empty) continue;
+    for (const LaneField field : {LaneField::kTxPowerHighAlarm, LaneField::kTxPowerLowAlarm,
+                                  LaneField::kTxPowerHighWarning, LaneField::kTxPowerLowWarning}) {
+      lane.Set(field, Absent(FieldState::kNotImplemented));
+    }
   }
 }
 
@@ -311,7 +341,8 @@ void DecodeLaneFields(Decoding& to, const LaneLayout& layout, MemoryModel memory
       DecodeBank(to.image, layout, bank, lanes.data() + first, lanes.size() - first);
     }
   }
-  if (Ask(to.image, kApplicationBlocks) == Advertised::kYes) AddApplicationBlocks(lanes);
+  AddApplicationBlocks(to);
+  if (Ask(to.image, kLaneThresholds) != Advertised::kNo) DropEmptyThresholds(to);
 }
 
 }  // namespace cable_info::module_memory

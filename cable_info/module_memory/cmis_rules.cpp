@@ -85,7 +85,9 @@ unsigned ApplicationBanksOf(const ModuleImage& image) {
 }
 
 Advertised HasApplicationBlocks(const ModuleImage& image) {
-  return Both(IsSince(image, 0x53), AdvertisedBy(BitsOf(image, Page::k01, 175), IsNotZero));
+  return Both(IsSince(image, 0x53), AdvertisedBy(BitsOf(image, Page::k01, 175), [&image](unsigned) {
+                return ApplicationBanksOf(image) != 0;
+              }));
 }
 
 Advertised HasPasswordResult(const ModuleImage& image) {

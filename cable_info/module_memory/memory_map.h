@@ -268,7 +268,7 @@ enum class LaneOrder : std::uint8_t {
   kHighNibbleFirst,  ///< four bits per lane, lane 1 in bits 7..4 of the first byte
   kLowNibbleFirst,   ///< four bits per lane, lane 1 in bits 3..0 of the first byte
   kApart,            ///< the extents of the lanes follow each other
-  kQuads,            ///< one of four words of each lane
+  kQuads,            ///< one of the four words of each lane, the next lane's 8 bytes later
 };
 
 /// The kind of lanes that have a field. The numbers of host and media lanes may differ.

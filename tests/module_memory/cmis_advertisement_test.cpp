@@ -47,7 +47,7 @@ Memory RichModule() {
   memory.Put(Page::k11, 240, {0x11}).Put(Page::k11, 248, {0x11});
   memory.Put(Page::k12, 168, {1});
   memory.Put(Page::k13, 132, {1, 1, 1, 1, 1, 1, 1, 1});
-  memory.Put(kPage2F, 129, {1});
+  memory.Put(kPage2F, 129, {1}).Put(PageOf(0x62), 128, {1});
   return memory;
 }
 

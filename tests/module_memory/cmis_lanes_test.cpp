@@ -173,7 +173,7 @@ std::vector<LaneCase> StateCases() {
   const std::vector<unsigned> powers = {
       0x01, 0x5E, 0, 0, 0, 0, 0, 0, 0xFF, 0xFF, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0xFA, 0x88, 0, 0, 0, 0, 0, 0,
       0x00, 0x64, 0, 0, 0, 0, 0, 0, 0x00, 0x00, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 0x80, 0x00};
-  const std::vector<double> power_values = {3.5, -0.01, 0.01, -14, 1, 0, 2.56, -327.68};
+  const std::vector<double> power_values = {3.5, -0.01, 0.01, -14, 1, kNone, 2.56, -327.68};
   return {
       // Nibbles: the low one is the odd lane's
       {LaneField::kDataPathState, Page::k11, 128, {0x21, 0x43, 0x65, 0x17}, {1, 2, 3, 4, 5, 6, 7, 1}},
@@ -348,6 +348,7 @@ void ExpectValues(const ModuleInfo& info, const LaneCase& expected, unsigned ban
 TEST(CmisLanes, ApplicationsAreThoseOfTheirBlock) {
   Memory memory = FullModule();
   memory.Put(Page::k11, 206, {0x10, 0x20, 0xF0, 0x00, 0x30}).Put(PageOf(0x19), 144, {0, 1, 2, 3});
+  memory.Put(Page::k01, 175, {4});
   const auto applications = [](const ModuleInfo& info) {
     std::vector<double> numbers;
     for (const Lane& lane : info.lanes) numbers.push_back(lane[LaneField::kApplication].number);
@@ -357,8 +358,36 @@ TEST(CmisLanes, ApplicationsAreThoseOfTheirBlock) {
   const std::vector<double> of_page_11h = {1, 2, 15, 0, 3, 0, 0, 0};
   memory.Put(Page::k01, 175, {0});  // no blocks
   EXPECT_EQ(applications(memory.Decode()), of_page_11h);
-  memory.Put(Page::k01, 175, {1}).Drop(PageOf(0x19));
+  memory.Put(Page::k01, 175, {1});  // block 0 only
   EXPECT_EQ(applications(memory.Decode()), of_page_11h);
+  memory.Put(Page::k01, 175, {0xF0}).Put(Page::kLower, 1, {0x53});  // four bits in CMIS 5.3
+  EXPECT_EQ(applications(memory.Decode()), of_page_11h);
+}
+
+TEST(CmisLanes, AnUnknownBlockLeavesTheApplicationUnknown) {
+  Memory memory = FullModule();
+  memory.Put(Page::k11, 206, {0x10, 0x20}).Put(PageOf(0x19), 144, {0, 2}).Put(Page::k01, 175, {2});
+  const ModuleInfo info = memory.Decode();
+  EXPECT_EQ(info.lanes[0][LaneField::kApplication].number, 1);
+  EXPECT_EQ(info.lanes[1][LaneField::kApplication].state, FieldState::kNotRead);
+  EXPECT_EQ(std::count(info.warnings.begin(), info.warnings.end(),
+                       "lane 2: block 2 of application descriptors does not exist"),
+            1);
+  memory.Drop(PageOf(0x19));
+  EXPECT_EQ(memory.Decode().lanes[0][LaneField::kApplication].state, FieldState::kNotRead);
+}
+
+TEST(CmisLanes, FourEqualPowerThresholdsAreNotGiven) {
+  for (const unsigned byte : {0x00U, 0xFFU}) {
+    Memory memory = FullModule();
+    memory.Put(PageOf(0x62), 128, std::vector<unsigned>(8, byte)).Put(PageOf(0x62), 136, {0, 1});
+    const ModuleInfo info = memory.Decode();
+    for (const LaneField field : {LaneField::kTxPowerHighAlarm, LaneField::kTxPowerLowAlarm,
+                                  LaneField::kTxPowerHighWarning, LaneField::kTxPowerLowWarning}) {
+      EXPECT_EQ(info.lanes[0][field].state, FieldState::kNotImplemented);
+      EXPECT_EQ(info.lanes[1][field].state, FieldState::kPresent);
+    }
+  }
 }
 
 TEST(CmisLanes, NumbersOfAllLanesAndBanksHaveTheirPlaceAndUnit) {
