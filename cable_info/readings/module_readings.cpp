@@ -197,7 +197,8 @@ void SetLengths(Readings& port, const ModuleInfo& module) {
   attenuation.at_25p8 = ByteOf(module, Field::kAttenuation25p8);
 }
 
-std::uint8_t SpeedMask(const ModuleInfo& module) {
+// None when all speeds of the module are later ones.
+std::optional<std::uint8_t> SpeedMask(const ModuleInfo& module) {
   std::uint8_t mask = 0;
   for (std::size_t i = 0; i < ib_compliance_code_arr.size(); ++i) {
     std::string_view name = ib_compliance_code_arr[i];
@@ -207,6 +208,7 @@ std::uint8_t SpeedMask(const ModuleInfo& module) {
       mask |= static_cast<std::uint8_t>(1U << i);
     }
   }
+  if (mask == 0 && !module.supported_speeds.empty()) return std::nullopt;
   return mask;
 }
 
@@ -232,6 +234,9 @@ Readings ReadingsOf(const ModuleInfo& module) {
   if (port.nominal_bitrate_gbps) *port.nominal_bitrate_gbps /= kMegabitsPerGigabit;
   port.power_class = ByteOf(module, Field::kPowerClass);
   port.max_power_w = FloatOf(module, Field::kMaxPower);
+  if (const std::optional<double> type = NumberOf(module, Field::kRxPowerType)) {
+    port.rx_power_is_average = *type != 0;
+  }
   SetLengths(port, module);
   SetReading(port.Of(Quantity::kTemperature), module.temperature);
   SetReading(port.Of(Quantity::kVoltage), module.voltage);

@@ -413,5 +413,20 @@ class Documentation(unittest.TestCase):
                 self.assertIn(f"`{name}`", rows_of_tables)
 
 
+class Media(ProgramTest):
+    def test_sfp_modules_have_the_medium_of_their_record(self):
+        def medium(*settings):
+            memory = bytearray(256)
+            memory[0] = 3
+            for byte, value in settings:
+                memory[byte] = value
+            path = self.file("module.bin", bytes(memory))
+            return json.loads(run("export", "-q", "--module", path).stdout)["medium"]
+
+        self.assertEqual(medium((60, 850 >> 8), (61, 850 & 0xFF)), "optical")
+        self.assertEqual(medium((8, 0x04)), "passive_copper")
+        self.assertIsNone(medium((8, 0x08)))  # an active cable, of copper or optical
+
+
 if __name__ == "__main__":
     unittest.main()

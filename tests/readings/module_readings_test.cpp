@@ -206,5 +206,20 @@ TEST(ModuleReadings, GiveLengthsAndSpeeds) {
   EXPECT_EQ(port.speeds, 0b100101);
 }
 
+TEST(ModuleReadings, LeaveSpeedsOpenWithoutAKnownOne) {
+  ModuleInfo module = Module();
+  module.supported_speeds = {"XDR"};
+  EXPECT_EQ(ReadingsOf(module).speeds, std::nullopt);
+}
+
+TEST(ModuleReadings, GiveTheKindOfReceivedPower) {
+  ModuleInfo module = Module();
+  EXPECT_EQ(ReadingsOf(module).rx_power_is_average, std::nullopt);
+  module.SetCode(Field::kRxPowerType, 1, "average power");
+  EXPECT_EQ(ReadingsOf(module).rx_power_is_average, true);
+  module.SetCode(Field::kRxPowerType, 0, "OMA");
+  EXPECT_EQ(ReadingsOf(module).rx_power_is_average, false);
+}
+
 }  // namespace
 }  // namespace cable_info
