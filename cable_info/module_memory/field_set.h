@@ -40,7 +40,7 @@ class FieldSet {
       at_ = set_->NextFrom(at_ + 1);
       return *this;
     }
-    Iterator operator++(int) {
+    Iterator operator++(int) {  // NOLINT(cert-dcl21-cpp): as that of every iterator
       const Iterator before = *this;
       ++*this;
       return before;
