@@ -54,9 +54,9 @@ struct FabricPort {
   bool is_separable = true;    ///< false for a cable without separable connectors
   int lanes = 0;               ///< the number of lanes of the form factor, up to `kMaxLanes`
   /// Received powers by lane in milliwatts, NaN for lanes without a value or not in use.
-  std::array<float, kMaxLanes> rx_power;
+  std::array<float, kMaxLanes> rx_power{};
   /// Transmitted powers, in the same form.
-  std::array<float, kMaxLanes> tx_power;
+  std::array<float, kMaxLanes> tx_power{};
 };
 
 /// Compares ports with each other. Can be moved, but not copied.
