@@ -1,5 +1,6 @@
 #include "cli/input/module_memory.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
@@ -50,6 +51,10 @@ template <typename Bytes>
 ModuleReading DecodeBytes(const Bytes& dump, ModuleUse use, ModuleInfo& info, Port& port) {
   std::vector<std::string> remarks;
   ModuleReading reading = DecodeModule(SplitImage(dump, remarks), use, info, port);
+  // Decoding repeats the remark on the identifier.
+  std::erase_if(remarks, [&reading](const std::string& remark) {
+    return std::ranges::find(reading.remarks, remark) != reading.remarks.end();
+  });
   reading.remarks.insert(reading.remarks.begin(), remarks.begin(), remarks.end());
   return reading;
 }

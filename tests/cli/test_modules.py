@@ -413,6 +413,15 @@ class Documentation(unittest.TestCase):
                 self.assertIn(f"`{name}`", rows_of_tables)
 
 
+class Identifiers(ProgramTest):
+    def test_identifiers_that_differ_are_remarked_on_once(self):
+        memory = bytearray(256)
+        memory[0], memory[128] = 0x0D, 0x11
+        path = self.file("module.bin", bytes(memory))
+        for command in ("table", "export"):
+            self.assertEqual(run(command, "--module", path).stderr.count(b"byte 0 names the module"), 1, command)
+
+
 class Media(ProgramTest):
     def test_sfp_modules_have_the_medium_of_their_record(self):
         def medium(*settings):
