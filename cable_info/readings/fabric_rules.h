@@ -66,7 +66,9 @@ class FabricRules {
   explicit FabricRules(const RuleSettings& settings) : settings_(settings) {}
   FabricRules(const FabricRules&) = delete;  // part_numbers_ has addresses of the keys of parts_
   FabricRules& operator=(const FabricRules&) = delete;
+  /// Moves the ports; the other object may only be destroyed or assigned to.
   FabricRules(FabricRules&&) = default;
+  /// The same.
   FabricRules& operator=(FabricRules&&) = default;
   ~FabricRules() = default;
 
