@@ -69,6 +69,7 @@ program 0 metrics -j 1 "$ports"
 program 0 page -j 1 "$ports"
 program 0 store -j 1 "$temporary/store.db" "$ports"
 program 0 read fuzz/corpus/module_memory/qsfp_optic  # an EEPROM file
+mkdir "$temporary/no-ports"
 program 1 read --sysfs "$temporary/no-ports"
 program 1 table -j 1 -o "$temporary/table.csv" "$temporary/bad.jsonl"  # a rejected port
 for share in "${tests[@]}"; do
