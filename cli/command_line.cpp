@@ -523,7 +523,9 @@ ExitStatus Answer(const CLI::App& app, const CLI::ParseError& error, int argc, c
     return ExitStatus::kUsage;
   }
   const bool is_answer = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success);
-  if (is_answer) return WriteToStandardOutput([&](std::ostream& os) { app.exit(error, os, os); });
+  if (is_answer) {
+    return WriteTo(kStandardOutput, [&](std::ostream& os) { app.exit(error, os, os); });
+  }
   PrintError("cableinfo: " + ProblemOf(error) + "; see " + HelpCommand(app));
   return ExitStatus::kUsage;
 }

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 
+#include "cable_info/module_memory/alarm_words.h"
 #include "cable_info/text/text_buffer.h"
 #include "cable_info/value_format.h"
 
@@ -100,16 +101,14 @@ struct RuleTexts {
   std::string meaning;
 };
 
-// Quantities and levels as sentences name them.
+// Quantities as sentences name them.
 constexpr std::array<std::string_view, kQuantities> kQuantityWords = {
     "temperature", "supply voltage", "RX power", "TX power", "TX bias"};
-constexpr std::array<std::string_view, kAlarmLevels> kLevelWords = {"high alarm", "low alarm",
-                                                                    "high warning", "low warning"};
 
 std::string_view Words(Quantity quantity) {
   return kQuantityWords[static_cast<std::size_t>(quantity)];
 }
-std::string_view Words(AlarmLevel level) { return kLevelWords[static_cast<std::size_t>(level)]; }
+std::string_view Words(AlarmLevel level) { return module_memory::AlarmLevelWords(level); }
 
 std::string MonitorRuleMeaning(const MonitorRule& rule) {
   std::string meaning(Words(rule.quantity));

@@ -3,7 +3,6 @@
 #include <array>
 #include <cstdlib>
 #include <ostream>
-#include <string>
 #include <string_view>
 
 #include "cable_info/readings/rules.h"
@@ -41,7 +40,11 @@ Verdict PluginStateOf(const CheckResult& result, ExitStatus run) {
 }
 
 ExitStatus PluginStatusOf(Verdict state) {
-  constexpr std::array<int, cable_info::kVerdicts> kStatuses = {0, 3, 1, 2};
+  constexpr int kOk = 0;
+  constexpr int kWarning = 1;
+  constexpr int kCritical = 2;
+  constexpr int kUnknown = 3;
+  constexpr std::array<int, cable_info::kVerdicts> kStatuses = {kOk, kUnknown, kWarning, kCritical};
   return static_cast<ExitStatus>(kStatuses[static_cast<std::size_t>(state)]);
 }
 
@@ -84,14 +87,6 @@ ExitStatus StatusOf(Verdict verdict) {
   return ExitStatus::kGood;
 }
 
-ExitStatus ListRules(const std::string& output, const RuleSettings& settings) {
-  return WriteWhole(output, [&](OutputFile& file) {
-    std::ostream os(&file);
-    WriteRules(os, settings);
-    return Ending::kCommit;
-  });
-}
-
 }  // namespace
 
 ExitStatus Check(const CheckOptions& options) {
@@ -100,7 +95,9 @@ ExitStatus Check(const CheckOptions& options) {
   if (usage != ExitStatus::kGood) {
     return options.as_plugin ? PluginStatusOf(Verdict::kUnknown) : usage;
   }
-  if (options.lists_rules) return ListRules(options.ports.output, settings);
+  if (options.lists_rules) {
+    return WriteTo(options.ports.output, [&](std::ostream& os) { WriteRules(os, settings); });
+  }
   FabricJudge judge(options, settings);
   const ExitStatus run = WritePorts(options.ports, JudgingWriter(WritePort, settings), &judge);
   if (options.as_plugin) return PluginStatusOf(PluginStateOf(judge.result(), run));

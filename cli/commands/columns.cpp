@@ -7,7 +7,7 @@
 namespace cli {
 
 ExitStatus WriteColumns(const ColumnsOptions& options) {
-  return WriteToStandardOutput(options.as_json ? WriteColumnsAsJson : WriteColumnsAsText);
+  return WriteTo(kStandardOutput, options.as_json ? WriteColumnsAsJson : WriteColumnsAsText);
 }
 
 }  // namespace cli

@@ -117,11 +117,11 @@ class ModuleRun {
     writer_.Begin(os_);
     const bool reached_end = std::ranges::all_of(
         Dumps(options_.modules), [this](const Dump& dump) { return WriteModule(dump); });
-    if (collector_ != nullptr) {
-      collector_->End(os_, {status_, reached_end && counts_.failed_inputs == 0});
-    }
+    const Outcome outcome = {status_, reached_end ? Outcome::End::kReached : Outcome::End::kStopped,
+                             counts_};
+    if (collector_ != nullptr) collector_->End(os_, RunEndOf(outcome));
     log_.Finish();
-    return {status_, reached_end ? Outcome::End::kReached : Outcome::End::kStopped, counts_};
+    return outcome;
   }
 
  private:

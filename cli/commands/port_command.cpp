@@ -27,11 +27,9 @@ std::optional<std::string> UsageProblem(const PortOptions& options) {
   for (const std::string& module : options.modules) {
     if (const auto problem = UnknownPage(module)) return "--module: " + *problem;
   }
-  if (options.output.empty()) return "--output: expected the name of a file, found an empty one";
+  if (options.output.empty()) return std::string("--output: ") + kNoFileName;
   const std::vector<std::string> inputs = InputPaths(options);
-  if (std::ranges::find(inputs, "") != inputs.end()) {
-    return "expected the name of a file, found an empty one";
-  }
+  if (std::ranges::find(inputs, "") != inputs.end()) return kNoFileName;
   if (IsStandardOutput(options.output)) return std::nullopt;
   for (const std::string& input : inputs) {
     const std::optional<SnapshotName> snapshot = FindSnapshot(input);

@@ -9,6 +9,9 @@
 
 namespace cli {
 
+/// The message for an empty name of an input or output.
+inline constexpr const char* kNoFileName = "expected the name of a file, found an empty one";
+
 /// The most threads of a run.
 inline constexpr unsigned kMaxJobs = 32;
 

@@ -22,6 +22,12 @@ const char* Reason(const Outcome& outcome) {
 
 }  // namespace
 
+PortCollector::RunEnd RunEndOf(const Outcome& outcome) {
+  const bool is_complete =
+      outcome.end == Outcome::End::kReached && outcome.counts.failed_inputs == 0;
+  return {outcome.status, is_complete};
+}
+
 ExitStatus WritePortOutput(const PortOptions& options, const PortWriter& writer,
                            const std::function<Outcome(OutputFile&, const PortWriter&)>& write) {
   Outcome outcome;

@@ -19,6 +19,9 @@ struct Outcome {
   PortCounts counts;
 };
 
+/// The same for a collector.
+PortCollector::RunEnd RunEndOf(const Outcome& outcome);
+
 /// \name Why a run leaves its output as it was, for messages
 /// @{
 inline constexpr const char* kInputNotRead = "an input could not be read";

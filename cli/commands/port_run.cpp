@@ -114,10 +114,11 @@ class PortRun {
     for (std::thread& other : others) other.join();
     if (failure_) std::rethrow_exception(failure_);
     progress_.Clear();
-    if (collector_ != nullptr)
-      collector_->End(os_, {status_, !is_stopped_ && counts_.failed_inputs == 0});
+    const Outcome outcome = {status_, is_stopped_ ? Outcome::End::kStopped : Outcome::End::kReached,
+                             counts_};
+    if (collector_ != nullptr) collector_->End(os_, RunEndOf(outcome));
     log_.Finish();
-    return {status_, is_stopped_ ? Outcome::End::kStopped : Outcome::End::kReached, counts_};
+    return outcome;
   }
 
  private:

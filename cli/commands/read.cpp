@@ -87,7 +87,7 @@ class Reader {
   ExitStatus status() const { return status_; }
   const PortCounts& counts() const { return counts_; }
 
-  // Ports that were there when the run began, and are not now.
+  // Counts ports that were there when the run began and are gone now.
   void CountUnknown(std::size_t ports) {
     counts_.left_out += ports;
     if (ports > 0) status_ = Worse(status_, ExitStatus::kBadPorts);
@@ -201,12 +201,13 @@ class Reader {
   PortCounts counts_;
 };
 
-// The ports of the command line. Prints a message for each name without a port.
+// The ports that the command line names.
 struct NamedPorts {
   std::vector<LivePort> ports;
-  std::size_t unknown = 0;
+  std::size_t unknown = 0;  // names without a port
 };
 
+// Prints a message for each name without a port.
 NamedPorts Ports(const ReadOptions& options) {
   const std::vector<LivePort> all = FindPorts(options.sysfs);
   std::vector<std::string> unknown;
@@ -214,7 +215,8 @@ NamedPorts Ports(const ReadOptions& options) {
   std::string names;
   for (const LivePort& port : all) names += (names.empty() ? "" : ", ") + port.Name();
   for (const std::string& name : unknown) {
-    const bool is_file = !name.empty() && std::filesystem::is_regular_file(name);
+    std::error_code error;
+    const bool is_file = std::filesystem::is_regular_file(name, error);
     PrintError("cableinfo: no port or EEPROM file \"" + name + "\"; " +
                (is_file         ? "for the file in this folder, write ./" + name
                 : names.empty() ? "none was found"
@@ -226,7 +228,7 @@ NamedPorts Ports(const ReadOptions& options) {
 // Why the output cannot be written; none when it can.
 std::optional<std::string> OutputProblem(const ReadOptions& options,
                                          const std::vector<LivePort>& ports) {
-  if (options.output.empty()) return "expected the name of a file, found an empty one";
+  if (options.output.empty()) return kNoFileName;
   const auto is_same = [&](const LivePort& port) {
     return !port.eeprom.empty() && IsSameFile(port.eeprom, options.output);
   };
@@ -248,15 +250,13 @@ ExitStatus Scan(const ReadOptions& options, const std::vector<LivePort>& ports) 
   for (const auto& row : rows) {
     for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
   }
-  return WriteWhole(options.output, [&](OutputFile& output) {
-    std::ostream os(&output);
+  return WriteTo(options.output, [&](std::ostream& os) {
     for (const auto& row : rows) {
       for (std::size_t i = 0; i + 1 < row.size(); ++i) {
         os << row[i] << std::string(widths[i] - row[i].size() + 2, ' ');
       }
       os << row.back() << '\n';
     }
-    return Ending::kCommit;
   });
 }
 
@@ -294,8 +294,10 @@ ExitStatus Watch(const ReadOptions& options, Reader& reader) {
 }  // namespace
 
 ExitStatus ReadModules(const ReadOptions& options) {
-  if (options.names.empty() && !std::filesystem::exists(options.sysfs)) {
-    return FileFailed(options.sysfs, std::make_error_code(std::errc::no_such_file_or_directory));
+  std::error_code error;
+  if (options.names.empty() && std::filesystem::status(options.sysfs, error).type() ==
+                                   std::filesystem::file_type::not_found) {
+    return FileFailed(options.sysfs, error);
   }
   const NamedPorts named = Ports(options);
   if (named.unknown > 0) return ExitStatus::kUsage;

@@ -25,10 +25,10 @@ cable_info::Readings ReadingsOf(const Port& port) {
   readings.source = of_records.source;
   readings.lengths.measured = of_records.lengths.measured;
   readings.identity.lot = of_records.identity.lot;
-  // SFP modules do not state their technology. That of the record is derived from other bytes,
-  // which do not tell active copper cables from active optical ones.
-  const bool is_derived = of_records.medium != cable_info::Medium::kActiveCopper;
-  if (readings.medium == cable_info::Medium::kUnknown && is_derived) {
+  // SFP modules do not state their technology. The record derives it from other bytes, which do not
+  // distinguish active copper cables from active optical ones.
+  const bool is_certain = of_records.medium != cable_info::Medium::kActiveCopper;
+  if (readings.medium == cable_info::Medium::kUnknown && is_certain) {
     readings.medium = of_records.medium;
   }
   return readings;

@@ -23,8 +23,8 @@ ExitStatus WriteWhole(const std::string& path, const std::function<Ending(Output
   return ExitStatus::kGood;
 }
 
-ExitStatus WriteToStandardOutput(const std::function<void(std::ostream&)>& write) {
-  return WriteWhole(kStandardOutput, [&](OutputFile& output) {
+ExitStatus WriteTo(const std::string& path, const std::function<void(std::ostream&)>& write) {
+  return WriteWhole(path, [&](OutputFile& output) {
     std::ostream os(&output);
     write(os);
     return Ending::kCommit;

@@ -20,7 +20,7 @@ ExitStatus FileFailed(const std::string& name, const std::error_code& error);
 /// output alone; a reader that closed the pipe is not an error.
 ExitStatus WriteWhole(const std::string& path, const std::function<Ending(OutputFile&)>& write);
 
-/// Calls `write` with standard output, and commits it.
-ExitStatus WriteToStandardOutput(const std::function<void(std::ostream&)>& write);
+/// Calls `write` with a stream to the output at `path`, and commits it.
+ExitStatus WriteTo(const std::string& path, const std::function<void(std::ostream&)>& write);
 
 }  // namespace cli
