@@ -3,7 +3,9 @@
 import json
 import os
 import random
+import re
 import resource
+import sqlite3
 import unittest
 
 from program import FABRIC, FAULTS, ProgramTest, run, summary
@@ -44,15 +46,21 @@ class Jobs(ProgramTest):
         self.second = self.file("second.jsonl", "\n".join(all_lines[1000:]).encode())
         self.missing = self.folder / "missing.jsonl"
 
+    def run_at_any_time(self, *arguments, **options):
+        """Runs the program; a page has no time of its writing."""
+        result = run(*arguments, **options)
+        result.stdout = re.sub(rb'"written_at":"[^"]*"', b"", result.stdout, count=1)
+        return result
+
     def assert_same(self, command, *arguments, status, **options):
-        alone = run(command, "-j", "1", *arguments, **options)
+        alone = self.run_at_any_time(command, "-j", "1", *arguments, **options)
         self.assertEqual(alone.returncode, status, alone.stderr[:500])
         for jobs in JOBS:
-            together = run(command, "--jobs", str(jobs), *arguments, **options)
+            together = self.run_at_any_time(command, "--jobs", str(jobs), *arguments, **options)
             self.assertEqual(together.returncode, status)
             self.assertEqual(together.stdout, alone.stdout, (command, jobs))
             self.assertEqual(together.stderr, alone.stderr, (command, jobs))
-        default = run(command, *arguments, **options)
+        default = self.run_at_any_time(command, *arguments, **options)
         self.assertEqual((default.stdout, default.stderr), (alone.stdout, alone.stderr))
         return alone
 
@@ -62,14 +70,34 @@ class Jobs(ProgramTest):
             self.assertGreater(result.stderr.count(b"\n"), 300)
             self.assertGreater(result.stdout.count(b"\n"), 2000)
 
-    def test_every_command_writes_the_same(self):
+    def many_ports(self):
         samples = [json.loads(line) for path in (FABRIC, FAULTS) for line in path.read_bytes().splitlines()]
         ports = [{**samples[number % len(samples)], "port_num": number} for number in range(1500)]
-        path = self.file("ports.jsonl", b"".join(json.dumps(port).encode() + b"\n" for port in ports))
+        return self.file("ports.jsonl", b"".join(json.dumps(port).encode() + b"\n" for port in ports))
+
+    def test_every_command_writes_the_same(self):
+        path = self.many_ports()
         for command, *options in (("module",), ("module", "--json"), ("check",), ("check", "--json"),
-                                  ("diff", FABRIC), ("metrics",)):
+                                  ("diff", FABRIC), ("metrics",), ("page",)):
             result = self.assert_same(command, *options, path, status=6 if command == "check" else 0)
             self.assertGreater(result.stdout.count(b"\n"), 20, command)
+
+    def test_stores_and_their_snapshots_are_the_same(self):
+        path = self.many_ports()
+        dumps = []
+        for jobs in (1, *JOBS):
+            store = self.folder / f"{jobs}.db"
+            for taken_at, source in (("2026-01-01T00:00:00Z", path), ("2026-01-02T00:00:00Z", FABRIC)):
+                result = run("store", "-q", "-j", str(jobs), "--taken-at", taken_at, store, source)
+                self.assert_run(result)
+            connection = sqlite3.connect(store)
+            dumps.append(list(connection.iterdump()))
+            connection.close()
+        self.assertGreater(len(dumps[0]), 3000)
+        for dump in dumps[1:]:
+            self.assertEqual(dump, dumps[0])
+        self.assert_same("check", f"{self.folder}/1.db@1", status=6)
+        self.assert_same("page", f"{self.folder}/1.db", status=0)
 
     def test_messages_are_limited_alike(self):
         self.assert_same("table", status=1, stdin=(b'{"portnum":1}\n' * 3 + b'{"port_num":1}\n') * 3000)

@@ -105,11 +105,6 @@ class Data(ProgramTest):
         self.assertEqual(data["ports"][0]["label"], "qsfp.bin")
         self.assertEqual(data["models"][0]["vendor"], "Acme")
 
-    def test_the_same_with_any_number_of_threads(self):
-        def without_time(jobs):
-            return re.sub(r'"written_at":"[^"]*"', "", page("-j", jobs, FABRIC, FAULTS))
-        self.assertEqual(without_time(1), without_time(4))
-
     def test_no_ports(self):
         data = data_of(page(stdin=b""))
         self.assertEqual((data["ports"], data["findings"], data["input"]), ([], [], "<stdin>"))

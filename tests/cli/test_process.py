@@ -4,6 +4,7 @@ import os
 import pathlib
 import pty
 import resource
+import select
 import signal
 import subprocess
 import time
@@ -154,18 +155,21 @@ class OutputFiles(ProgramTest):
 class Terminals(ProgramTest):
     """The progress meter, with a pseudo-terminal as standard error."""
 
-    def meter(self, *arguments, stdout=subprocess.DEVNULL, environment=None):
+    def meter(self, *arguments, seconds=20, environment=None):
+        """What is shown while ports arrive, until something is or this time has passed, and at the end."""
         ours, theirs = pty.openpty()
         process = subprocess.Popen([program(), "table", *arguments], stdin=subprocess.PIPE,
-                                   stdout=stdout, stderr=theirs,
+                                   stdout=subprocess.DEVNULL, stderr=theirs,
                                    env={**os.environ, "TERM": "xterm", **(environment or {})})
         os.close(theirs)
-        for _ in range(8):
+        shown = b""
+        end = time.monotonic() + seconds
+        while not shown and time.monotonic() < end:
             process.stdin.write(PORT * 100)
             process.stdin.flush()
-            time.sleep(0.1)
+            if select.select([ours], [], [], 0.1)[0]:
+                shown += os.read(ours, 65536)
         process.stdin.close()
-        shown = b""
         try:
             while chunk := os.read(ours, 65536):
                 shown += chunk
@@ -181,8 +185,8 @@ class Terminals(ProgramTest):
         self.assertTrue(shown.endswith(b"\r\x1b[K"))
 
     def test_other_outputs_show_no_meter(self):
-        self.assertEqual(self.meter("-q"), b"")
-        self.assertEqual(self.meter(environment={"TERM": "dumb"}), b"")
+        self.assertEqual(self.meter("-q", seconds=1), b"")
+        self.assertEqual(self.meter(seconds=1, environment={"TERM": "dumb"}), b"")
 
     def test_logs_contain_no_control_characters(self):
         result = run("table", FABRIC)

@@ -9,8 +9,10 @@
 #include <array>
 #include <cerrno>
 #include <fstream>
+#include <future>
 #include <set>
 #include <thread>
+#include <utility>
 
 #include "cli/live/module_reader.h"
 #include "cli/live/netlink_messages.h"
@@ -286,12 +288,17 @@ TEST(LiveReading, SoHasAModule) {
 TEST(LiveReading, AReaderThatBlocksIsGivenUp) {
   class Blocked : public cli::PageReader {
    public:
+    explicit Blocked(std::future<void> answer) : answer_(std::move(answer)) {}
     cli::PageAnswer Read(const cli::PageRequest& /*request*/) override {
-      std::this_thread::sleep_for(milliseconds(600));
+      answer_.wait();
       return {{1}, std::nullopt};
     }
+
+   private:
+    std::future<void> answer_;
   };
-  const auto blocked = std::make_shared<Blocked>();
+  std::promise<void> answer;
+  const auto blocked = std::make_shared<Blocked>(answer.get_future());
   const std::weak_ptr<Blocked> is_busy = blocked;
   {
     const auto timed = cli::MakeTimedReader(blocked, milliseconds(50));
@@ -299,6 +306,7 @@ TEST(LiveReading, AReaderThatBlocksIsGivenUp) {
     EXPECT_EQ(timed->Read({}).error->kind, ReadError::Kind::kTimeLimit);
   }
   EXPECT_GT(is_busy.use_count(), 1);
+  answer.set_value();
   const auto end = std::chrono::steady_clock::now() + kRequestLimit;
   while (is_busy.use_count() > 1 && std::chrono::steady_clock::now() < end) {
     std::this_thread::sleep_for(milliseconds(10));
