@@ -10,9 +10,9 @@ need "${build_packages[@]}" pkg-config binutils
 temporary=$(mktemp -d)
 trap 'rm -rf "$temporary"' EXIT
 
-# consume NAME [CMAKE-OPTION...]: builds the consumer and its plug-in with CMake, and runs them.
+# consume FOLDER [CMAKE-OPTION...]: builds the consumer and its plug-in with CMake, and runs them.
 consume() {
-  local consumer=$temporary/$1
+  local consumer=$1
   shift
   quietly cmake -G Ninja -S tests/consumer -B "$consumer" "$@"
   quietly cmake --build "$consumer" -j "$(nproc)"
@@ -112,11 +112,15 @@ for linkage in static shared; do
   left=$(find "$prefix" -not -type d -o -name 'cable*info*')
   [ -z "$left" ] || fail "uninstall leaves $left"
   [ "$("$tree/bin/cableinfo" --version)" = "cableinfo $version" ] || fail "the moved program fails"
-  consume $linkage-config -DCMAKE_PREFIX_PATH="$tree" -DCABLE_INFO_VERSION="$version"
+  consume "$temporary/$linkage-config" -DCMAKE_PREFIX_PATH="$tree" -DCABLE_INFO_VERSION="$version"
   PKG_CONFIG_PATH=$tree/lib/pkgconfig consume_with_pkg_config
 
   echo "A checkout inside another project, $linkage library"
-  consume $linkage-embedded -DCABLE_INFO_SOURCE="$PWD" -DBUILD_SHARED_LIBS=$shared
-  check_embedded_alone "$temporary/$linkage-embedded"
+  # In a folder and with options that let ccache reuse what has been compiled.
+  embedded=build/embedded-$linkage
+  rm -rf "$embedded"
+  consume "$embedded" -DCABLE_INFO_SOURCE="$PWD" -DBUILD_SHARED_LIBS=$shared \
+    -DCMAKE_BUILD_TYPE=Release -DCABLE_INFO_WERROR=ON
+  check_embedded_alone "$embedded"
 done
 echo "Installed, embedded and uninstalled: all good."
