@@ -298,7 +298,7 @@ inline constexpr auto kCsvColumns = MakeCsvColumns();
 inline constexpr int kRecordColumnCount =
     static_cast<int>(kCsvColumns.size()) - GroupSize(CsvGroup::kPort);
 
-/// The number of columns from `first` to `last`, both included; 0 when either is no column. For
+/// The number of columns from `first` to `last`, both included; 0 if either is not a column. For
 /// compile-time use: it searches the table.
 constexpr int ColumnCount(std::string_view first, std::string_view last) {
   int count = 0;

@@ -234,7 +234,7 @@ class PhyCableRecord {
   std::string TXBiasAlarmAndWarningToStr() const;
   /// The alarm word of the received powers.
   std::string RXPowerAlarmAndWarningToStr() const;
-  /// Interleaves four lane masks (bit 0 is lane 1) to an alarm word: each nibble holds, from the
+  /// Interleaves four lane masks (bit 0 is lane 1) into an alarm word: each nibble holds, from the
   /// top bit, the lane's bits of `a`, `b`, `c` and `d`. Bits 4..7 of the masks are ignored.
   /// `QuadroToInt(1, 0, 0, 2)` is 0x8100.
   std::uint16_t QuadroToInt(std::uint8_t a, std::uint8_t b, std::uint8_t c, std::uint8_t d) const;

@@ -19,8 +19,8 @@
 
 namespace cable_info {
 
-/// The round-trip-latency register (PRTL) of one end of a link. The signal needs 10 latency units
-/// for a metre of cable and back.
+/// The round-trip-latency register (PRTL) of one end of a link. A signal takes 10 latency units to
+/// travel one metre of cable and back.
 class PrtlRecord {
  public:
   /// The highest value of the round-trip counter, which means that the latency exceeded it.

@@ -1,6 +1,6 @@
 #pragma once
 
-// The labels of the text report's lines, in line order. A label with "#" is that of eight lines,
+// The labels of the text report's lines, in line order. A label with "#" stands for eight lines,
 // one for each lane. Scripts compare the lines literally, irregular blanks included.
 //
 // Internal; not installed.

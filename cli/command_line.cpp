@@ -122,7 +122,7 @@ void AddRunOptions(CLI::App& command, PortOptions& options) {
               options.selection.guids.push_back(std::stoull(guid, nullptr, kHexadecimal));
             }
           },
-          "Only ports with this GUID, or of the node with it")
+          "Only ports with this port GUID or node GUID")
       ->type_name("GUID")
       ->allow_extra_args(false)
       ->take_all()
@@ -176,7 +176,7 @@ void AddRuleOptions(CLI::App& command, RuleOptions& options) {
       ->take_all();
   command
       .add_option("--config", options.config,
-                  "Read such settings from this file, one per line; '#' begins a comment")
+                  "Read settings of rules from this file, one per line; '#' begins a comment")
       ->type_name("FILE");
 }
 
@@ -291,19 +291,20 @@ void AddDiffCommand(CLI::App& app, Action& action) {
                    "Write one JSON object per port that changed and a summary");
   command
       .add_option("--power-tolerance", options->tolerances.power_db,
-                  "Report powers that changed by more " + Default(options->tolerances.power_db))
+                  "Report powers that changed by more than this, in dB " +
+                      Default(options->tolerances.power_db))
       ->type_name("DB")
       ->check(ToleranceProblem, "", "TOLERANCE");
   command
-      .add_option(
-          "--temperature-tolerance", options->tolerances.temperature_c,
-          "Report temperatures that changed by more " + Default(options->tolerances.temperature_c))
+      .add_option("--temperature-tolerance", options->tolerances.temperature_c,
+                  "Report temperatures that changed by more than this, in C " +
+                      Default(options->tolerances.temperature_c))
       ->type_name("C")
       ->check(ToleranceProblem, "", "TOLERANCE");
   command
-      .add_option(
-          "--bias-tolerance", options->tolerances.bias_percent,
-          "Report bias currents that changed by more " + Default(options->tolerances.bias_percent))
+      .add_option("--bias-tolerance", options->tolerances.bias_percent,
+                  "Report bias currents that changed by more than this, in % " +
+                      Default(options->tolerances.bias_percent))
       ->type_name("PERCENT")
       ->check(ToleranceProblem, "", "TOLERANCE");
   AddRuleOptions(command, options->rules);
@@ -480,7 +481,7 @@ constexpr const char* kDescription =
 constexpr const char* kFooter =
     "Exit status: 0 success, 1 some ports were bad and were left out, 2 wrong usage,\n"
     "3 a file could not be read or written, 4 internal error or out of memory;\n"
-    "of check also 5 when the worst verdict is a warning, 6 when it is critical.\n"
+    "check also returns 5 if the worst verdict is a warning, 6 if it is critical.\n"
     "'cableinfo COMMAND --help' describes a command; see also the manual page.";
 
 // The message for a word in place of a command; empty if it is a command.

@@ -26,7 +26,7 @@ DESCRIPTIONS = {
               "present; what is absent is null. export.schema.json describes the lines.",
     "check": "Writes a verdict for each port and what is wrong with it, the worst port first, then counts. "
              "check.md describes the rules.",
-    "diff": "Writes what changed between two states of the same ports: ports that appeared and went, "
+    "diff": "Writes what changed between two states of the same ports: ports that appeared or disappeared, "
             "swapped modules, firmware, flags, verdicts, and readings that moved by more than a tolerance. "
             "A snapshot of a store alone is compared with the one before it.",
     "metrics": "Writes readings, flags and verdicts as OpenMetrics text, which Prometheus reads, too. "
@@ -189,14 +189,14 @@ def manual_page(command, date):
             sentences(DESCRIPTIONS[command.name]), ".Pp",
             "The arguments and options are:", ".Bl -tag -width Ds",
             *[option_item(option) for option in command.positionals + command.options],
-            ".El", ".Sh EXIT STATUS", "That of",
+            ".El", ".Sh EXIT STATUS", "The same as that of",
             ".Xr cableinfo 1 ." if not status else ".Xr cableinfo 1 ;"]
     if status:
         page.append(sentences(" ".join(status.split())))
     if examples:
         page += [".Sh EXAMPLES", ".Bd -literal -offset indent",
                  escaped(textwrap.dedent(examples).rstrip("\n")).replace("\n.", "\n\\&."), ".Ed"]
-    page += [".Sh SEE ALSO", ".Xr cableinfo 1 ,", "which also names the folder of the documents."]
+    page += [".Sh SEE ALSO", ".Xr cableinfo 1 ,", "which also states where the documents are installed."]
     return "\n".join(page) + "\n"
 
 

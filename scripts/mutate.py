@@ -3,7 +3,7 @@
 folders cable_info/ and cable_info/text/, and reports whether the tests detect it.
 
 A change that no test detects shows a gap in the tests, unless it has no observable effect; changes
-without one are listed in scripts/mutation_equivalents.txt with the reason.
+without an effect are listed in scripts/mutation_equivalents.txt with the reason.
 
 The sources are never modified: a changed copy in build/mutation/ takes precedence over the original.
 """

@@ -204,7 +204,7 @@ void DecodeOwnField(Decoding& to, const MapField& line, Advertised advertised) {
 
 bool IsInFlatMemory(Page page) { return page == Page::kLower || page == Page::k00; }
 
-// Flat memory lacks the other pages, and what they advertise of the lower page.
+// Flat memory has no other pages, and no fields of the lower page that those would advertise.
 Advertised AskFlat(const ModuleImage& image, const MapField& line) {
   if (!IsInFlatMemory(line.page)) return Advertised::kNo;
   const Advertised advertised = Ask(image, line.advertised);
@@ -243,7 +243,8 @@ double BiasMultiplier(Decoding& to) {
   return multiplier.value_or(1);
 }
 
-// An auxiliary monitor that the module does not advertise has no name, but must not be missed.
+// An auxiliary monitor that the module does not advertise has no name and is not listed; a warning
+// reports it if it is in use.
 void WarnOfAux(Decoding& to, const MapMonitor& line) {
   constexpr std::size_t kFirstByte = 18;
   const Monitor monitor = ReadMonitor(to.image, line, {line.format}, Advertised::kUnknown);

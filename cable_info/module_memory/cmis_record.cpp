@@ -188,8 +188,8 @@ std::uint16_t SmfLength(const ModuleImage& image, const Draft& draft,
   const unsigned kilometres = *metres / kKilometre;
   if (kilometres <= kHighest) return SmfLengthWord(kilometres, SmfLengthUnit::kKilometre);
   remarks.emplace_back(
-      "the length of single-mode fibre is above 255 km, for which rows and "
-      "reports have no place");
+      "the length of single-mode fibre is above 255 km, which rows and reports "
+      "cannot show");
   return 0;
 }
 

@@ -19,8 +19,8 @@ namespace [[gnu::visibility("hidden")]] module_memory {
 struct ModuleIdentifier {
   std::uint8_t code;
   ModuleFamily family;
-  std::string_view name = {};  ///< the short name of a module that fills a record; empty: of others
-  /// That of its `PhyCableRecord`; without meaning for other modules.
+  std::string_view name = {};  ///< a short name; empty for modules that fill no record
+  /// The form factor in the `PhyCableRecord`; without meaning for modules that fill none.
   FormFactor form_factor = FormFactor::kQsfp28;
 };
 /// Null for other codes.
@@ -31,7 +31,7 @@ bool IsCustomCmis(std::optional<std::uint8_t> identifier, std::optional<std::uin
                   std::optional<std::uint8_t> copy);
 
 /// The warning of a module whose values are not valid yet.
-inline constexpr std::string_view kNotReadyText = "the module says that its data is not ready";
+inline constexpr std::string_view kNotReadyText = "the module reports that its data is not ready";
 
 /// \name The nominal bit rate of SFF-8636 (bytes 140 and 222) and SFF-8472 (A0h bytes 12 and 66)
 /// @{

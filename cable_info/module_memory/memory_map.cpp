@@ -371,7 +371,7 @@ class MonitorBank {
   std::optional<AlarmFlags> common_flags_;  // those of each lane
 };
 
-// What a module has of a quantity, without its thresholds.
+// The raw value and the flags of a quantity, without its thresholds.
 struct RawMonitor {
   RawMonitor(const MonitorBank& bank, unsigned lane)
       : value(bank.RawOf(lane)), flags(bank.FlagsOf(lane)) {}
@@ -526,7 +526,7 @@ void WarnOfFlags(Decoding& to, Lines<LaneMapField> map) {
     for (const Lane& lane : to.info.lanes) {
       if (!read || bank != BankOfLane(lane.number)) {
         bank = BankOfLane(lane.number);
-        // A value that is not advertised for sure is present when any of its bits is set.
+        // A value whose advertisement is unknown counts as present if any of its bits is set.
         read.emplace(to.image.HalfOf(InBank(line.page, bank), line.byte), line,
                      Advertised::kUnknown);
       }

@@ -160,8 +160,8 @@ DumpBytes DumpFromContent(std::string_view content) {
   if (IsListing(content)) return ParseListing(content);
   const bool is_linear = content.size() == kLinearImage || content.size() == kLinearSfpImage;
   if (content.size() > kMaxDumpSize && !is_linear) {
-    throw BadModule("an image of more than " + std::to_string(kMaxDumpSize) +
-                    " bytes is no module's memory");
+    throw BadModule("an image of " + std::to_string(content.size()) +
+                    " bytes is not the memory of a module");
   }
   DumpBytes bytes;
   bytes.reserve(content.size());

@@ -137,8 +137,8 @@ class ModuleImage {
   }
   /// True when any byte of the page is known.
   bool Has(Page page) const;
-  /// The half of the page that contains the byte. If none of its bytes is known, it is empty, and
-  /// its page and first byte are those of no page in particular. Valid until the image changes.
+  /// The half of the page that contains the byte. If none of its bytes is known, the result is an
+  /// empty half whose page and first byte are unspecified. Valid until the image changes.
   const Half& HalfOf(Page page, std::size_t byte) const {
     static constexpr Half kNothing;
     const std::size_t at = Find(KeyOf(page, byte));
@@ -224,9 +224,9 @@ struct PageFile {
   std::string path;  ///< the path of the file
 };
 
-/// The page with the name `text`. The names are "lower", "00" to "ff", optionally with "h"
-/// after or "0x" before it, in any case. A bank other than 0 follows the page: "11.1". "a0" and
-/// "a2" are the devices of SFP modules, with any mark and bank.
+/// The page with the name `text`, in upper or lower case. The names are "lower", and "00" to "ff",
+/// optionally with "h" after or "0x" before it. A bank other than 0 follows the page: "11.1". "a0"
+/// and "a2", with the same marks, always name the devices of SFP modules; a bank is ignored.
 std::optional<Page> ParsePageName(std::string_view text);
 
 /// The name in its shortest form: "lower", "03", "11.1", "a2".

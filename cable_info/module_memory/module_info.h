@@ -173,7 +173,7 @@ struct VdmSample {
 
 /// A checksum of a page: the low byte of the sum of its bytes `first` to `last`.
 struct PageChecksum {
-  Page page = Page::kLower;   ///< the page of all these bytes
+  Page page = Page::kLower;   ///< the page that contains these bytes
   std::uint8_t first = 0;     ///< the first byte of the sum
   std::uint8_t last = 0;      ///< the last byte of the sum
   std::uint8_t stored = 0;    ///< the sum that the module stores
@@ -221,7 +221,7 @@ class ModuleInfo {
   void SetState(Field field, FieldState state);
   /// A number in the unit of the field, or 0 or 1 for a flag; the field is present.
   void SetNumber(Field field, double number);
-  /// `name` is that of a code table, which outlives this object.
+  /// A code and its name in a code table; the characters of `name` must outlive this object.
   void SetCode(Field field, unsigned code, std::string_view name);
   /// A text whose bytes are the code points of the same numbers.
   void SetText(Field field, std::string_view latin1);

@@ -150,7 +150,7 @@ class Listing {
     if (offset > kMaxDumpSize) {
       Fail("an offset of at most " + std::to_string(kMaxDumpSize) + " bytes", "a higher one");
     }
-    if (offset < bytes_.size()) Fail("offsets that grow", "one that goes back");
+    if (offset < bytes_.size()) Fail("ascending offsets", "a lower one");
     const std::size_t row_size = bytes_.size() - last_row_;
     while (bytes_.size() < offset) {
       bytes_.push_back(repeats_ && row_size > 0 ? bytes_[bytes_.size() - row_size] : DumpByte());

@@ -24,7 +24,7 @@ using DumpByte = std::optional<std::uint8_t>;
 /// The bytes of a dump, by offset.
 using DumpBytes = std::vector<DumpByte>;
 
-/// The size of the largest dump, in bytes.
+/// The size of the largest dump in bytes, apart from the EEPROM files described below.
 inline constexpr std::size_t kMaxDumpSize = 4096;
 
 /// \name EEPROM files of drivers

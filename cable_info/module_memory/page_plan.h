@@ -39,7 +39,7 @@ Page FirstPageOf(std::uint8_t identifier);
 /// parts.
 std::vector<MemoryPart> PartsToRead(const ModuleImage& image);
 
-/// The maximum number of parts to read of a module.
+/// The maximum number of parts to read from a module.
 inline constexpr std::size_t kMaxMemoryParts = 256;
 
 }  // namespace cable_info

@@ -17,8 +17,8 @@ namespace cable_info {
 namespace [[gnu::visibility("hidden")]] module_memory {
 
 /// \name The records of the module families
-/// The image is that of a `ModuleMemory`. Values for which the record has no field are remarked on
-/// in `remarks`.
+/// The image is that of a `ModuleMemory`. Values for which the record has no field are reported in
+/// `remarks`.
 /// @{
 /// `identifier` is the code that determined the family.
 std::unique_ptr<CableRecord> CableFromSff8636(const ModuleImage& image, std::uint8_t identifier,

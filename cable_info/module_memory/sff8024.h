@@ -85,8 +85,9 @@ extern const CodeTable kMediaTypes;
 extern const CodeTable kMediaTechnologies;
 /// Device technologies of SFF-8636: bits 7..4.
 extern const CodeTable kSff8636Technologies;
-/// Optical lanes of electrical ones of SFF-8636: 20h bytes 248-249, one nibble per lane. Of two
-/// electrical lanes that PAM4 makes one optical lane, one has the most significant bits (MSB).
+/// The optical lane that carries each electrical lane, SFF-8636 20h bytes 248-249, one nibble per
+/// lane. Where PAM4 combines two electrical lanes into one optical lane, one of them carries the
+/// most significant bits (MSB).
 extern const CodeTable kOpticalLanes;
 /// Module states of CMIS: bits 3..1.
 extern const CodeTable kModuleStates;

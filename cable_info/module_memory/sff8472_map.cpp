@@ -37,7 +37,7 @@ bool IsBaseTCode(unsigned code) {
   return code == 0x16 || code == 0x1C || code == 0x1D || code == 0x1E;
 }
 
-// BASE-T, and other modules for copper that are no cables.
+// BASE-T, and other copper modules that are not cables.
 Advertised IsCopperModule(const ModuleImage& image) {
   const std::optional<std::uint8_t> connector = image.At(kA0, 2);
   const std::optional<std::uint8_t> compliance = image.At(kA0, 36);
@@ -366,7 +366,7 @@ void DecodeRevision(Decoding& to) {
   const std::optional<std::uint8_t> code = to.image.At(kA0, 94);
   if (!code) return to.info.SetState(Field::kRevision, FieldState::kNotRead);
   if (*code >= std::size(kNames)) {
-    return to.Warn("byte 94 of A0h is " + HexText(*code) + ", which is no revision's code");
+    return to.Warn("byte 94 of A0h is " + HexText(*code) + ", which is not the code of a revision");
   }
   if (*code != 0) to.info.SetText(Field::kRevision, kNames[*code]);
 }
@@ -582,7 +582,7 @@ void DecodeMonitors(Decoding& to) {
   DropFlags(to.info);
 }
 
-// Neither values nor flags of A2h count.
+// The values and flags of A2h are ignored.
 void SkipMonitors(Decoding& to) {
   for (const MapMonitor& line : kMonitors) {
     if (line.quantity == Quantity::kAux) to.info.aux.push_back({line.name, {}});
@@ -591,7 +591,7 @@ void SkipMonitors(Decoding& to) {
     to.Warn("the module has legacy diagnostics (A0h byte 92 bit 7), which are not decoded");
   }
   if (to.image.Has(kA2)) {
-    to.Warn("A2h was read, but the module says that it has no diagnostics; A2h is not used");
+    to.Warn("A2h was read, but the module states that it has no diagnostics; A2h is not used");
   }
 }
 

@@ -417,7 +417,7 @@ void DecodeRevision(Decoding& to) {
   if (!code) return to.info.SetState(Field::kRevision, FieldState::kNotRead);
   const std::string_view name = RevisionName(*code);
   if (!name.empty()) return to.info.SetText(Field::kRevision, name);
-  if (*code != 0) to.Warn("byte 1 is " + HexText(*code) + ", which is no revision's code");
+  if (*code != 0) to.Warn("byte 1 is " + HexText(*code) + ", which is not the code of a revision");
 }
 
 // The class and its power. Class 8 requires a maximum power in byte 107: older revisions reserve
@@ -495,7 +495,7 @@ void DecodeNearEndLanes(Decoding& to) {
   const std::optional<std::uint8_t> byte = to.image.At(kLower, 113);
   if (!byte) return to.info.SetState(Field::kNearEndLanes, FieldState::kNotRead);
   if ((*byte & kAll) == kAll) {
-    return to.Warn("byte 113 says that the module has none of its four lanes, which is ignored");
+    return to.Warn("byte 113 states that the module has none of its four lanes; it is ignored");
   }
   unsigned implemented = kLanes;
   for (std::uint64_t absent = AbsentLanes(to.image); absent != 0; absent >>= 1U) {

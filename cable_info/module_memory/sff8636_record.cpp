@@ -195,7 +195,7 @@ Draft UnknownCable(std::uint8_t identifier) {
   return draft;
 }
 
-// What vendors of copper cables leave in the place of optical readings is none.
+// Copper cables have no optical readings, whatever their vendors left in those bytes.
 void DropOpticalReadings(CableRecord& record) {
   for (auto* lanes : {&record.RxPower, &record.TxBias, &record.TxPower}) {
     std::fill(std::begin(*lanes), std::end(*lanes), 0.0F);

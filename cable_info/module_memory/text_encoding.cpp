@@ -7,7 +7,8 @@ namespace cable_info::module_memory {
 
 namespace {
 
-// What a character of so many bytes must begin with, and the lowest code point that needs them.
+// The bits with which a character of `length` bytes begins, and the lowest code point that needs
+// that many.
 struct Utf8Form {
   std::size_t length;
   unsigned mask;

@@ -2,8 +2,8 @@
 
 /// \file
 /// The rules that compare a port with others of its fabric: `kOutlier`, `kLinkLoss` and
-/// `kEndMismatch`. Ports are added one by one, in any order, and judged when all were added. Little
-/// more than 100 bytes are kept of each.
+/// `kEndMismatch`. Ports are added one by one, in any order, and judged after the last one. Each
+/// takes little more than 100 bytes.
 
 #include <array>
 #include <cstddef>
@@ -39,7 +39,7 @@ constexpr bool operator==(const PortId& a, const PortId& b) {
 
 /// The values of a port that the rules use.
 struct FabricPort {
-  /// A port of which nothing is known.
+  /// A port about which nothing is known.
   FabricPort() {
     rx_power.fill(Finding::kNone);
     tx_power.fill(Finding::kNone);
@@ -64,7 +64,7 @@ class FabricRules {
  public:
   /// Applies the rules that `settings` does not turn off.
   explicit FabricRules(const RuleSettings& settings) : settings_(settings) {}
-  FabricRules(const FabricRules&) = delete;  // part_numbers_ has addresses of the keys of parts_
+  FabricRules(const FabricRules&) = delete;  // part_numbers_ points to the keys of parts_
   FabricRules& operator=(const FabricRules&) = delete;
   /// Moves the ports; the other object may only be destroyed or assigned to.
   FabricRules(FabricRules&&) = default;
@@ -77,7 +77,7 @@ class FabricRules {
 
   /// The number of ports that were added.
   std::size_t size() const { return ports_.size(); }
-  /// \name The port of an index
+  /// \name The port with an index
   /// Texts stay valid until the next `Add`.
   /// @{
 

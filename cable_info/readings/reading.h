@@ -30,7 +30,7 @@ inline constexpr std::size_t kQuantities = 5;
 /// The highest number of lanes of a port. Lanes are numbered from 1.
 inline constexpr int kMaxLanes = 8;
 
-/// Up to eight switches or flags of which each is on, off or not known; number 1 in bit 0.
+/// Up to eight switches or flags, each of which is on, off or not known; number 1 is bit 0.
 struct Flags {
   std::uint8_t known = 0;   ///< bit n - 1: flag n is known
   std::uint8_t raised = 0;  ///< bit n - 1: flag n is raised; 0 where it is not known

@@ -108,19 +108,19 @@ bool AllZero(const Words& words) {
 }
 
 void SetTemperature(Reading& reading, std::uint16_t word, const Words& thresholds,
-                    std::size_t bounds, std::uint8_t technology) {
+                    std::size_t levels, std::uint8_t technology) {
   if (const std::optional<double> degrees = Degrees(word, technology)) SetValue(reading, *degrees);
   if (AllZero(thresholds)) return;
-  for (std::size_t i = 0; i < bounds; ++i) {
+  for (std::size_t i = 0; i < levels; ++i) {
     const std::optional<double> degrees = Degrees(thresholds[i], technology);
     if (degrees) SetThreshold(reading, kAllAlarmLevels[i], *degrees);
   }
 }
 
-void SetVoltage(Reading& reading, std::uint16_t word, const Words& thresholds, std::size_t bounds) {
+void SetVoltage(Reading& reading, std::uint16_t word, const Words& thresholds, std::size_t levels) {
   SetValue(reading, word * kVoltsPerUnit);
   if (AllZero(thresholds)) return;
-  for (std::size_t i = 0; i < bounds; ++i) {
+  for (std::size_t i = 0; i < levels; ++i) {
     SetThreshold(reading, kAllAlarmLevels[i], thresholds[i] * kVoltsPerUnit);
   }
 }
@@ -189,14 +189,14 @@ void SettleModule(Readings& port, std::uint16_t voltage, std::uint16_t temperatu
 
 constexpr int kPageLanes = 4;
 
-// SFF-8636 lower page, bytes 6 and 7: bits 7..4 are the four bounds in order.
-Flags BoundsDownwards(std::uint8_t byte) {
+// SFF-8636 lower page, bytes 6 and 7: bits 7..4 are the four levels in order.
+Flags LevelsDownwards(std::uint8_t byte) {
   constexpr std::uint8_t kKnown = 0x0F;
   return {kKnown, Reversed4(byte >> 4)};
 }
 
 // SFF-8636 lower page, bytes 9 to 14: one nibble per lane, lane 1 in the top nibble.
-Flags BoundsOfLane(std::uint16_t word, int lane) {
+Flags LevelsOfLane(std::uint16_t word, int lane) {
   constexpr std::uint8_t kKnown = 0x0F;
   return {kKnown, Reversed4(static_cast<unsigned>(word) >> (4 * (kPageLanes - lane)) & 0xF)};
 }
@@ -276,13 +276,13 @@ void SetModuleReadings(Readings& port, const CableRecord& r) {
       temperature, r.Temperature,
       {r.TempHighAlarmThresh, r.TempLowAlarmThresh, r.TempHighWarnThresh, r.TempLowWarnThresh},
       kAlarmLevels, r.TransmitterTechnologyCode);
-  temperature.latched = BoundsDownwards(r.LatchedTemperatureAlarms);
+  temperature.latched = LevelsDownwards(r.LatchedTemperatureAlarms);
   Reading& voltage = port.Of(Quantity::kVoltage);
   SetVoltage(
       voltage, r.SupplyVoltage,
       {r.VoltHighAlarmThresh, r.VoltLowAlarmThresh, r.VoltHighWarnThresh, r.VoltLowWarnThresh},
       kAlarmLevels);
-  voltage.latched = BoundsDownwards(r.LatchedVoltageAlarms);
+  voltage.latched = LevelsDownwards(r.LatchedVoltageAlarms);
   SettleModule(port, r.SupplyVoltage, r.Temperature);
 }
 
@@ -292,9 +292,9 @@ void SetLanes(Readings& port, const CableRecord& r) {
     SetValue(port.Of(Quantity::kRxPower, lane), static_cast<double>(r.RxPower[index]));
     SetValue(port.Of(Quantity::kTxPower, lane), static_cast<double>(r.TxPower[index]));
     SetValue(port.Of(Quantity::kTxBias, lane), static_cast<double>(r.TxBias[index]));
-    port.Of(Quantity::kRxPower, lane).latched = BoundsOfLane(r.RxPowerAlarms, lane);
-    port.Of(Quantity::kTxPower, lane).latched = BoundsOfLane(r.TxPowerAlarms, lane);
-    port.Of(Quantity::kTxBias, lane).latched = BoundsOfLane(r.TxBiasAlarms, lane);
+    port.Of(Quantity::kRxPower, lane).latched = LevelsOfLane(r.RxPowerAlarms, lane);
+    port.Of(Quantity::kTxPower, lane).latched = LevelsOfLane(r.TxPowerAlarms, lane);
+    port.Of(Quantity::kTxBias, lane).latched = LevelsOfLane(r.TxBiasAlarms, lane);
   }
   port.Of(LaneFlag::kRxLos) = FourLanes(r.LatchedCdrLos);
   port.Of(LaneFlag::kTxLos) = FourLanes(r.LatchedCdrLos >> 4);
@@ -310,12 +310,12 @@ void SetLanes(Readings& port, const CableRecord& r) {
 // ---------------------------------------------------------------------------------------------
 
 // The PHY's module flags are already in the order of the levels.
-Flags BoundsUpwards(std::uint8_t byte) { return {0x0F, static_cast<std::uint8_t>(byte & 0xF)}; }
+Flags LevelsUpwards(std::uint8_t byte) { return {0x0F, static_cast<std::uint8_t>(byte & 0xF)}; }
 
 // The lanes with a raised flag, by level.
 using LaneMasks = std::array<std::uint8_t, kAlarmLevels>;
 
-Flags BoundsOfLane(const LaneMasks& masks, int lane) {
+Flags LevelsOfLane(const LaneMasks& masks, int lane) {
   Flags flags = {0x0F, 0};
   for (std::size_t i = 0; i < kAlarmLevels; ++i) {
     flags.raised |= static_cast<std::uint8_t>((masks[i] >> (lane - 1) & 1) << i);
@@ -370,12 +370,12 @@ void SetLaneBias(Readings& port, const ModuleRecord& m) {
 }
 
 void SetModuleReadings(Readings& port, const ModuleRecord& m) {
-  constexpr std::size_t kAlarmBounds = 2;  // the register has no warning thresholds
+  constexpr std::size_t kRegisterLevels = 2;  // the register has no warning thresholds
   SetTemperature(port.Of(Quantity::kTemperature), m.temperature,
-                 {m.temp_high_threshold, m.temp_low_threshold, 0, 0}, kAlarmBounds,
+                 {m.temp_high_threshold, m.temp_low_threshold, 0, 0}, kRegisterLevels,
                  phy::module::TechnologyNibble(m));
   SetVoltage(port.Of(Quantity::kVoltage), m.voltage,
-             {m.voltage_high_threshold, m.voltage_low_threshold, 0, 0}, kAlarmBounds);
+             {m.voltage_high_threshold, m.voltage_low_threshold, 0, 0}, kRegisterLevels);
   SetLanePowers(port, Quantity::kRxPower, m.rx_power, m.rx_power_high_threshold,
                 m.rx_power_low_threshold, m);
   SetLanePowers(port, Quantity::kTxPower, m.tx_power, m.tx_power_high_threshold,
@@ -384,8 +384,8 @@ void SetModuleReadings(Readings& port, const ModuleRecord& m) {
 }
 
 void SetFlags(Readings& port, const LatchedFlagsPage& page) {
-  port.Of(Quantity::kTemperature).latched = BoundsUpwards(page.latched_temperature_flags);
-  port.Of(Quantity::kVoltage).latched = BoundsUpwards(page.latched_voltage_flags);
+  port.Of(Quantity::kTemperature).latched = LevelsUpwards(page.latched_temperature_flags);
+  port.Of(Quantity::kVoltage).latched = LevelsUpwards(page.latched_voltage_flags);
   const LaneMasks rx_power = {page.latched_rx_power_high_alarm, page.latched_rx_power_low_alarm,
                               page.latched_rx_power_high_warning,
                               page.latched_rx_power_low_warning};
@@ -395,9 +395,9 @@ void SetFlags(Readings& port, const LatchedFlagsPage& page) {
   const LaneMasks tx_bias = {page.latched_tx_bias_high_alarm, page.latched_tx_bias_low_alarm,
                              page.latched_tx_bias_high_warning, page.latched_tx_bias_low_warning};
   for (int lane = 1; lane <= kMaxLanes; ++lane) {
-    port.Of(Quantity::kRxPower, lane).latched = BoundsOfLane(rx_power, lane);
-    port.Of(Quantity::kTxPower, lane).latched = BoundsOfLane(tx_power, lane);
-    port.Of(Quantity::kTxBias, lane).latched = BoundsOfLane(tx_bias, lane);
+    port.Of(Quantity::kRxPower, lane).latched = LevelsOfLane(rx_power, lane);
+    port.Of(Quantity::kTxPower, lane).latched = LevelsOfLane(tx_power, lane);
+    port.Of(Quantity::kTxBias, lane).latched = LevelsOfLane(tx_bias, lane);
   }
   port.Of(LaneFlag::kRxLos) = {kAllLanes, page.latched_rx_los};
   port.Of(LaneFlag::kTxLos) = {kAllLanes, page.latched_tx_los};

@@ -125,7 +125,7 @@ class Readings {
   /// The name of the data source; empty without data.
   std::string source;
   /// The status of the query that read the cable pages (see `ConvertCableInfoVSStatusToStr`); empty
-  /// for other sources. Unless it is 0 there is neither a reading nor a flag.
+  /// for other sources. If it has a value other than 0, there are no readings and no flags.
   std::optional<std::uint8_t> query_status;
   /// The number of wrong checksums in the memory of the module.
   int checksum_mismatches = 0;
@@ -216,8 +216,9 @@ class Readings {
 ///
 /// The pages have thresholds of temperature and voltage only. A quantity whose four thresholds are
 /// all zero has none; temperatures and their thresholds outside -40..125 C are missing. A module
-/// whose monitors are zero on all lanes has no monitors; one whose voltage is 0 does not measure
-/// it, nor, if its temperature word is 0, the temperature. Passive copper measures nothing.
+/// whose monitors are zero on all lanes has no lane monitors. A voltage of 0 means that the module
+/// has no voltage monitor; if its temperature word is 0, too, it has no temperature monitor either.
+/// Passive copper has no monitors.
 Readings ReadingsOf(const CableRecord& record);
 
 /// The readings of the PHY's registers. The register has alarm thresholds only; the rules for

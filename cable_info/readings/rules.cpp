@@ -50,7 +50,7 @@ constexpr auto kSingleRules = std::array<SingleRule, 14>{{
     {Rule::kQueryFailed, "query-failed", Severity::kCritical, "", Finding::kNone,
      "the query that reads the module failed"},
     {Rule::kNoData, "no-data", Severity::kUnknown, "", Finding::kNone,
-     "nothing was read of the port's cable"},
+     "nothing was read from the port's cable"},
     {LaneFlagRule(LaneFlag::kRxLos), "rx-los", Severity::kWarning, "mW", 0.001F,
      "loss of the received signal is latched; at or below the limit there is no light"},
     {LaneFlagRule(LaneFlag::kTxLos), "tx-los", Severity::kWarning, "", Finding::kNone,
@@ -115,7 +115,7 @@ std::string MonitorRuleMeaning(const MonitorRule& rule) {
   if (rule.is_latched) {
     return meaning.append(" ")
         .append(Words(rule.level))
-        .append(" is latched, the value is inside now or not known");
+        .append(" is latched; the value is within the threshold now, or unknown");
   }
   return meaning.append(IsHigh(rule.level) ? " is above the " : " is below the ")
       .append("module's own ")
@@ -504,7 +504,7 @@ std::string Sentence(const Finding& finding) {
       return "The query that reads the module failed: " +
              ConvertCableInfoVSStatusToStr(static_cast<std::uint8_t>(finding.value)) + '.';
     case Rule::kNoData:
-      return "Nothing was read of the port's cable.";
+      return "Nothing was read from the port's cable.";
     case Rule::kLaneImbalance:
     case Rule::kOutlier:
     case Rule::kLinkLoss:

@@ -31,7 +31,8 @@ inline constexpr std::size_t kVerdicts = 4;
 /// "ok", "unknown", "warning" or "critical".
 std::string_view VerdictName(Verdict verdict);
 
-/// A rule. Those of a quantity's bounds have no names here: see `ThresholdRule` and `LatchedRule`.
+/// A rule. Rules for a level of a quantity have no enumerators: see `ThresholdRule` and
+/// `LatchedRule`.
 enum class Rule : std::uint8_t {
   kQueryFailed,
   kNoData,

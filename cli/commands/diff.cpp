@@ -40,8 +40,8 @@ class OldCollector : public PortCollector {
   bool is_usable_ = false;
 };
 
-// Keeps those of the other one, and writes what is different. Nothing if that input could not be
-// read: the ports that are missing then are not gone.
+// Keeps the ports of the other input, and writes the differences. Writes nothing if that input
+// could not be read to its end: ports missing for that reason are not gone.
 class NewCollector : public PortCollector {
  public:
   using CompareFunction = decltype(Compare);

@@ -27,7 +27,7 @@ std::optional<std::string> UsageProblem(const PortOptions& options) {
   for (const std::string& module : options.modules) {
     if (const auto problem = UnknownPage(module)) return "--module: " + *problem;
   }
-  if (options.output.empty()) return std::string("--output: ") + kNoFileName;
+  if (options.output.empty()) return "--output: " + std::string(kNoFileName);
   const std::vector<std::string> inputs = InputPaths(options);
   if (std::ranges::find(inputs, "") != inputs.end()) return kNoFileName;
   if (IsStandardOutput(options.output)) return std::nullopt;

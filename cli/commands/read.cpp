@@ -121,7 +121,8 @@ class Reader {
   // The module, read in the first way that works.
   LiveModule Read(const LivePort& port) {
     if (!busy_[port.Name()].expired()) {
-      return Failure({ReadError::Kind::kTimeLimit, "still waits for an earlier request"});
+      return Failure(
+          {ReadError::Kind::kTimeLimit, "an earlier request is still waiting for an answer"});
     }
     ReadError error = {ReadError::Kind::kNotSupported, "it has no network interface"};
     for (const Make& make : WaysTo(port)) {

@@ -72,7 +72,7 @@ bool LooksLikePortRecords(std::string_view text) {
 DumpBytes DumpFrom(std::string_view text) {
   if (text.size() > kMaxFile) {
     throw BadModule("a file of more than " + std::to_string(kMaxFile) +
-                    " bytes is no module's memory");
+                    " bytes is not the memory of a module");
   }
   return DumpFromContent(text);
 }

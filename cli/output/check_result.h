@@ -20,8 +20,7 @@ namespace cli {
 void WriteJudgedPort(std::ostream& os, const Port& port, const cable_info::Readings& readings,
                      const cable_info::RuleSettings& settings);
 
-/// The findings of all ports of a run. Little more than 150 bytes are kept of a port, and 16 of a
-/// finding.
+/// The findings of all ports of a run. A port takes little more than 150 bytes, a finding 16.
 class CheckResult {
  public:
   explicit CheckResult(const cable_info::RuleSettings& settings) : fabric_(settings) {}

@@ -16,8 +16,8 @@ namespace cli {
 /// Writes a port in a form that `PageData::Add` reads. Any thread may do so.
 void WritePagePort(std::ostream& os, const Port& port, const cable_info::RuleSettings& settings);
 
-/// The HTML page of all ports of a run. Parts that many ports share are kept once, so that little
-/// more than its own readings is kept of each.
+/// The HTML page of all ports of a run. Parts that many ports share are kept once, so that a port
+/// takes little more space than its own readings.
 class PageData {
  public:
   struct About {

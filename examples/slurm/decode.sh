@@ -6,10 +6,10 @@
 #   examples/slurm/decode.sh archive.jsonl cables.csv parts 64 --time=30 -- table
 #   examples/slurm/decode.sh archive.jsonl verdicts.jsonl parts 64 -- check --json
 #
-# COMMAND is one that writes port by port: table, export, or check --json, whose summaries are left
-# out. Rules of `check` that compare ports see those of a part. FOLDER, which all nodes must see,
-# receives one file per part. A part that fails is named, and OUTPUT is not written (status 1); a
-# second run with the same FOLDER decodes only the parts that it lacks. CABLEINFO is the program.
+# COMMAND is table, export or check --json. The summaries of `check` are left out, and its rules
+# that compare ports see only the ports of one part. FOLDER, which all nodes must see, receives one
+# file per part. A part that fails is listed, and OUTPUT is not written (status 1); a second run
+# with the same FOLDER decodes only the missing parts. CABLEINFO is the program.
 set -euo pipefail
 
 input=$(realpath "${1:?the port records}")
@@ -48,7 +48,7 @@ if [ -n "$todo" ]; then
     "$here/decode_part.sh" "$input" "$folder" "$parts" "${part_command[@]}" || true
 fi
 todo=$(missing)
-# In the order of the parts: what each said of its ports, with line numbers within the part.
+# The messages about the ports of each part, in the order of the parts.
 for ((part = 1; part <= parts; ++part)); do
   [ ! -s "$folder/$part.log" ] || sed "s|^|part $part: |" "$folder/$part.log" >&2
 done

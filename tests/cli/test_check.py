@@ -130,7 +130,7 @@ warning  0x0000000000000010/3
   warning   temperature-high-warning  The temperature is 71 C, above the high warning limit of 70 C.
 
 unknown  0x0000000000000000/4
-  unknown   no-data  Nothing was read of the port's cable.
+  unknown   no-data  Nothing was read from the port's cable.
 
 4 ports: 1 critical, 1 warning, 1 unknown, 1 ok
   temperature-high-warning  2

@@ -240,8 +240,8 @@ class Modules(ProgramTest):
                 (b"\x07" + bytes(255), "unknown module identifier: byte 0 is 0x07, byte 128 is 0x00"),
                 (qsfp28() + b"\0", "an image of 385 bytes is not the memory of a QSFP28 module; "
                  "valid sizes are 256, 384, 640"),
-                (bytes(5000), "an image of more than 4096 bytes is no module's memory"),
-                (bytes(300000), "a file of more than 262144 bytes is no module's memory"),
+                (bytes(5000), "an image of 5000 bytes is not the memory of a module"),
+                (bytes(300000), "a file of more than 262144 bytes is not the memory of a module"),
                 (b"Vendor: Acme\n",
                  'line 1 of the listing: expected bytes in hexadecimal, found "Vendor:"')):
             bad = self.dump(content, "bad")
@@ -261,7 +261,7 @@ class Modules(ProgramTest):
 
     def test_an_endless_file_is_rejected(self):
         self.assert_run(run("table", "--no-header", "--module", "/dev/zero"), 1,
-                        "/dev/zero: a file of more than 262144 bytes is no module's memory\n" + summary(0, 1))
+                        "/dev/zero: a file of more than 262144 bytes is not the memory of a module\n" + summary(0, 1))
 
     def test_modules_and_port_records_exclude_each_other(self):
         result = run("table", "ports.jsonl", "--module", self.dump(qsfp28()))

@@ -124,7 +124,7 @@ TEST(ModuleListing, NamesTheLineThatItCannotRead) {
   EXPECT_EQ(Problem("00 1"), "line 1 of the listing: expected bytes in hexadecimal, found \"1\"");
   EXPECT_EQ(Problem("00,1"), "line 1 of the listing: expected bytes in hexadecimal, found \"1\"");
   EXPECT_EQ(Problem("00000010: 00\n00000000: 00\n"),
-            "line 2 of the listing: expected offsets that grow, found one that goes back");
+            "line 2 of the listing: expected ascending offsets, found a lower one");
   EXPECT_EQ(Problem("fffffffffffffffff0: 00\n"),
             "line 1 of the listing: expected an offset of at most 4096 bytes, found a higher one");
   EXPECT_EQ(Problem(std::string(9000, '0')),

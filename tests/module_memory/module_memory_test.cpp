@@ -207,13 +207,13 @@ TEST(ModuleRemarks, ReportTheMaximumPowerOfClass8) {
 TEST(ModuleRemarks, ReportThatDataIsNotReady) {
   ImageBuilder memory = qsfp::Optic();
   memory.Byte(qsfp::kStatus, 0x01);
-  EXPECT_EQ(RemarksOf(memory), Texts{"the module says that its data is not ready"});
+  EXPECT_EQ(RemarksOf(memory), Texts{"the module reports that its data is not ready"});
 }
 
 TEST(ModuleRemarks, ReportThatDataOfAnSfpIsNotReady) {
   ImageBuilder memory = sfp::Optic();
   memory.Byte(sfp::kStatus, 0x01);
-  EXPECT_EQ(RemarksOf(memory), Texts{"the module says that its data is not ready"});
+  EXPECT_EQ(RemarksOf(memory), Texts{"the module reports that its data is not ready"});
 }
 
 TEST(ModuleRemarks, ReportTheAttenuationOfCopperAt25Gigahertz) {
@@ -239,8 +239,8 @@ TEST(ModuleRemarks, ReportALongFibre) {
   ImageBuilder memory = cmis::Blank(0x18, false);
   memory.Byte(cmis::kLengthSmf, 0xBF);  // 63 times 10 km
   EXPECT_EQ(RemarksOf(cmis::Sealed(memory)),
-            Texts{"the length of single-mode fibre is above 255 km, for which rows and reports "
-                  "have no place"});
+            Texts{"the length of single-mode fibre is above 255 km, which rows and reports "
+                  "cannot show"});
 }
 
 TEST(ModuleRemarks, ReportALengthWhoseMultiplierIsNotDefined) {

@@ -387,8 +387,8 @@ TEST(Sff8472Map, NamesItsRevision) {
   EXPECT_FALSE(Full().Put(A0, 94, {0}).Decode()[Field::kRevision].IsPresent());
   const ModuleInfo unknown = Full().Put(A0, 94, {11}).Decode();
   EXPECT_FALSE(unknown[Field::kRevision].IsPresent());
-  EXPECT_EQ(Warnings(unknown),
-            std::vector<std::string>{"byte 94 of A0h is 0x0b, which is no revision's code"});
+  EXPECT_EQ(Warnings(unknown), std::vector<std::string>{
+                                   "byte 94 of A0h is 0x0b, which is not the code of a revision"});
 }
 
 TEST(Sff8472Map, HasFourPowerLevels) {
@@ -1071,7 +1071,7 @@ TEST(Sff8472Map, NeverUsesA2WithoutDiagnostics) {
   EXPECT_EQ(info.lanes[0].rx_power.state, FieldState::kNotImplemented);
   EXPECT_EQ(info.lanes[0][LaneField::kRxLos].state, FieldState::kNotImplemented);
   EXPECT_EQ(Warnings(info),
-            std::vector<std::string>{"A2h was read, but the module says that it has "
+            std::vector<std::string>{"A2h was read, but the module states that it has "
                                      "no diagnostics; A2h is not used"});
 }
 

@@ -361,7 +361,7 @@ TEST(Sff8636Map, NamesItsRevision) {
   const ModuleInfo unknown = Full().Put(L, 1, {0x80}).Decode();
   EXPECT_FALSE(unknown[Field::kRevision].IsPresent());
   EXPECT_EQ(Warnings(unknown),
-            std::vector<std::string>{"byte 1 is 0x80, which is no revision's code"});
+            std::vector<std::string>{"byte 1 is 0x80, which is not the code of a revision"});
 }
 
 TEST(Sff8636Map, KnowsPowerClassesAndTheirPower) {
@@ -968,7 +968,8 @@ TEST(Sff8636Map, IsNotReadyWhereNothingIsMeasuredYet) {
   EXPECT_EQ(info.lanes[1].rx_power.state, FieldState::kNotReady);
   EXPECT_EQ(info.lanes[1].tx_power.state, FieldState::kNotReady);
   EXPECT_EQ(info.lanes[1].tx_bias.state, FieldState::kNotReady);
-  EXPECT_EQ(Warnings(info), std::vector<std::string>{"the module says that its data is not ready"});
+  EXPECT_EQ(Warnings(info),
+            std::vector<std::string>{"the module reports that its data is not ready"});
   const ModuleInfo copper = memory.Put(P00, 147, {0xA0}).Decode();
   EXPECT_EQ(copper.temperature.state, FieldState::kNotImplemented);
   EXPECT_EQ(copper.lanes[1].rx_power.state, FieldState::kNotImplemented);
@@ -1044,7 +1045,7 @@ TEST(Sff8636Map, IgnoresThatAllLanesAreNotThere) {
   EXPECT_FALSE(info[Field::kNearEndLanes].IsPresent());
   EXPECT_EQ(Warnings(info),
             std::vector<std::string>{
-                "byte 113 says that the module has none of its four lanes, which is ignored"});
+                "byte 113 states that the module has none of its four lanes; it is ignored"});
   // Byte 113 counts from revision 2.5 on.
   const ModuleInfo older = Full().Put(L, 1, {0x06}).Put(L, 113, {0x0C}).Decode();
   EXPECT_TRUE(older.lanes[3][LaneField::kRxLos].IsPresent());

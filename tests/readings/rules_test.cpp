@@ -367,7 +367,7 @@ TEST(Rules, TheSentenceOfAFlagAdmitsAnUnknownPower) {
 TEST(Rules, ThePortWithoutDataHasASentence) {
   Finding finding;
   finding.rule = Rule::kNoData;
-  EXPECT_EQ(Sentence(finding), "Nothing was read of the port's cable.");
+  EXPECT_EQ(Sentence(finding), "Nothing was read from the port's cable.");
 }
 
 TEST(Rules, LossOfSignalIsMoreSevereWithoutLight) {
