@@ -4,6 +4,7 @@
 #include "cli/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <cstddef>
@@ -528,10 +529,17 @@ ExitStatus Answer(const CLI::App& app, const CLI::ParseError& error, int argc, c
     return WriteTo(kStandardOutput, [&](std::ostream& os) { app.exit(error, os, os); });
   }
   PrintError("cableinfo: " + ProblemOf(error) + "; see " + HelpCommand(app));
-  return ExitStatus::kUsage;
+  return FailureStatus(ExitStatus::kUsage, argc, argv);
 }
 
 }  // namespace
+
+ExitStatus FailureStatus(ExitStatus status, int argc, char** argv) {
+  const std::vector<std::string_view> words(argv, argv + argc);
+  const bool is_plugin = words.size() > 1 && words[1] == "check" &&
+                         std::ranges::find(words, "--plugin") != words.end();
+  return is_plugin ? kPluginUnknown : status;
+}
 
 ExitStatus RunCommandLine(int argc, char** argv) {
   CLI::App app(kDescription, "cableinfo");

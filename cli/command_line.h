@@ -8,4 +8,8 @@ namespace cli {
 /// the version if that is requested, and reports wrong usage. Exceptions of the subcommand pass.
 ExitStatus RunCommandLine(int argc, char** argv);
 
+/// The status of a program that failed before its subcommand could end: `status`, or "unknown" for
+/// `check --plugin`.
+ExitStatus FailureStatus(ExitStatus status, int argc, char** argv);
+
 }  // namespace cli

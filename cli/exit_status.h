@@ -15,6 +15,14 @@ enum class ExitStatus {
   kCritical = 6,    ///< `check`: the worst verdict is critical
 };
 
+/// \name The exit statuses of `check --plugin`, which monitoring systems define
+/// @{
+inline constexpr auto kPluginOk = static_cast<ExitStatus>(0);
+inline constexpr auto kPluginWarning = static_cast<ExitStatus>(1);
+inline constexpr auto kPluginCritical = static_cast<ExitStatus>(2);
+inline constexpr auto kPluginUnknown = static_cast<ExitStatus>(3);
+/// @}
+
 constexpr ExitStatus Worse(ExitStatus a, ExitStatus b) { return std::max(a, b); }
 
 }  // namespace cli

@@ -22,5 +22,5 @@ int main(int argc, char** argv) {
   } catch (const std::exception& error) {
     cli::PrintError(std::string("cableinfo: ") + error.what());
   }
-  return static_cast<int>(cli::ExitStatus::kInternal);
+  return static_cast<int>(cli::FailureStatus(cli::ExitStatus::kInternal, argc, argv));
 }

@@ -40,12 +40,9 @@ Verdict PluginStateOf(const CheckResult& result, ExitStatus run) {
 }
 
 ExitStatus PluginStatusOf(Verdict state) {
-  constexpr int kOk = 0;
-  constexpr int kWarning = 1;
-  constexpr int kCritical = 2;
-  constexpr int kUnknown = 3;
-  constexpr std::array<int, cable_info::kVerdicts> kStatuses = {kOk, kUnknown, kWarning, kCritical};
-  return static_cast<ExitStatus>(kStatuses[static_cast<std::size_t>(state)]);
+  constexpr std::array<ExitStatus, cable_info::kVerdicts> kStatuses = {
+      kPluginOk, kPluginUnknown, kPluginWarning, kPluginCritical};
+  return kStatuses[static_cast<std::size_t>(state)];
 }
 
 // Compares the ports with each other once all are read, and writes what was found.
@@ -93,7 +90,7 @@ ExitStatus Check(const CheckOptions& options) {
   RuleSettings settings;
   const ExitStatus usage = ApplyRuleOptions(options.rules, settings);
   if (usage != ExitStatus::kGood) {
-    return options.as_plugin ? PluginStatusOf(Verdict::kUnknown) : usage;
+    return options.as_plugin ? kPluginUnknown : usage;
   }
   if (options.lists_rules) {
     return WriteTo(options.ports.output, [&](std::ostream& os) { WriteRules(os, settings); });

@@ -106,8 +106,8 @@ class PortRun {
     for (unsigned i = 1; i < threads_; ++i) {
       try {
         others.emplace_back([this] { Work(); });
-      } catch (const std::system_error&) {
-        break;  // continue with the threads that were started
+      } catch (const std::exception&) {
+        break;  // no thread or no memory: continue with the threads that were started
       }
     }
     Work();

@@ -77,9 +77,6 @@ std::optional<std::string> DatabaseProblem(const std::string& name) {
   return std::nullopt;
 }
 
-// SQLite takes names that begin with a colon for databases in memory.
-std::string PathOf(const std::string& name) { return name.front() == ':' ? "./" + name : name; }
-
 // True when the database is to be read, too.
 bool IsInput(const StoreOptions& options) {
   return std::ranges::any_of(options.ports.inputs, [&](const std::string& input) {
@@ -104,8 +101,7 @@ ExitStatus StoreSnapshot(const StoreOptions& options) {
   }
   const std::string taken_at =
       options.taken_at.empty() ? TimeNow() : NormalizedTime(options.taken_at);
-  StoreCollector collector(PathOf(options.database), {taken_at, InputNames(options.ports)},
-                           settings);
+  StoreCollector collector(options.database, {taken_at, InputNames(options.ports)}, settings);
   try {
     const ExitStatus status = WritePorts(options.ports, StoredPortWriter(settings), &collector);
     if (status == ExitStatus::kUsage) return status;

@@ -47,6 +47,10 @@ bool IsReadable(sqlite3* connection) {
   return result != SQLITE_READONLY && result != SQLITE_CANTOPEN;
 }
 
+// The name of the file for SQLite, which takes names that begin with ":" or "file:" for databases
+// in memory and for URIs.
+std::string PathOf(const std::string& name) { return name.starts_with('/') ? name : "./" + name; }
+
 // "file:fabric.db", with its special characters escaped.
 std::string UriOf(const std::string& path) {
   std::string uri = "file:";
@@ -69,7 +73,10 @@ std::string UriOf(const std::string& path) {
 StoreError::StoreError(int result)
     : std::runtime_error(StoreErrorCode(result).message()), code_(StoreErrorCode(result)) {}
 
-Database::Database(const std::string& path, Mode mode) {
+Database::Database() { Open(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_MEMORY); }
+
+Database::Database(const std::string& name, Mode mode) {
+  const std::string path = PathOf(name);
   if (mode == Mode::kWrite) {
     Open(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
     return;

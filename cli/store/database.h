@@ -39,8 +39,10 @@ class Database {
  public:
   enum class Mode { kRead, kWrite };
 
+  /// An empty database in memory.
+  Database();
   /// Opens the file; one to be written is created when there is none.
-  Database(const std::string& path, Mode mode);
+  Database(const std::string& name, Mode mode);
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;
   Database(Database&&) = delete;

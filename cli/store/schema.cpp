@@ -14,6 +14,9 @@ using cable_info::CsvColumn;
 using cable_info::CsvForm;
 using cable_info::kCsvColumns;
 
+static_assert(kSchemaVersion == 1 && kCsvColumns.size() == 177,
+              "a store has a column for each column of the table: a new one needs a new version");
+
 constexpr std::string_view kIndexes = R"(
 CREATE INDEX cable_by_snapshot ON cable (snapshot_id, "PortGuid", "PortNum");
 CREATE INDEX reading_by_snapshot ON reading (snapshot_id, port_guid, port_num, quantity, lane);

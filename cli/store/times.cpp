@@ -19,7 +19,7 @@ std::string NormalizedTime(const std::string& text) {
     return true;
   };
   if (!fits(kDate)) return {};
-  const Database memory(":memory:", Database::Mode::kWrite);
+  const Database memory;
   // Without a modifier SQLite keeps a day that the month does not have.
   Statement query(memory,
                   "SELECT strftime('%Y-%m-%dT%H:%M:%SZ', ?1, '+0 days') "

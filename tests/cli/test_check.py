@@ -189,6 +189,10 @@ unknown  0x0000000000000000/4
             self.assertTrue(result.stdout.startswith(f"CABLES {state} - ".encode()), result.stdout)
             self.assertEqual(result.returncode, 3 if state == "UNKNOWN" else 2)
         self.assertEqual(check([GOOD], "--plugin", "--set", "nothing=1").returncode, 3)
+        for arguments in (("--bogus",), ("--jobs", "0"), ("--lable", "x")):
+            wrong = check([GOOD], "--plugin", *arguments)
+            self.assertEqual((wrong.returncode, wrong.stdout, wrong.stderr.count(b"\n")), (3, b"", 1), arguments)
+        self.assertEqual(check([GOOD], "--bogus").returncode, 2)
 
     def test_powers_have_no_negative_limits(self):
         for name in ("rx-power-low-alarm", "tx-power-high-warning", "tx-bias-high-alarm", "voltage-low-alarm"):

@@ -7,6 +7,7 @@ import re
 import signal
 import sqlite3
 import subprocess
+import tempfile
 import threading
 import time
 import unittest
@@ -60,10 +61,15 @@ class Names(StoreTest):
             result = run("store", name, FABRIC)
             self.assertEqual((result.returncode, result.stderr.count(b"\n")), (2, 1), name)
 
-    def test_a_name_that_begins_with_a_colon_is_a_file(self):
-        self.assertEqual(run("store", "-q", ":memory:", FABRIC, cwd=self.folder).returncode, 0)
-        stored = run("table", "-q", self.folder / ":memory:")
-        self.assertEqual(stored.stdout, run("table", "-q", FABRIC).stdout)
+    def test_every_name_is_that_of_a_file(self):
+        for name in (":memory:", "file:x.db", "file:x.db?mode=memory", "file::memory:", "%41?b#c.db"):
+            with tempfile.TemporaryDirectory(dir=self.folder) as folder:
+                self.assertEqual(run("store", "-q", name, FABRIC, cwd=folder).returncode, 0)
+                self.assertEqual(os.listdir(folder), [name])
+                self.assertEqual(run("store", "-q", name, f"{name}@1", cwd=folder).returncode, 2)
+                for path in (name, f"{folder}/{name}"):
+                    stored = run("table", "-q", path, cwd=folder)
+                    self.assertEqual(stored.stdout, run("table", "-q", FABRIC).stdout, path)
 
     def test_standard_input_is_no_store(self):
         self.store("-q", FABRIC)
