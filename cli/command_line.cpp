@@ -204,7 +204,7 @@ void AddTableCommand(CLI::App& app, Action& action) {
                        "Write CSV for any reader: 177 cells in each row, quotes doubled,\n"
                        "missing values empty, numbers without units");
   command
-      .add_flag("--json", options->json,
+      .add_flag("--json", options->as_json,
                 "Write one JSON object per row: numbers as numbers, missing values null")
       ->excludes(rfc4180);
   SetAction(command, options, WriteTable, action);
@@ -403,7 +403,7 @@ void AddModuleCommand(CLI::App& app, Action& action) {
       "Dumps of module memories (images or hex listings, each whole or, as PAGE:FILE,\n"
       "page by page), or files of port records, or snapshots of a store;\n"
       "'-' or no file: port records on standard input");
-  command.add_flag("--json", options->json, "Write one JSON object per module");
+  command.add_flag("--json", options->as_json, "Write one JSON object per module");
   SetAction(command, options, WriteModules, action);
 }
 

@@ -21,7 +21,7 @@ struct TableOptions {
   PortOptions ports;
   bool no_header = false;
   bool rfc4180 = false;
-  bool json = false;
+  bool as_json = false;
   std::vector<std::string> columns;  ///< none: all
 };
 ExitStatus WriteTable(const TableOptions& options);
@@ -68,7 +68,7 @@ ExitStatus StoreSnapshot(const StoreOptions& options);
 
 struct ModuleOptions {
   PortOptions ports;  ///< the inputs may be dumps
-  bool json = false;
+  bool as_json = false;
 };
 ExitStatus WriteModules(ModuleOptions options);
 

@@ -35,7 +35,7 @@ ExitStatus WriteModules(ModuleOptions options) {
     return ExitStatus::kUsage;
   }
   if (dumps != 0) ports.modules.swap(ports.inputs);
-  return WritePorts(ports, ModuleWriter(options.json ? ModuleForm::kJson : ModuleForm::kText));
+  return WritePorts(ports, ModuleWriter(options.as_json ? ModuleForm::kJson : ModuleForm::kText));
 }
 
 }  // namespace cli

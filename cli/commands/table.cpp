@@ -54,7 +54,7 @@ std::optional<ColumnIndices> FindColumns(const TableOptions& options) {
 ExitStatus WriteTable(const TableOptions& options) {
   std::optional<ColumnIndices> columns = FindColumns(options);
   if (!columns) return ExitStatus::kUsage;
-  if (options.json) return WritePorts(options.ports, JsonTableWriter(std::move(*columns)));
+  if (options.as_json) return WritePorts(options.ports, JsonTableWriter(std::move(*columns)));
   const TableHeader header = options.no_header ? TableHeader::kOmitted : TableHeader::kWritten;
   if (options.rfc4180) {
     return WritePorts(options.ports, Rfc4180Writer(header, std::move(*columns)));
