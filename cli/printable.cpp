@@ -25,17 +25,17 @@ void AppendHex(std::string& out, std::uint32_t code, int digits) {
   for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) out += kDigits[code >> shift & 0xF];
 }
 
-void AppendEscape(std::string& out, std::uint32_t code) {
+void AppendEscape(std::string& out, std::uint32_t code, Escapes escapes) {
   constexpr int kByteDigits = 2;
   constexpr int kCharacterDigits = 4;
-  const bool is_byte = code <= 0xFF;
+  const bool is_byte = code <= 0xFF && escapes == Escapes::kShortest;
   out += is_byte ? "\\x" : "\\u";
   AppendHex(out, code, is_byte ? kByteDigits : kCharacterDigits);
 }
 
 }  // namespace
 
-std::string Printable(std::string_view text, Newlines newlines) {
+std::string Printable(std::string_view text, Newlines newlines, Escapes escapes) {
   const auto is_plain = [newlines](char c) {
     return (c >= ' ' && c <= '~') || (c == '\n' && newlines == Newlines::kKept);
   };
@@ -48,9 +48,9 @@ std::string Printable(std::string_view text, Newlines newlines) {
     if (text.empty()) break;
     const std::optional<Utf8Character> character = FirstUtf8Character(text);
     if (!character) {
-      AppendEscape(out, static_cast<unsigned char>(text.front()));
+      AppendEscape(out, static_cast<unsigned char>(text.front()), escapes);
     } else if (IsControl(character->code) || IsInvisibleFormat(character->code)) {
-      AppendEscape(out, character->code);
+      AppendEscape(out, character->code, escapes);
     } else {
       out += text.substr(0, character->size);
     }

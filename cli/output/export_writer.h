@@ -8,6 +8,7 @@ namespace cli {
 class ExportWriter : public PortWriter {
  public:
   ModuleUse module_use() const override { return ModuleUse::kRecordsAndInfo; }
+  Syntax syntax() const override { return Syntax::kJson; }
   void Write(std::ostream& os, Port& port) const override;
 };
 

@@ -14,6 +14,9 @@ class ModuleWriter : public PortWriter {
   explicit ModuleWriter(ModuleForm form) : form_(form) {}
 
   ModuleUse module_use() const override { return ModuleUse::kInfo; }
+  Syntax syntax() const override {
+    return form_ == ModuleForm::kJson ? Syntax::kJson : Syntax::kText;
+  }
   bool Writes(const Port& port) const override { return port.module != nullptr; }
   std::string_view Separator() const override { return form_ == ModuleForm::kText ? "\n" : ""; }
   void Write(std::ostream& os, Port& port) const override;

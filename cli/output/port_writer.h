@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <iosfwd>
 #include <string_view>
 
@@ -32,6 +33,9 @@ class PortCollector {
   virtual void End(std::ostream& os, const RunEnd& run) = 0;
 };
 
+/// What an output is read as, which decides how it escapes characters of texts.
+enum class Syntax : std::uint8_t { kText, kJson };
+
 /// An output format, written port by port. A writer keeps no state of a port, so that several
 /// threads may use one writer at the same time.
 class PortWriter {
@@ -47,6 +51,7 @@ class PortWriter {
   virtual ModuleUse module_use() const { return ModuleUse::kRecords; }
   /// True when the writer needs `Port::record`.
   virtual bool needs_record() const { return false; }
+  virtual Syntax syntax() const { return Syntax::kText; }
   /// False for ports that the writer leaves out.
   virtual bool Writes(const Port& /*port*/) const { return true; }
   /// Writes the text before the first port.

@@ -35,7 +35,8 @@ Texts TextsOf(Port& port) {
   return texts;
 }
 
-// A control character that occurs in none of the texts.
+// A control character that occurs in none of the texts, nor in what the writers add to them: white
+// space if possible, which the writers trim from the ends of texts as they trim newlines.
 char UnusedControl(const Texts& texts) {
   std::bitset<0x20> used;
   for (const std::span<char> text : texts) {
@@ -43,9 +44,12 @@ char UnusedControl(const Texts& texts) {
       if (static_cast<unsigned char>(c) < used.size()) used[static_cast<unsigned char>(c)] = true;
     }
   }
+  const auto is_unused = [&used](char c) { return !used[static_cast<unsigned char>(c)]; };
+  for (const char c : {'\v', '\f', '\t'}) {
+    if (is_unused(c)) return c;
+  }
   for (char c = 0x01; c < 0x20; ++c) {
-    const bool is_blank = c >= '\t' && c <= '\r';
-    if (!is_blank && !used[static_cast<unsigned char>(c)]) return c;
+    if (c != '\n' && c != '\r' && is_unused(c)) return c;
   }
   constexpr char kSubstitute = 0x1A;
   return kSubstitute;
@@ -53,10 +57,18 @@ char UnusedControl(const Texts& texts) {
 
 }  // namespace
 
+// JSON escapes newlines itself, but not all that a terminal must not receive.
+void TerminalWriter::WriteJson(std::ostream& os, Port& port) const {
+  std::ostringstream written;
+  writer_.Write(written, port);
+  os << Printable(written.view(), Newlines::kKept, Escapes::kJson);
+}
+
 // The fields of the records are too short for escapes, and in the output a newline of a text looks
 // like the end of a line. So the newlines of the texts become a character that occurs in none of
 // them before the port is written, and an escape after that.
 void TerminalWriter::Write(std::ostream& os, Port& port) const {
+  if (syntax() == Syntax::kJson) return WriteJson(os, port);
   const Texts texts = TextsOf(port);
   const char newline = UnusedControl(texts);
   for (const std::span<char> text : texts) std::replace(text.begin(), text.end(), '\n', newline);

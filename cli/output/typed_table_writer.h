@@ -29,6 +29,7 @@ class Rfc4180Writer : public PortWriter {
 class JsonTableWriter : public PortWriter {
  public:
   explicit JsonTableWriter(ColumnIndices columns = AllColumns());
+  Syntax syntax() const override { return Syntax::kJson; }
   void Write(std::ostream& os, Port& port) const override;
 
  private:

@@ -45,4 +45,10 @@ TEST(Printable, KeepsNewlinesOnDemand) {
   EXPECT_EQ(Printable("a\n\x1b\n", Newlines::kKept), "a\n\\x1b\n");
 }
 
+TEST(Printable, WritesTheEscapesOfJsonOnDemand) {
+  EXPECT_EQ(Printable("a\u009b\u202eb\x7f\n", Newlines::kKept, cli::Escapes::kJson),
+            "a\\u009b\\u202eb\\u007f\n");
+  EXPECT_EQ(Printable("\x9b", Newlines::kKept, cli::Escapes::kJson), "\\u009b");
+}
+
 }  // namespace

@@ -167,11 +167,11 @@ class Terminals(ProgramTest):
         self.assertEqual(shown.count("\n"), 79)
 
     def test_registers_are_made_safe_too(self):
-        port = b'{"phy":{"source":"S\\nT","module":{"vendor_name":"A\\u001b\\nB","vendor_sn":"\\u0001\\u0002\\n"}}}\n'
+        port = b'{"phy":{"source":"S\\nT","module":{"vendor_name":"A\\u001b\\nB","vendor_sn":"\\u0001\\n\\u0002"}}}\n'
         shown = self.on_terminal("report", stdin=port)
         self.assertIn("Source: S\\x0aT\n", shown)
         self.assertIn("A\\x1b\\x0aB", shown)
-        self.assertIn("\\x01\\x02\\x0a", shown)
+        self.assertIn("\\x01\\x0a\\x02\n", shown)
 
     def test_files_and_pipes_stay_exact(self):
         for command in ("table", "report"):
@@ -181,6 +181,35 @@ class Terminals(ProgramTest):
         for command in ("table", "report", "export"):
             self.assertEqual(self.on_terminal(command, stdin=PORT * 2),
                              run(command, stdin=PORT * 2).stdout.decode())
+
+    def test_json_has_the_same_texts_on_a_terminal(self):
+        texts = {"VendorName": "Ac\nme\n", "Oui": "\v\f\t\r", "PartNumber": "".join(map(chr, range(1, 16))),
+                 "SerialNumber": "\x1b[2J\x7f\u0085", "FwVersionText": "\u202e\n"}
+        phy = {"source": "S\nT", "module": {"vendor_name": "Acme\n", "vendor_sn": "\x01\x02\n"}}
+        ports = [{"label": self.HOSTILE, "cable": texts}, {"label": "a\nb", "phy": phy}]
+        records = b"".join(json.dumps(port).encode() + b"\n" for port in ports)
+        for command in (("export",), ("table", "--json"), ("table", "--json", "--columns", "Vendor,PN,SN")):
+            written = run(*command, stdin=records).stdout.decode()
+            self.assertEqual(written.count("\n"), 2)
+            self.assertEqual(self.on_terminal(*command, stdin=records), written, command)
+
+    def test_json_of_a_module_with_hostile_texts_on_a_terminal(self):
+        from test_modules import qsfp28
+        memory = bytearray(qsfp28())
+        memory[148:164] = b"Ac\nme\x1b[2J\x7f\x9b\x85\v\f\t\xe4"
+        records = json.dumps({"label": self.HOSTILE, "module_memory": {"hex": memory.hex()}}).encode() + b"\n"
+        for command in (("module", "--json"), ("export",), ("table", "--json")):
+            shown = self.on_terminal(*command, stdin=records)
+            self.assertEqual({c for c in shown if ord(c) < 32 or 127 <= ord(c) < 160 or c in "\u202e\u2066"}, {"\n"}, command)
+            self.assertEqual(json.loads(shown), json.loads(run(*command, stdin=records).stdout), command)
+
+    def test_a_vendor_is_trimmed_on_a_terminal_too(self):
+        port = b'{"phy":{"source":"S","module":{"vendor_name":"\\nAcme\\n","vendor_sn":"A\\nB"}}}\n'
+        columns = ("table", "--columns", "Vendor,SN")
+        self.assertEqual(run(*columns, stdin=port).stdout, b'Vendor,SN\n"Acme","A\nB"\n')
+        self.assertEqual(self.on_terminal(*columns, stdin=port), 'Vendor,SN\n"Acme","A\\x0aB"\n')
+        with_blanks = port.replace(b"A\\nB", b"A\\u000b\\n\\tB\\n")
+        self.assertIn('"Acme","A\\x0b\\x0a\\x09B"\n', self.on_terminal(*columns, stdin=with_blanks))
 
     def test_messages_are_always_safe(self):
         hostile = self.HOSTILE.encode()
