@@ -74,7 +74,7 @@ MessageLog LogOf(const PortOptions& options) {
 void PrintRepeatedPorts(std::size_t count) {
   if (count == 0) return;
   PrintError("cableinfo: " + Counted(count, "port", "ports") +
-             " left out: others have the same GUID and number");
+             " left out: others have the same GUID and number (and label, if they have no GUID)");
 }
 
 void PrintSummary(const PortCounts& counts) {

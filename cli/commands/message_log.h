@@ -60,7 +60,7 @@ class MessageLog {
 /// The log of a run with these options.
 MessageLog LogOf(const PortOptions& options);
 
-/// Prints how many ports were left out because others have the same GUID and number; nothing for 0.
+/// Prints how many ports were left out because others have the same `PortKey`; nothing for 0.
 void PrintRepeatedPorts(std::size_t count);
 
 /// Prints one line with the counts of a run that left something out.

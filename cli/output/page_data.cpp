@@ -18,6 +18,7 @@
 #include <optional>
 #include <ostream>
 #include <sstream>
+#include <utility>
 
 #include "cable_info/readings/readings.h"
 #include "cable_info/text/text_buffer.h"
@@ -196,27 +197,27 @@ void WriteOwn(TextBuffer& out, const Port& port, const Readings& readings) {
   if (readings.lengths.measured) json.Key("measured").Number(*readings.lengths.measured);
 }
 
-// The identity of a port in both snapshots: GUID and number, or without a GUID its label.
-std::string NameOf(const Port& port) {
-  if (port.port_guid == 0 && !port.label.empty()) return port.label;
-  return PortText(port.port_guid, port.number);
+// The name of a port that is gone.
+std::string NameOf(const PortKey& key) {
+  return key.label.empty() ? PortText(key.guid, key.number) : key.label;
 }
 
 struct Parts {
+  PortKey key;
   std::string_view judged;
   std::string_view model;
   std::string_view flags;
   std::string_view controls;
-  std::string_view name;
   std::string_view own;
   std::string_view readings;
 };
 
 // Takes a port from the front of `bytes`.
 Parts TakeParts(std::string_view& bytes) {
-  Parts parts;
-  for (std::string_view* const part : {&parts.judged, &parts.model, &parts.flags, &parts.controls,
-                                       &parts.name, &parts.own, &parts.readings}) {
+  const auto id = TakeValue<cable_info::PortId>(bytes);
+  Parts parts = {PortKey(id, TakeText(bytes)), {}, {}, {}, {}, {}, {}};
+  for (std::string_view* const part :
+       {&parts.judged, &parts.model, &parts.flags, &parts.controls, &parts.own, &parts.readings}) {
     *part = TakeText(bytes);
   }
   return parts;
@@ -326,9 +327,9 @@ void WritePagePort(std::ostream& os, const Port& port, const cable_info::RuleSet
   WriteAllControls(controls, readings);
   WriteOwn(own, port, readings);
   WriteReadings(values, readings);
-  const std::string name = NameOf(port);
-  for (const std::string_view part : {judged.view(), model.view(), flags.view(), controls.view(),
-                                      std::string_view(name), own.view(), values.view()}) {
+  PackValue(os, cable_info::PortId{port.port_guid, port.number});
+  for (const std::string_view part : {std::string_view(port.label), judged.view(), model.view(),
+                                      flags.view(), controls.view(), own.view(), values.view()}) {
     PackText(os, part);
   }
 }
@@ -342,31 +343,49 @@ std::size_t PageData::Shared::IndexOf(std::string_view text) {
 void PageData::AddEarlier(std::string_view ports) {
   has_earlier_ = true;
   while (!ports.empty()) {
-    const Parts port = TakeParts(ports);
-    earlier_.emplace(port.name, port.readings);
+    Parts port = TakeParts(ports);
+    earlier_.emplace(std::move(port.key), port.readings);
   }
 }
 
 void PageData::Add(std::string_view ports) {
   while (!ports.empty()) {
-    const Parts port = TakeParts(ports);
+    Parts port = TakeParts(ports);
     judged_.Add(port.judged);
-    if (!ports_.empty()) ports_ += ",\n";
-    ports_ += "{\"model\":" + std::to_string(models_.IndexOf(port.model)) +
-              ",\"flags\":" + std::to_string(flags_.IndexOf(port.flags)) +
-              ",\"controls\":" + std::to_string(controls_.IndexOf(port.controls)) + ',';
-    ports_.append(port.own).append(",\"readings\":").append(port.readings);
-    if (const auto earlier = earlier_.extract(std::string(port.name))) {
-      ports_.append(",\"earlier\":").append(earlier.mapped());
-    }
-    ports_ += '}';
+    if (has_earlier_) by_key_.emplace(std::move(port.key), ports_.size());
+    std::string& json = ports_.emplace_back();
+    json += "{\"model\":" + std::to_string(models_.IndexOf(port.model)) +
+            ",\"flags\":" + std::to_string(flags_.IndexOf(port.flags)) +
+            ",\"controls\":" + std::to_string(controls_.IndexOf(port.controls)) + ',';
+    json.append(port.own).append(",\"readings\":").append(port.readings);
   }
+}
+
+void PageData::AttachEarlier() {
+  Renumber(earlier_, by_key_);
+  for (const auto& [key, index] : by_key_) {
+    if (const auto earlier = earlier_.extract(key)) {
+      ports_[index].append(",\"earlier\":").append(earlier.mapped());
+    }
+  }
+}
+
+void PageData::WritePorts(std::ostream& os) const {
+  os << ",\n\"ports\":[";
+  std::string_view separator = "\n";
+  for (const std::string& port : ports_) {
+    os << separator;
+    WriteInHtml(os, port);
+    os << '}';
+    separator = ",\n";
+  }
+  os << ']';
 }
 
 // The earlier ports without a current one.
 void PageData::WriteGone(std::ostream& os) const {
   std::vector<std::string> names;
-  for (const auto& [name, readings] : earlier_) names.push_back(name);
+  for (const auto& [key, readings] : earlier_) names.push_back(NameOf(key));
   std::sort(names.begin(), names.end());
   TextBuffer text;
   JsonText json(text);
@@ -379,14 +398,13 @@ void PageData::WriteGone(std::ostream& os) const {
 
 void PageData::WriteTo(std::ostream& os, const About& about) {
   judged_.Finish();
+  AttachEarlier();
   os << kPageHead;
   WriteAbout(os, about);
   WriteShared(os, "models", models_.texts());
   WriteShared(os, "flags", flags_.texts());
   WriteShared(os, "controls", controls_.texts());
-  os << ",\n\"ports\":[\n";
-  WriteInHtml(os, ports_);
-  os << ']';
+  WritePorts(os);
   if (has_earlier_) WriteGone(os);
   WriteFindings(os, judged_);
   os << '}' << kPageTail;

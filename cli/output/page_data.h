@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <iosfwd>
+#include <map>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -10,6 +11,7 @@
 #include "cable_info/readings/rules.h"
 #include "cli/input/port.h"
 #include "cli/output/check_result.h"
+#include "cli/output/port_set.h"
 
 namespace cli {
 
@@ -38,6 +40,9 @@ class PageData {
   void WriteTo(std::ostream& os, const About& about);
 
  private:
+  // Moves the readings of the earlier ports to the current ones; those that are gone remain.
+  void AttachEarlier();
+  void WritePorts(std::ostream& os) const;
   void WriteGone(std::ostream& os) const;
 
   // JSON texts that are written once, in an array, and referred to by their index.
@@ -52,10 +57,11 @@ class PageData {
   };
 
   CheckResult judged_;
-  std::unordered_map<std::string, std::string>
-      earlier_;  // readings by port; taken when they are used
+  std::map<PortKey, std::string> earlier_;  // the readings of ports
   bool has_earlier_ = false;
-  std::string ports_;  // the JSON of the ports, separated by commas
+  std::vector<std::string> ports_;  // the JSON of the ports, each without its last bracket
+  std::map<PortKey, std::size_t>
+      by_key_;  // the first of each in `ports_`, if there are earlier ones
   Shared models_;
   Shared flags_;
   Shared controls_;

@@ -6,7 +6,6 @@
 #include <map>
 #include <ostream>
 #include <sstream>
-#include <tuple>
 
 #include "cable_info/text/text_buffer.h"
 #include "cli/format_version.h"
@@ -50,11 +49,8 @@ SnapshotNumbers NumbersOf(const Port& port, const Readings& readings) {
   return numbers;
 }
 
-Snapshot::Key KeyOf(const SnapshotPort& port) {
-  const SnapshotNumbers& numbers = port.numbers;
-  if (numbers.port_guid != 0) return {numbers.port_guid, numbers.number, ""};
-  if (!port.label.empty()) return {0, 0, port.label};
-  return {0, numbers.number, ""};
+cable_info::PortId IdOf(const SnapshotPort& port) {
+  return {port.numbers.port_guid, port.numbers.number};
 }
 
 std::string NumberText(float value) {
@@ -177,8 +173,7 @@ std::string_view PresenceName(Presence presence) {
 }
 
 std::string Heading(const SnapshotPort& port) {
-  return PortHeading({port.numbers.port_guid, port.numbers.number}, port.label, port.part_number,
-                     port.serial_number);
+  return PortHeading(IdOf(port), port.label, port.part_number, port.serial_number);
 }
 
 std::string Shown(const std::string& text, std::string_view unit) {
@@ -243,15 +238,16 @@ void Snapshot::Finish() {
   for (std::size_t i = 0; i < all_ports_.size(); ++i) {
     SnapshotPort& port = all_ports_[i];
     port.verdict = judged_.VerdictOf(i);
-    const bool is_new = by_key_.emplace(KeyOf(port), &port).second;
+    const bool is_new = by_key_.emplace(PortKey(IdOf(port), port.label), &port).second;
     if (!is_new) ++repeated_ports_;
   }
 }
 
 std::vector<ChangedPort> Compare(const Snapshot& before, const Snapshot& after,
                                  const Tolerances& tolerances) {
-  const auto& old_ports = before.ports();
   const auto& new_ports = after.ports();
+  auto old_ports = before.ports();
+  Renumber(old_ports, new_ports);
   auto all = new_ports;
   all.insert(old_ports.begin(), old_ports.end());
   std::vector<ChangedPort> changed;

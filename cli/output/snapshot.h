@@ -7,12 +7,12 @@
 #include <map>
 #include <string>
 #include <string_view>
-#include <tuple>
 #include <vector>
 
 #include "cable_info/readings/rules.h"
 #include "cli/input/port.h"
 #include "cli/output/check_result.h"
+#include "cli/output/port_set.h"
 
 namespace cli {
 
@@ -62,17 +62,15 @@ class Snapshot {
   /// Judges the ports. No port may be added after that.
   void Finish();
 
-  /// The identity of a port across snapshots: GUID and number, or the label of a port without GUID.
-  using Key = std::tuple<std::uint64_t, std::uint32_t, std::string>;
   /// The ports, the first one of each identity; after `Finish`.
-  const std::map<Key, const SnapshotPort*>& ports() const { return by_key_; }
+  const std::map<PortKey, const SnapshotPort*>& ports() const { return by_key_; }
   /// The number of ports that have the identity of another one, and are left out; after `Finish`.
   std::size_t repeated_ports() const { return repeated_ports_; }
 
  private:
   CheckResult judged_;
   std::vector<SnapshotPort> all_ports_;
-  std::map<Key, const SnapshotPort*> by_key_;
+  std::map<PortKey, const SnapshotPort*> by_key_;
   std::size_t repeated_ports_ = 0;
 };
 
@@ -101,8 +99,8 @@ struct ChangedPort {
   std::vector<Change> changes;
 };
 
-/// The ports that differ, by GUID, number and label. Ports are the same when their GUID and number
-/// are, or for ports without a GUID, when their label is.
+/// The ports that differ, by their keys. Ports of both snapshots are the same when their keys are,
+/// or when one was renumbered; see `Renumber`.
 std::vector<ChangedPort> Compare(const Snapshot& before, const Snapshot& after,
                                  const Tolerances& tolerances);
 /// The same for two dumps of one module, whatever the labels of their ports.

@@ -84,10 +84,27 @@ class Diff(ProgramTest):
         lines, _ = self.diff(before, after)
         self.assertEqual([(line["label"], line["presence"]) for line in lines], [("b", "changed")])
 
+    def test_ports_without_guid_are_matched_by_label_and_number(self):
+        before = [{**port(1, 0), "label": "a"}, {**port(2, 0), "label": "a"}]
+        after = [before[1], {**port(1, 0, SerialNumber="T"), "label": "a"}]
+        lines, summary = self.diff(before, after)
+        self.assertEqual([(line["port_num"], line["presence"], [change["what"] for change in line["changes"]])
+                          for line in lines], [(1, "changed", ["serial_number"])])
+        self.assertEqual(summary, {"appeared": 0, "gone": 0, "changed": 1})
+
+    def test_a_label_of_several_ports_does_not_match_other_numbers(self):
+        one, two, three = ({**port(number, 0), "label": "a"} for number in (1, 2, 3))
+        for before, after in (([one, two], [three]), ([three], [one, two])):
+            lines, summary = self.diff(before, after)
+            self.assertEqual((len(lines), summary["changed"]), (3, 0))
+        self.assertEqual(self.diff([one], [{**one, "label": "b"}])[1], {"appeared": 1, "gone": 1, "changed": 0})
+        guid = {**port(1, 0x10), "label": "a"}
+        self.assertEqual(self.diff([guid], [{**guid, "port_num": 2}])[1], {"appeared": 1, "gone": 1, "changed": 0})
+
     def test_repeated_ports_are_reported(self):
         inputs = self.inputs([port(1), port(1)], [port(1)] * 3)
         result = run("diff", *inputs)
-        self.assert_run(result, 0, "cableinfo: 3 ports left out: others have the same GUID and number\n")
+        self.assert_run(result, 0, "cableinfo: 3 ports left out: others have the same GUID and number (and label, if they have no GUID)\n")
         self.assertEqual(result.stdout, b"0 appeared, 0 gone, 0 changed\n")
         self.assert_run(run("diff", "-q", *inputs))
 

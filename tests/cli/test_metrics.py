@@ -144,7 +144,7 @@ class Samples(MetricsTest):
         port = {"port_guid": GUID, "port_num": 1, "cable": {"Identifier": 0x11, "Temperature": 0x1900}}
         self.assertEqual(self.metrics(stdin=[port, port]), self.metrics(stdin=[port]))
         self.assert_run(run("metrics", stdin=[port, port]), 0,
-                        "cableinfo: 1 port left out: others have the same GUID and number\n")
+                        "cableinfo: 1 port left out: others have the same GUID and number (and label, if they have no GUID)\n")
 
     def test_families_are_whole_and_in_order(self):
         families, declared = [], set()

@@ -138,6 +138,29 @@ class Snapshots(ProgramTest):
         self.assertNotIn("earlier", fourth)
         self.assertEqual(data["gone"], ["0x000000000000002a/3"])
 
+    def test_ports_without_guid_have_their_label_and_number(self):
+        none, label = {"port_guid": 0}, {"port_guid": 0, "label": "a"}
+        self.store(1, {**label, "port_num": 1, "cable": OPTIC}, {**label, "port_num": 2}, {**none, "port_num": 1},
+                   {**label, "port_num": 4})
+        self.store(2, {**label, "port_num": 2}, {**label, "port_num": 1, "cable": OPTIC}, {**none, "port_num": 1},
+                   {**label, "port_num": 3})
+        data = data_of(page(self.folder / "fabric.db"))
+        self.assertEqual(["earlier" in port for port in data["ports"]], [True, True, True, False])
+        self.assertEqual([port.get("earlier", {}).get("rx_power") for port in data["ports"]],
+                         [None, OPTIC["RxPower"], None, None])
+        self.assertEqual(data["gone"], ["a"])
+
+    def test_dumps_at_another_position(self):
+        dumps = [self.file(name, bytes([0x11]) + bytes(127) + bytes([0x11]) + bytes(127)) for name in "abc"]
+        for day, given in ((1, dumps), (2, dumps[1:])):
+            modules = [word for dump in given for word in ("--module", dump)]
+            run("store", "-q", self.folder / "fabric.db", "--taken-at", f"2026-01-{day:02}", *modules)
+        data = data_of(page("-q", self.folder / "fabric.db"))
+        self.assertEqual([(port["label"], "earlier" in port) for port in data["ports"]], [("b", True), ("c", True)])
+        self.assertEqual(data["gone"], ["a"])
+        self.assertEqual(run("diff", "-q", self.folder / "fabric.db").stdout.splitlines()[-1],
+                         b"0 appeared, 1 gone, 0 changed")
+
     def test_the_first_snapshot_has_no_changes(self):
         self.store(1, {"port_num": 1, "cable": OPTIC})
         self.store(2, {"port_num": 1, "cable": OPTIC})

@@ -210,6 +210,12 @@ class Diffs(SnapshotTest):
     def test_the_last_two_snapshots(self):
         self.assertEqual(self.diff(self.path), [(2, "changed", ["verdict", "rx_los"])])
 
+    def test_ports_with_the_same_label(self):
+        ports = [{**port(number, 0), "label": "a"} for number in (1, 2)]
+        for day, second in ((4, ports[1]), (5, {**port(2, 0, SerialNumber="T"), "label": "a"})):
+            self.store("--taken-at", f"2026-01-0{day}", stdin=[ports[0], second])
+        self.assertEqual(self.diff(self.path), [(2, "changed", ["serial_number"])])
+
     def test_two_given_snapshots(self):
         self.assertEqual(self.diff(self.snapshot(1), self.snapshot(3)),
                          [(2, "changed", ["serial_number", "verdict", "rx_los"]), (3, "gone", []), (4, "appeared", [])])

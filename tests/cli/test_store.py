@@ -166,12 +166,12 @@ class Tables(StoreTest):
 
     def test_repeated_ports_are_stored_once(self):
         self.store(stdin=BEFORE + BEFORE[:1],
-                   stderr="cableinfo: 1 port left out: others have the same GUID and number\n")
+                   stderr="cableinfo: 1 port left out: others have the same GUID and number (and label, if they have no GUID)\n")
         self.assertEqual(self.query("SELECT count(*) FROM cable"), [(4,)])
 
     def test_ports_without_guids_are_distinguished_by_their_labels(self):
         self.store(stdin=[{"label": "a", "cable": {"Temperature": 10 << 8}}, {"label": "b"}, {"label": "a"}, {"port_num": 1}],
-                   stderr="cableinfo: 1 port left out: others have the same GUID and number\n")
+                   stderr="cableinfo: 1 port left out: others have the same GUID and number (and label, if they have no GUID)\n")
         self.assertEqual(self.query("SELECT label, PortNum FROM cable"), [("a", 0), ("b", 0), (None, 1)])
 
     def test_findings_depend_on_the_settings(self):
