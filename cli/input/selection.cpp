@@ -14,11 +14,18 @@ bool Contains(const std::vector<T>& values, const T& value) {
   return std::find(values.begin(), values.end(), value) != values.end();
 }
 
-// The size of the first UTF-8 character of a text that is not empty.
-std::size_t CharacterSize(std::string_view text) {
-  std::size_t size = 1;
-  while (size < text.size() && IsUtf8Continuation(text[size])) ++size;
-  return size;
+// The first character of a text that is not empty: one of UTF-8, or a byte that is not part of one,
+// which equals no character.
+Utf8Character NextCharacter(std::string_view text) {
+  constexpr char32_t kBytes = 0x110000;  // beyond all characters
+  return FirstUtf8Character(text).value_or(
+      Utf8Character{kBytes + static_cast<unsigned char>(text.front()), 1});
+}
+
+char32_t TakeCharacter(std::string_view& text) {
+  const Utf8Character character = NextCharacter(text);
+  text.remove_prefix(character.size);
+  return character.code;
 }
 
 // A bracket expression: its size in the pattern with both brackets (0: no closing one), and whether
@@ -28,42 +35,39 @@ struct Bracket {
   bool has_character = false;
 };
 
-Bracket ReadBracket(std::string_view pattern, char c) {
-  std::size_t at = 1;
-  const bool is_negated = at < pattern.size() && pattern[at] == '!';
-  if (is_negated) ++at;
+Bracket ReadBracket(std::string_view pattern, char32_t character) {
+  std::string_view rest = pattern.substr(1);
+  const bool is_negated = rest.starts_with('!');
+  if (is_negated) rest.remove_prefix(1);
   bool has_character = false;
-  for (bool is_first = true; at < pattern.size() && (is_first || pattern[at] != ']');
-       is_first = false) {
-    const char first = pattern[at];
-    const bool is_range =
-        at + 2 < pattern.size() && pattern[at + 1] == '-' && pattern[at + 2] != ']';
-    const char last = is_range ? pattern[at + 2] : first;
-    const auto number = [](char letter) { return static_cast<unsigned char>(letter); };
-    has_character |= number(first) <= number(c) && number(c) <= number(last);
-    at += is_range ? 3 : 1;
+  for (bool is_first = true; !rest.empty() && (is_first || rest.front() != ']'); is_first = false) {
+    const char32_t first = TakeCharacter(rest);
+    const bool is_range = rest.size() > 1 && rest[0] == '-' && rest[1] != ']';
+    if (is_range) rest.remove_prefix(1);
+    const char32_t last = is_range ? TakeCharacter(rest) : first;
+    has_character |= first <= character && character <= last;
   }
-  if (at >= pattern.size()) return {};
-  return {at + 1, has_character != is_negated};
+  if (rest.empty()) return {};
+  return {pattern.size() - rest.size() + 1, has_character != is_negated};
 }
 
 // The bytes of the pattern (0: no match) and of the text that match each other at the beginning of
 // both.
 struct Step {
   std::size_t pattern = 0;
-  std::size_t text = 1;
+  std::size_t text = 0;
 };
 
 Step Fit(std::string_view text, std::string_view pattern) {
-  if (pattern.front() == '?') return {1, CharacterSize(text)};
+  const Utf8Character character = NextCharacter(text);
+  if (pattern.front() == '?') return {1, character.size};
   if (pattern.front() == '[') {
-    const Bracket bracket = ReadBracket(pattern, text.front());
-    if (bracket.size > 0) return {bracket.has_character ? bracket.size : 0, 1};
+    const Bracket bracket = ReadBracket(pattern, character.code);
+    if (bracket.size > 0) return {bracket.has_character ? bracket.size : 0, character.size};
   }
-  if (pattern.front() == '\\' && pattern.size() > 1) {
-    return {static_cast<std::size_t>(pattern[1] == text.front() ? 2 : 0), 1};
-  }
-  return {static_cast<std::size_t>(pattern.front() == text.front() ? 1 : 0), 1};
+  const std::size_t escape = pattern.front() == '\\' && pattern.size() > 1 ? 1 : 0;
+  const Utf8Character literal = NextCharacter(pattern.substr(escape));
+  return {literal.code == character.code ? escape + literal.size : 0, character.size};
 }
 
 }  // namespace
@@ -99,7 +103,7 @@ bool MatchesPattern(std::string_view text, std::string_view pattern) {
       continue;
     }
     if (!has_star || star_text.empty()) return false;
-    star_text.remove_prefix(1);
+    TakeCharacter(star_text);
     text = star_text;
     pattern = star_pattern;
   }

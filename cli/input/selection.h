@@ -19,9 +19,10 @@ struct Selection {
   bool Selects(const Port& port) const;
 };
 
-/// True if `pattern` matches the whole `text`. "*" matches any characters, "?" one UTF-8 character,
+/// True if `pattern` matches the whole `text`. "*" matches any characters, "?" one character,
 /// "[abc]" and "[a-z]" one of these, "[!abc]" any other one, and "\" makes the next character
-/// literal. All others match the same byte.
+/// literal. All others match themselves. Characters are those of UTF-8, ordered by code point; each
+/// byte that is not well-formed UTF-8 is a character of its own, after all others.
 bool MatchesPattern(std::string_view text, std::string_view pattern);
 
 }  // namespace cli

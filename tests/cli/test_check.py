@@ -330,6 +330,25 @@ class Selection(ProgramTest):
                                ("*1*1", [0x10]), ("[", [])):
             self.assertEqual(self.selected("--label", pattern), guids, pattern)
 
+    def test_patterns_match_characters(self):
+        labels = ("xä", "xö", "x€", "x\U0001f50c", "xa", "xab")
+        self.PORTS = [{"port_guid": guid, "label": label} for guid, label in enumerate(labels, start=1)]
+        for pattern, guids in (("x?", [1, 2, 3, 4, 5]), ("x[!a]", [1, 2, 3, 4]), ("x[ä]", [1]), ("x[äö]", [1, 2]),
+                               ("x[!äö]", [3, 4, 5]), ("x[à-ö]", [1, 2]), ("x[a-ö]", [1, 2, 5]), ("x[ö-€]", [2, 3]),
+                               ("[x-ö][€-\U0001f50c]", [3, 4]), ("x\\ä", [1]), ("x??", [6]), ("*[ä]", [1]), ("*ö", [2])):
+            self.assertEqual(self.selected("--label", pattern), guids, pattern)
+
+    def test_bytes_that_are_not_utf8_are_characters(self):
+        names = {name: self.file(os.fsdecode(name), bytes([0x11]) + bytes(255))
+                 for name in (b"x\xe4", b"x\xe2\x82", b"x\xc3\xa4")}
+        for pattern, labels in ((b"x?", [b"x\xe4", b"x\xc3\xa4"]), (b"x??", [b"x\xe2\x82"]), (b"x\xe4", [b"x\xe4"]),
+                                (b"x[\xe4]", [b"x\xe4"]), (b"x[\xc3\xa4]", [b"x\xc3\xa4"]), (b"*\xa4", []),
+                                (b"x[!\xc3\xa4]", [b"x\xe4"]), (b"x[a-\xf4\x8f\xbf\xbf]", [b"x\xc3\xa4"]),
+                                (b"x[\x80-\xff]*", [b"x\xe4", b"x\xe2\x82"])):
+            result = run("export", "-q", "--label", os.fsdecode(pattern), "--module", *names.values())
+            found = [int(json.loads(line)["port_num"]) for line in result.stdout.splitlines()]
+            self.assertEqual(found, [list(names).index(label) + 1 for label in labels], pattern)
+
     def test_patterns_never_take_long(self):
         self.PORTS = [{"label": "a" * 2000}]
         self.assertEqual(self.selected("--label", "*a" * 300 + "b"), [])
