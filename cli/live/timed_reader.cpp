@@ -1,5 +1,7 @@
+#include <exception>
 #include <future>
 #include <memory>
+#include <string>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -9,6 +11,28 @@
 namespace cli {
 
 namespace {
+
+// Runs in a thread of its own, which no exception may leave. The reader is released before its
+// answer arrives, so that a reader whose answer has arrived is not in use.
+void Answer(std::shared_ptr<PageReader> reader, const PageRequest& request,
+            std::promise<PageAnswer> promise) {
+  try {
+    PageAnswer answer = reader->Read(request);
+    reader.reset();
+    promise.set_value(std::move(answer));
+  } catch (...) {
+    reader.reset();
+    promise.set_exception(std::current_exception());
+  }
+}
+
+PageAnswer Received(std::future<PageAnswer>& answer) {
+  try {
+    return answer.get();
+  } catch (const std::exception& error) {
+    return Failed({ReadError::Kind::kPort, std::string("request failed: ") + error.what()});
+  }
+}
 
 class TimedReader : public PageReader {
  public:
@@ -20,15 +44,11 @@ class TimedReader : public PageReader {
     std::promise<PageAnswer> promise;
     std::future<PageAnswer> answer = promise.get_future();
     try {
-      std::thread([reader = reader_, request, promise = std::move(promise)]() mutable {
-        PageAnswer read = reader->Read(request);
-        reader.reset();  // first, so that a reader whose answer has arrived is not in use
-        promise.set_value(std::move(read));
-      }).detach();
+      std::thread(Answer, reader_, request, std::move(promise)).detach();
     } catch (const std::system_error& error) {
       return Failed({ReadError::Kind::kPort, "no thread: " + error.code().message()});
     }
-    if (answer.wait_for(limit_) == std::future_status::ready) return answer.get();
+    if (answer.wait_for(limit_) == std::future_status::ready) return Received(answer);
     reader_.reset();  // the thread keeps it until its request ends
     return Failed(NoAnswerInTime());
   }

@@ -314,6 +314,25 @@ TEST(LiveReading, AReaderThatBlocksIsGivenUp) {
   EXPECT_EQ(is_busy.use_count(), 1);
 }
 
+// The request runs in a thread, out of which an exception would end the program.
+TEST(LiveReading, AReaderThatThrowsFails) {
+  class Throwing : public cli::PageReader {
+   public:
+    cli::PageAnswer Read(const cli::PageRequest& /*request*/) override { throw std::bad_alloc(); }
+  };
+  auto reader = std::make_shared<Throwing>();
+  const std::weak_ptr<Throwing> in_use = reader;
+  const auto timed = cli::MakeTimedReader(std::move(reader), kRequestLimit);
+  for (int i = 0; i < 2; ++i) {
+    const cli::PageAnswer answer = timed->Read({});
+    EXPECT_TRUE(answer.bytes.empty());
+    ASSERT_TRUE(answer.error);
+    EXPECT_EQ(answer.error->kind, ReadError::Kind::kPort);
+    EXPECT_EQ(answer.error->text, std::string("request failed: ") + std::bad_alloc().what());
+    EXPECT_EQ(in_use.use_count(), 1);  // that of `timed`
+  }
+}
+
 TEST(LiveReading, AReaderIsNotInUseAfterItsAnswer) {
   class Immediate : public cli::PageReader {
    public:
