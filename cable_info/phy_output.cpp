@@ -143,7 +143,7 @@ void CdrEnableCell(Row& row, const ModuleRecord& m, std::uint8_t state) {
 }
 
 template <typename Row>
-void LaneSettingCell(Row& row, const ModuleRecord& m, std::uint8_t value) {
+void LaneSettingsCell(Row& row, const ModuleRecord& m, std::uint8_t value) {
   if (m.IsPassiveCable()) {
     row.Missing();
   } else {
@@ -152,7 +152,7 @@ void LaneSettingCell(Row& row, const ModuleRecord& m, std::uint8_t value) {
 }
 
 template <typename Row>
-void FWVersionCell(Row& row, const ModuleRecord& m) {
+void FwVersionCell(Row& row, const ModuleRecord& m) {
   std::uint8_t major = 0;
   std::uint8_t minor = 0;
   std::uint16_t sub_minor = 0;
@@ -255,7 +255,7 @@ void AppendSettingCells(Row& row, const PhyCableRecord& r) {
   constexpr int kAttenuations = ColumnCount("Attenuation5G", "Attenuation25G");
   const ModuleCells<Row> cells(row, r.module);
   const auto lane_setting = [&](std::uint8_t ModuleRecord::*field) {
-    cells.Cell([=](Row& o, const ModuleRecord& m) { LaneSettingCell(o, m, m.*field); });
+    cells.Cell([=](Row& o, const ModuleRecord& m) { LaneSettingsCell(o, m, m.*field); });
   };
   cells.Decimal(&ModuleRecord::power_class);
   cells.Cell(
@@ -271,7 +271,7 @@ void AppendSettingCells(Row& row, const PhyCableRecord& r) {
   row.Missing();  // OutputEmp
   lane_setting(&ModuleRecord::rx_output_pre_emp);
   lane_setting(&ModuleRecord::rx_output_post_emp);
-  cells.Cell(FWVersionCell<Row>);
+  cells.Cell(FwVersionCell<Row>);
   row.Missing();  // Attenuation2.5G
   cells.Cells(kAttenuations, AttenuationCells<Row>);
   row.EndGroup(CsvGroup::kSettings);

@@ -17,12 +17,11 @@ enum class MessageKind : std::uint8_t {
   kBadValue,
   kLongLine,
   kBadModule,
-  kWrongInput,   ///< the whole input is of another form
   kChecksum,     ///< a remark: the port is written
   kNoLength,     ///< a remark
   kOtherRemark,  ///< a remark
 };
-inline constexpr std::size_t kMessageKinds = 10;
+inline constexpr std::size_t kMessageKinds = 9;
 
 constexpr bool IsRemark(MessageKind kind) { return kind >= MessageKind::kChecksum; }
 

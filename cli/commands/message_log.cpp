@@ -16,7 +16,6 @@ constexpr std::array<KindName, kMessageKinds> kKindNames = {{
     {"value that does not fit", "values that do not fit"},
     {"line that is too long", "lines that are too long"},
     {"bad module memory", "bad module memories"},
-    {"input of another form", "inputs of another form"},
     {"wrong checksum", "wrong checksums"},
     {"length that cannot be computed", "lengths that cannot be computed"},
     {"other remark", "other remarks"},
