@@ -72,8 +72,12 @@ void WriteReading(JsonText& json, std::string_view key, const Reading& reading) 
   json.EndObject();
 }
 
-constexpr std::array<std::string_view, cable_info::kAllLaneFlags.size()> kLaneFlagKeys = {
-    "rx_los", "tx_los", "rx_lol", "tx_lol", "tx_fault", "tx_adaptive_eq_fault"};
+// The key of a lane flag is that of the other outputs, except that this one says which direction is
+// equalized.
+std::string_view ExportKey(cable_info::LaneFlag flag) {
+  if (flag == cable_info::LaneFlag::kAdaptiveEqFault) return "tx_adaptive_eq_fault";
+  return LaneFlagKey(flag);
+}
 
 void WriteLane(JsonText& json, const Readings& port, int lane) {
   json.BeginObject();
@@ -83,8 +87,8 @@ void WriteLane(JsonText& json, const Readings& port, int lane) {
   WriteReading(json, "tx_power_mw", port.Of(Quantity::kTxPower, lane));
   WriteReading(json, "tx_bias_ma", port.Of(Quantity::kTxBias, lane));
   json.Key("flags").BeginObject();
-  for (std::size_t i = 0; i < kLaneFlagKeys.size(); ++i) {
-    json.Key(kLaneFlagKeys[i]).OrNull(port.Of(cable_info::kAllLaneFlags[i]).Get(lane));
+  for (const cable_info::LaneFlag flag : cable_info::kAllLaneFlags) {
+    json.Key(ExportKey(flag)).OrNull(port.Of(flag).Get(lane));
   }
   json.EndObject();
   WriteControls(json, port.controls, lane);

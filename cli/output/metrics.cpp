@@ -305,7 +305,7 @@ class PortSamples {
   }
 
   void AddLaneFlags(const Readings& port, LaneFlag flag) {
-    const std::string name = LaneFlagKey(flag);
+    const std::string& name = LaneFlagKey(flag);
     for (int lane = 1; lane <= cable_info::kMaxLanes; ++lane) {
       if (port.Of(flag).IsRaised(lane)) Begin(kLaneFlag).Lane(lane).Label("flag", name).Value(1);
     }

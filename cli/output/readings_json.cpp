@@ -1,7 +1,10 @@
 #include "cli/output/readings_json.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "cable_info/readings/rules.h"
@@ -29,10 +32,17 @@ void WriteCode(JsonText& json, std::string_view key, const std::optional<CodeAnd
 
 }  // namespace
 
-std::string LaneFlagKey(cable_info::LaneFlag flag) {
-  std::string key(RuleName(LaneFlagRule(flag)));
-  std::replace(key.begin(), key.end(), '-', '_');
-  return key;
+const std::string& LaneFlagKey(cable_info::LaneFlag flag) {
+  static const auto kKeys = [] {
+    std::array<std::string, cable_info::kAllLaneFlags.size()> keys;
+    for (const cable_info::LaneFlag each : cable_info::kAllLaneFlags) {
+      std::string& key = keys[static_cast<std::size_t>(each)];
+      key = RuleName(LaneFlagRule(each));
+      std::replace(key.begin(), key.end(), '-', '_');
+    }
+    return keys;
+  }();
+  return kKeys[static_cast<std::size_t>(flag)];
 }
 
 void WriteControls(JsonText& json, const Controls& controls, int lane) {

@@ -28,6 +28,6 @@ void WriteControls(JsonText& json, const cable_info::Controls& controls, int lan
 /// @}
 
 /// The key of a lane flag, such as "rx_los": the name of its rule with '_' in place of '-'.
-std::string LaneFlagKey(cable_info::LaneFlag flag);
+const std::string& LaneFlagKey(cable_info::LaneFlag flag);
 
 }  // namespace cli

@@ -104,7 +104,7 @@ class Comparison {
       }
     }
     for (std::size_t flag = 0; flag < cable_info::kAllLaneFlags.size(); ++flag) {
-      const std::string name = LaneFlagKey(cable_info::kAllLaneFlags[flag]);
+      const std::string& name = LaneFlagKey(cable_info::kAllLaneFlags[flag]);
       for (int lane = 1; lane <= cable_info::kMaxLanes; ++lane) {
         AddFlag(name, lane, before_.numbers.lane_flags[flag], after_.numbers.lane_flags[flag],
                 static_cast<unsigned>(lane) - 1);
