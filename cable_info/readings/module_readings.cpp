@@ -1,12 +1,12 @@
 #include "cable_info/readings/module_readings.h"
 
 #include <algorithm>
-#include <cmath>
 #include <string>
 
 #include "cable_info/module_memory/module_info.h"
 #include "cable_info/module_memory/module_memory.h"
 #include "cable_info/readings/medium.h"
+#include "cable_info/readings/reading_values.h"
 #include "cable_info/value_format.h"
 
 namespace cable_info {
@@ -23,8 +23,7 @@ std::optional<double> NumberOf(const ModuleInfo& module, Field field) {
 
 std::optional<float> FloatOf(const ModuleInfo& module, Field field) {
   const std::optional<double> number = NumberOf(module, field);
-  if (!number) return std::nullopt;
-  return static_cast<float>(*number);
+  return number ? AsFloat(*number) : std::nullopt;
 }
 
 std::optional<std::uint8_t> ByteOf(const ModuleInfo& module, Field field) {
@@ -61,19 +60,11 @@ std::optional<CodeAndName> CodeOf(const ModuleInfo& module, Field field) {
 }
 
 void SetReading(Reading& reading, const Monitor& monitor) {
-  const auto value = static_cast<float>(monitor.value);
-  reading.state = monitor.state;
-  if (monitor.IsPresent()) {
-    if (std::isfinite(value)) {
-      reading.value = value;
-    } else {
-      reading.state = FieldState::kNotRead;
-    }
-  }
+  reading.state = monitor.IsPresent() ? FieldState::kNotRead : monitor.state;
+  if (monitor.IsPresent()) SetValue(reading, monitor.value);
   for (const AlarmLevel level : kAllAlarmLevels) {
-    const auto index = static_cast<std::size_t>(level);
     const std::optional<double> threshold = monitor.thresholds.At(level);
-    if (threshold) reading.thresholds[index] = static_cast<float>(*threshold);
+    if (threshold) SetThreshold(reading, level, *threshold);
   }
   reading.latched.known = monitor.flags.known;
   reading.latched.raised = monitor.flags.raised & monitor.flags.known;
@@ -126,8 +117,6 @@ void SetLane(Readings& port, const Lane& lane) {
 // has no lanes in use, unless it is copper.
 void SetLanesInUse(Readings& port) {
   bool has_monitors = false;
-  const bool is_copper =
-      port.medium == Medium::kPassiveCopper || port.medium == Medium::kActiveCopper;
   for (int lane = 1; lane <= port.lanes; ++lane) {
     const Reading* const readings[] = {&port.Of(Quantity::kRxPower, lane),
                                        &port.Of(Quantity::kTxPower, lane),
@@ -141,7 +130,7 @@ void SetLanesInUse(Readings& port) {
     const bool is_dark = std::all_of(std::begin(readings), std::end(readings), is_zero);
     if (!is_dark) port.lanes_in_use |= Bit(static_cast<unsigned>(lane));
   }
-  if (!has_monitors && !is_copper) port.lanes_in_use = 0;
+  if (!has_monitors && !IsCopper(port.medium)) port.lanes_in_use = 0;
 }
 
 std::string AuxUnit(std::string_view name) {
@@ -180,6 +169,12 @@ void SetIdentity(Identity& identity, const ModuleInfo& module) {
   identity.firmware = TextOf(module, Field::kFirmwareActive);
 }
 
+// SFF-8472 gives that length to cables and copper modules alone, and names no technology.
+bool HasCableLength(const Readings& port, const ModuleInfo& module) {
+  return module.family == ModuleFamily::kSff8472 ||
+         IsCable(port.medium, ByteOf(module, Field::kConnector));
+}
+
 void SetLengths(Readings& port, const ModuleInfo& module) {
   Lengths& lengths = port.lengths;
   lengths.smf = FloatOf(module, Field::kLengthSmf);
@@ -188,7 +183,7 @@ void SetLengths(Readings& port, const ModuleInfo& module) {
   lengths.om3 = FloatOf(module, Field::kLengthOm3);
   lengths.om2 = FloatOf(module, Field::kLengthOm2);
   lengths.om1 = FloatOf(module, Field::kLengthOm1);
-  lengths.cable = FloatOf(module, Field::kLengthCable);
+  if (HasCableLength(port, module)) lengths.cable = FloatOf(module, Field::kLengthCable);
   Attenuation& attenuation = port.attenuation;
   attenuation.at_2p5 = ByteOf(module, Field::kAttenuation2p5);
   attenuation.at_5 = ByteOf(module, Field::kAttenuation5);

@@ -1,7 +1,6 @@
 #include "cable_info/readings/readings.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdlib>
 #include <iterator>
 
@@ -11,6 +10,7 @@
 #include "cable_info/phy_cable_record.h"
 #include "cable_info/phy_decode.h"
 #include "cable_info/readings/medium.h"
+#include "cable_info/readings/reading_values.h"
 #include "cable_info/shared_decoders.h"
 #include "cable_info/text/text_buffer.h"
 #include "cable_info/value_format.h"
@@ -26,10 +26,6 @@ constexpr double kVoltsPerUnit = decode::kMicrovoltsPerUnit / 1e6;
 // ---------------------------------------------------------------------------------------------
 // Shared by all sources
 // ---------------------------------------------------------------------------------------------
-
-bool IsCopper(Medium medium) {
-  return medium == Medium::kPassiveCopper || medium == Medium::kActiveCopper;
-}
 
 CodeAndName Named(std::uint8_t code, std::string_view name) { return {code, std::string(name)}; }
 
@@ -78,18 +74,6 @@ std::optional<std::uint8_t> NonZeroByte(std::uint8_t value) {
 std::optional<float> Metres(std::string_view text) {
   const std::optional<double> metres = decode::Metres(text);
   return metres ? NonZero(*metres) : std::nullopt;
-}
-
-void SetValue(Reading& reading, double value) {
-  const auto number = static_cast<float>(value);
-  if (!std::isfinite(number)) return;
-  reading.state = FieldState::kPresent;
-  reading.value = number;
-}
-
-void SetThreshold(Reading& reading, AlarmLevel level, double value) {
-  const auto number = static_cast<float>(value);
-  if (std::isfinite(number)) reading.thresholds[static_cast<std::size_t>(level)] = number;
 }
 
 // The whole degrees of a temperature word, if `_is_valid_temperature` accepts them. Rows and
@@ -248,7 +232,7 @@ void SetLengths(Lengths& lengths, const CableRecord& r, Medium medium) {
   lengths.om2 = NonZero(r.LengthOm2);
   lengths.om1 = NonZero(r.LengthOm1);
   lengths.measured = Metres(r.PrtlLengthText);
-  if (IsCopper(medium) || r.Connector == kNoSeparableConnector) {
+  if (IsCable(medium, r.Connector)) {
     lengths.cable = NonZero(r.LengthCopperOrActive);
     if (!lengths.cable) lengths.cable = Metres(r.LengthText);
   } else if (r.TransmitterTechnologyCode == 0) {  // an 850 nm module with separable connectors
@@ -420,7 +404,7 @@ void SetIdentity(Identity& identity, const ModuleRecord& m) {
 
 void SetLengths(Lengths& lengths, const ModuleRecord& m, Medium medium) {
   using phy::module::OmMetres;
-  if (IsCopper(medium) || m.connector_type == kNoSeparableConnector) {
+  if (IsCable(medium, m.connector_type)) {
     lengths.cable = NonZero(phy::module::LengthOf(m).Metres());
   }
   lengths.smf = NonZero(phy::module::SmfLengthOf(m).Metres());

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <optional>
 #include <vector>
 
 #include "cable_info/module_memory/module_info.h"
@@ -154,8 +156,24 @@ TEST(ModuleReadings, NameUnknownObservablesByTheirType) {
 
 TEST(ModuleReadings, OmitValuesThatNoFloatHolds) {
   ModuleInfo module = Module();
-  module.voltage = Measured(1e300);
-  EXPECT_EQ(ReadingsOf(module).Of(Quantity::kVoltage).state, FieldState::kNotRead);
+  for (const double value : {1e300, -1e300, HUGE_VAL, std::nan("")}) {
+    module.voltage = Measured(value);
+    EXPECT_EQ(ReadingsOf(module).Of(Quantity::kVoltage).state, FieldState::kNotRead) << value;
+  }
+}
+
+TEST(ModuleReadings, OmitThresholdsThatNoFloatHolds) {
+  ModuleInfo module = Module();
+  module.voltage.thresholds.values = {1e39, -1e39, HUGE_VAL, 3.5};
+  module.voltage.thresholds.given = 0x0F;
+  const Readings port = ReadingsOf(module);
+  const Reading& voltage = port.Of(Quantity::kVoltage);
+  EXPECT_EQ(voltage.Threshold(AlarmLevel::kHighAlarm), std::nullopt);
+  EXPECT_EQ(voltage.Threshold(AlarmLevel::kLowAlarm), std::nullopt);
+  EXPECT_EQ(voltage.Threshold(AlarmLevel::kHighWarning), std::nullopt);
+  EXPECT_EQ(voltage.Threshold(AlarmLevel::kLowWarning), 3.5F);
+  EXPECT_EQ(RulesOf(module),
+            std::vector<Rule>{ThresholdRule(Quantity::kVoltage, AlarmLevel::kLowWarning)});
 }
 
 TEST(ModuleReadings, DeriveTheMediumFromTheTechnology) {
@@ -204,6 +222,28 @@ TEST(ModuleReadings, GiveLengthsAndSpeeds) {
   EXPECT_EQ(port.lengths.smf, 1500.0F);
   EXPECT_EQ(port.lengths.om3, std::nullopt);
   EXPECT_EQ(port.speeds, 0b100101);
+}
+
+TEST(ModuleReadings, GiveTheLengthOfACableToCablesAlone) {
+  constexpr unsigned kOptical = 4;
+  constexpr unsigned kCopper = 10;
+  constexpr unsigned kMpo = 0x0C;
+  constexpr unsigned kNoneSeparable = 0x23;
+  const auto length = [](ModuleFamily family, unsigned technology, unsigned connector) {
+    ModuleInfo module = Module();
+    module.family = family;
+    module.SetCode(Field::kTechnology, technology, "");
+    module.SetCode(Field::kConnector, connector, "");
+    module.SetNumber(Field::kLengthCable, 5);
+    return ReadingsOf(module).lengths.cable;
+  };
+  for (const ModuleFamily family : {ModuleFamily::kSff8636, ModuleFamily::kCmis}) {
+    EXPECT_EQ(length(family, kOptical, kMpo), std::nullopt);
+    EXPECT_EQ(length(family, kOptical, kNoneSeparable), 5.0F);
+    EXPECT_EQ(length(family, kCopper, kMpo), 5.0F);
+  }
+  // SFF-8472 names no technology; only cables and copper modules have that length.
+  EXPECT_EQ(length(ModuleFamily::kSff8472, kOptical, 0x21), 5.0F);
 }
 
 TEST(ModuleReadings, LeaveSpeedsOpenWithoutAKnownOne) {
