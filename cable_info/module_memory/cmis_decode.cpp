@@ -140,9 +140,8 @@ std::optional<double> NumberOf(Decoding& to, Field field, unsigned raw) {
       return CableLength(to, raw);
     case Field::kLengthSmf:
       return SmfLength(to, raw);
-    case Field::kModselWaitTime:  // us, mantissa in the low bits
-      if ((raw & 0x1FU) == 0) return std::nullopt;
-      return static_cast<double>((raw & 0x1FU) << (raw >> 5U));
+    case Field::kModselWaitTime:
+      return ModselWaitTimeOf(static_cast<std::uint8_t>(raw));
     case Field::kPageChangeTime:  // ms
       return 10.0 / static_cast<double>(1U << raw);
     case Field::kCdbEplPages:

@@ -78,6 +78,14 @@ constexpr double CableLengthOf(std::uint8_t byte) {
   return (byte & 0x3FU) * kTenths[byte >> 6U] / 10.0;
 }
 
+/// The time that a module needs after ModSelL, in microseconds, stated in one byte: bits 4..0 times
+/// 2 to the power of bits 7..5 (SFF-8636 byte 115; CMIS 01h:143). None if bits 4..0 are 0.
+constexpr std::optional<double> ModselWaitTimeOf(std::uint8_t byte) {
+  const unsigned mantissa = byte & 0x1FU;
+  if (mantissa == 0) return std::nullopt;
+  return static_cast<double>(mantissa << (byte >> 5U));
+}
+
 /// The constants of external calibration of SFF-8472 (A2h bytes 56 to 91), neutral by default.
 /// Raw numbers and results are in units of the registers.
 struct Sff8472Calibration {

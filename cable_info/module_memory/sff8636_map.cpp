@@ -504,13 +504,13 @@ void DecodeNearEndLanes(Decoding& to) {
   to.info.SetNumber(Field::kNearEndLanes, implemented);
 }
 
-// Byte 115: a mantissa in bits 4..0 and an exponent of 2 in bits 7..5; 0 is none.
+// Byte 115.
 void DecodeModselWaitTime(Decoding& to) {
   if (Since28(to.image) == Advertised::kNo) return;
   const std::optional<std::uint8_t> wait = to.image.At(kLower, 115);
   if (!wait) return to.info.SetState(Field::kModselWaitTime, FieldState::kNotRead);
-  if (*wait == 0) return;
-  to.info.SetNumber(Field::kModselWaitTime, static_cast<double>((*wait & 0x1FU) << (*wait >> 5U)));
+  const std::optional<double> time = ModselWaitTimeOf(*wait);
+  if (time) to.info.SetNumber(Field::kModselWaitTime, *time);
 }
 
 // Byte 190; 0 is the ordinary maximum.

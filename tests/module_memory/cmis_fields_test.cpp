@@ -473,6 +473,12 @@ TEST(CmisFields, ALengthOrWavelengthOfZeroIsMissing) {
   }
 }
 
+TEST(CmisFields, AModselWaitTimeWithoutAMantissaIsMissing) {
+  Memory memory = FullModule();
+  memory.Put(Page::k01, 143, {0x20});
+  EXPECT_EQ(memory.Decode().StateOf(Field::kModselWaitTime), FieldState::kNotImplemented);
+}
+
 TEST(CmisFields, ACaseTemperatureOfZeroIsValidIfTheOtherIsNotZero) {
   Memory memory = FullModule();
   memory.Put(Page::k01, 146, {70, 0});

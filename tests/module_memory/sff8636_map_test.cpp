@@ -934,6 +934,13 @@ TEST(Sff8636Map, HasZeroPowerOnLanesWithoutLight) {
   EXPECT_EQ(Warnings(info), std::vector<std::string>());
 }
 
+TEST(Sff8636Map, HasNoModselWaitTimeWithoutAMantissa) {
+  for (const unsigned byte : {0x00U, 0x20U, 0xE0U}) {
+    const ModuleInfo info = Full().Put(L, 115, {byte}).Decode();
+    EXPECT_EQ(info.StateOf(Field::kModselWaitTime), FieldState::kNotImplemented) << byte;
+  }
+}
+
 TEST(Sff8636Map, HasNotReadMonitorsOfAMissingLowerPage) {
   Memory memory = Full().Put(P00, 220, {0x00});
   memory.Drop(L);
