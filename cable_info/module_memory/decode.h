@@ -67,6 +67,10 @@ enum class Sff8472Medium : std::uint8_t {
   kCopper,  ///< BASE-T, and others with a copper connector
 };
 Sff8472Medium Sff8472MediumOf(const ModuleImage& image);
+/// False for passive cables and copper modules. Active cables may be optical.
+constexpr bool MayHaveOptics(Sff8472Medium medium) {
+  return medium == Sff8472Medium::kOptical || medium == Sff8472Medium::kActiveCable;
+}
 
 /// The power level of a module, 1 to 4, by byte 64 of A0h of SFF-8472.
 unsigned Sff8472PowerLevel(unsigned options);

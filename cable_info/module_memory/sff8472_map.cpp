@@ -108,6 +108,10 @@ Advertised HasPam4(const ModuleImage& image) {
   return Either(Has64gfc(image), Both(HasDiagnostics(image), AdvertisedIf(is_50g)));
 }
 
+Advertised HasOpticalDiagnostics(const ModuleImage& image) {
+  return Both(HasDiagnostics(image), AdvertisedIf(MayHaveOptics(Sff8472MediumOf(image))));
+}
+
 // A module with valid data whose supply voltage reads 0 does not monitor it.
 Advertised HasVoltage(const ModuleImage& image) {
   const ModuleImage::Half& a2 = image.HalfOf(kA2, 98);
@@ -153,6 +157,8 @@ constexpr Advertisement kPam4 =
     By(HasPam4, "A0h:92.6; 10.1 and 62.0, or 36 is of 50 Gb/s Ethernet");
 constexpr Advertisement k64gfc = By(Has64gfc, "A0h:92.6, 10.1 and 62.0");
 constexpr Advertisement kVoltageMonitor = By(HasVoltage, "A0h:92.6; not 0, or A2h:110.0");
+constexpr Advertisement kOpticalDiagnostics = By(
+    HasOpticalDiagnostics, "A0h:92.6; neither a passive cable (8.2) nor for copper (2, 6.3, 36)");
 constexpr Advertisement kLaser = By(HasLaserMonitors, "A0h:92.6, 64.2, not 92.4");
 
 // ---------------------------------------------------------------------------------------------
@@ -287,9 +293,9 @@ constexpr MapMonitor kMonitors[] = {
     // quantity, name, page, byte, format, thresholds, {flags: page, byte, bit, steps to low, warning, lane}, what advertises it, first revision
     {Quantity::kTemperature, "",                    kA2,  96, kCelsius,         kA2,  0, {kA2, 112, 7, 1, 32, 0}, kDiagnostics, ""},
     {Quantity::kVoltage,     "",                    kA2,  98, kVolts,           kA2,  8, {kA2, 112, 5, 1, 32, 0}, kVoltageMonitor, ""},
-    {Quantity::kTxBias,      "",                    kA2, 100, kMilliamperes,    kA2, 16, {kA2, 112, 3, 1, 32, 0}, kDiagnostics, ""},
-    {Quantity::kTxPower,     "",                    kA2, 102, kMilliwatts,      kA2, 24, {kA2, 112, 1, 1, 32, 0}, kDiagnostics, ""},
-    {Quantity::kRxPower,     "",                    kA2, 104, kMilliwatts,      kA2, 32, {kA2, 113, 7, 1, 32, 0}, kDiagnostics, ""},
+    {Quantity::kTxBias,      "",                    kA2, 100, kMilliamperes,    kA2, 16, {kA2, 112, 3, 1, 32, 0}, kOpticalDiagnostics, ""},
+    {Quantity::kTxPower,     "",                    kA2, 102, kMilliwatts,      kA2, 24, {kA2, 112, 1, 1, 32, 0}, kOpticalDiagnostics, ""},
+    {Quantity::kRxPower,     "",                    kA2, 104, kMilliwatts,      kA2, 32, {kA2, 113, 7, 1, 32, 0}, kOpticalDiagnostics, ""},
     {Quantity::kAux,         "laser_temperature_c", kA2, 106, kCelsius,         kA2, 40, {kA2, 113, 5, 1, 32, 0}, kLaser,     "11.4"},
     {Quantity::kAux,         "tec_current_ma",      kA2, 108, Signed(Per(10)),  kA2, 48, {kA2, 113, 3, 1, 32, 0}, kLaser,     "11.4"},
 };
@@ -565,8 +571,10 @@ void DecodeMonitors(Decoding& to) {
     const Conversion conversion = is_external && uncalibrated.empty()
                                       ? ConversionOf(line, constants)
                                       : Conversion{line.format};
-    DecodeMonitor(to, line, conversion, Ask(to.image, line.advertised), {0, is_ready});
-    if (!uncalibrated.empty()) to.Warn(UncalibratedText(uncalibrated));
+    const Advertised advertised = Ask(to.image, line.advertised);
+    DecodeMonitor(to, line, conversion, advertised, {0, is_ready});
+    const bool is_shown = advertised != Advertised::kNo;
+    if (is_shown && !uncalibrated.empty()) to.Warn(UncalibratedText(uncalibrated));
   }
   if (!is_ready) {
     to.Warn(kNotReadyText);
@@ -591,7 +599,7 @@ void SkipMonitors(Decoding& to) {
     to.Warn("the module has legacy diagnostics (A0h byte 92 bit 7), which are not decoded");
   }
   if (to.image.Has(kA2)) {
-    to.Warn("A2h was read, but the module states that it has no diagnostics; A2h is not used");
+    to.Warn(kA2NotUsedText);
   }
 }
 

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "cable_info/module_memory/decode.h"
@@ -15,6 +16,8 @@ namespace cable_info::module_memory {
 namespace {
 
 constexpr auto kSfpFormFactor = static_cast<std::uint8_t>(FormFactor::kSfp28OrSfpPlus);
+constexpr std::string_view kNoCopperDiagnosticsText =
+    "A2h was read, but rows and reports show no diagnostics of passive cables and copper modules";
 constexpr std::size_t kLastReading = 105;  // the last byte of what is calibrated
 
 // The four warnings and alarms of one quantity, in the order of the flags.
@@ -272,17 +275,22 @@ std::uint8_t ModuleFlags(const LevelFlags& flags) {
                                    flags.high_warning << 2 | flags.low_warning << 3);
 }
 
-}  // namespace
+// Cables and copper modules have no optics, whatever an A2h that they do not need holds. Of optics
+// A2h itself determines whether there are diagnostics: some have them without stating it.
+bool UsesA2(const ModuleImage& image) {
+  const Sff8472Medium medium = Sff8472MediumOf(image);
+  if (medium == Sff8472Medium::kActiveCable) return HasDiagnostics(image) != Advertised::kNo;
+  return MayHaveOptics(medium);
+}
 
-std::unique_ptr<PhyCableRecord> CableFromSff8472(const ModuleImage& image,
-                                                 std::vector<std::string>& remarks) {
+std::unique_ptr<PhyCableRecord> CableFrom(const ModuleImage& image,
+                                          std::vector<std::string>& remarks) {
   Draft draft;
   draft.module = UnknownModuleRecord(kSfpFormFactor);
   SetFields<Draft>(image, Map(), draft);
   FinishIdentity(draft, Sff8472MediumOf(image));
 
   auto record = std::make_unique<PhyCableRecord>();
-  // A2h itself determines whether there are diagnostics: some modules have them without stating it.
   if (image.Has(Page::kA2)) {
     const bool has_readings = image.At(Page::kA2, kLastReading).has_value();
     const bool is_external = IsCalibratedExternally(image) == Advertised::kYes &&
@@ -297,6 +305,18 @@ std::unique_ptr<PhyCableRecord> CableFromSff8472(const ModuleImage& image,
   }
   record->SetModule(std::make_unique<ModuleRecord>(draft.module));
   return record;
+}
+
+}  // namespace
+
+std::unique_ptr<PhyCableRecord> CableFromSff8472(const ModuleImage& image,
+                                                 std::vector<std::string>& remarks) {
+  if (!image.Has(Page::kA2) || UsesA2(image)) return CableFrom(image, remarks);
+  const bool has_diagnostics = HasDiagnostics(image) != Advertised::kNo;
+  remarks.emplace_back(has_diagnostics ? kNoCopperDiagnosticsText : kA2NotUsedText);
+  ModuleImage rest = image;
+  rest.Drop(Page::kA2);
+  return CableFrom(rest, remarks);
 }
 
 }  // namespace cable_info::module_memory

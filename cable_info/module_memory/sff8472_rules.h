@@ -5,6 +5,8 @@
 //
 // Internal; not installed.
 
+#include <string_view>
+
 #include "cable_info/module_memory/memory_map.h"
 
 namespace cable_info {
@@ -14,6 +16,10 @@ namespace [[gnu::visibility("hidden")]] module_memory {
 inline Advertised HasDiagnostics(const ModuleImage& image) {
   return AskBit(image, Page::kA0, 92, 6);
 }
+
+/// The warning of a module that has an A2h, but not those.
+inline constexpr std::string_view kA2NotUsedText =
+    "A2h was read, but the module states that it has no diagnostics; A2h is not used";
 
 /// The values of A2h are internally calibrated.
 inline Advertised IsCalibratedInternally(const ModuleImage& image) {

@@ -312,6 +312,55 @@ TEST(Sff8472, DecodesCopperPigtailAndBaseTModulesAsCables) {
   }
 }
 
+// The record of a module with readings at A2h shows none of them.
+void ExpectNoDiagnostics(const ImageBuilder& memory, const std::string& remark) {
+  const ModuleReading reading = ReadModule(memory.Image());
+  EXPECT_EQ(reading.remarks, Texts{remark});
+  EXPECT_EQ(reading.phy->latched_flags, nullptr);
+  const ModuleRecord& m = *reading.phy->module;
+  EXPECT_EQ(reading.phy->GetTemperatureStr(), "N/A");
+  EXPECT_EQ(m.voltage, 0);
+  EXPECT_EQ(m.tx_bias[1], 0);
+  EXPECT_EQ(m.tx_power[1], 0);
+  EXPECT_EQ(m.rx_power[1], 0);
+  EXPECT_EQ(m.voltage_high_threshold, 0);
+  EXPECT_EQ(m.rx_power_high_threshold, 0);
+  EXPECT_EQ(std::string(m.vendor_name), "Acme Optics");
+}
+
+TEST(Sff8472, HasNoDiagnosticsOfPassiveCablesAndCopperModules) {
+  const std::string unused =
+      "A2h was read, but the module states that it has no diagnostics; A2h is not used";
+  const std::string unshown =
+      "A2h was read, but rows and reports show no diagnostics of passive cables and copper modules";
+  const std::pair<Place, unsigned> kModules[] = {{sfp::kCableBits, 0x04},
+                                                 {{Page::kA0, 6}, 0x08},
+                                                 {sfp::kConnector, 0x22},
+                                                 {sfp::kExtendedCompliance, 0x1C}};
+  for (const auto& [place, value] : kModules) {
+    ImageBuilder memory = sfp::Optic();
+    ExpectNoDiagnostics(sfp::Sealed(memory.Byte(place, value)), unshown);
+    ExpectNoDiagnostics(sfp::Sealed(memory.Byte(sfp::kDiagnostics, 0x00)), unused);
+  }
+}
+
+TEST(Sff8472, HasDiagnosticsOfActiveCablesThatStateThem) {
+  ImageBuilder memory = sfp::Optic();
+  memory.Byte(sfp::kCableBits, 0x08);
+  const auto record = Phy(sfp::Sealed(memory));
+  EXPECT_EQ(record->module->voltage, 32893);
+  EXPECT_NE(record->latched_flags, nullptr);
+  ExpectNoDiagnostics(
+      sfp::Sealed(memory.Byte(sfp::kDiagnostics, 0x00)),
+      "A2h was read, but the module states that it has no diagnostics; A2h is not used");
+}
+
+TEST(Sff8472, HasDiagnosticsOfOpticsThatDoNotStateThem) {
+  ImageBuilder memory = sfp::Optic();
+  memory.Byte(sfp::kDiagnostics, 0x00);
+  EXPECT_EQ(Phy(sfp::Sealed(memory))->module->voltage, 32893);
+}
+
 TEST(Sff8472, HasNoDiagnosticsWhereA2IsAnAbbreviatedCopyOfA0) {
   ImageBuilder memory = sfp::Optic();
   memory.Byte({Page::kA2, 0}, 0x03).Text({Page::kA2, 20}, 16, "Acme Optics");

@@ -1075,6 +1075,35 @@ TEST(Sff8472Map, NeverUsesA2WithoutDiagnostics) {
                                      "no diagnostics; A2h is not used"});
 }
 
+TEST(Sff8472Map, HasNoOpticalMonitorsOfPassiveCablesAndCopperModules) {
+  const auto with_values = [] {
+    return Full().Word(A2, 96, 0x1E00).Word(A2, 100, 5000).Word(A2, 102, 0).Word(A2, 104, 7000);
+  };
+  const std::vector<std::pair<std::size_t, unsigned>> copper = {
+      {8, 0x04}, {6, 0x08}, {2, 0x21}, {2, 0x22}, {36, 0x16}, {36, 0x1C}, {36, 0x1D}, {36, 0x1E}};
+  for (const auto& [byte, value] : copper) {
+    Memory memory = with_values().Put(A0, byte, {value}).Put(A2, 113, {0x40});
+    // Constants that do not matter are not reported.
+    for (const unsigned calibration : {0x68U, 0x58U}) {
+      const ModuleInfo info = memory.Put(A0, 92, {calibration}).Put(A2, 80, {0, 0}).Decode();
+      const Lane& lane = info.lanes.at(0);
+      EXPECT_EQ(lane.tx_bias.state, FieldState::kNotImplemented) << byte << ' ' << value;
+      EXPECT_EQ(lane.tx_power.state, FieldState::kNotImplemented) << byte << ' ' << value;
+      EXPECT_EQ(lane.rx_power.state, FieldState::kNotImplemented) << byte << ' ' << value;
+      EXPECT_EQ(lane.rx_power.thresholds.given, 0);
+      EXPECT_EQ(lane.rx_power.flags.known, 0);
+      EXPECT_TRUE(info.temperature.IsPresent());
+      EXPECT_TRUE(info.voltage.IsPresent());
+      const std::string all = testing::PrintToString(Warnings(info));
+      EXPECT_NE(all.find("RX power is not advertised, but has a value: lane 1"), std::string::npos);
+      EXPECT_EQ(all.find("calibration constants of the TX"), std::string::npos);
+    }
+  }
+  const ModuleInfo active = with_values().Put(A0, 8, {0x08}).Decode();
+  EXPECT_DOUBLE_EQ(active.lanes.at(0).rx_power.value, 0.7);
+  EXPECT_EQ(Warnings(active), std::vector<std::string>());
+}
+
 TEST(Sff8472Map, HasNotReadAMissingUniformOrMirroredA2) {
   Memory missing = Full();
   EXPECT_EQ(missing.DropA2().Decode().temperature.state, FieldState::kNotRead);
