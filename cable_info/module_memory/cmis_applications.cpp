@@ -15,17 +15,6 @@ namespace cable_info::module_memory {
 
 namespace {
 
-// Descriptors 1 to 8 are in the lower page, the others in page 01h.
-struct DescriptorPlace {
-  Page page;
-  std::size_t byte;
-};
-DescriptorPlace PlaceOfDescriptor(unsigned number) {
-  constexpr std::size_t kSize = kDescriptorSize;
-  if (number <= kLowerDescriptors) return {Page::kLower, kFirstDescriptor + kSize * (number - 1)};
-  return {Page::k01, 223 + kSize * (number - kLowerDescriptors - 1)};
-}
-
 NamedCode Named(unsigned code, const CodeTable* names) {
   return {code, names != nullptr ? names->Name(code) : std::string_view()};
 }
@@ -52,13 +41,13 @@ std::optional<unsigned> HostAssignment(const ModuleImage& image, unsigned option
 void DecodeBasicApplications(Decoding& to, const CodeTable* media_interfaces) {
   constexpr std::size_t kFirstMediaAssignment = 175;  // of application 0, which does not exist
   for (unsigned number = 1; number <= kApplications; ++number) {
-    const DescriptorPlace place = PlaceOfDescriptor(number);
-    const ModuleImage::Half& half = to.image.HalfOf(place.page, place.byte);
-    if (!half.Has(place.byte, kDescriptorSize) || half[place.byte] == kEndOfList) return;
-    const std::uint32_t descriptor = RawNumber(half, place.byte, Bytes(kDescriptorSize));
-    if (descriptor == 0) continue;  // unused; the list should have ended with FFh
-    Application application = DescribedBy(half.From(place.byte), number, media_interfaces);
-    application.host_assignment = HostAssignment(to.image, half[place.byte + 3]);
+    const std::uint8_t* const descriptor = DescriptorOf(to.image, number);
+    if (descriptor == nullptr) return;
+    const bool is_unused = std::all_of(descriptor, descriptor + kDescriptorSize,
+                                       [](std::uint8_t byte) { return byte == 0; });
+    if (is_unused) continue;  // the list should have ended with FFh
+    Application application = DescribedBy(descriptor, number, media_interfaces);
+    application.host_assignment = HostAssignment(to.image, descriptor[3]);
     application.media_assignment = BitsOf(to.image, Page::k01, kFirstMediaAssignment + number);
     to.info.applications.push_back(application);
   }

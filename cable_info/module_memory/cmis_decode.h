@@ -15,10 +15,6 @@ namespace [[gnu::visibility("hidden")]] module_memory {
 /// Flat memory is the lower page and page 00h.
 enum class MemoryModel : std::uint8_t { kFlat, kPaged };
 
-/// The application descriptors of the lower page and page 01h, of a bank of page 1Ch, and of a
-/// block of lanes.
-inline constexpr unsigned kApplications = 15;
-
 /// Adds the applications, those of page 1Ch of paged memory only.
 void DecodeApplications(Decoding& to, MemoryModel memory);
 /// Adds the InfiniBand speeds of the applications, ascending.

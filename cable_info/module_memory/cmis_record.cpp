@@ -7,11 +7,13 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "cable_info/module_memory/cmis_rules.h"
 #include "cable_info/module_memory/record_map.h"
 #include "cable_info/module_memory/records.h"
+#include "cable_info/module_memory/sff8024.h"
 #include "cable_info/module_memory/sff_codes.h"
 #include "cable_info/shared_decoders.h"
 #include "cable_info/value_format.h"
@@ -60,15 +62,6 @@ void ToPowerClass(Draft& draft, const FieldBytes& value) {
   draft.module.power_class = static_cast<std::uint8_t>(value.Number() + 1);
 }
 
-// Descriptors, the host interface first.
-void ToApplications(Draft& draft, const FieldBytes& value) {
-  for (std::size_t i = 0; i < value.size() && value[i] != kEndOfList; i += kDescriptorSize) {
-    draft.module.ib_compliance_code |= InfiniBandSpeedOfHostInterface(value[i]);
-  }
-}
-
-constexpr Place kApplicationDescriptors = {Page::kLower, kFirstDescriptor, Bytes(kDescriptorBytes)};
-
 // The fields, and what takes them. The places are those of the family's map.
 // NOLINTNEXTLINE(readability-function-size): a table
 const auto& Map() {
@@ -79,7 +72,6 @@ const auto& Map() {
         F{P.FlagNibble(Quantity::kTemperature),
           ToFlags<&LatchedFlagsPage::latched_temperature_flags>},
         F{P.FlagNibble(Quantity::kVoltage), ToFlags<&LatchedFlagsPage::latched_voltage_flags>},
-        F{kApplicationDescriptors, ToApplications},
         F{P.Of(Field::kLengthSmf), ToDraft<&Draft::smf_length>},
         F{P.Of(Field::kTxBiasMultiplier), ToDraft<&Draft::bias_multiplier_code>},
         F{P.Advertising(LaneField::kTxCdr), ToModule<&ModuleRecord::tx_cdr_cap>},
@@ -167,6 +159,21 @@ const auto& Map() {
     };
   }();
   return kMap;
+}
+
+// Of the host interfaces of all applications. The record has no bit for later speeds.
+void SetSpeeds(const ModuleImage& image, ModuleRecord& module, std::vector<std::string>& remarks) {
+  std::string_view later;
+  for (unsigned number = 1; number <= kApplications; ++number) {
+    const std::uint8_t* const descriptor = DescriptorOf(image, number);
+    if (descriptor == nullptr) break;
+    const std::uint8_t speed = InfiniBandSpeedOfHostInterface(*descriptor);
+    module.ib_compliance_code |= speed;
+    if (speed == 0 && later.empty()) later = InfiniBandSpeedOf(*descriptor);
+  }
+  if (later.empty()) return;
+  remarks.push_back("the module supports InfiniBand " + std::string(later) +
+                    ", which rows and reports do not show");
 }
 
 // The record's unit codes are kilometres and tenths of them, its value has eight bits; what does
@@ -316,6 +323,7 @@ std::unique_ptr<PhyCableRecord> CableFromCmis(const ModuleImage& image, std::uin
   draft.module.cable_technology = kUnknownTechnology;
   SetFields<Draft>(image, Map(), draft);
   if (IsPaged(image) == Advertised::kNo) DropMonitors(draft);
+  SetSpeeds(image, draft.module, remarks);
   MovePreCursor(image, draft.module);
   draft.module.smf_length = SmfLength(image, draft, remarks);
   MultiplyBias(draft, remarks);

@@ -20,6 +20,19 @@ bool IsNotZero(unsigned number) { return number != 0; }
 
 }  // namespace
 
+const std::uint8_t* DescriptorOf(const ModuleImage& image, unsigned number) {
+  constexpr std::size_t kFirst = 86;
+  constexpr std::size_t kFirstUpper = 223;
+  constexpr unsigned kLowerDescriptors = 8;
+  const bool is_lower = number <= kLowerDescriptors;
+  const std::size_t byte = is_lower
+                               ? kFirst + kDescriptorSize * (number - 1)
+                               : kFirstUpper + kDescriptorSize * (number - kLowerDescriptors - 1);
+  const ModuleImage::Half& half = image.HalfOf(is_lower ? Page::kLower : Page::k01, byte);
+  const bool is_end = !half.Has(byte, kDescriptorSize) || half[byte] == kEndOfList;
+  return is_end ? nullptr : half.From(byte);
+}
+
 Advertised IsPaged(const ModuleImage& image) {
   return AdvertisedBy(BitsOf(image, Page::kLower, 2, 7, 7),
                       [](unsigned is_flat) { return is_flat == 0; });

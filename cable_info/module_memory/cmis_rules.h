@@ -15,14 +15,16 @@
 namespace cable_info {
 namespace [[gnu::visibility("hidden")]] module_memory {
 
-/// \name Application descriptors: the lower page has those of applications 1 to 8
+/// \name Application descriptors
 /// @{
-inline constexpr std::uint8_t kFirstDescriptor = 86;  ///< byte of the lower page
-inline constexpr std::uint8_t kDescriptorSize = 4;
-inline constexpr std::uint8_t kLowerDescriptors = 8;
-inline constexpr std::uint8_t kDescriptorBytes = kLowerDescriptors * kDescriptorSize;
+/// Those of the lower page and page 01h, of a bank of page 1Ch, and of a block of lanes.
+inline constexpr unsigned kApplications = 15;
+inline constexpr std::size_t kDescriptorSize = 4;
 /// The host interface of a descriptor that ends the list.
 inline constexpr std::uint8_t kEndOfList = 0xFF;
+/// The bytes of the descriptor of application 1 to 15, in lower 86-117 and 01h:223-250; null if
+/// they were not read, or if the list ends there.
+const std::uint8_t* DescriptorOf(const ModuleImage& image, unsigned number);
 /// @}
 
 /// \name The first of the pages of VDM that have a group each

@@ -262,6 +262,15 @@ TEST(ModuleRemarks, ReportTheAttenuationAt53GigahertzOfCmis) {
   EXPECT_TRUE(RemarksOf(cmis::SealedFlat(memory)).empty());
 }
 
+TEST(ModuleRemarks, ReportASpeedThatTheRecordHasNoBitFor) {
+  ImageBuilder memory = cmis::Blank(0x19, false);
+  memory.Bytes(cmis::kApplications, {0xA0, 0, 0, 0, 0xA0, 0, 0, 0, 0x32, 0, 0, 0, 0xFF});
+  const ModuleReading reading = ReadModule(cmis::Sealed(memory).Image());
+  EXPECT_EQ(reading.phy->module->ib_compliance_code, 0x40);  // NDR
+  EXPECT_EQ(reading.remarks,
+            Texts{"the module supports InfiniBand XDR, which rows and reports do not show"});
+}
+
 TEST(ModuleRemarks, ReportFlagsOfTheHigherLanes) {
   ImageBuilder memory = cmis::Blank(0x18, false);
   memory.Bytes(cmis::kRxFlags, {0x90});  // loss of signal on lanes 5 and 8
@@ -603,6 +612,25 @@ TEST(Cmis, ReadsLaneFlagsAsMasks) {
   EXPECT_EQ(f.latched_rx_power_low_alarm, 129);
   EXPECT_EQ(f.latched_rx_power_high_warning, 6);
   EXPECT_EQ(f.latched_rx_power_low_warning, 10);
+}
+
+TEST(Cmis, HasTheSpeedsOfAllApplications) {
+  constexpr unsigned kEdr = 0x10;  // bits of the record
+  constexpr unsigned kNdr = 0x40;
+  const Place kNinth = {Page::k01, 223};
+  ImageBuilder memory = cmis::Blank(0x18, false);
+  for (std::size_t i = 0; i < 8; ++i) memory.Byte({Page::kLower, 86 + 4 * i}, 0x11);  // Ethernet
+  memory.Byte({Page::kLower, 86 + 28}, 0x30).Bytes(kNinth, {0x32, 0x1C, 0x84, 0x01, 0xFF});
+  memory.Byte({Page::k01, 231}, 0x2C);  // after the end of the list
+  EXPECT_EQ(Phy(cmis::Sealed(memory))->module->ib_compliance_code, kEdr | kNdr);
+
+  memory.Byte({Page::kLower, 86 + 28}, 0xFF);  // ends the whole list
+  EXPECT_EQ(Phy(cmis::Sealed(memory))->module->ib_compliance_code, 0);
+
+  memory.Byte({Page::kLower, 86 + 28}, 0x11).Byte(kNinth, 0x11);
+  memory.Byte({Page::k01, 227}, 0x11).Byte({Page::k01, 231}, 0x11).Byte({Page::k01, 235}, 0x11);
+  memory.Byte({Page::k01, 239}, 0x11).Byte({Page::k01, 243}, 0x11).Byte({Page::k01, 247}, 0x30);
+  EXPECT_EQ(Phy(cmis::Sealed(memory))->module->ib_compliance_code, kEdr);
 }
 
 TEST(Cmis, ConvertsTheUnitsOfTheSingleModeLength) {
