@@ -136,10 +136,24 @@ Advertised HasRxCursors(const ModuleImage& image) {
   return Both(HasEnhancedFeatures(image), AskBits(image, kA2, 62, 0x06));
 }
 
-// Laser temperature and TEC current: internal calibration and a cooled laser only.
-Advertised HasLaserMonitors(const ModuleImage& image) {
-  return Both(HasDiagnostics(image),
-              Both(AskBit(image, kA0, 64, 2), Not(IsCalibratedExternally(image))));
+// True if the bytes are all 00h or all FFh.
+bool IsFilled(const ModuleImage::Half& half, std::size_t first, std::size_t count) {
+  const auto is_same = [&half, first](std::uint8_t byte) { return byte == half[first]; };
+  const bool is_filler = half[first] == 0x00 || half[first] == 0xFF;
+  return is_filler && half.Has(first, count) &&
+         std::all_of(half.From(first), half.From(first) + count, is_same);
+}
+
+// Laser temperature and TEC current: internal calibration and a cooled laser only. No bit
+// advertises them; a module without one has neither a value nor thresholds there.
+template <std::size_t kValue, std::size_t kThresholds>
+Advertised HasLaserMonitor(const ModuleImage& image) {
+  const ModuleImage::Half& a2 = image.HalfOf(kA2, 0);
+  const bool is_none = IsFilled(a2, kValue, 2) && IsFilled(a2, kThresholds, 2 * kAlarmLevels) &&
+                       IsNotReady(image) != Advertised::kYes;
+  const Advertised is_possible =
+      Both(AskBit(image, kA0, 64, 2), Not(IsCalibratedExternally(image)));
+  return Both(HasDiagnostics(image), Both(is_possible, AdvertisedIf(!is_none)));
 }
 
 constexpr Advertisement kOptical =
@@ -159,7 +173,10 @@ constexpr Advertisement k64gfc = By(Has64gfc, "A0h:92.6, 10.1 and 62.0");
 constexpr Advertisement kVoltageMonitor = By(HasVoltage, "A0h:92.6; not 0, or A2h:110.0");
 constexpr Advertisement kOpticalDiagnostics = By(
     HasOpticalDiagnostics, "A0h:92.6; neither a passive cable (8.2) nor for copper (2, 6.3, 36)");
-constexpr Advertisement kLaser = By(HasLaserMonitors, "A0h:92.6, 64.2, not 92.4");
+constexpr std::string_view kLaserWords =
+    "A0h:92.6, 64.2, not 92.4; a value or thresholds, or A2h:110.0";
+constexpr Advertisement kLaserTemperature = By(HasLaserMonitor<106, 40>, kLaserWords);
+constexpr Advertisement kTecCurrent = By(HasLaserMonitor<108, 48>, kLaserWords);
 
 // ---------------------------------------------------------------------------------------------
 // The map
@@ -296,8 +313,8 @@ constexpr MapMonitor kMonitors[] = {
     {Quantity::kTxBias,      "",                    kA2, 100, kMilliamperes,    kA2, 16, {kA2, 112, 3, 1, 32, 0}, kOpticalDiagnostics, ""},
     {Quantity::kTxPower,     "",                    kA2, 102, kMilliwatts,      kA2, 24, {kA2, 112, 1, 1, 32, 0}, kOpticalDiagnostics, ""},
     {Quantity::kRxPower,     "",                    kA2, 104, kMilliwatts,      kA2, 32, {kA2, 113, 7, 1, 32, 0}, kOpticalDiagnostics, ""},
-    {Quantity::kAux,         "laser_temperature_c", kA2, 106, kCelsius,         kA2, 40, {kA2, 113, 5, 1, 32, 0}, kLaser,     "11.4"},
-    {Quantity::kAux,         "tec_current_ma",      kA2, 108, Signed(Per(10)),  kA2, 48, {kA2, 113, 3, 1, 32, 0}, kLaser,     "11.4"},
+    {Quantity::kAux,         "laser_temperature_c", kA2, 106, kCelsius,         kA2, 40, {kA2, 113, 5, 1, 32, 0}, kLaserTemperature, "11.4"},
+    {Quantity::kAux,         "tec_current_ma",      kA2, 108, Signed(Per(10)),  kA2, 48, {kA2, 113, 3, 1, 32, 0}, kTecCurrent, "11.4"},
 };
 
 // Bytes 3 to 10; bits 4.4 and 4.3 are the reach of SONET together.

@@ -79,6 +79,7 @@ Memory Full() {
   Memory memory;
   memory.Put(A0, 0, {0x03, 0x04, 0x07}).Put(A0, 64, {0x0E, 0x38});
   memory.Put(A0, 92, {0x68, 0xFE, 0x07});
+  memory.Word(A2, 40, 0x3700).Word(A2, 48, 8000);  // the laser's thresholds: 55 C, 800 mA
   return memory.Word(A2, 98, 33000);
 }
 
@@ -936,7 +937,9 @@ TEST(Sff8472Map, HasZeroPowerWithoutLight) {
 }
 
 TEST(Sff8472Map, HasNoLaserThresholdsThatAreAllOnes) {
-  const ModuleInfo info = Full().Put(A2, 40, Bytes(16, 0xFF)).Decode();
+  const ModuleInfo info =
+      Full().Put(A2, 40, Bytes(16, 0xFF)).Word(A2, 106, 0x2D40).Word(A2, 108, 100).Decode();
+  EXPECT_EQ(info.aux.at(0).monitor.value, 45.25);
   EXPECT_EQ(info.aux.at(0).monitor.thresholds.given, 0);
   EXPECT_EQ(info.aux.at(1).monitor.thresholds.given, 0);
 }
@@ -1108,7 +1111,7 @@ TEST(Sff8472Map, HasNotReadAMissingUniformOrMirroredA2) {
   Memory missing = Full();
   EXPECT_EQ(missing.DropA2().Decode().temperature.state, FieldState::kNotRead);
   Memory uniform = Full();
-  uniform.Word(A2, 98, 0);
+  uniform.Word(A2, 40, 0).Word(A2, 48, 0).Word(A2, 98, 0);
   EXPECT_EQ(uniform.Decode().temperature.state, FieldState::kNotRead);
   EXPECT_EQ(uniform.Decode().pages_read, std::vector<Page>{A0});
   Memory mirrored = Full().Text(20, "Acme Optics     ");
@@ -1152,6 +1155,26 @@ TEST(Sff8472Map, DropsFlagsThatAreNotAdvertisedOrNotReady) {
   EXPECT_EQ(unready.temperature.state, FieldState::kNotReady);
   EXPECT_EQ(unready.temperature.flags.known, 0);
   EXPECT_EQ(unready.temperature.thresholds.given, 0xF);
+}
+
+TEST(Sff8472Map, HasNoLaserMonitorsWithoutValueAndThresholds) {
+  const auto states = [](unsigned thresholds, unsigned temperature, unsigned current) {
+    Memory memory = Full();
+    for (std::size_t byte = 40; byte < 56; byte += 2) memory.Word(A2, byte, thresholds);
+    const ModuleInfo info = memory.Word(A2, 106, temperature).Word(A2, 108, current).Decode();
+    return std::make_pair(info.aux.at(0).monitor.state, info.aux.at(1).monitor.state);
+  };
+  const FieldState none = FieldState::kNotImplemented;
+  const FieldState present = FieldState::kPresent;
+  for (const unsigned thresholds : {0x0000U, 0xFFFFU}) {
+    EXPECT_EQ(states(thresholds, 0x0000, 0x0000), std::make_pair(none, none));
+    EXPECT_EQ(states(thresholds, 0xFFFF, 0xFFFF), std::make_pair(none, none));
+    EXPECT_EQ(states(thresholds, 0x2D40, 0x0000), std::make_pair(present, none));
+    EXPECT_EQ(states(thresholds, 0xFFFF, 0xFFFE), std::make_pair(none, present));
+  }
+  EXPECT_EQ(states(0xFF00, 0x0000, 0xFFFF), std::make_pair(present, present));
+  Memory memory = Full().Word(A2, 40, 0);
+  EXPECT_EQ(memory.Put(A2, 110, {0x01}).Decode().aux.at(0).monitor.state, FieldState::kNotReady);
 }
 
 TEST(Sff8472Map, NeedsACooledLaserForItsMonitors) {
