@@ -138,6 +138,8 @@ Advertised HasModuleMonitor(const ModuleImage& image, std::size_t byte, unsigned
     const Advertised is_plausible = AdvertisedIf(raw != 0 && raw != 0xFFFF);
     readings = Either(is_plausible, Both(IsOptical(image), IsNotReady(image)));
   }
+  // Copper cables without sensors may set the bit.
+  if (readings == Advertised::kNo && IsCopper(image) == Advertised::kYes) return readings;
   return HasMonitor(image, kRevision28, bit, readings);
 }
 Advertised HasTemperature(const ModuleImage& image) { return HasModuleMonitor(image, 22, 5); }
@@ -343,8 +345,8 @@ constexpr LaneMapField kLaneFields[] = {
 
 constexpr MapMonitor kMonitors[] = {
     // quantity, name, page, byte, format, thresholds, {flags of lane 1: page, byte, bit, steps to low, warning, lane}, what advertises it, first revision
-    {Quantity::kTemperature, "", kLower, 22, kCelsius,      kPage03, 128, {kLower,  6, 7, 1, 2, 0}, By(HasTemperature, "00h:220.5 from revision code 08h on; before, not 0000h or FFFFh, or an optical module that is not ready"), ""},
-    {Quantity::kVoltage,     "", kLower, 26, kVolts,        kPage03, 144, {kLower,  7, 7, 1, 2, 0}, By(HasVoltage, "00h:220.4 from revision code 08h on; before, not 0000h or FFFFh, or an optical module that is not ready"),     ""},
+    {Quantity::kTemperature, "", kLower, 22, kCelsius,      kPage03, 128, {kLower,  6, 7, 1, 2, 0}, By(HasTemperature, "00h:220.5 from revision code 08h on, of copper only if not 0000h or FFFFh; before, not 0000h or FFFFh, or an optical module that is not ready"), ""},
+    {Quantity::kVoltage,     "", kLower, 26, kVolts,        kPage03, 144, {kLower,  7, 7, 1, 2, 0}, By(HasVoltage, "00h:220.4 from revision code 08h on, of copper only if not 0000h or FFFFh; before, not 0000h or FFFFh, or an optical module that is not ready"),     ""},
     {Quantity::kRxPower,     "", kLower, 34, kMilliwatts,   kPage03, 176, {kLower,  9, 7, 1, 2, 4}, By(HasRxPower, "optical; 00h:220.3, any lane not 0, any flag, or not ready"),                               ""},
     {Quantity::kTxBias,      "", kLower, 42, kMilliamperes, kPage03, 184, {kLower, 11, 7, 1, 2, 4}, By(HasTxBias, "optical"),                                                              ""},
     {Quantity::kTxPower,     "", kLower, 50, kMilliwatts,   kPage03, 192, {kLower, 13, 7, 1, 2, 4}, By(HasTxPower, "optical; 00h:220.2 from revision code 06h on; before, any lane not 0, or not ready"), "1.9"},

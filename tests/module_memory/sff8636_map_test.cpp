@@ -734,6 +734,7 @@ TEST(Sff8636Map, ShowsAnInitializationFlagOfOlderRevisionsWhenItIsRaised) {
 TEST(Sff8636Map, HasOpticalValuesOfOpticsOnly) {
   const auto with_technology = [](unsigned technology) {
     Memory memory = Full().Put(P00, 142, {1, 2, 3, 0}).Put(P00, 147, {technology << 4U});
+    memory.Word(L, 22, 0x1900).Word(L, 26, 33000);  // copper with sensors has them, too
     return memory.Put(P00, 186, {5, 7, 9, 13}).Decode();
   };
   EXPECT_EQ(Changed(with_technology(9), with_technology(10)), (Keys{"media.length_m.smf",
@@ -995,6 +996,22 @@ TEST(Sff8636Map, HasTemperatureAndVoltageOfCopperWithSensors) {
   memory.Word(L, 22, 0x1900).Word(L, 26, 33000);
   EXPECT_EQ(memory.Decode().temperature.value, 25);
   EXPECT_DOUBLE_EQ(memory.Decode().voltage.value, 3.3);
+}
+
+TEST(Sff8636Map, HasNoTemperatureAndVoltageOfCopperWithoutSensors) {
+  for (const unsigned raw : {0x0000U, 0xFFFFU}) {
+    for (const unsigned technology : {0xA0U, 0xC0U, 0xF0U}) {
+      Memory memory = Full().Put(P00, 147, {technology}).Word(L, 22, raw).Word(L, 26, raw);
+      const ModuleInfo info = memory.Decode();  // 220.5 and 220.4 are set
+      EXPECT_EQ(info.temperature.state, FieldState::kNotImplemented) << technology;
+      EXPECT_EQ(info.voltage.state, FieldState::kNotImplemented) << technology;
+      const ModuleInfo other = memory.Word(L, 22, 0x1900).Word(L, 26, 33000).Decode();
+      EXPECT_EQ(other.temperature.value, 25);
+      EXPECT_DOUBLE_EQ(other.voltage.value, 3.3);
+      memory.Put(P00, 147, {0x00}).Word(L, 22, raw).Word(L, 26, raw);
+      EXPECT_TRUE(memory.Decode().temperature.IsPresent()) << "an optical module";
+    }
+  }
 }
 
 TEST(Sff8636Map, HasNoOpticalQuantitiesOfCopper) {
