@@ -23,7 +23,8 @@ std::uint32_t WordAt(const ModuleImage::Half& half, std::size_t byte) {
   return static_cast<std::uint32_t>(bytes[0] << kBitsPerByte | bytes[1]);
 }
 
-bool IsBlank(char c) { return c == ' ' || c == '\0'; }
+// At the end of a text; FFh is what erased memory holds.
+bool IsPadding(char c) { return c == ' ' || c == '\0' || c == '\xFF'; }
 
 std::int32_t SignedOf(std::uint32_t raw, unsigned bits) {
   if (bits == 0) return 0;
@@ -63,7 +64,7 @@ void DecodeText(Decoding& to, const MapField& line, const ModuleImage::Half& hal
   std::size_t size = half.Has(line.byte, longest) ? longest : half.KnownFrom(line.byte, longest);
   const bool is_known = size != 0;
   if (is_known) std::memcpy(text, half.From(line.byte), size);
-  while (size != 0 && IsBlank(text[size - 1])) --size;
+  while (size != 0 && IsPadding(text[size - 1])) --size;
   const FieldState state = StateOf(advertised, is_known, size != 0);
   if (state != FieldState::kPresent) return to.info.SetState(line.field, state);
   if (size == 0) return to.info.SetState(line.field, FieldState::kNotImplemented);

@@ -368,6 +368,19 @@ TEST(Sff8472Map, HasNoValueWhereZeroMeansNone) {
   }
 }
 
+TEST(Sff8472Map, TakesFFhAtTheEndOfATextAsPadding) {
+  const auto vendor = [](std::string_view text, std::size_t size) {
+    Bytes bytes = Chars(text);
+    bytes.resize(size, 0xFF);
+    return Full().Put(A0, 20, bytes);
+  };
+  EXPECT_EQ(vendor("ACME", 16).Decode()[Field::kVendor].text, "ACME");
+  EXPECT_EQ(vendor("ACME  ", 15).Decode()[Field::kVendor].text, "ACME") << "a NUL at the end";
+  EXPECT_EQ(vendor("", 16).Decode().StateOf(Field::kVendor), FieldState::kNotImplemented);
+  Memory before = vendor("", 2).Text(22, "ACME");
+  EXPECT_EQ(before.Decode()[Field::kVendor].text, "\u00FF\u00FFACME");
+}
+
 TEST(Sff8472Map, IsThatOfEveryIdentifierOfTheFamily) {
   for (const unsigned identifier : {0x01U, 0x02U, 0x03U}) {
     EXPECT_EQ(Full().Put(A0, 0, {identifier}).Decode().family, cable_info::ModuleFamily::kSff8472);
