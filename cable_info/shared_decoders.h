@@ -9,6 +9,7 @@
 
 #include "cable_info/missing_values.h"
 #include "cable_info/text/text_buffer.h"
+#include "cable_info/value_format.h"
 
 namespace cable_info {
 namespace [[gnu::visibility("hidden")]] decode {
@@ -42,6 +43,16 @@ void AppendQuotedInCsv(TextBuffer& out, Form form, Append&& append, const Args&.
 /// and 18..20, linear active ones (CMIS 5.3 page 00h byte 212, where 16 and 17 are lasers).
 constexpr bool IsCopperTechnology(unsigned technology) {
   return (technology >= 10 && technology <= 15) || (technology >= 18 && technology <= 20);
+}
+
+/// True for those of passive copper cables.
+constexpr bool IsPassiveCopperTechnology(unsigned technology) {
+  return technology == kUnequalizedCopper || technology == kPassiveEqualizedCopper;
+}
+
+/// True for those of active copper cables with linear equalizers.
+constexpr bool IsLinearCopperTechnology(unsigned technology) {
+  return technology == 15 || (technology >= 18 && technology <= 20);
 }
 
 /// The name of a code in `transmitter_technology_arr`; `fallback` for codes above 15.

@@ -172,7 +172,7 @@ std::string VoltageToStr(std::uint16_t raw) { return ToText(decode::AppendVoltag
 bool IsOpticCable(std::uint8_t technology) { return technology <= kLastOpticalTechnology; }
 
 bool _is_valid_temperature(std::int8_t temperature, std::uint8_t technology) {
-  if (technology == kUnequalizedCopper || technology == kPassiveEqualizedCopper) return false;
+  if (decode::IsPassiveCopperTechnology(technology)) return false;
   return temperature >= kLowestTemperature && temperature <= kHighestTemperature;
 }
 

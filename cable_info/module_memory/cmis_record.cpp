@@ -299,16 +299,14 @@ void MovePreCursor(const ModuleImage& image, ModuleRecord& module) {
 
 void RemarkOnAttenuation(const ModuleImage& image, std::vector<std::string>& remarks) {
   const unsigned attenuation = BitsOf(image, Page::k00, 208).value_or(0);
-  if (attenuation == 0 || IsCopperSince53(image) != Advertised::kYes) return;
+  if (attenuation == 0 || HasAttenuationSince53(image) != Advertised::kYes) return;
   remarks.push_back("the attenuation at 53.1 GHz is " + std::to_string(attenuation) +
                     " dB, which rows and reports do not show");
 }
 
 // Passive copper has no sensor; its bytes are zero.
 void DropTemperaturesOfPassiveCopper(ModuleRecord& module) {
-  const bool is_passive = module.cable_technology == kUnequalizedCopper ||
-                          module.cable_technology == kPassiveEqualizedCopper;
-  if (!is_passive) return;
+  if (!decode::IsPassiveCopperTechnology(module.cable_technology)) return;
   module.temperature = kNoTemperature;
   module.temp_high_threshold = kNoTemperature;
   module.temp_low_threshold = kNoTemperature;

@@ -62,12 +62,15 @@ Advertised HostSelectsSquelch(const ModuleImage& image) {
                       [](unsigned method) { return method == 3; });
 }
 
-Advertised IsCopper(const ModuleImage& image) {
-  return AdvertisedBy(BitsOf(image, Page::k00, 212), decode::IsCopperTechnology);
+Advertised HasAttenuation(const ModuleImage& image) {
+  const std::optional<unsigned> technology = BitsOf(image, Page::k00, 212);
+  const Advertised is_linear = AdvertisedBy(technology, decode::IsLinearCopperTechnology);
+  return Either(AdvertisedBy(technology, decode::IsPassiveCopperTechnology),
+                Both(is_linear, IsSince(image, 0x53)));
 }
 
-Advertised IsCopperSince53(const ModuleImage& image) {
-  return Both(IsSince(image, 0x53), IsCopper(image));
+Advertised HasAttenuationSince53(const ModuleImage& image) {
+  return Both(IsSince(image, 0x53), HasAttenuation(image));
 }
 
 Advertised HasCaseTemperatures(const ModuleImage& image) {

@@ -101,9 +101,10 @@ Advertised HasCdb(const ModuleImage& image) {
 }
 /// The host selects the method of TX squelch: 01h:155.5-4.
 Advertised HostSelectsSquelch(const ModuleImage& image);
-/// The media interface technology, 00h:212, is that of a copper cable.
-Advertised IsCopper(const ModuleImage& image);
-Advertised IsCopperSince53(const ModuleImage& image);
+/// The media interface technology, 00h:212, is that of a cable that states its attenuation: of
+/// passive copper, from CMIS 5.3 on also of linear active copper.
+Advertised HasAttenuation(const ModuleImage& image);
+Advertised HasAttenuationSince53(const ModuleImage& image);
 /// 01h:146-147 are not both 0.
 Advertised HasCaseTemperatures(const ModuleImage& image);
 /// Buffers for the adaptive input equalization: 01h:161.6-5.

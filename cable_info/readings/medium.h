@@ -14,9 +14,7 @@ namespace [[gnu::visibility("hidden")]] cable_info {
 
 /// The medium of a technology: a code of `transmitter_technology_arr`, or a later one of CMIS 5.x.
 inline Medium MediumOfTechnology(unsigned technology) {
-  if (technology == kUnequalizedCopper || technology == kPassiveEqualizedCopper) {
-    return Medium::kPassiveCopper;
-  }
+  if (decode::IsPassiveCopperTechnology(technology)) return Medium::kPassiveCopper;
   return decode::IsCopperTechnology(technology) ? Medium::kActiveCopper : Medium::kOptical;
 }
 

@@ -527,20 +527,27 @@ std::vector<double> Attenuations(const ModuleInfo& info) {
   return attenuations;
 }
 
-TEST(CmisFields, OnlyCopperHasAnAttenuation) {
+TEST(CmisFields, OnlyPassiveAndLinearCopperHasAnAttenuation) {
   const std::vector<double> all = {5, 6, 11, 23, 31};
   Memory memory = BareModule();
   memory.Put(Page::k00, 204, {5, 6, 11, 23, 31});
-  for (const unsigned technology : {0U, 9U, 16U, 17U, 21U}) {
+  for (const unsigned technology : {0U, 9U, 12U, 13U, 14U, 16U, 17U, 21U}) {
     memory.Put(Page::k00, 212, {technology});
     EXPECT_TRUE(Attenuations(memory.Decode()).empty()) << technology;
   }
-  for (const unsigned technology : {10U, 15U, 18U, 20U}) {
+  for (const unsigned technology : {10U, 11U, 15U, 18U, 19U, 20U}) {
     memory.Put(Page::k00, 212, {technology});
     EXPECT_EQ(Attenuations(memory.Decode()), all) << technology;
   }
   memory.Put(Page::kLower, 1, {0x52}).Put(Page::k00, 204, {0});
-  EXPECT_EQ(Attenuations(memory.Decode()), (std::vector<double>{6, 11, 23}));
+  for (const unsigned technology : {12U, 15U, 18U, 20U}) {
+    memory.Put(Page::k00, 212, {technology});
+    EXPECT_TRUE(Attenuations(memory.Decode()).empty()) << technology;
+  }
+  for (const unsigned technology : {10U, 11U}) {
+    memory.Put(Page::k00, 212, {technology});
+    EXPECT_EQ(Attenuations(memory.Decode()), (std::vector<double>{6, 11, 23})) << technology;
+  }
 }
 
 TEST(CmisFields, TestPatternsAreListedLowByteFirst) {
