@@ -23,12 +23,14 @@ constexpr unsigned kRj45 = 0x22;
 // What advertises fields
 // ---------------------------------------------------------------------------------------------
 
-constexpr unsigned kRevision124 = 0x09;  // in byte 94
+constexpr unsigned kRevision114 = 0x07;  // codes in byte 94; 11.9 has that of 11.4
+constexpr unsigned kRevision124 = 0x09;
 
-Advertised Since124(const ModuleImage& image) {
-  const std::optional<std::uint8_t> revision = image.At(kA0, 94);
-  return revision ? AdvertisedIf(*revision >= kRevision124) : Advertised::kUnknown;
+Advertised Since(const ModuleImage& image, unsigned revision) {
+  const std::optional<std::uint8_t> code = image.At(kA0, 94);
+  return code ? AdvertisedIf(*code >= revision) : Advertised::kUnknown;
 }
+Advertised Since124(const ModuleImage& image) { return Since(image, kRevision124); }
 
 Advertised IsCable(const ModuleImage& image) { return AskBits(image, kA0, 8, 0x0C); }
 
@@ -83,6 +85,9 @@ Advertised HasStatus(const ModuleImage& image) {  // by the enhanced options
 }
 Advertised HasRateSelectPin(const ModuleImage& image) {
   return Both(HasDiagnostics(image), AskBits(image, kA0, 93, 0x0A));
+}
+Advertised HasEqualizers(const ModuleImage& image) {
+  return Both(HasDiagnostics(image), Since(image, kRevision114));
 }
 Advertised HasCdr(const ModuleImage& image) {
   return Both(HasDiagnostics(image), AskBit(image, kA0, 64, 3));
@@ -166,6 +171,7 @@ constexpr Advertisement kTxFaultStatus = By(HasStatus<5>, "A0h:92.6 and 93.5");
 constexpr Advertisement kRxLosStatus = By(HasStatus<4>, "A0h:92.6 and 93.4");
 constexpr Advertisement kRateSelectStatus = By(HasStatus<3>, "A0h:92.6 and 93.3");
 constexpr Advertisement kRateSelectPin = By(HasRateSelectPin, "A0h:92.6, 93.3 or 93.1");
+constexpr Advertisement kEqualizers = By(HasEqualizers, "A0h:92.6, 94 from 07h on");
 constexpr Advertisement kCdr = By(HasCdr, "A0h:92.6 and 64.3");
 constexpr Advertisement kPam4 =
     By(HasPam4, "A0h:92.6; 10.1 and 62.0, or 36 is of 50 Gb/s Ethernet");
@@ -274,10 +280,10 @@ constexpr MapField kFields[] = {
     {Field::kRs0Pin,                      kA2, 110, Bit(4),     kFlag,                                 kRateSelectPin,   ""},
     {Field::kSoftRs0,                     kA2, 110, Bit(3),     kFlag,                                 kRateSelectStatus, ""},
     {Field::kDataNotReady,                kA2, 110, Bit(0),     kFlag,                                 kDiagnostics,     ""},
-    {Field::kTxInputEqHigh,               kA2, 114, Bits(7, 4), kNumber.ZeroIsNone(),                  kDiagnostics,     "11.9"},
-    {Field::kTxInputEqLow,                kA2, 114, Bits(3, 0), kNumber.ZeroIsNone(),                  kDiagnostics,     "11.9"},
-    {Field::kRxEmphasisHigh,              kA2, 115, Bits(7, 4), kNumber.ZeroIsNone(),                  kDiagnostics,     "11.9"},
-    {Field::kRxEmphasisLow,               kA2, 115, Bits(3, 0), kNumber.ZeroIsNone(),                  kDiagnostics,     "11.9"},
+    {Field::kTxInputEqHigh,               kA2, 114, Bits(7, 4), kNumber.ZeroIsNone(),                  kEqualizers,      "11.9"},
+    {Field::kTxInputEqLow,                kA2, 114, Bits(3, 0), kNumber.ZeroIsNone(),                  kEqualizers,      "11.9"},
+    {Field::kRxEmphasisHigh,              kA2, 115, Bits(7, 4), kNumber.ZeroIsNone(),                  kEqualizers,      "11.9"},
+    {Field::kRxEmphasisLow,               kA2, 115, Bits(3, 0), kNumber.ZeroIsNone(),                  kEqualizers,      "11.9"},
     {Field::kSoftRs1,                     kA2, 118, Bit(3),     kFlag,                                 kRateSelectPin,   "10.2"},
     {Field::kPowerLevel4Enable,           kA2, 118, Bit(2),     kFlag,                                 By(HasPowerLevel4, "A0h:92.6 and 64.6"), "12.4"},
     {Field::kPowerLevelState,             kA2, 118, Bit(1),     kFlag,                                 By(HasPowerLevels, "A0h:92.6; 64.1, 64.5 or 64.6"), "10.3"},

@@ -341,6 +341,20 @@ TEST(Sff8472Map, HasNoDecibelsForReservedCodes) {
   }
 }
 
+TEST(Sff8472Map, HasEqualizersFromRevisionCode07OnOnly) {
+  const Field kFields[] = {Field::kTxInputEqHigh, Field::kTxInputEqLow, Field::kRxEmphasisHigh,
+                           Field::kRxEmphasisLow};
+  for (const Field field : kFields) {
+    Memory memory = Full().Put(A2, 114, {0x21, 0x43});
+    EXPECT_TRUE(memory.Decode()[field].IsPresent());
+    EXPECT_EQ(memory.Put(A0, 94, {0x06}).Decode().StateOf(field), FieldState::kNotImplemented);
+    EXPECT_EQ(memory.Put(A0, 94, {0x00}).Decode().StateOf(field), FieldState::kNotImplemented);
+  }
+  // Bits of other meaning are not reserved codes.
+  EXPECT_EQ(Warnings(Full().Put(A0, 94, {0x06}).Put(A2, 114, {0xFF, 0xFF}).Decode()),
+            std::vector<std::string>());
+}
+
 TEST(Sff8472Map, HasNoValueWhereZeroMeansNone) {
   const ModuleInfo info = Enhanced().Decode();
   for (const Field field : {Field::kNominalBitrate,
@@ -809,7 +823,8 @@ TEST(Sff8472Map, HasEnhancedFeaturesFromRevision124OnWithInternalCalibration) {
                           "lanes.details.tx_force_squelch",
                           "lanes.details.tx_squelch_disable"};
   Keys with_revision = kFeatures;
-  with_revision.insert("revision");
+  with_revision.insert({"revision", "details.tx_input_eq_high_db", "details.tx_input_eq_low_db",
+                        "details.rx_emphasis_high_db", "details.rx_emphasis_low_db"});
   EXPECT_EQ(Changed(Populated().Decode(), Populated().Put(A0, 94, {0x00}).Decode()), with_revision);
   Keys with_calibration = kFeatures;
   for (const char* key :
