@@ -172,6 +172,7 @@ std::optional<double> NumberOf(Decoding& to, Field field, unsigned raw) {
 }
 
 void DecodeOwnField(Decoding& to, const MapField& line, Advertised advertised) {
+  if (line.field == Field::kIdentifier) return;  // decided with the family
   const std::optional<std::uint32_t> raw = RawOf(to.image, line);
   const FieldState state = StateOf(advertised, raw.has_value(), raw.value_or(0) != 0);
   if (state != FieldState::kPresent) return to.info.SetState(line.field, state);
@@ -188,7 +189,7 @@ void DecodeOwnField(Decoding& to, const MapField& line, Advertised advertised) {
       return to.info.SetCode(line.field, code, kManagementSpeeds.Name(code));
     }
     case Field::kModuleSubtype: {
-      const CodeTable* subtypes = SubtypesOf(BitsOf(to.image, Page::kLower, 0).value_or(0));
+      const CodeTable* subtypes = SubtypesOf(to.info[Field::kIdentifier].code());
       return to.info.SetCode(line.field, *raw,
                              subtypes != nullptr ? subtypes->Name(*raw) : std::string_view());
     }
@@ -319,7 +320,8 @@ void DecodeCmis(Decoding& to) {
   DecodeModule(to, memory);
   DecodeApplications(to, memory);
   AddSpeeds(to.info);
-  const LaneLayout layout = LanesOf(to.image, to.info.applications);
+  const LaneLayout layout =
+      LanesOf(to.image, to.info[Field::kIdentifier].code(), to.info.applications);
   DecodeLaneFields(to, layout, memory);
   DecodeMonitors(to, layout, memory);
   WarnOfFlags(to, CmisMap().lane_fields);

@@ -95,15 +95,15 @@ unsigned BanksOf(const ModuleImage& image) {
   return BitsOf(image, Page::k01, 174, 4, 0).value_or(0) + 1U;
 }
 
-LaneLayout LanesOf(const ModuleImage& image, const std::vector<Application>& applications) {
+LaneLayout LanesOf(const ModuleImage& image, unsigned identifier,
+                   const std::vector<Application>& applications) {
   LaneLayout layout;
   layout.banks = BanksOf(image);
   for (const Application& application : applications) {
     layout.host |= HostLanes(application);
     layout.media |= MediaLanes(application);
   }
-  const unsigned form_factor_lanes = LanesOfFormFactor(
-      BitsOf(image, Page::kLower, 0).value_or(BitsOf(image, Page::k00, 128).value_or(0)));
+  const unsigned form_factor_lanes = LanesOfFormFactor(identifier);
   const unsigned all = LowestLanes(form_factor_lanes);
   layout.host &= all;
   layout.media &= all;

@@ -24,8 +24,9 @@ unsigned BanksOf(const ModuleImage& image);
 
 /// The lanes on which an application can run, limited to those of the form factor; all lanes of the
 /// form factor if no application specifies them. Media lanes marked unsupported in 00h:210 are
-/// excluded.
-LaneLayout LanesOf(const ModuleImage& image, const std::vector<Application>& applications);
+/// excluded. `identifier` is the one that decided the family.
+LaneLayout LanesOf(const ModuleImage& image, unsigned identifier,
+                   const std::vector<Application>& applications);
 
 }  // namespace module_memory
 }  // namespace cable_info

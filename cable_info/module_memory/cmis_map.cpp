@@ -107,7 +107,7 @@ constexpr Page kLow = Page::kLower;
 // clang-format off
 constexpr MapField kFields[] = {
     // Lower page
-    {Field::kIdentifier, kLow, 0, kByte, Code(kIdentifiers), kAlways, "4.0"},
+    {Field::kIdentifier, kLow, 0, kByte, kOwn, kAlways, "4.0"},
     {Field::kRevision, kLow, 1, kByte, kOwn, kAlways, "4.0"},
     {Field::kFlatMemory, kLow, 2, Bit(7), kFlag, kAlways, "4.0"},
     {Field::kSteppedConfigOnly, kLow, 2, Bit(6), kFlag, kSince50, "5.0"},

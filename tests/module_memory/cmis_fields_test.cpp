@@ -473,6 +473,24 @@ TEST(CmisFields, ALengthOrWavelengthOfZeroIsMissing) {
   }
 }
 
+TEST(CmisFields, TheCopyOfTheIdentifierDecidesWhereByte0NamesNoModule) {
+  Memory memory = BareModule();
+  memory.Put(Page::kLower, 1, {0x53}).Put(Page::kLower, 60, {0x01}).Put(Page::kLower, 86, {0xFF});
+  for (const unsigned byte0 : {0x00U, 0x7FU}) {
+    memory.Put(Page::kLower, 0, {byte0}).Put(Page::k00, 128, {0x1E});
+    const ModuleInfo qsfp = memory.Decode();
+    EXPECT_EQ(qsfp[Field::kIdentifier].code(), 0x1EU);
+    EXPECT_EQ(qsfp[Field::kIdentifier].text, "QSFP+ or later with CMIS");
+    EXPECT_EQ(qsfp[Field::kModuleSubtype].text, "Type 1");
+    EXPECT_EQ(qsfp.lanes.size(), 4U);
+    EXPECT_EQ(memory.Put(Page::k00, 128, {0x1B}).Decode().lanes.size(), 2U);
+    EXPECT_EQ(memory.Put(Page::k00, 128, {0x20}).Decode().lanes.size(), 1U);
+  }
+  memory.Put(Page::k00, 128, {0x1E}).Drop(Page::kLower);
+  EXPECT_EQ(memory.Decode()[Field::kIdentifier].code(), 0x1EU);
+  EXPECT_EQ(memory.Decode().lanes.size(), 4U);
+}
+
 TEST(CmisFields, AModselWaitTimeWithoutAMantissaIsMissing) {
   Memory memory = FullModule();
   memory.Put(Page::k01, 143, {0x20});
