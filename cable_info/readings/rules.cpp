@@ -28,8 +28,12 @@ struct MonitorRule {
   bool is_latched;
 };
 
+constexpr bool IsMonitorRule(Rule rule) {
+  return rule >= Rule::kFirstThreshold && rule < Rule::kFirstLaneFlag;
+}
+
 std::optional<MonitorRule> MonitorRuleOf(Rule rule) {
-  if (rule < Rule::kFirstThreshold || rule >= Rule::kFirstLaneFlag) return std::nullopt;
+  if (!IsMonitorRule(rule)) return std::nullopt;
   const std::size_t number = Number(rule) - Number(Rule::kFirstThreshold);
   const std::size_t within = number % kThresholdRules;
   return MonitorRule{static_cast<Quantity>(within / kAlarmLevels),
@@ -76,6 +80,16 @@ constexpr auto kSingleRules = std::array<SingleRule, 14>{{
     {Rule::kChecksum, "checksum", Severity::kWarning, "", Finding::kNone,
      "a checksum of the module's memory does not match"},
 }};
+
+constexpr bool HasOneLineForEachRule() {
+  for (std::size_t i = 0; i < kRules; ++i) {
+    std::size_t lines = 0;
+    for (const SingleRule& single : kSingleRules) lines += single.rule == RuleOf(i) ? 1U : 0U;
+    if (lines != (IsMonitorRule(RuleOf(i)) ? 0U : 1U)) return false;
+  }
+  return true;
+}
+static_assert(HasOneLineForEachRule(), "each rule without a level has one line");
 
 const SingleRule* FindSingleRule(Rule rule) {
   const auto* const found =
