@@ -3,6 +3,7 @@
 
 #include "cable_info/module_memory/cmis_decode.h"
 
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
@@ -113,8 +114,14 @@ std::string TextOf(const ModuleImage& image, const MapField& line, std::uint32_t
     case Field::kFirmwareAState:
     case Field::kFirmwareBState:
       return FirmwareState(image, line);
-    default:  // the patterns
+    case Field::kHostGeneratorPatterns:
+    case Field::kMediaGeneratorPatterns:
+    case Field::kHostCheckerPatterns:
+    case Field::kMediaCheckerPatterns:
       return NamesOfBits(image, line, PatternName);
+    default:
+      assert(false);  // a text of the map that nothing decodes
+      return {};
   }
 }
 
@@ -167,6 +174,7 @@ std::optional<double> NumberOf(Decoding& to, Field field, unsigned raw) {
     case Field::kCustomMonitorMask:
       return HighAlarmFirst(raw);
     default:
+      assert(false);  // a number of the map that nothing decodes
       return std::nullopt;
   }
 }

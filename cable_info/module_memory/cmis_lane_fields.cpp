@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
@@ -226,8 +227,20 @@ LaneValue OwnLaneField(const ModuleImage& image, const LaneMapField& line, Adver
       if (value.IsPresent()) value.number += 1 + at.bank * kLanesPerBank;
       return value;
     }
-    default:
+    case LaneField::kHostBer:
+    case LaneField::kHostSnr:
+    case LaneField::kHostErrors:
+    case LaneField::kHostBits:
+    case LaneField::kHostSyncLost:
+    case LaneField::kMediaBer:
+    case LaneField::kMediaSnr:
+    case LaneField::kMediaErrors:
+    case LaneField::kMediaBits:
+    case LaneField::kMediaSyncLost:
       return Diagnostics(image, line, advertised, at);
+    default:
+      assert(false);  // a lane field of the map that nothing decodes
+      return {};
   }
 }
 
