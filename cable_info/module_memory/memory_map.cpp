@@ -574,7 +574,7 @@ void AddChecksums(Decoding& to, Lines<Checksum> checksums) {
     const std::optional<PageChecksum> sum = ReadChecksum(to.image, checksum);
     if (!sum) continue;
     to.info.checksums.push_back(*sum);
-    if (sum->stored != sum->computed) to.info.warnings.push_back(MismatchText(*sum));
+    if (!sum->Matches()) to.info.warnings.push_back(MismatchText(*sum));
   }
 }
 

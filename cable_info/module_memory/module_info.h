@@ -178,6 +178,9 @@ struct PageChecksum {
   std::uint8_t last = 0;      ///< the last byte of the sum
   std::uint8_t stored = 0;    ///< the sum that the module stores
   std::uint8_t computed = 0;  ///< the sum of the bytes
+
+  /// True when the module stores the sum of its bytes.
+  bool Matches() const { return stored == computed; }
 };
 
 /// The contents of a module's memory. Fields that the family of the module does not have are not

@@ -170,7 +170,7 @@ void Verify(const ModuleImage& image, Lines<Checksum> checksums,
             std::vector<std::string>& mismatches) {
   for (const Checksum& checksum : checksums) {
     const std::optional<PageChecksum> sum = ReadChecksum(image, checksum);
-    if (sum && sum->stored != sum->computed) mismatches.push_back(MismatchText(*sum));
+    if (sum && !sum->Matches()) mismatches.push_back(MismatchText(*sum));
   }
 }
 

@@ -575,7 +575,7 @@ class Sheet {
       PadTo(kLabelWidth);
       out_.Append(' ');
       AppendHexCode(out_, sum.stored);
-      if (sum.stored == sum.computed) {
+      if (sum.Matches()) {
         out_.Append(", correct\n");
       } else {
         out_.Append(", wrong: they add up to ");

@@ -215,9 +215,9 @@ Readings ReadingsOf(const ModuleInfo& module) {
   port.has_data = module.family != ModuleFamily::kUnknown;
   if (!port.has_data) return port;
   port.source = module_memory::kModuleSource;
-  port.checksum_mismatches = static_cast<int>(
-      std::count_if(module.checksums.begin(), module.checksums.end(),
-                    [](const PageChecksum& sum) { return sum.stored != sum.computed; }));
+  port.checksum_mismatches =
+      static_cast<int>(std::count_if(module.checksums.begin(), module.checksums.end(),
+                                     [](const PageChecksum& sum) { return !sum.Matches(); }));
   SetIdentity(port.identity, module);
   port.identifier = CodeOf(module, Field::kIdentifier);
   port.connector = CodeOf(module, Field::kConnector);
