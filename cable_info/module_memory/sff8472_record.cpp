@@ -16,8 +16,6 @@ namespace cable_info::module_memory {
 namespace {
 
 constexpr auto kSfpFormFactor = static_cast<std::uint8_t>(FormFactor::kSfp28OrSfpPlus);
-constexpr std::string_view kNoCopperDiagnosticsText =
-    "A2h was read, but rows and reports show no diagnostics of passive cables and copper modules";
 constexpr std::size_t kLastReading = 105;  // the last byte of what is calibrated
 
 // The four warnings and alarms of one quantity, in the order of the flags.
@@ -275,12 +273,25 @@ std::uint8_t ModuleFlags(const LevelFlags& flags) {
                                    flags.high_warning << 2 | flags.low_warning << 3);
 }
 
-// Cables and copper modules have no optics, whatever an A2h that they do not need holds. Of optics
-// A2h itself determines whether there are diagnostics: some have them without stating it.
+// An A2h that a cable or a copper module does not need may hold anything. For optics, A2h itself
+// determines whether there are diagnostics: some have them without stating it.
 bool UsesA2(const ModuleImage& image) {
-  const Sff8472Medium medium = Sff8472MediumOf(image);
-  if (medium == Sff8472Medium::kActiveCable) return HasDiagnostics(image) != Advertised::kNo;
-  return MayHaveOptics(medium);
+  return Sff8472MediumOf(image) == Sff8472Medium::kOptical ||
+         HasDiagnostics(image) != Advertised::kNo;
+}
+
+// Passive cables and copper modules have no optics, whatever A2h holds.
+void DropOptics(Draft& draft) {
+  ModuleRecord& m = draft.module;
+  for (std::uint16_t* word :
+       {&LaneOf(m.tx_bias, 1), &m.tx_bias_high_threshold, &m.tx_bias_low_threshold,
+        &LaneOf(m.tx_power, 1), &m.tx_power_high_threshold, &m.tx_power_low_threshold,
+        &LaneOf(m.rx_power, 1), &m.rx_power_high_threshold, &m.rx_power_low_threshold}) {
+    *word = 0;
+  }
+  LatchedFlagsPage flags;
+  flags.latched_rx_los = draft.flags.latched_rx_los;
+  draft.flags = flags;
 }
 
 std::unique_ptr<PhyCableRecord> CableFrom(const ModuleImage& image,
@@ -298,6 +309,7 @@ std::unique_ptr<PhyCableRecord> CableFrom(const ModuleImage& image,
     if (has_readings && is_external) {
       CalibrateExternally(draft.module, Sff8472CalibrationOf(image), remarks);
     }
+    if (!MayHaveOptics(Sff8472MediumOf(image))) DropOptics(draft);
     draft.flags.latched_temperature_flags = ModuleFlags(draft.temperature);
     draft.flags.latched_voltage_flags = ModuleFlags(draft.voltage);
     record->SetLatchedFlags(std::make_unique<LatchedFlagsPage>(draft.flags));
@@ -312,8 +324,7 @@ std::unique_ptr<PhyCableRecord> CableFrom(const ModuleImage& image,
 std::unique_ptr<PhyCableRecord> CableFromSff8472(const ModuleImage& image,
                                                  std::vector<std::string>& remarks) {
   if (!image.Has(Page::kA2) || UsesA2(image)) return CableFrom(image, remarks);
-  const bool has_diagnostics = HasDiagnostics(image) != Advertised::kNo;
-  remarks.emplace_back(has_diagnostics ? kNoCopperDiagnosticsText : kA2NotUsedText);
+  remarks.emplace_back(kA2NotUsedText);
   ModuleImage rest = image;
   rest.Drop(Page::kA2);
   return CableFrom(rest, remarks);

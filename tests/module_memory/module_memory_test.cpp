@@ -322,9 +322,11 @@ TEST(Sff8472, DecodesCopperPigtailAndBaseTModulesAsCables) {
 }
 
 // The record of a module with readings at A2h shows none of them.
-void ExpectNoDiagnostics(const ImageBuilder& memory, const std::string& remark) {
+void ExpectNoDiagnostics(const ImageBuilder& memory) {
   const ModuleReading reading = ReadModule(memory.Image());
-  EXPECT_EQ(reading.remarks, Texts{remark});
+  EXPECT_EQ(
+      reading.remarks,
+      Texts{"A2h was read, but the module states that it has no diagnostics; A2h is not used"});
   EXPECT_EQ(reading.phy->latched_flags, nullptr);
   const ModuleRecord& m = *reading.phy->module;
   EXPECT_EQ(reading.phy->GetTemperatureStr(), "N/A");
@@ -337,19 +339,41 @@ void ExpectNoDiagnostics(const ImageBuilder& memory, const std::string& remark) 
   EXPECT_EQ(std::string(m.vendor_name), "Acme Optics");
 }
 
-TEST(Sff8472, HasNoDiagnosticsOfPassiveCablesAndCopperModules) {
-  const std::string unused =
-      "A2h was read, but the module states that it has no diagnostics; A2h is not used";
-  const std::string unshown =
-      "A2h was read, but rows and reports show no diagnostics of passive cables and copper modules";
+// That of a passive cable or copper module shows those that are not optical.
+void ExpectNoOptics(const ImageBuilder& memory) {
+  const ModuleReading reading = ReadModule(memory.Image());
+  EXPECT_EQ(reading.remarks, Texts());
+  const ModuleRecord& m = *reading.phy->module;
+  EXPECT_EQ(m.temperature, 0x228A);
+  EXPECT_EQ(m.voltage, 32893);
+  EXPECT_NE(m.voltage_high_threshold, 0);
+  for (const unsigned word : {m.tx_bias[1], m.tx_bias_high_threshold, m.tx_bias_low_threshold,
+                              m.tx_power[1], m.tx_power_high_threshold, m.tx_power_low_threshold,
+                              m.rx_power[1], m.rx_power_high_threshold, m.rx_power_low_threshold}) {
+    EXPECT_EQ(word, 0U);
+  }
+  const LatchedFlagsPage& flags = *reading.phy->latched_flags;
+  EXPECT_EQ(flags.latched_temperature_flags, 0x0F);
+  EXPECT_EQ(flags.latched_voltage_flags, 0x0F);
+  for (const unsigned mask :
+       {flags.latched_tx_bias_high_alarm, flags.latched_tx_power_low_alarm,
+        flags.latched_rx_power_high_warning, flags.latched_rx_power_low_alarm}) {
+    EXPECT_EQ(mask, 0U);
+  }
+  EXPECT_EQ(flags.latched_rx_los, 1);
+}
+
+TEST(Sff8472, HasNoOpticalDiagnosticsOfPassiveCablesAndCopperModules) {
   const std::pair<Place, unsigned> kModules[] = {{sfp::kCableBits, 0x04},
                                                  {{Page::kA0, 6}, 0x08},
                                                  {sfp::kConnector, 0x22},
                                                  {sfp::kExtendedCompliance, 0x1C}};
   for (const auto& [place, value] : kModules) {
     ImageBuilder memory = sfp::Optic();
-    ExpectNoDiagnostics(sfp::Sealed(memory.Byte(place, value)), unshown);
-    ExpectNoDiagnostics(sfp::Sealed(memory.Byte(sfp::kDiagnostics, 0x00)), unused);
+    memory.Byte({Page::kA2, 110}, 0x02);  // RX LOS
+    for (const std::size_t byte : {112U, 113U, 116U, 117U}) memory.Byte({Page::kA2, byte}, 0xFF);
+    ExpectNoOptics(sfp::Sealed(memory.Byte(place, value)));
+    ExpectNoDiagnostics(sfp::Sealed(memory.Byte(sfp::kDiagnostics, 0x00)));
   }
 }
 
@@ -359,9 +383,7 @@ TEST(Sff8472, HasDiagnosticsOfActiveCablesThatStateThem) {
   const auto record = Phy(sfp::Sealed(memory));
   EXPECT_EQ(record->module->voltage, 32893);
   EXPECT_NE(record->latched_flags, nullptr);
-  ExpectNoDiagnostics(
-      sfp::Sealed(memory.Byte(sfp::kDiagnostics, 0x00)),
-      "A2h was read, but the module states that it has no diagnostics; A2h is not used");
+  ExpectNoDiagnostics(sfp::Sealed(memory.Byte(sfp::kDiagnostics, 0x00)));
 }
 
 TEST(Sff8472, HasDiagnosticsOfOpticsThatDoNotStateThem) {
