@@ -14,9 +14,9 @@ enum class Escapes { kShortest, kJson };
 ///
 ///     ESC [ 3 1 m  ->  \x1b[31m        U+0085  ->  \x85        U+202E  ->  \u202e
 ///
-/// `Escapes::kJson` has four digits for each ("\u0085"), as texts in JSON require. The result never
-/// holds an ESC, and with `Newlines::kEscaped` it is one line. Text without such
-/// characters is returned unchanged, after one pass over it.
+/// `Escapes::kJson` writes each with four digits ("\u0085"), as texts in JSON require. The result
+/// never holds an ESC, and with `Newlines::kEscaped` it is one line. Text without such characters
+/// is returned unchanged, after one pass over it.
 std::string Printable(std::string_view text, Newlines newlines = Newlines::kEscaped,
                       Escapes escapes = Escapes::kShortest);
 
