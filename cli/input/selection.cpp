@@ -14,10 +14,10 @@ bool Contains(const std::vector<T>& values, const T& value) {
   return std::find(values.begin(), values.end(), value) != values.end();
 }
 
-// The first character of a text that is not empty: one of UTF-8, or a byte that is not part of one,
-// which equals no character.
+// The first character of a text that is not empty. A byte that does not belong to a well-formed
+// UTF-8 character counts as a character with a code above all code points.
 Utf8Character NextCharacter(std::string_view text) {
-  constexpr char32_t kBytes = 0x110000;  // beyond all characters
+  constexpr char32_t kBytes = 0x110000;  // the first number that is not a code point
   return FirstUtf8Character(text).value_or(
       Utf8Character{kBytes + static_cast<unsigned char>(text.front()), 1});
 }

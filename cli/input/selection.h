@@ -21,8 +21,9 @@ struct Selection {
 
 /// True if `pattern` matches the whole `text`. "*" matches any characters, "?" one character,
 /// "[abc]" and "[a-z]" one of these, "[!abc]" any other one, and "\" makes the next character
-/// literal. All others match themselves. Characters are those of UTF-8, ordered by code point; each
-/// byte that is not well-formed UTF-8 is a character of its own, after all others.
+/// literal. All others match themselves. Text is compared by UTF-8 characters, which ranges order
+/// by code point. A byte that does not belong to a well-formed character counts as one character;
+/// in a range it sorts after all code points.
 bool MatchesPattern(std::string_view text, std::string_view pattern);
 
 }  // namespace cli

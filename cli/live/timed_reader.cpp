@@ -12,8 +12,9 @@ namespace cli {
 
 namespace {
 
-// Runs in a thread of its own, which no exception may leave. The reader is released before its
-// answer arrives, so that a reader whose answer has arrived is not in use.
+// Serves a request in its own thread, where an uncaught exception would end the program; it is
+// passed to the waiting thread instead. The reader is released first, so that it is no longer in
+// use when its answer arrives.
 void Answer(std::shared_ptr<PageReader> reader, const PageRequest& request,
             std::promise<PageAnswer> promise) {
   try {
