@@ -87,6 +87,8 @@ constexpr Advertisement kPaged = By(IsPaged, "paged memory: byte 2, bit 7 clear"
 constexpr Advertisement kSince50 = By(PagedSince<0x50>, "CMIS 5.0 or later, paged memory");
 constexpr Advertisement kSince53 = By(Since<0x53>, "CMIS 5.3 or later");
 constexpr Advertisement kSince54 = By(Since<0x54>, "CMIS 5.4 or later");
+constexpr Advertisement kAttenuation =
+    By(HasAttenuation, "passive copper; from CMIS 5.3 on linear active copper");
 constexpr Advertisement kCdb1 = By(HasCdb<1>, "01h:163.7-6 is 1 or more, CMIS 4.0 or later");
 constexpr Advertisement kCdb2 = By(HasCdb<2>, "01h:163.7-6 is 2 or more, CMIS 4.0 or later");
 constexpr Advertisement kRelativeThresholds =
@@ -168,10 +170,10 @@ constexpr MapField kFields[] = {
     {Field::kMaxPower, Page::k00, 201, kByte, Number(Per(4)), kAlways, "4.0"},
     {Field::kLengthCable, Page::k00, 202, kByte, kOwn, kAlways, "4.0"},
     {Field::kConnector, Page::k00, 203, kByte, Code(kConnectors), kAlways, "4.0"},
-    {Field::kAttenuation5, Page::k00, 204, kByte, kNumber.ZeroIsNone(), By(HasAttenuation, "passive copper; from CMIS 5.3 on linear active copper"), "4.0"},
-    {Field::kAttenuation7, Page::k00, 205, kByte, kNumber.ZeroIsNone(), By(HasAttenuation, "passive copper; from CMIS 5.3 on linear active copper"), "4.0"},
-    {Field::kAttenuation12p9, Page::k00, 206, kByte, kNumber.ZeroIsNone(), By(HasAttenuation, "passive copper; from CMIS 5.3 on linear active copper"), "4.0"},
-    {Field::kAttenuation25p8, Page::k00, 207, kByte, kNumber.ZeroIsNone(), By(HasAttenuation, "passive copper; from CMIS 5.3 on linear active copper"), "4.0"},
+    {Field::kAttenuation5, Page::k00, 204, kByte, kNumber.ZeroIsNone(), kAttenuation, "4.0"},
+    {Field::kAttenuation7, Page::k00, 205, kByte, kNumber.ZeroIsNone(), kAttenuation, "4.0"},
+    {Field::kAttenuation12p9, Page::k00, 206, kByte, kNumber.ZeroIsNone(), kAttenuation, "4.0"},
+    {Field::kAttenuation25p8, Page::k00, 207, kByte, kNumber.ZeroIsNone(), kAttenuation, "4.0"},
     {Field::kAttenuation53p1, Page::k00, 208, kByte, kNumber.ZeroIsNone(), By(HasAttenuationSince53, "passive or linear active copper, CMIS 5.3 or later"), "5.3"},
     {Field::kFarEnd, Page::k00, 211, Bits(4, 0), Code(kFarEnds), kAlways, "4.0"},
     {Field::kTechnology, Page::k00, 212, kByte, Code(kMediaTechnologies), kAlways, "4.0"},

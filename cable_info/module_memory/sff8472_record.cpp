@@ -299,7 +299,8 @@ std::unique_ptr<PhyCableRecord> CableFrom(const ModuleImage& image,
   Draft draft;
   draft.module = UnknownModuleRecord(kSfpFormFactor);
   SetFields<Draft>(image, Map(), draft);
-  FinishIdentity(draft, Sff8472MediumOf(image));
+  const Sff8472Medium medium = Sff8472MediumOf(image);
+  FinishIdentity(draft, medium);
 
   auto record = std::make_unique<PhyCableRecord>();
   if (image.Has(Page::kA2)) {
@@ -309,7 +310,7 @@ std::unique_ptr<PhyCableRecord> CableFrom(const ModuleImage& image,
     if (has_readings && is_external) {
       CalibrateExternally(draft.module, Sff8472CalibrationOf(image), remarks);
     }
-    if (!MayHaveOptics(Sff8472MediumOf(image))) DropOptics(draft);
+    if (!MayHaveOptics(medium)) DropOptics(draft);
     draft.flags.latched_temperature_flags = ModuleFlags(draft.temperature);
     draft.flags.latched_voltage_flags = ModuleFlags(draft.voltage);
     record->SetLatchedFlags(std::make_unique<LatchedFlagsPage>(draft.flags));
